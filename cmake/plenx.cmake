@@ -1,0 +1,44 @@
+# What all targets of this project share.
+
+find_package(Threads REQUIRED)
+
+# Our own sources: warnings are errors.
+add_library(plenx_warnings INTERFACE)
+target_compile_options(plenx_warnings INTERFACE -Wall -Wextra -Wpedantic -Werror)
+
+if(WIN32)
+  # Windows 7 and later; the narrow macros of windows.h collide with our names.
+  add_compile_definitions(_WIN32_WINNT=0x0601 NOMINMAX WIN32_LEAN_AND_MEAN UNICODE _UNICODE)
+  set(CMAKE_SHARED_LIBRARY_PREFIX "")
+  set(CMAKE_SHARED_MODULE_PREFIX "")
+  set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
+  set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
+  set(CMAKE_ARCHIVE_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib)
+endif()
+
+# plenx_system_headers(<target> <package>...): offers single header-only packages of the
+# system to a target. The system's include folder itself must not be used in a cross-build:
+# it would bring the Linux headers along.
+function(plenx_system_headers target)
+  set(folder ${PROJECT_BINARY_DIR}/system-headers)
+  file(MAKE_DIRECTORY ${folder})
+  foreach(package IN LISTS ARGN)
+    if(NOT EXISTS /usr/include/${package})
+      message(FATAL_ERROR "/usr/include/${package} is missing; run ./plenx, which installs it")
+    endif()
+    if(NOT EXISTS ${folder}/${package})
+      file(CREATE_LINK /usr/include/${package} ${folder}/${package} SYMBOLIC)
+    endif()
+  endforeach()
+  target_include_directories(${target} SYSTEM PRIVATE ${folder})
+endfunction()
+
+# GoogleTest from the source that Debian ships, built with our own flags.
+macro(plenx_googletest)
+  if(NOT TARGET gtest)
+    set(BUILD_GMOCK ON CACHE BOOL "" FORCE)
+    set(INSTALL_GTEST OFF CACHE BOOL "" FORCE)
+    set(gtest_force_shared_crt ON CACHE BOOL "" FORCE)
+    add_subdirectory(/usr/src/googletest ${PROJECT_BINARY_DIR}/googletest EXCLUDE_FROM_ALL)
+  endif()
+endmacro()

@@ -1,0 +1,34 @@
+// The logging library LogHelper.dll.
+//
+// This header declares what plenxsdk uses of it and nothing else. Log may be called
+// from any thread, and while the process is ending. The class crosses a DLL border,
+// so both sides must share one compiler family and one C++ runtime.
+
+#ifndef COMPANION_LOG_HELPER_H
+#define COMPANION_LOG_HELPER_H
+
+#include <sstream>
+
+#if !defined(_WIN32)
+#define LOGHELPER_API __attribute__((visibility("default")))
+#elif defined(LOGHELPER_BUILD)
+#define LOGHELPER_API __declspec(dllexport)
+#else
+#define LOGHELPER_API __declspec(dllimport)
+#endif
+
+enum LOG_MESSAGE_LEVEL : int {
+    LOG_MESSAGE_LEVEL_INFO = 3,   ///< progress and success
+    LOG_MESSAGE_LEVEL_ERROR = 4,  ///< invalid arguments and failures
+};
+
+class OvLogger {
+public:
+    /// The process-wide logger.
+    LOGHELPER_API static OvLogger* GetInstance();
+
+    /// Writes the text of the stream as one line.
+    LOGHELPER_API void Log(LOG_MESSAGE_LEVEL level, const std::wostringstream& stream);
+};
+
+#endif  // COMPANION_LOG_HELPER_H

@@ -1,0 +1,330 @@
+// plenxsdk: run a distributed file system on this PC.
+//
+// This is the whole interface of plenxsdk.dll: one singleton, PLENXManager, and
+// one observer class, PLENXServiceObserver, that the host implements.
+//
+// How it works
+//   Every operation that changes something checks its arguments, queues a job
+//   and returns at once. One private worker runs the jobs one at a time, in the
+//   order of the calls. The outcome of a job comes back through the observers.
+//
+// Threads
+//   All operations of PLENXManager may be called from any thread at any time.
+//   Observers are called on the worker and on threads of the RPC runtime, never
+//   two at once.
+//
+// Strings
+//   Every std::string holds UTF-8.
+//
+// Life
+//   The instance exists from the moment the DLL is loaded. Init keeps the DLL
+//   loaded until the process ends (FreeLibrary then has no effect). When the
+//   process ends, the PC and phone services are uninstalled and the working
+//   folder is removed.
+//
+// Toolchain
+//   C++ classes and std::string cross the DLL's border. Host and library must be
+//   built by the same compiler family and share one C++ runtime, which is why
+//   that runtime is shipped as a DLL beside this one.
+
+#ifndef PLENXSDK_PLENX_MANAGER_H
+#define PLENXSDK_PLENX_MANAGER_H
+
+#include <cstdint>
+#include <memory>
+#include <mutex>
+#include <set>
+#include <string>
+
+#if !defined(_WIN32)
+#define PLENXSDK_API __attribute__((visibility("default")))
+#elif defined(PLENXSDK_BUILD)
+#define PLENXSDK_API __declspec(dllexport)
+#else
+#define PLENXSDK_API __declspec(dllimport)
+#endif
+
+class DistributedFileManager;
+
+namespace DistributedFs {
+
+class PLENXManagerInner;
+class RpcManager;
+class ThreadPool;
+template <class T>
+class ModuleObject;
+
+/// The service that an operation addresses. Any other 32-bit value is accepted
+/// by every operation; it is logged and otherwise ignored.
+enum ServiceType : std::uint32_t {
+    kOfficeService = 0,   ///< Driven through the companion library.
+    kPcService = 1,       ///< The Windows service "PlenxPcSvc".
+    kPhoneService = 2,    ///< The Windows service "PlenxPhoneSvc".
+    kCombinedService = 3  ///< Start, stop and device operations: PC, then office.
+                          ///< SetConfig: PC, then phone.
+};
+
+/// The key of a configuration value. The library hands keys on to the services
+/// without interpreting them; these are the keys in use.
+enum ConfigType : std::uint32_t {
+    kIntegerConfig0 = 0,         ///< Integer setting, 0 by default.
+    kLocaleConfig = 1,           ///< String setting, "en_US" by default.
+    kIntegerConfig2 = 2,         ///< Integer setting, 0 by default.
+    kServiceNotRunningConfig = 5 ///< Read only, GetInt64Config: 1 while the service
+                                 ///< is not running, else 0.
+};
+
+/// Why a device goes offline. Any 32-bit value; passed on to the service as it is.
+enum TriggerType : std::int32_t { kDefaultTrigger = 0 };
+
+/// The type of a message exchanged with the services. Any 32-bit value; passed
+/// on as it is in both directions.
+enum PLENXMessageType : std::int32_t { kDefaultMessage = 0 };
+
+/// The status kinds that the library itself raises through NotifyStatus. The
+/// services may send further kinds.
+enum StatusKind : std::uint32_t {
+    kStatusStart = 0,         ///< A start ended; value tells whether it succeeded.
+    kStatusStop = 1,          ///< A stop ended. Office: value tells whether it
+                              ///< succeeded. PC and phone: value is always false.
+                              ///< Service type 3 with value true: nothing that was
+                              ///< started by type 0 or 3 is left running.
+    kStatusDeviceOnline = 2,  ///< Office: a remote device came online, with its
+                              ///< outcome. PC and phone: a device could not be
+                              ///< brought online; value is false.
+    kStatusDeviceOffline = 3  ///< Office: the local device went offline, with its
+                              ///< outcome. PC and phone: a device could not be
+                              ///< taken offline; value is false.
+};
+
+/// Results of the PLENXManager operations that return an int.
+enum PLENXResult : int {
+    kAccepted = 0,          ///< Queued, or dropped before Init (logged only). It does
+                            ///< not mean that the work succeeded.
+    kInvalidParameter = 26  ///< A required string is empty; nothing was queued.
+};
+
+/// What the services and the library tell the host.
+///
+/// The host derives from this class and registers the object; the library never
+/// owns or deletes it. Keep it alive until UnregisterPLENXServiceObserver has
+/// returned; after that no call to it is running or will come.
+///
+/// Threading contract
+///   - Calls come on the library's worker and on threads of the RPC runtime. They
+///     never overlap: while one notification runs, every other one waits, so a
+///     slow observer delays all of them, and the services that sent them.
+///   - From inside a notification do not call RegisterPLENXServiceObserver,
+///     UnregisterPLENXServiceObserver, GetOfficeDir, Init or Destroy: they would
+///     wait for a lock that is held while the notification runs, for ever.
+///     Every other operation is allowed.
+///
+/// Results
+///   Each notification returns 0 when it was handled; any other value is logged
+///   as an error code. The other observers are called all the same.
+///
+/// Exceptions
+///   Do not throw. An exception skips the observers that follow. On an RPC thread
+///   the service gets an error as the result of its call; on the worker the rest
+///   of the job is lost.
+class PLENXServiceObserver {
+public:
+    virtual ~PLENXServiceObserver() = default;
+
+    /// A service sends a message to this device. msgLen is the sender's own
+    /// number: never use it as the length of message, use message.size().
+    virtual int SendLocalMessage(PLENXMessageType msgType, unsigned int msgLen,
+                                 const std::string& message) = 0;
+    /// A group (first: its name) of a service is connected.
+    virtual int NotifyConnect(ServiceType svcType, const std::string& first) = 0;
+    /// A group of a service has lost its connection.
+    virtual int NotifyDisconnect(ServiceType svcType, const std::string& first) = 0;
+    /// A group of a service is connected again.
+    virtual int NotifyReconnect(ServiceType svcType, const std::string& first) = 0;
+    /// A service asks for the status of a link of a group. linkStatus holds 0, or
+    /// what an observer before this one has written; the value left in it by the
+    /// last observer goes back to the service, whatever this returns.
+    virtual int QueryLinkStatus(ServiceType svcType, const std::string& first,
+                                unsigned int linkType, std::int32_t& linkStatus) = 0;
+    /// Something started, stopped, came online or went offline (first: the group).
+    /// sttsType is a StatusKind or a kind of the service's own.
+    virtual int NotifyStatus(ServiceType svcType, const std::string& first, unsigned int sttsType,
+                             bool value) = 0;
+    /// A service reports an error of its own.
+    virtual int NotifyError(int errCode) = 0;
+    /// A service tells the name under which its disk is mounted. The bytes are the
+    /// service's own; they need not be valid UTF-8.
+    virtual int NotifyDiskName(const std::string& diskName) = 0;
+};
+
+/// The library. There is one instance per process.
+///
+/// Operations that return an int return a PLENXResult unless they say otherwise.
+/// Before Init every queueing operation is checked, logged, dropped, and answered
+/// with 0; configuration set before Init is lost silently.
+///
+/// No operation throws because of its arguments. std::system_error and
+/// std::bad_alloc may pass through.
+class PLENXManager {
+public:
+    /// The process-wide instance.
+    PLENXSDK_API static PLENXManager& GetInstance();
+
+    /// Makes the library ready: loads the companion object on the caller's thread,
+    /// then queues the service side (driver files, working folder, services,
+    /// driver, icon files, RPC endpoint). Returns before any of that is done.
+    ///
+    /// Only the first call does something for the services; a later one queues a
+    /// job that finds everything done. Do not call it from DllMain.
+    ///
+    /// @param first   Install folder, without a trailing backslash: it holds
+    ///                plenxservice.exe, dokan1.sys, dokan1.dll, dokanfuse1.dll and
+    ///                res\plenx\icon. It and its "upgrade" folder must be writable
+    ///                by administrators only, and its path should be ASCII and free
+    ///                of blanks (service paths are registered unquoted).
+    /// @param second  Data folder, without a trailing backslash. Its sub-folder
+    ///                "plenx", and "plenx0" to "plenx99" as needed, are DELETED with
+    ///                all that is in them.
+    /// @param third   Goes to the companion library only.
+    /// @param flag    Goes to the companion library only.
+    PLENXSDK_API void Init(const std::string& first, const std::string& second, std::string third,
+                           bool flag);
+
+    /// Asks the companion library to uninstall its packages (on the caller's
+    /// thread) and queues the initialisation once more, which finds everything
+    /// done. Releases nothing: the library keeps working.
+    PLENXSDK_API void Destroy();
+
+    /// Reads an integer setting on the caller's thread. Only key 5 has an answer of
+    /// its own: 1 while the service is not running, else 0 (service type 3 asks
+    /// about the driver). Every other key, an invalid service type, and any call
+    /// before Init gives 0. Waits while the first Init is at work.
+    PLENXSDK_API std::int64_t GetInt64Config(ServiceType svcType, ConfigType cfgType);
+
+    /// Always the empty string: string settings cannot be read back. Waits while
+    /// the first Init is at work.
+    PLENXSDK_API std::string GetStringConfig(ServiceType svcType, ConfigType cfgType);
+
+    /// Queues a change of a setting of service 1 or 2, or of both (3). The service
+    /// hears of it at its next Start. Keys that the service does not have are
+    /// ignored.
+    PLENXSDK_API void SetConfig(ServiceType svcType, ConfigType cfgType, std::string cfgValue);
+    PLENXSDK_API void SetConfig(ServiceType svcType, ConfigType cfgType, std::int64_t cfgValue);
+
+    /// Queues the start of a service and the creation of a group in it. The outcome
+    /// comes as NotifyStatus with kind 0.
+    /// @param first   Group name, not empty.
+    /// @param second  Group argument, not empty; handed to the service as it is.
+    PLENXSDK_API int Start(ServiceType svcType, const std::string& first,
+                           const std::string& second);
+
+    /// Queues the deletion of the group and the stop of its service. The outcome
+    /// comes as NotifyStatus with kind 1.
+    /// @param first   Group name, not empty.
+    PLENXSDK_API int Stop(ServiceType svcType, const std::string& first);
+
+    /// Queues the news that the local device is online.
+    /// @param first   Group name, not empty.
+    /// @param second  Device id, not empty.
+    /// @param size    Length of data in bytes; only its low 32 bits count, and from
+    ///                2^31 the request fails. The office service gets at most 16.
+    /// @param data    Copied before the call returns; null means no bytes.
+    PLENXSDK_API int LocalDeviceOnline(ServiceType svcType, const std::string& first,
+                                       const std::string& second, std::uint64_t size,
+                                       const unsigned char* data);
+
+    /// Queues the news that a remote device (second: its id) is online.
+    PLENXSDK_API int RemoteDeviceOnline(ServiceType svcType, const std::string& first,
+                                        const std::string& second);
+
+    /// Queues the news that the local device goes offline, and why.
+    PLENXSDK_API int LocalDeviceOffline(ServiceType svcType, const std::string& first,
+                                        const std::string& second, TriggerType trigger);
+
+    /// Queues the news that a remote device goes offline, and why.
+    PLENXSDK_API int RemoteDeviceOffline(ServiceType svcType, const std::string& first,
+                                         const std::string& second, TriggerType trigger);
+
+    /// Queues the device's new name for the PC service. Not empty.
+    PLENXSDK_API int DeviceNameChanged(const std::string& name);
+
+    /// Queues a message from a remote device for the PC service. Always 0.
+    /// @param msgLen  Handed on as it is, never compared with message.size().
+    PLENXSDK_API int RecvRemoteMessage(PLENXMessageType msgType, unsigned int msgLen,
+                                       const std::string& message);
+
+    /// Asks the companion library, on the caller's thread, for the folder of a
+    /// device of a group.
+    /// @param first   Group name.
+    /// @param second  Device id.
+    /// @param dir     In: a relative name. Out: the folder, a backslash, and that
+    ///                name, whatever the result.
+    /// @return The companion library's code; 0 before Init.
+    PLENXSDK_API int GetOfficeDir(const std::string& first, const std::string& second,
+                                  std::string& dir);
+
+    /// Adds an observer; one that is registered already is not added again. Waits
+    /// for a notification that is being delivered.
+    PLENXSDK_API void RegisterPLENXServiceObserver(PLENXServiceObserver* observer);
+
+    /// Removes an observer; an unknown one is no error. Waits for a notification
+    /// that is being delivered: once this has returned, the observer may be deleted.
+    PLENXSDK_API void UnregisterPLENXServiceObserver(PLENXServiceObserver* observer);
+
+    PLENXManager(const PLENXManager&) = delete;
+    PLENXManager& operator=(const PLENXManager&) = delete;
+
+private:
+    friend class ModuleObject<PLENXManager>;
+    friend class PLENXManagerInner;
+    friend class RpcManager;
+
+    PLENXManager();
+    ~PLENXManager();
+    void OnProcessEnd() noexcept;
+
+    // Fan-out: each passes its arguments to every observer, on the calling thread.
+    void SendLocalMessage(PLENXMessageType msgType, unsigned int msgLen,
+                          const std::string& message);
+    void NotifyConnect(ServiceType svcType, const std::string& first);
+    void NotifyDisconnect(ServiceType svcType, const std::string& first);
+    void NotifyReconnect(ServiceType svcType, const std::string& first);
+    void QueryLinkStatus(ServiceType svcType, const std::string& first, unsigned int linkType,
+                         std::int32_t& linkStatus);
+    int NotifyStatus(ServiceType svcType, const std::string& first, unsigned int sttsType,
+                     bool value);
+    void NotifyError(int errCode);
+    void NotifyDiskName(const std::string& diskName);
+    template <class Slot>
+    void FanOut(const char* function, const char* begin, const char* error, const char* end,
+                Slot slot);
+
+    // Jobs: run on the worker.
+    void StartFunc(ServiceType svcType, std::string first, std::string second);
+    void StopFunc(ServiceType svcType, std::string first);
+    void LocalDeviceOnlineFunc(ServiceType svcType, std::string first, std::string second,
+                               std::shared_ptr<const unsigned char> block, int size);
+    void RemoteDeviceOnlineFunc(ServiceType svcType, std::string first, std::string second);
+    void LocalDeviceOfflineFunc(ServiceType svcType, std::string first, std::string second,
+                                TriggerType trigger);
+    void RemoteDeviceOfflineFunc(ServiceType svcType, std::string first, std::string second,
+                                 TriggerType trigger);
+    void DeviceNameChangedFunc(std::string name);
+    void RecvRemoteMessageFunc(PLENXMessageType msgType, unsigned int msgLen, std::string message);
+
+    std::set<PLENXServiceObserver*> observers;
+    std::mutex observerMutex;  // held for the whole of every fan-out
+    std::uint32_t startedMask = 0;
+    std::shared_ptr<ThreadPool> threadPool;
+    std::mutex poolMutex;  // guards threadPool, every queueing, and the four arguments of Init
+    std::string first;
+    std::string second;
+    std::string third;
+    bool flag = false;
+    std::mutex fileManagerMutex;  // before observerMutex; guards fileManager and calls into it
+    std::shared_ptr<DistributedFileManager> fileManager;
+};
+
+}  // namespace DistributedFs
+
+#endif  // PLENXSDK_PLENX_MANAGER_H

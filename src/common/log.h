@@ -1,0 +1,76 @@
+// The one way to write a log line.
+//
+// A line is a text, the values, and the qualified name of the operation in
+// parentheses, in this order and with nothing between them:
+//
+//     LogError(kFunction, "[PLENXSDK] open service error ", error);
+//
+// Any thread may log at any time, also while the process is ending. Logging never
+// throws, and leaves errno and the thread's last error as they were.
+
+#ifndef PLENXSDK_COMMON_LOG_H
+#define PLENXSDK_COMMON_LOG_H
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <type_traits>
+
+#include "log_helper.h"
+
+namespace DistributedFs {
+
+/// A part of a line. Narrow text is UTF-8 of any origin: each malformed byte shows as
+/// U+FFFD. Numbers, enums and bool (1 or 0) are written in decimal, a char as the one
+/// character. The value refers to its text and must not outlive it.
+class LogValue {
+public:
+    LogValue(std::string_view text) noexcept : kind_(Kind::kNarrow), narrow_(text) {}
+    LogValue(const char* text) noexcept : LogValue(std::string_view(text)) {}
+    LogValue(const std::string& text) noexcept : LogValue(std::string_view(text)) {}
+    LogValue(const std::wstring& text) noexcept : kind_(Kind::kWide), wide_(text) {}
+    LogValue(char letter) noexcept : kind_(Kind::kLetter), letter_(letter) {}
+
+    template <class Number, std::enable_if_t<std::is_integral_v<Number>, int> = 0>
+    LogValue(Number number) noexcept
+        : kind_(std::is_signed_v<Number> ? Kind::kSigned : Kind::kUnsigned),
+          number_(static_cast<std::uint64_t>(number)) {}
+
+    template <class Enum, std::enable_if_t<std::is_enum_v<Enum>, int> = 0>
+    LogValue(Enum value) noexcept : LogValue(static_cast<std::underlying_type_t<Enum>>(value)) {}
+
+    void AppendTo(std::wstring& line) const;
+
+private:
+    enum class Kind { kNarrow, kWide, kLetter, kSigned, kUnsigned };
+
+    Kind kind_;
+    union {
+        std::string_view narrow_;
+        std::wstring_view wide_;
+        char letter_;
+        std::uint64_t number_;
+    };
+};
+
+void WriteLogLine(LOG_MESSAGE_LEVEL level, const char* function, const LogValue* parts,
+                  std::size_t count) noexcept;
+
+/// Progress and success.
+template <class... Parts>
+void LogInfo(const char* function, const Parts&... parts) noexcept {
+    const LogValue line[] = {LogValue(parts)...};
+    WriteLogLine(LOG_MESSAGE_LEVEL_INFO, function, line, sizeof...(parts));
+}
+
+/// Invalid arguments and failures.
+template <class... Parts>
+void LogError(const char* function, const Parts&... parts) noexcept {
+    const LogValue line[] = {LogValue(parts)...};
+    WriteLogLine(LOG_MESSAGE_LEVEL_ERROR, function, line, sizeof...(parts));
+}
+
+}  // namespace DistributedFs
+
+#endif  // PLENXSDK_COMMON_LOG_H

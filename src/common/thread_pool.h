@@ -1,0 +1,88 @@
+// ThreadPool: a fixed number of workers that run queued jobs first in, first out.
+//
+// Any thread may enqueue. Jobs run without the pool's lock. Destroying the pool waits
+// for the jobs that are running and discards the others unrun; their futures then report
+// a broken promise.
+
+#ifndef PLENXSDK_COMMON_THREAD_POOL_H
+#define PLENXSDK_COMMON_THREAD_POOL_H
+
+#include <atomic>
+#include <condition_variable>
+#include <cstddef>
+#include <deque>
+#include <functional>
+#include <future>
+#include <memory>
+#include <mutex>
+#include <thread>
+#include <tuple>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+namespace DistributedFs {
+
+class ThreadPool {
+public:
+    /// Starts threadCount workers; with 0 jobs are accepted and never run.
+    /// @throws std::system_error when a thread cannot be started.
+    explicit ThreadPool(unsigned threadCount);
+
+    /// @throws std::system_error when a worker cannot be joined, above all when this
+    ///         runs on a worker; that worker then ends by itself.
+    ~ThreadPool() noexcept(false);
+
+    ThreadPool(const ThreadPool&) = delete;
+    ThreadPool& operator=(const ThreadPool&) = delete;
+
+    /// Queues a call of function with decayed copies of the arguments. The future holds
+    /// its result or exception; dropping the future does not wait.
+    /// @throws std::runtime_error "thread pool has stopped" once destruction has begun.
+    template <class Function, class... Arguments>
+    auto Enqueue(Function&& function, Arguments&&... arguments) {
+        auto call = [stored = std::make_tuple(std::decay_t<Function>(
+                                                  std::forward<Function>(function)),
+                                              std::decay_t<Arguments>(
+                                                  std::forward<Arguments>(arguments))...)]() mutable {
+            return std::apply(
+                [](auto& storedFunction, auto&... storedArguments) {
+                    return std::invoke(storedFunction, storedArguments...);
+                },
+                stored);
+        };
+        using Result = std::invoke_result_t<decltype(call)&>;
+        auto task = std::make_shared<std::packaged_task<Result()>>(std::move(call));
+        auto future = task->get_future();
+        Append([task = std::move(task)] { (*task)(); });
+        return future;
+    }
+
+    /// True when every job that was queued has been run to its end. Takes no lock, so it
+    /// also answers while the process is ending.
+    bool IsIdle() const noexcept { return state_->unfinished == 0; }
+
+private:
+    using Task = std::function<void()>;
+
+    // Shared with the workers, so that one that could not be joined never touches freed
+    // memory.
+    struct State {
+        std::atomic<bool> stop{false};
+        std::mutex queueMutex;
+        std::condition_variable condition;
+        std::deque<Task> tasks;
+        std::atomic<std::size_t> unfinished{0};
+    };
+
+    static void Work(const std::shared_ptr<State>& state);
+    void Append(Task task);
+    void WakeAllToStop();
+
+    const std::shared_ptr<State> state_ = std::make_shared<State>();
+    std::vector<std::thread> workers;
+};
+
+}  // namespace DistributedFs
+
+#endif  // PLENXSDK_COMMON_THREAD_POOL_H

@@ -1,0 +1,21 @@
+// UTF-8 to UTF-16: strictly for data, leniently for log lines. The result holds UTF-16
+// units also where wchar_t is wider than 16 bits.
+
+#ifndef PLENXSDK_COMMON_UTF8_H
+#define PLENXSDK_COMMON_UTF8_H
+
+#include <string>
+#include <string_view>
+
+namespace DistributedFs {
+
+/// Converts the whole string, embedded NULs included.
+/// @throws std::range_error when the string is not valid UTF-8.
+std::wstring Utf8ToWide(const std::string& text);
+
+/// Appends the text; each malformed byte shows as U+FFFD.
+void AppendLenientUtf8(std::wstring& out, std::string_view text);
+
+}  // namespace DistributedFs
+
+#endif  // PLENXSDK_COMMON_UTF8_H

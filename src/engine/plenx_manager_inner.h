@@ -1,0 +1,77 @@
+// PLENXManagerInner: the engine behind the facade. It owns the service manager, serves the
+// RPC endpoint, keeps the configuration that is pushed to a service at each start, and
+// carries out the facade's jobs for the PC and phone services.
+//
+// Threads: Start, Stop and the device operations run on the facade's worker, one at a time,
+// and take no lock. The others lock the engine's mutex.
+
+#ifndef PLENXSDK_ENGINE_PLENX_MANAGER_INNER_H
+#define PLENXSDK_ENGINE_PLENX_MANAGER_INNER_H
+
+#include <cstdint>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <thread>
+
+#include "plenxsdk/plenx_manager.h"
+
+namespace DistributedFs {
+
+class ServiceManager;
+template <class T>
+class ModuleObject;
+
+class PLENXManagerInner {
+public:
+    static PLENXManagerInner& GetInstance();
+
+    PLENXManagerInner(const PLENXManagerInner&) = delete;
+    PLENXManagerInner& operator=(const PLENXManagerInner&) = delete;
+
+    /// Makes the service manager and the icon files, and starts the RPC server, each once.
+    /// @throws std::range_error when an argument is not valid UTF-8; nothing is made then.
+    void Init(const std::string& rootDir, const std::string& serviceArg);
+
+    std::int64_t GetInt64Config(ServiceType svcType, ConfigType cfgType);
+    std::string GetStringConfig(ServiceType svcType, ConfigType cfgType);
+    void SetStringConfig(ServiceType svcType, ConfigType cfgType, std::string cfgValue);
+    void SetIntConfig(ServiceType svcType, ConfigType cfgType, std::int64_t cfgValue);
+
+    std::int32_t Start(ServiceType svcType, const std::string& group,
+                       const std::string& groupArg);
+    /// Always 0: every failure is logged only.
+    std::int32_t Stop(ServiceType svcType, const std::string& group);
+    std::int32_t LocalDeviceOnline(ServiceType svcType, const std::string& group,
+                                   const std::string& deviceId, std::uint64_t dataLen,
+                                   const std::uint8_t* data);
+    std::int32_t RemoteDeviceOnline(ServiceType svcType, const std::string& group,
+                                    const std::string& deviceId);
+    std::int32_t LocalDeviceOffline(ServiceType svcType, const std::string& group,
+                                    const std::string& deviceId, TriggerType trigger);
+    std::int32_t RemoteDeviceOffline(ServiceType svcType, const std::string& group,
+                                     const std::string& deviceId, TriggerType trigger);
+
+    std::int32_t NameChanged(const std::string& name);
+    std::int32_t RecvRemoteMessage(PLENXMessageType msgType, unsigned int msgLen,
+                                   const std::string& message);
+
+private:
+    friend class ModuleObject<PLENXManagerInner>;
+
+    PLENXManagerInner();
+    ~PLENXManagerInner();
+    void OnProcessEnd() noexcept;
+
+    void CreateFileIcon(const std::string& rootDir);
+    void WaitForAnswer(ServiceType svcType);
+    void PushConfiguration(ServiceType svcType);
+
+    std::shared_ptr<ServiceManager> serviceManager;
+    std::shared_ptr<std::thread> rpcListenThread;
+    std::mutex mutex;
+};
+
+}  // namespace DistributedFs
+
+#endif  // PLENXSDK_ENGINE_PLENX_MANAGER_INNER_H

@@ -1,0 +1,55 @@
+// RpcMessageWriter: builds one RPC message, a flat little-endian buffer.
+//
+//     0            uint32  size of the whole message
+//     4            uint32  number of arguments
+//     8 + 12 * i   uint32  type tag, uint32 offset, uint32 size of argument i
+//     8 + 12 * n           the arguments' bytes, one after the other
+//
+// Arguments are written in index order. Every failure logs one line and returns
+// kMessageCheckFailed; nothing has changed then. One object, one thread.
+
+#ifndef PLENXSDK_RPC_RPC_MESSAGE_WRITER_H
+#define PLENXSDK_RPC_RPC_MESSAGE_WRITER_H
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "rpc/rpc_message_layout.h"
+
+namespace DistributedFs {
+
+class RpcMessageWriter {
+public:
+    /// size: of the whole message in bytes, with room for at least one byte of data;
+    /// args: the number of arguments. Otherwise every write fails.
+    RpcMessageWriter(std::int32_t size, std::int32_t args);
+    RpcMessageWriter(const RpcMessageWriter&) = delete;
+    RpcMessageWriter& operator=(const RpcMessageWriter&) = delete;
+
+    std::int32_t WriteInt32(std::uint32_t index, std::int32_t value);
+    std::int32_t WriteInt64(std::uint32_t index, std::int64_t value);
+    /// The bytes and one NUL after them; embedded NULs are kept.
+    std::int32_t WriteString(std::uint32_t index, std::string value);
+    /// bytes may be null when length is 0.
+    std::int32_t WriteInt8Array(std::uint32_t index, const std::uint8_t* bytes,
+                                std::int32_t length);
+
+    /// The finished message, owned by the writer; null when construction failed.
+    std::uint8_t* Buffer() const noexcept { return rpcMsgBuf_.get(); }
+    std::int32_t Size() const noexcept { return rpcMsgSize_; }
+
+private:
+    std::int32_t Write(const char* function, std::uint32_t index, RpcArgType type,
+                       const void* data, std::int64_t size);
+
+    std::unique_ptr<std::uint8_t[]> rpcMsgBuf_;
+    std::int32_t rpcMsgArgs_;
+    std::int32_t rpcMsgSize_;
+    std::int32_t argCursor_;
+    std::int32_t msgCursor_;
+};
+
+}  // namespace DistributedFs
+
+#endif  // PLENXSDK_RPC_RPC_MESSAGE_WRITER_H
