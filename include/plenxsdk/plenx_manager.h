@@ -295,22 +295,36 @@ private:
                      bool value);
     void NotifyError(int errCode);
     void NotifyDiskName(const std::string& diskName);
-    template <class Slot>
-    void FanOut(const char* function, const char* begin, const char* error, const char* end,
-                Slot slot);
 
     // Jobs: run on the worker.
-    void StartFunc(ServiceType svcType, std::string first, std::string second);
-    void StopFunc(ServiceType svcType, std::string first);
-    void LocalDeviceOnlineFunc(ServiceType svcType, std::string first, std::string second,
-                               std::shared_ptr<const unsigned char> block, int size);
-    void RemoteDeviceOnlineFunc(ServiceType svcType, std::string first, std::string second);
-    void LocalDeviceOfflineFunc(ServiceType svcType, std::string first, std::string second,
-                                TriggerType trigger);
-    void RemoteDeviceOfflineFunc(ServiceType svcType, std::string first, std::string second,
-                                 TriggerType trigger);
-    void DeviceNameChangedFunc(std::string name);
-    void RecvRemoteMessageFunc(PLENXMessageType msgType, unsigned int msgLen, std::string message);
+    void StartFunc(ServiceType svcType, const std::string& first, const std::string& second);
+    void StopFunc(ServiceType svcType, const std::string& first);
+    void LocalDeviceOnlineFunc(ServiceType svcType, const std::string& first,
+                               const std::string& second,
+                               const std::shared_ptr<const unsigned char[]>& block, int size);
+    void RemoteDeviceOnlineFunc(ServiceType svcType, const std::string& first,
+                                const std::string& second);
+    void LocalDeviceOfflineFunc(ServiceType svcType, const std::string& first,
+                                const std::string& second, TriggerType trigger);
+    void RemoteDeviceOfflineFunc(ServiceType svcType, const std::string& first,
+                                 const std::string& second, TriggerType trigger);
+    void DeviceNameChangedFunc(const std::string& name);
+    void RecvRemoteMessageFunc(PLENXMessageType msgType, unsigned int msgLen,
+                               const std::string& message);
+
+    // The office service's share of the jobs.
+    void StartOffice(const std::string& first);
+    void StopOffice(const std::string& first);
+    void OfficeLocalDeviceOnline(const std::string& first, const std::string& second,
+                                 const unsigned char* block, int size);
+    void OfficeRemoteDeviceOnline(const std::string& first, const std::string& second);
+    void OfficeLocalDeviceOffline(const std::string& first, const std::string& second);
+    void OfficeRemoteDeviceOffline(const std::string& first, const std::string& second);
+    void MakeFileManager(const std::string& first, const std::string& second,
+                         const std::string& third, bool flag);
+    void UninstallOffice();
+    void MarkStarted(ServiceType svcType);
+    void MarkStopped(ServiceType svcType);
 
     std::set<PLENXServiceObserver*> observers;
     std::mutex observerMutex;  // held for the whole of every fan-out

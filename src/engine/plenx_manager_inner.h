@@ -64,8 +64,14 @@ private:
     void OnProcessEnd() noexcept;
 
     void CreateFileIcon(const std::string& rootDir);
+
+    std::int32_t StartPlenxService(ServiceType svcType);
+    std::int32_t StopPlenxService(ServiceType svcType);
     void WaitForAnswer(ServiceType svcType);
     void PushConfiguration(ServiceType svcType);
+    void Notify(ServiceType svcType, const std::string& group, StatusKind kind, bool success);
+    std::int32_t ReportFailure(ServiceType svcType, const std::string& group, StatusKind kind,
+                               std::int32_t rc);
 
     std::shared_ptr<ServiceManager> serviceManager;
     std::shared_ptr<std::thread> rpcListenThread;

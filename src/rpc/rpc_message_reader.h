@@ -30,15 +30,16 @@ public:
     std::int32_t ReadInt8Array(std::uint32_t index, std::uint8_t** out, std::int32_t length);
 
 private:
-    struct Argument {
-        const std::uint8_t* data;
+    struct Descriptor {
+        std::uint32_t type;
+        std::uint32_t offset;
         std::uint32_t size;
     };
 
-    // The checks that all reads share. expectedSize: below 0 for any size from 1.
-    bool FindArgument(const char* function, std::uint32_t index, RpcArgType type,
-                      Argument& found);
-    void Advance(std::uint32_t size) noexcept;
+    bool FindDescriptor(const char* function, std::uint32_t index, bool hasOut, RpcArgType type,
+                        Descriptor& found) const;
+    bool IsInside(const Descriptor& argument) const noexcept;
+    void Advance(const Descriptor& argument) noexcept;
 
     std::unique_ptr<std::uint8_t[]> rpcMsgBuf_;
     std::int32_t rpcMsgArgs_;

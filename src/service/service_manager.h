@@ -64,14 +64,19 @@ public:
 
 private:
 
+    static constexpr std::int32_t kFirstInstalledRow = 1;
+
     bool IsRow(std::int32_t row) const noexcept;
+    bool IsInstalledRow(std::int32_t row) const noexcept;
     void RememberProcess(std::int32_t row, DWORD processId);
-    void EndLingeringProcess(std::int32_t row);
+    void EndLingeringProcess(std::int32_t row) const;
 
     std::vector<ServiceRecord> services;
     std::wstring sourcePath;
-    std::vector<std::uint32_t> processIds;      // per row, last seen running
-    std::vector<std::uint64_t> processBirths;   // their creation times, 0 when unknown
+    std::vector<std::uint32_t> processIds;  // per row, last seen running
+    // Creation times, 0 when unknown: they tell a process from a later one that was given the
+    // same id.
+    std::vector<std::uint64_t> processBirths;
 };
 
 }  // namespace DistributedFs

@@ -1,0 +1,42 @@
+// Gives each category folder its icon: a desktop.ini in the folder of the category.
+
+#include <fstream>
+
+#include "common/log.h"
+#include "engine/plenx_manager_inner.h"
+
+namespace DistributedFs {
+namespace {
+
+constexpr const char* kCategories[] = {"archive", "file", "audio", "picture", "video"};
+
+// Written in binary, so that the bytes are the same on every platform.
+void WriteDesktopIni(std::ostream& file, const std::string& folder, const std::string& category) {
+    file << "[.ShellClassInfo]\r\n"
+         << "IconResource=" << folder << "\\" << category << ".ico,0\r\n"
+         << "InfoTip=Categories\r\n"
+         << "[ViewState]\r\n"
+         << "Mode=\r\n"
+         << "Vid=\r\n"
+         << "FolderType=Generic\r\n"
+         << std::flush;
+}
+
+}  // namespace
+
+// The folders are part of the installed resources; a missing one shows as a failed open.
+void PLENXManagerInner::CreateFileIcon(const std::string& rootDir) {
+    for (const std::string category : kCategories) {
+        const std::string folder = rootDir + "\\res\\plenx\\icon\\" + category;
+        const std::string path = folder + "\\desktop.ini";
+        std::ofstream file(path, std::ios::binary | std::ios::trunc);
+        if (!file) {
+            LogError("DistributedFs::PLENXManagerInner::CreateFileIcon",
+                     "[PLENXSDK] open file", path, " error");
+            continue;
+        }
+        WriteDesktopIni(file, folder, category);
+    }
+}
+
+}  // namespace DistributedFs

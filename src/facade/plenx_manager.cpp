@@ -1,0 +1,169 @@
+#include "plenxsdk/plenx_manager.h"
+
+#include <utility>
+
+#include "common/log.h"
+#include "common/process_life.h"
+#include "common/thread_pool.h"
+#include "engine/plenx_manager_inner.h"
+#include "rpc/rpc_manager.h"
+
+namespace DistributedFs {
+namespace {
+
+// Made when the library is loaded. Nothing but memory is touched then: the loader lock is held.
+ModuleObject<PLENXManager> instance;
+
+constexpr unsigned kWorkers = 1;  // one at a time, in the order of the calls
+
+// The services that can be asked for their configuration; the combined type goes through.
+bool HasConfiguration(ServiceType svcType) {
+    return svcType >= kPcService && svcType <= kCombinedService;
+}
+
+}  // namespace
+
+PLENXManager& PLENXManager::GetInstance() {
+    return instance.Get();
+}
+
+// What the jobs use is made before the facade, and so outlives it and its worker.
+PLENXManager::PLENXManager() {
+    OvLogger::GetInstance();
+    RpcManager::GetInstance();
+    PLENXManagerInner::GetInstance();
+}
+
+// The worker ends before anything that it uses, and no lock is held that its job may want.
+PLENXManager::~PLENXManager() {
+    std::shared_ptr<ThreadPool> pool;
+    {
+        const std::lock_guard<std::mutex> lock(poolMutex);
+        pool.swap(threadPool);
+    }
+    pool.reset();
+    fileManager.reset();
+}
+
+// The worker is gone, wherever it was, and may have left any lock behind. The companion is
+// released if nobody can have been inside it.
+void PLENXManager::OnProcessEnd() noexcept {
+    const bool workerWasIdle = !threadPool || threadPool->IsIdle();
+    if (workerWasIdle && fileManagerMutex.try_lock()) {
+        fileManager.reset();
+        fileManagerMutex.unlock();
+    }
+}
+
+void PLENXManager::Init(const std::string& first, const std::string& second, std::string third,
+                        bool flag) {
+    constexpr char kFunction[] = "DistributedFs::PLENXManager::Init";
+    LogInfo(kFunction, "[PLENXSDK] plenx manager Init");
+    PinModule();
+    {
+        const std::lock_guard<std::mutex> lock(poolMutex);
+        this->first = first;
+        this->second = second;
+        this->third = third;
+        this->flag = flag;
+    }
+    MakeFileManager(first, second, third, flag);
+    const std::lock_guard<std::mutex> lock(poolMutex);
+    if (!threadPool) {
+        threadPool = std::make_shared<ThreadPool>(kWorkers);
+    }
+    LogInfo(kFunction,
+            "[PLENXSDK] plenx manager plenx manager inner init is pushed into thread pool");
+    threadPool->Enqueue(&PLENXManagerInner::Init, &PLENXManagerInner::GetInstance(), first, second);
+}
+
+void PLENXManager::Destroy() {
+    constexpr char kFunction[] = "DistributedFs::PLENXManager::Destroy";
+    LogInfo(kFunction, "[PLENXSDK] plenx manager destroy");
+    UninstallOffice();
+    const std::lock_guard<std::mutex> lock(poolMutex);
+    if (threadPool) {
+        // The same operation that Init queues, on purpose: it finds everything done.
+        LogInfo(kFunction,
+                "[PLENXSDK] plenx manager plenx manager inner destroy is pushed into thread pool");
+        threadPool->Enqueue(&PLENXManagerInner::Init, &PLENXManagerInner::GetInstance(), first,
+                            second);
+    }
+}
+
+std::int64_t PLENXManager::GetInt64Config(ServiceType svcType, ConfigType cfgType) {
+    if (!HasConfiguration(svcType)) {
+        LogError("DistributedFs::PLENXManager::GetInt64Config",
+                 "[PLENXSDK] plenx manager invalid service type svcType:", svcType);
+        return 0;
+    }
+    return PLENXManagerInner::GetInstance().GetInt64Config(svcType, cfgType);
+}
+
+std::string PLENXManager::GetStringConfig(ServiceType svcType, ConfigType cfgType) {
+    if (!HasConfiguration(svcType)) {
+        LogError("DistributedFs::PLENXManager::GetStringConfig",
+                 "[PLENXSDK] plenx manager invalid service type svcType:", svcType);
+        return {};
+    }
+    return PLENXManagerInner::GetInstance().GetStringConfig(svcType, cfgType);
+}
+
+void PLENXManager::SetConfig(ServiceType svcType, ConfigType cfgType, std::string cfgValue) {
+    constexpr char kFunction[] = "DistributedFs::PLENXManager::SetConfig";
+    const auto push = [&](ServiceType service) {
+        const std::lock_guard<std::mutex> lock(poolMutex);
+        if (threadPool) {
+            LogInfo(kFunction, "[PLENXSDK] plenx manager (", service,
+                    ") set string config is pushed into thread pool");
+            threadPool->Enqueue(&PLENXManagerInner::SetStringConfig,
+                                &PLENXManagerInner::GetInstance(), service, cfgType, cfgValue);
+        }
+    };
+    switch (svcType) {
+    case kOfficeService:
+        break;
+    case kPcService:
+    case kPhoneService:
+        push(svcType);
+        break;
+    case kCombinedService:
+        push(kPcService);
+        push(kPhoneService);
+        break;
+    default:
+        LogError(kFunction,
+                 "[PLENXSDK] plenx manager set string config invalid service type svcType:",
+                 svcType);
+    }
+}
+
+void PLENXManager::SetConfig(ServiceType svcType, ConfigType cfgType, std::int64_t cfgValue) {
+    constexpr char kFunction[] = "DistributedFs::PLENXManager::SetConfig";
+    const auto push = [&](ServiceType service) {
+        const std::lock_guard<std::mutex> lock(poolMutex);
+        if (threadPool) {
+            LogInfo(kFunction, "[PLENXSDK] plenx manager (", service,
+                    ") set int config is pushed into thread pool");
+            threadPool->Enqueue(&PLENXManagerInner::SetIntConfig,
+                                &PLENXManagerInner::GetInstance(), service, cfgType, cfgValue);
+        }
+    };
+    switch (svcType) {
+    case kOfficeService:
+        break;
+    case kPcService:
+    case kPhoneService:
+        push(svcType);
+        break;
+    case kCombinedService:
+        push(kPcService);
+        push(kPhoneService);
+        break;
+    default:
+        LogError(kFunction, "[PLENXSDK] plenx manager set int config invalid service type svcType(",
+                 svcType, ")");
+    }
+}
+
+}  // namespace DistributedFs

@@ -1,0 +1,93 @@
+// The handlers of what the services want Windows Explorer to refresh.
+
+#include <windows.h>
+
+#include <shlobj.h>
+
+#include <cstddef>
+#include <cstring>
+#include <memory>
+#include <vector>
+
+#include "rpc/notification_reading.h"
+#include "rpc/rpc_manager.h"
+
+namespace DistributedFs {
+namespace {
+
+// The bytes as they came, behind them zeros: a sender that forgot the path's NUL must not
+// make the shell read past the block.
+std::vector<wchar_t> TerminatedPath(const std::uint8_t* bytes, std::int32_t length) {
+    const std::size_t padded = static_cast<std::size_t>(length) + 3;
+    std::vector<wchar_t> path(padded / sizeof(wchar_t) + 1);
+    std::memcpy(path.data(), bytes, static_cast<std::size_t>(length));
+    return path;
+}
+
+}  // namespace
+
+std::int32_t RpcManager::UpdateWindowsExplore(RpcMessage& message) {
+    constexpr char kFunction[] = "DistributedFs::RpcManager::UpdateWindowsExplore";
+    RpcMessageReader reader = MakeReader(message);
+    std::int32_t length = 0;
+    if (reader.ReadInt32(0, &length) != kSuccess || length <= 0) {
+        LogError(kFunction, "[PLENXSDK] read msgLen error");
+        return kReadFailed;
+    }
+    std::uint8_t* bytes = nullptr;
+    if (!WasRead(reader.ReadInt8Array(1, &bytes, length), kFunction,
+                 "[PLENXSDK] read update path error")) {
+        return kReadFailed;
+    }
+    const std::unique_ptr<std::uint8_t[]> owner(bytes);
+    const std::vector<wchar_t> path = TerminatedPath(bytes, length);
+    SHChangeNotify(SHCNE_UPDATEDIR, SHCNF_PATHW, path.data(), nullptr);
+    return RpcDefaultResponse(message);
+}
+
+std::int32_t RpcManager::ExploreFlushNotify(RpcMessage& message) {
+    constexpr char kFunction[] = "DistributedFs::RpcManager::ExploreFlushNotify";
+    RpcMessageReader reader = MakeReader(message);
+    std::string disk;
+    std::int32_t expFlushType = 0;
+    if (!WasRead(reader.ReadString(0, &disk), kFunction, "[PLENXSDK] read disk error") ||
+        !WasRead(reader.ReadInt32(1, &expFlushType), kFunction,
+                 "[PLENXSDK] read expFlushType error")) {
+        return kReadFailed;
+    }
+    if (!disk.empty() && disk[0] >= 'A' && disk[0] <= 'Z') {
+        FlushExplorer(disk[0], expFlushType);
+    }
+    return RpcDefaultResponse(message);
+}
+
+void RpcManager::FlushExplorer(char cLetter, std::int32_t expFlushType) {
+    constexpr char kFunction[] = "DistributedFs::RpcManager::FlushExplorer";
+    constexpr wchar_t kComputerFolder[] = L"shell:::{20D04FE0-3AEA-1069-A2D8-08002B30309D}";
+    LogInfo(kFunction, "[PLENXSDK] update device status invoked cLetter:", cLetter,
+            " expFlushType:", expFlushType);
+    // ASCII only: the locale must not decide what a drive letter is.
+    const bool lower = cLetter >= 'a' && cLetter <= 'z';
+    const bool upper = cLetter >= 'A' && cLetter <= 'Z';
+    if (!lower && !upper) {
+        return;
+    }
+    const wchar_t letter = static_cast<wchar_t>(lower ? cLetter - 'a' + 'A' : cLetter);
+    const wchar_t root[] = {letter, L':', L'\\', L'\0'};
+    LogInfo(kFunction, "[PLENXSDK] sh change notify begin");
+    switch (expFlushType) {
+    case 0:
+    case 1:
+        SHChangeNotify(SHCNE_DRIVEADD, SHCNF_PATHW, root, nullptr);
+        SHChangeNotify(SHCNE_UPDATEDIR, SHCNF_PATHW, kComputerFolder, nullptr);
+        break;
+    case 2:
+        SHChangeNotify(SHCNE_UPDATEDIR, SHCNF_PATHW, root, nullptr);
+        break;
+    default:
+        break;
+    }
+    LogInfo(kFunction, "[PLENXSDK] sh change notify end");
+}
+
+}  // namespace DistributedFs

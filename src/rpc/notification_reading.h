@@ -1,0 +1,27 @@
+// What the notification handlers share: reading an argument with its failure line.
+
+#ifndef PLENXSDK_RPC_NOTIFICATION_READING_H
+#define PLENXSDK_RPC_NOTIFICATION_READING_H
+
+#include "common/log.h"
+#include "common/result_code.h"
+#include "rpc/rpc_message.h"
+#include "rpc/rpc_message_reader.h"
+
+namespace DistributedFs {
+
+inline RpcMessageReader MakeReader(const RpcMessage& message) {
+    return RpcMessageReader(message.msgBuffer, message.msgSize);
+}
+
+/// code: of the read; logs its failure.
+inline bool WasRead(std::int32_t code, const char* function, const char* failure) {
+    if (code != kSuccess) {
+        LogError(function, failure);
+    }
+    return code == kSuccess;
+}
+
+}  // namespace DistributedFs
+
+#endif  // PLENXSDK_RPC_NOTIFICATION_READING_H

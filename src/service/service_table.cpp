@@ -1,0 +1,168 @@
+// The service table: its rows, the folders, installing and uninstalling.
+
+#include <windows.h>
+
+#include "common/log.h"
+#include "common/result_code.h"
+#include "service/file_utils.h"
+#include "service/service_manager.h"
+
+namespace DistributedFs {
+namespace {
+
+constexpr int kNumberedFolders = 100;
+
+static_assert(SERVICE_ALL_ACCESS == 0xF01FF, "the access mask of the service rows");
+
+// All service rows run one program; they differ in name and arguments.
+ServiceRecord ServiceRow(const std::wstring& name, const std::wstring& installFolder,
+                         const std::wstring& serviceFolder, const std::wstring& digit) {
+    return {name,
+            installFolder + L"\\plenxservice.exe",
+            SERVICE_ALL_ACCESS,
+            SERVICE_WIN32_OWN_PROCESS,
+            SERVICE_DEMAND_START,
+            SERVICE_ERROR_NORMAL,
+            true,
+            {installFolder, serviceFolder, digit}};
+}
+
+// No access is asked for when the driver is created.
+ServiceRecord DriverRow(const std::wstring& installFolder) {
+    return {L"Dokan1",
+            installFolder + L"\\dokan1.sys",
+            0,
+            SERVICE_FILE_SYSTEM_DRIVER,
+            SERVICE_SYSTEM_START,
+            SERVICE_ERROR_NORMAL,
+            false,
+            {}};
+}
+
+// The last step of every candidate that has failed on the way.
+void RemoveCandidate(const std::wstring& folder) {
+    if (FileUtils::ForceRemoveDirectory(folder) != kSuccess) {
+        LogError("DistributedFs::ServiceManager::MakeSourcePath",
+                 "[PLENXSDK] mkdir src directory error and force remove src directory error");
+    }
+}
+
+bool TryCandidate(const std::wstring& folder) {
+    if (FileUtils::FileExists(folder) == kSuccess &&
+        FileUtils::ForceRemoveDirectory(folder) != kSuccess) {
+        return false;
+    }
+    if (FileUtils::MakeDirectory(folder) != kSuccess ||
+        ServiceManager::MakeServicePath(folder) != kSuccess) {
+        RemoveCandidate(folder);
+        return false;
+    }
+    return true;
+}
+
+}  // namespace
+
+ServiceManager::ServiceManager(const std::wstring& installFolder, const std::wstring& dataFolder) {
+    if (UpgradeDriver(installFolder) != kSuccess ||
+        MakeSourcePath(dataFolder, sourcePath) != kSuccess) {
+        return;
+    }
+    services = {
+        ServiceRow(L"PlenxOfficeSvc", installFolder, sourcePath + L"\\office", L"0"),
+        ServiceRow(L"PlenxPcSvc", installFolder, sourcePath + L"\\pc", L"1"),
+        ServiceRow(L"PlenxPhoneSvc", installFolder, sourcePath + L"\\phone", L"2"),
+        DriverRow(installFolder),
+    };
+    processIds.assign(services.size(), 0);
+    processBirths.assign(services.size(), 0);
+    InstallService();
+    StartDokanService();
+}
+
+// The driver and the office service stay registered.
+ServiceManager::~ServiceManager() {
+    if (services.empty()) {
+        return;
+    }
+    try {
+        UninstallService();
+        services.clear();
+        if (FileUtils::ForceRemoveDirectory(sourcePath) != kSuccess) {
+            LogError("DistributedFs::ServiceManager::~ServiceManager",
+                     "[PLENXSDK] remove src path error");
+        }
+    } catch (...) {
+        // Out of memory: what is left behind is taken over by the next construction.
+    }
+}
+
+std::int32_t ServiceManager::MakeSourcePath(const std::wstring& dataFolder, std::wstring& out) {
+    // Candidates are wiped; without a data folder they would lie on the current drive.
+    if (dataFolder.empty()) {
+        return kNoWorkingFolder;
+    }
+    const std::wstring first = dataFolder + L"\\plenx";
+    if (TryCandidate(first)) {
+        out = first;
+        return kSuccess;
+    }
+    for (int n = 0; n != kNumberedFolders; ++n) {
+        out = first + std::to_wstring(n);
+        if (TryCandidate(out)) {
+            return kSuccess;
+        }
+    }
+    return kNoWorkingFolder;
+}
+
+std::int32_t ServiceManager::MakeServicePath(const std::wstring& folder) {
+    if (FileUtils::FileExists(folder) != kSuccess) {
+        LogError("DistributedFs::ServiceManager::MakeServicePath",
+                 "[PLENXSDK] src directory not exit");
+        return kServiceFoldersNotMade;
+    }
+    // The office service makes its own folder.
+    if (FileUtils::MakeDirectory(folder + L"\\pc") != kSuccess ||
+        FileUtils::MakeDirectory(folder + L"\\phone") != kSuccess) {
+        return kServiceFoldersNotMade;
+    }
+    return kSuccess;
+}
+
+void ServiceManager::InstallService() {
+    constexpr char kFunction[] = "DistributedFs::ServiceManager::InstallService";
+    for (std::int32_t row = kFirstInstalledRow; IsInstalledRow(row); ++row) {
+        const std::wstring& name = services[row].name;
+        if (const std::int32_t code = StopServiceByIndex(row); code != kSuccess) {
+            LogError(kFunction, "[PLENXSDK] stop service ", name, " error ", code);
+        }
+        if (const std::int32_t code = CreateServiceByIndex(row); code != kSuccess) {
+            LogError(kFunction, "[PLENXSDK] create service ", name, " error ", code);
+        } else {
+            LogInfo(kFunction, "[PLENXSDK] install service ", name, " success");
+        }
+    }
+}
+
+void ServiceManager::UninstallService() {
+    constexpr char kFunction[] = "DistributedFs::ServiceManager::UninstallService";
+    for (std::int32_t row = kFirstInstalledRow; IsInstalledRow(row); ++row) {
+        const std::wstring& name = services[row].name;
+        if (const std::int32_t code = StopServiceByIndex(row); code != kSuccess) {
+            LogError(kFunction, "[PLENXSDK] stop service ", name, " error ", code);
+        }
+        if (const std::int32_t code = DeleteServiceByIndex(row); code != kSuccess) {
+            LogError(kFunction, "[PLENXSDK] delete service ", name, " error ", code);
+        } else {
+            LogInfo(kFunction, "[PLENXSDK] uninstall service ", name, " success");
+        }
+    }
+}
+
+// The first row is the office service, the last one the driver: neither is installed or
+// uninstalled here.
+bool ServiceManager::IsInstalledRow(std::int32_t row) const noexcept {
+    return row >= kFirstInstalledRow && row <= static_cast<std::int32_t>(services.size()) - 2;
+}
+
+}  // namespace DistributedFs
