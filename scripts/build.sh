@@ -1,0 +1,62 @@
+# Building both worlds.
+
+windows_build=$build_dir/windows
+dist_dir=$build_dir/dist
+run_time_dlls=(libstdc++-6.dll libgcc_s_seh-1.dll libwinpthread-1.dll)
+
+# configure FOLDER CMAKE-ARGUMENT...: once; ninja sees to it afterwards.
+configure() {
+    local folder=$1
+    shift
+    if [ ! -e "$folder/build.ninja" ]; then
+        step "configure $(basename "$folder")" cmake -G Ninja -S "$root" -B "$folder" "$@"
+    fi
+}
+
+build_windows() {
+    need_packages "${windows_packages[@]}"
+    configure "$windows_build" --toolchain "$root/cmake/mingw-w64-x86-64.cmake"
+    step "build for Windows" ninja -C "$windows_build"
+    step "add the run time" copy_run_time "$windows_build/bin"
+    step "fill build/dist" install_dist
+}
+
+install_dist() {
+    rm -rf "$dist_dir"
+    cmake --install "$windows_build" --prefix "$dist_dir" --strip
+    copy_run_time "$dist_dir/bin"
+}
+
+copy_run_time() {
+    local dll
+    for dll in "${run_time_dlls[@]}"; do
+        cp -u "$(run_time_dll "$dll")" "$1/"
+    done
+}
+
+# The C++ run time lies in one of the cross compiler's own folders.
+run_time_dll() {
+    local path
+    path=$(x86_64-w64-mingw32-g++-posix -print-file-name="$1")
+    [ -e "$path" ] || path=/usr/x86_64-w64-mingw32/lib/$1
+    echo "$path"
+}
+
+# build_native FLAVOUR: plain, address (with undefined) or thread
+build_native() {
+    need_packages "${native_packages[@]}"
+    local sanitize=
+    case $1 in
+    plain) ;;
+    address) sanitize=address,undefined ;;
+    thread) sanitize=thread ;;
+    *) fail "unknown flavour of the native tests: $1" ;;
+    esac
+    configure "$build_dir/native-$1" -DPLENX_SANITIZE="$sanitize"
+    step "build the native tests, $1" ninja -C "$build_dir/native-$1"
+}
+
+command_build() {
+    build_windows
+    echo "Built. What a host needs is in build/dist: bin, lib, include."
+}

@@ -1,0 +1,29 @@
+# What all parts of ./plenx share.
+
+build_dir=$root/build
+log_dir=$build_dir/log
+mkdir -p "$log_dir"
+
+fail() {
+    echo "plenx: $*" >&2
+    exit 1
+}
+
+# step TEXT COMMAND...: runs the command with its output in build/log; says one line, and shows
+# the end of the output if it fails.
+step() {
+    local text=$1
+    shift
+    local log start status=0
+    log=$log_dir/$(echo "$text" | tr -c 'a-zA-Z0-9\n' '-').log
+    start=$SECONDS
+    "$@" >"$log" 2>&1 </dev/null || status=$?
+    if [ $status -ne 0 ]; then
+        echo "  $text: failed" >&2
+        tail -n 40 "$log" >&2
+        fail "'$text' failed (exit $status); all of its output is in ${log#"$root"/}"
+    fi
+    if [ $((SECONDS - start)) -gt 1 ]; then
+        echo "  $text ($((SECONDS - start)) s)"
+    fi
+}

@@ -1,0 +1,1 @@
+command_demo() { fail "not there yet"; }

@@ -1,0 +1,30 @@
+# Debian packages: installed when they are missing.
+
+base_packages=(cmake ninja-build)
+windows_packages=("${base_packages[@]}"
+    g++-mingw-w64-x86-64-posix mingw-w64-tools clang
+    wine wine64
+    googletest libspdlog-dev libfmt-dev libcli11-dev nlohmann-json3-dev)
+native_packages=("${base_packages[@]}" g++ googletest libspdlog-dev libfmt-dev)
+demo_packages=(python3)
+
+need_packages() {
+    local package missing=()
+    for package in "$@"; do
+        if [ "$(dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null)" != installed ]; then
+            missing+=("$package")
+        fi
+    done
+    if [ ${#missing[@]} -eq 0 ]; then
+        return
+    fi
+    command -v apt-get >/dev/null || fail "these packages are needed: ${missing[*]}"
+    local -a as_root=()
+    if [ "$(id -u)" -ne 0 ]; then
+        command -v sudo >/dev/null || fail "root is needed to install: ${missing[*]}"
+        as_root=(sudo)
+    fi
+    local -a apt=("${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get)
+    step "read the package lists" "${apt[@]}" update
+    step "install ${missing[*]}" "${apt[@]}" install -y --no-install-recommends "${missing[@]}"
+}

@@ -1,0 +1,32 @@
+# Wine prefixes. Service names and endpoints are per prefix, so every test program gets a fresh
+# one, copied from a template.
+
+wine_dir=$build_dir/wine
+export WINEDEBUG=-all WINEDLLOVERRIDES="mscoree,mshtml="
+unset DISPLAY
+
+make_prefix_template() {
+    local template=$wine_dir/template
+    if [ ! -e "$template/.ready" ]; then
+        rm -rf "$template"
+        mkdir -p "$wine_dir"
+        step "make a Wine prefix" env WINEPREFIX="$template" timeout 120 wineboot -i
+        step "settle the Wine prefix" env WINEPREFIX="$template" timeout 60 wineserver -w
+        touch "$template/.ready"
+    fi
+}
+
+# new_prefix NAME: prints the folder of a fresh prefix
+new_prefix() {
+    local prefix=$wine_dir/$1
+    drop_prefix "$prefix"
+    cp -a --reflink=auto "$wine_dir/template" "$prefix"
+    echo "$prefix"
+}
+
+drop_prefix() {
+    if [ -d "$1" ]; then
+        WINEPREFIX=$1 timeout 20 wineserver -k >/dev/null 2>&1 || true
+        rm -rf "$1"
+    fi
+}
