@@ -1,6 +1,7 @@
 #include "companion/recorded_log.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdint>
 #include <cstdio>
 #include <stdexcept>
@@ -111,6 +112,7 @@ void RecordedLog::Take(int level, const std::wstring& text) {
         lines_.push_back({level, text});
     }
     changed_.notify_all();
+    errno = EBADF;  // a logger writes files and leaves behind what it likes
 }
 
 OvLogger* OvLogger::GetInstance() {

@@ -1,0 +1,111 @@
+// FakeRpc: the RPC runtime and the services behind it, in memory.
+//
+// Every function of the runtime that the product calls is recorded, in order and with its
+// arguments, and can be made to fail. A call of a service is answered by a function that
+// the test gives; by default every service answers "one int32 with the value 0".
+//
+// Thread-safe. Lives until the process ends, for the listen thread never ends either.
+
+#ifndef FAKES_RPC_FAKE_RPC_H
+#define FAKES_RPC_FAKE_RPC_H
+
+#include <rpc.h>
+
+#include <chrono>
+#include <condition_variable>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <mutex>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+using Bytes = std::vector<std::uint8_t>;
+
+/// One call of a service, as the service sees it.
+struct ServiceCall {
+    std::string endpoint;
+    std::int32_t msgType;
+    std::int32_t msgSize;
+    Bytes msg;
+};
+
+/// What a service answers.
+struct ServiceAnswer {
+    long result = 0;
+    Bytes reply;
+    std::optional<long> statedSize;  // instead of the reply's own size
+    bool nullBlock = false;
+    std::optional<unsigned long> exception;  // raised instead of an answer
+};
+
+/// A message that carries one int32.
+Bytes Int32Message(std::int32_t value);
+
+class FakeRpc {
+public:
+    using Service = std::function<ServiceAnswer(const ServiceCall&)>;
+
+    static FakeRpc& Get();
+
+    // The script.
+    void SetService(Service service);
+    /// The next calls of the function (by its name, as "RpcStringFreeW") give the status.
+    void Fail(const std::string& function, RPC_STATUS status);
+    /// RpcServerListen returns the status; by default it blocks until the process ends.
+    void SetListenReturns(RPC_STATUS status);
+    /// MIDL_user_allocate gives null.
+    void SetAllocationFails(bool fails);
+
+    // The record.
+    /// As "RpcStringBindingComposeW(null, ncalrpc, null, PLENXPCService, null)".
+    std::vector<std::string> Calls() const;
+    std::vector<ServiceCall> ServiceCalls() const;
+    void ClearRecord();
+    bool WaitUntilListening(std::chrono::milliseconds timeout = std::chrono::seconds(20)) const;
+    std::size_t LiveStrings() const;
+    std::size_t LiveBindings() const;
+    std::size_t LiveBlocks() const;   // of MIDL_user_allocate
+    std::size_t Allocations() const;  // all that were ever made
+    std::size_t MostCallsAtOnce() const;
+
+    // For the fake functions.
+    RPC_STATUS Compose(const wchar_t* objectUuid, const wchar_t* protocol,
+                       const wchar_t* networkAddress, const wchar_t* endpoint,
+                       const wchar_t* options, RPC_WSTR* stringBinding);
+    RPC_STATUS Bind(RPC_WSTR stringBinding, RPC_BINDING_HANDLE* binding);
+    RPC_STATUS FreeString(RPC_WSTR* string);
+    RPC_STATUS FreeBinding(RPC_BINDING_HANDLE* binding);
+    RPC_STATUS Record(const std::string& function, const std::string& arguments);
+    RPC_STATUS Listen(const std::string& arguments);
+    ServiceAnswer CallService(RPC_BINDING_HANDLE binding, ServiceCall call);
+    void* Allocate(std::size_t size);
+    void Free(void* block);
+
+private:
+    FakeRpc() = default;
+
+    RPC_STATUS RecordLocked(const std::string& function, const std::string& arguments);
+
+    mutable std::mutex mutex_;
+    mutable std::condition_variable changed_;
+    Service service_;
+    std::map<std::string, RPC_STATUS> failures_;
+    std::optional<RPC_STATUS> listenReturns_;
+    bool allocationFails_ = false;
+    bool listening_ = false;
+
+    std::vector<std::string> calls_;
+    std::vector<ServiceCall> serviceCalls_;
+    std::set<void*> strings_;
+    std::map<void*, std::string> bindings_;  // to the endpoint
+    std::set<void*> blocks_;
+    std::size_t allocations_ = 0;
+    std::size_t callsNow_ = 0;
+    std::size_t mostCallsAtOnce_ = 0;
+};
+
+#endif  // FAKES_RPC_FAKE_RPC_H

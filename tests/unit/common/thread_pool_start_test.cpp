@@ -1,0 +1,54 @@
+// A thread that cannot be started: pthread_create of this program fails on demand.
+
+#include <dlfcn.h>
+#include <gtest/gtest.h>
+#include <pthread.h>
+
+#include <atomic>
+#include <cerrno>
+#include <system_error>
+
+#include "common/thread_pool.h"
+
+namespace {
+
+std::atomic<int> startsLeft{-1};  // negative: all succeed
+std::atomic<int> started{0};
+
+}  // namespace
+
+extern "C" int pthread_create(pthread_t* thread, const pthread_attr_t* attributes,
+                              void* (*run)(void*), void* argument) noexcept {
+    using Create = int (*)(pthread_t*, const pthread_attr_t*, void* (*)(void*), void*);
+    static const Create real = reinterpret_cast<Create>(dlsym(RTLD_NEXT, "pthread_create"));
+    if (startsLeft == 0) {
+        return EAGAIN;
+    }
+    if (startsLeft > 0) {
+        --startsLeft;
+    }
+    ++started;
+    return real(thread, attributes, run, argument);
+}
+
+namespace {
+
+class ThreadPoolStart : public testing::TestWithParam<int> {};
+
+TEST_P(ThreadPoolStart, FailureOfAThreadRaisesSystemErrorAndEndsThoseThatRunAlready) {
+    startsLeft = GetParam();
+    started = 0;
+    EXPECT_THROW(DistributedFs::ThreadPool pool(4), std::system_error);
+    startsLeft = -1;
+    EXPECT_EQ(started, GetParam());
+}
+
+INSTANTIATE_TEST_SUITE_P(NthThread, ThreadPoolStart, testing::Values(0, 1, 2, 3));
+
+TEST(ThreadPoolStart, AllThreadsAreStartedByTheConstructor) {
+    started = 0;
+    DistributedFs::ThreadPool pool(4);
+    EXPECT_EQ(started, 4);
+}
+
+}  // namespace

@@ -1,0 +1,335 @@
+#include "common/thread_pool.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <chrono>
+#include <functional>
+#include <future>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <system_error>
+#include <thread>
+#include <vector>
+
+using DistributedFs::ThreadPool;
+using testing::ElementsAre;
+
+namespace {
+
+constexpr std::chrono::seconds kDeadline{20};
+
+template <class T>
+bool IsReady(const std::future<T>& future) {
+    return future.wait_for(kDeadline) == std::future_status::ready;
+}
+
+template <class Condition>
+bool WaitUntil(Condition condition) {
+    const auto end = std::chrono::steady_clock::now() + kDeadline;
+    while (!condition()) {
+        if (std::chrono::steady_clock::now() > end) {
+            return false;
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    return true;
+}
+
+// A job that runs until it is let go.
+class HeldJob {
+public:
+    explicit HeldJob(ThreadPool& pool)
+        : ended_(pool.Enqueue([this] {
+              began_.set_value();
+              letGo_.get_future().wait_for(kDeadline);
+              done = true;
+          })) {}
+    bool WaitUntilItRuns() {
+        return began_.get_future().wait_for(kDeadline) == std::future_status::ready;
+    }
+    void LetGo() { letGo_.set_value(); }
+
+    std::atomic<bool> done{false};
+
+private:
+    std::promise<void> began_;
+    std::promise<void> letGo_;
+    std::future<void> ended_;
+};
+
+TEST(ThreadPool, OneWorkerRunsJobsInQueueOrderEachAfterTheOther) {
+    ThreadPool pool(1);
+    std::vector<std::string> steps;  // touched by the worker alone until the last job is done
+    std::vector<std::future<void>> futures;
+    for (const char* const name : {"1", "2", "3"}) {
+        futures.push_back(pool.Enqueue([&steps, name] {
+            steps.push_back(std::string("begin ") + name);
+            std::this_thread::sleep_for(std::chrono::milliseconds(5));
+            steps.push_back(std::string("end ") + name);
+        }));
+    }
+    ASSERT_TRUE(IsReady(futures.back()));
+    EXPECT_THAT(steps,
+                ElementsAre("begin 1", "end 1", "begin 2", "end 2", "begin 3", "end 3"));
+}
+
+TEST(ThreadPool, JobsRunOnAWorkerNotOnTheCaller) {
+    ThreadPool pool(1);
+    auto first = pool.Enqueue([] { return std::this_thread::get_id(); });
+    auto second = pool.Enqueue([] { return std::this_thread::get_id(); });
+    const std::thread::id worker = first.get();
+    EXPECT_NE(worker, std::this_thread::get_id());
+    EXPECT_EQ(worker, second.get());
+}
+
+TEST(ThreadPool, SeveralWorkersRunJobsAtTheSameTime) {
+    ThreadPool pool(3);
+    std::atomic<int> inside{0};
+    std::vector<std::future<bool>> futures;
+    for (int i = 0; i != 3; ++i) {
+        futures.push_back(pool.Enqueue([&inside] {
+            ++inside;
+            return WaitUntil([&inside] { return inside == 3; });
+        }));
+    }
+    for (std::future<bool>& future : futures) {
+        EXPECT_TRUE(future.get());
+    }
+}
+
+TEST(ThreadPool, FutureHoldsTheResult) {
+    ThreadPool pool(1);
+    EXPECT_EQ(pool.Enqueue([](int a, int b) { return a - b; }, 7, 5).get(), 2);
+}
+
+TEST(ThreadPool, ThrowingJobLeavesItsExceptionInTheFutureAndTheWorkerAlive) {
+    ThreadPool pool(1);
+    auto failing = pool.Enqueue([]() -> int { throw std::range_error("lost"); });
+    auto next = pool.Enqueue([] { return 3; });
+    EXPECT_THROW(failing.get(), std::range_error);
+    EXPECT_EQ(next.get(), 3);
+}
+
+TEST(ThreadPool, ThrowingJobWhoseFutureWasDroppedLeavesTheWorkerAlive) {
+    ThreadPool pool(1);
+    pool.Enqueue([] { throw std::range_error("lost"); });
+    EXPECT_EQ(pool.Enqueue([] { return 3; }).get(), 3);
+}
+
+TEST(ThreadPool, EmptyFunctionGivesBadFunctionCallInTheFuture) {
+    ThreadPool pool(1);
+    auto failing = pool.Enqueue(std::function<int()>());
+    EXPECT_THROW(failing.get(), std::bad_function_call);
+    EXPECT_EQ(pool.Enqueue([] { return 3; }).get(), 3);
+}
+
+TEST(ThreadPool, DroppingAFutureDoesNotWaitForTheJob) {
+    ThreadPool pool(1);
+    HeldJob held(pool);
+    pool.Enqueue([] {});  // the future of a job that cannot run yet is dropped here
+    EXPECT_FALSE(held.done);
+    held.LetGo();
+}
+
+TEST(ThreadPool, ArgumentsAreCopiedWhenTheJobIsQueued) {
+    ThreadPool pool(1);
+    HeldJob held(pool);
+    std::string argument = "before";
+    auto copy = pool.Enqueue([](const std::string& text) { return text; }, argument);
+    argument = "after";
+    held.LetGo();
+    EXPECT_EQ(copy.get(), "before");
+}
+
+TEST(ThreadPool, ArgumentsArePassedAsLvaluesOfTheStoredCopies) {
+    ThreadPool pool(1);
+    auto future = pool.Enqueue([](std::unique_ptr<int>& number) { return *number; },
+                               std::make_unique<int>(5));
+    EXPECT_EQ(future.get(), 5);
+}
+
+TEST(ThreadPool, StringLiteralIsStoredAsAPointer) {
+    ThreadPool pool(1);
+    EXPECT_EQ(pool.Enqueue([](const char* text) { return std::string(text); }, "text").get(),
+              "text");
+}
+
+TEST(ThreadPool, NestedBindIsPassedOnNotEvaluated) {
+    ThreadPool pool(1);
+    auto inner = std::bind([] { return 5; });
+    EXPECT_EQ(pool.Enqueue([](decltype(inner)& function) { return function() + 1; }, inner).get(),
+              6);
+}
+
+struct Adder {
+    int base;
+    int Add(int number) { return base + number; }
+};
+
+TEST(ThreadPool, RunsMemberFunctionsOfAnObjectGivenByPointer) {
+    ThreadPool pool(1);
+    Adder adder{40};
+    EXPECT_EQ(pool.Enqueue(&Adder::Add, &adder, 2).get(), 42);
+}
+
+TEST(ThreadPool, DestroyingWaitsForTheRunningJobAndDiscardsTheOthersUnrun) {
+    auto pool = std::make_unique<ThreadPool>(1);
+    HeldJob running(*pool);
+    std::atomic<bool> ran{false};
+    auto discarded = pool->Enqueue([&ran] { ran = true; });
+    ASSERT_TRUE(running.WaitUntilItRuns());
+    std::thread letGo([&running] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(50));
+        running.LetGo();
+    });
+    pool.reset();
+    EXPECT_TRUE(running.done);
+    letGo.join();
+    ASSERT_TRUE(IsReady(discarded));
+    EXPECT_FALSE(ran);
+    try {
+        discarded.get();
+        ADD_FAILURE() << "no broken promise";
+    } catch (const std::future_error& error) {
+        EXPECT_EQ(error.code(), std::future_errc::broken_promise);
+    }
+}
+
+TEST(ThreadPool, WithoutWorkersAcceptsJobsAndNeverRunsThem) {
+    auto pool = std::make_unique<ThreadPool>(0U);
+    std::atomic<bool> ran{false};
+    auto future = pool->Enqueue([&ran] { ran = true; });
+    EXPECT_EQ(future.wait_for(std::chrono::milliseconds(50)), std::future_status::timeout);
+    pool.reset();
+    EXPECT_FALSE(ran);
+    EXPECT_THROW(future.get(), std::future_error);
+}
+
+TEST(ThreadPool, EnqueueThrowsOnceDestructionHasBegun) {
+    auto pool = std::make_unique<ThreadPool>(1);
+    ThreadPool* const raw = pool.get();
+    std::promise<void> began;
+    auto message = pool->Enqueue([raw, &began]() -> std::string {
+        began.set_value();
+        const auto end = std::chrono::steady_clock::now() + kDeadline;
+        while (std::chrono::steady_clock::now() < end) {
+            try {
+                raw->Enqueue([] {});
+            } catch (const std::runtime_error& error) {
+                return error.what();
+            }
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        }
+        return "it never threw";
+    });
+    began.get_future().wait();
+    pool.reset();
+    EXPECT_EQ(message.get(), "thread pool has stopped");
+}
+
+struct TellsWhereItEnds {
+    explicit TellsWhereItEnds(std::thread::id* where) : where_(where) {}
+    ~TellsWhereItEnds() { *where_ = std::this_thread::get_id(); }
+    std::thread::id* where_;
+};
+
+TEST(ThreadPool, WhatDiscardedJobsOwnIsReleasedByTheDestroyingThread) {
+    std::thread::id where;
+    {
+        ThreadPool pool(0);
+        pool.Enqueue([owned = std::make_shared<TellsWhereItEnds>(&where)] {});
+    }
+    EXPECT_EQ(where, std::this_thread::get_id());
+}
+
+TEST(ThreadPool, WhatAJobOwnsIsReleasedBeforeThePoolIsIdle) {
+    std::thread::id where;
+    ThreadPool pool(1);
+    pool.Enqueue([owned = std::make_shared<TellsWhereItEnds>(&where)] {});
+    ASSERT_TRUE(WaitUntil([&pool] { return pool.IsIdle(); }));
+    EXPECT_NE(where, std::thread::id());
+}
+
+TEST(ThreadPool, IsIdleOnlyWhenAllJobsAreDone) {
+    ThreadPool pool(1);
+    EXPECT_TRUE(pool.IsIdle());
+    HeldJob held(pool);
+    EXPECT_FALSE(pool.IsIdle());
+    ASSERT_TRUE(held.WaitUntilItRuns());
+    EXPECT_FALSE(pool.IsIdle());
+    held.LetGo();
+    EXPECT_TRUE(WaitUntil([&pool] { return pool.IsIdle(); }));
+}
+
+TEST(ThreadPool, DestroyedByItsOwnJobRaisesDeadlockAndTheWorkerEndsByItself) {
+    auto* const pool = new ThreadPool(1);
+    auto failing = pool->Enqueue([pool] { delete pool; });
+    try {
+        failing.get();
+        ADD_FAILURE() << "no error was raised";
+    } catch (const std::system_error& error) {
+        EXPECT_EQ(error.code(), std::errc::resource_deadlock_would_occur);
+    }
+}
+
+TEST(ThreadPool, DestroyedByItsOwnJobJoinsTheOtherWorkersAllTheSame) {
+    auto* const pool = new ThreadPool(3);
+    std::promise<void> began;
+    std::atomic<bool> otherDone{false};
+    pool->Enqueue([&] {
+        began.set_value();
+        std::this_thread::sleep_for(std::chrono::milliseconds(50));
+        otherDone = true;
+    });
+    began.get_future().wait();
+    auto failing = pool->Enqueue([pool, &otherDone] {
+        try {
+            delete pool;
+        } catch (const std::system_error&) {
+            return otherDone.load();
+        }
+        return false;
+    });
+    EXPECT_TRUE(failing.get());
+}
+
+TEST(ThreadPool, IdlePoolsAreDestroyedWithoutALostWakeUp) {
+    for (int i = 0; i != 3000; ++i) {
+        ThreadPool pool(2);
+    }
+}
+
+TEST(ThreadPool, PoolsAreDestroyedWithJobsInFlightWithoutALostWakeUp) {
+    std::atomic<int> ran{0};
+    for (int i = 0; i != 1500; ++i) {
+        ThreadPool pool(1 + static_cast<unsigned>(i % 3));
+        for (int job = 0; job != i % 5; ++job) {
+            pool.Enqueue([&ran] { ++ran; });
+        }
+    }
+    EXPECT_LE(ran, 1500 * 2);
+}
+
+TEST(ThreadPool, ManyProducersLoseNoJob) {
+    constexpr int kProducers = 4;
+    constexpr int kJobs = 2000;
+    ThreadPool pool(2);
+    std::atomic<int> ran{0};
+    std::vector<std::thread> producers;
+    for (int i = 0; i != kProducers; ++i) {
+        producers.emplace_back([&pool, &ran] {
+            for (int job = 0; job != kJobs; ++job) {
+                pool.Enqueue([&ran] { ++ran; });
+            }
+        });
+    }
+    for (std::thread& producer : producers) {
+        producer.join();
+    }
+    EXPECT_TRUE(WaitUntil([&ran] { return ran == kProducers * kJobs; }));
+}
+
+}  // namespace
