@@ -1,0 +1,57 @@
+#include "support/child_process.h"
+
+namespace PlenxTest {
+
+std::wstring ProgramPath() {
+    std::wstring path(4096, L'\0');
+    path.resize(GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size())));
+    return path;
+}
+
+std::wstring ProgramFolder() {
+    const std::wstring path = ProgramPath();
+    return path.substr(0, path.find_last_of(L'\\'));
+}
+
+ChildProcess::ChildProcess(std::wstring commandLine) {
+    STARTUPINFOW startup{};
+    startup.cb = sizeof(startup);
+    PROCESS_INFORMATION process{};
+    if (CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
+                       &startup, &process)) {
+        CloseHandle(process.hThread);
+        process_ = process.hProcess;
+        id_ = process.dwProcessId;
+    }
+}
+
+ChildProcess::~ChildProcess() {
+    if (process_ != nullptr) {
+        if (WaitForSingleObject(process_, 0) == WAIT_TIMEOUT) {
+            Kill();
+        }
+        CloseHandle(process_);
+    }
+}
+
+std::wstring ChildProcess::Self(const std::wstring& arguments) {
+    return L"\"" + ProgramPath() + L"\" " + arguments;
+}
+
+std::optional<DWORD> ChildProcess::WaitForExit(DWORD milliseconds) {
+    DWORD code = 0;
+    if (process_ == nullptr || WaitForSingleObject(process_, milliseconds) != WAIT_OBJECT_0 ||
+        !GetExitCodeProcess(process_, &code)) {
+        return std::nullopt;
+    }
+    return code;
+}
+
+void ChildProcess::Kill() {
+    if (process_ != nullptr) {
+        TerminateProcess(process_, 0xDEAD);
+        WaitForSingleObject(process_, 5000);
+    }
+}
+
+}  // namespace PlenxTest

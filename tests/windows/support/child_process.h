@@ -1,0 +1,42 @@
+// A child process: this test program itself, started again with other arguments, or another one.
+// Every wait has a deadline; a child that is still running when its object goes is ended.
+
+#ifndef PLENXSDK_TESTS_WINDOWS_SUPPORT_CHILD_PROCESS_H
+#define PLENXSDK_TESTS_WINDOWS_SUPPORT_CHILD_PROCESS_H
+
+#include <windows.h>
+
+#include <optional>
+#include <string>
+
+namespace PlenxTest {
+
+/// The full path of the running program, and its folder without a trailing backslash.
+std::wstring ProgramPath();
+std::wstring ProgramFolder();
+
+class ChildProcess {
+public:
+    /// commandLine: the program's path first, quoted where needed.
+    explicit ChildProcess(std::wstring commandLine);
+    ~ChildProcess();
+    ChildProcess(const ChildProcess&) = delete;
+    ChildProcess& operator=(const ChildProcess&) = delete;
+
+    /// This program with the arguments.
+    static std::wstring Self(const std::wstring& arguments);
+
+    bool Started() const { return process_ != nullptr; }
+    DWORD Id() const { return id_; }
+    /// The exit code, or nothing when the child has not ended in time.
+    std::optional<DWORD> WaitForExit(DWORD milliseconds);
+    void Kill();
+
+private:
+    HANDLE process_ = nullptr;
+    DWORD id_ = 0;
+};
+
+}  // namespace PlenxTest
+
+#endif  // PLENXSDK_TESTS_WINDOWS_SUPPORT_CHILD_PROCESS_H

@@ -1,0 +1,69 @@
+#include "support/install_folder.h"
+
+#include <windows.h>
+
+#include <fstream>
+#include <iterator>
+#include <system_error>
+
+#include "support/child_process.h"
+
+namespace PlenxTest {
+namespace {
+
+namespace fs = std::filesystem;
+
+const wchar_t* const kProgramFiles[] = {
+    L"plenxservice.exe", L"libstdc++-6.dll", L"libgcc_s_seh-1.dll", L"libwinpthread-1.dll",
+    L"dokan1.sys",       L"dokan1.dll",      L"dokanfuse1.dll",
+};
+const wchar_t* const kDriverFiles[] = {L"dokan1.sys", L"dokan1.dll", L"dokanfuse1.dll"};
+const wchar_t* const kCategories[] = {L"archive", L"file", L"audio", L"picture", L"video"};
+
+void Copy(const fs::path& from, const fs::path& to) {
+    if (!CopyFileW(from.c_str(), to.c_str(), FALSE)) {
+        throw std::system_error(static_cast<int>(GetLastError()), std::system_category(),
+                                "cannot copy " + from.string());
+    }
+}
+
+}  // namespace
+
+InstallFolder::InstallFolder(const std::wstring& name)
+    : root_(L"C:\\" + name), install_(root_ / L"app"), data_(root_ / L"data") {
+    fs::remove_all(root_);
+    for (const wchar_t* category : kCategories) {
+        fs::create_directories(install_ / L"res" / L"plenx" / L"icon" / category);
+    }
+    fs::create_directories(data_);
+    for (const wchar_t* file : kProgramFiles) {
+        Copy(fs::path(ProgramFolder()) / file, install_ / file);
+    }
+}
+
+InstallFolder::~InstallFolder() {
+    std::error_code ignored;
+    fs::remove_all(root_, ignored);
+}
+
+void InstallFolder::AddUpgrade() const {
+    fs::create_directories(install_ / L"upgrade");
+    for (const wchar_t* file : kDriverFiles) {
+        Copy(fs::path(ProgramFolder()) / L"upgrade" / file, install_ / L"upgrade" / file);
+    }
+}
+
+void InstallFolder::SetServiceControl(const std::string& lines) const {
+    WriteFile(install_ / L"plenxservice.ini", lines);
+}
+
+std::string ReadFile(const fs::path& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+void WriteFile(const fs::path& path, const std::string& content) {
+    std::ofstream(path, std::ios::binary) << content;
+}
+
+}  // namespace PlenxTest

@@ -1,0 +1,44 @@
+// An install folder and a data folder, laid out as a host's installer would: the development
+// service with its run time, the driver's files, the icon folders. All of it is removed again.
+
+#ifndef PLENXSDK_TESTS_WINDOWS_SUPPORT_INSTALL_FOLDER_H
+#define PLENXSDK_TESTS_WINDOWS_SUPPORT_INSTALL_FOLDER_H
+
+#include <filesystem>
+#include <string>
+
+namespace PlenxTest {
+
+class InstallFolder {
+public:
+    /// name: of a folder under C:\, without blanks.
+    explicit InstallFolder(const std::wstring& name);
+    ~InstallFolder();
+    InstallFolder(const InstallFolder&) = delete;
+    InstallFolder& operator=(const InstallFolder&) = delete;
+
+    /// For the arguments of Init.
+    std::string Install() const { return install_.string(); }
+    std::string Data() const { return data_.string(); }
+
+    const std::filesystem::path& InstallPath() const { return install_; }
+    const std::filesystem::path& DataPath() const { return data_; }
+    std::filesystem::path WorkingFolder() const { return data_ / L"plenx"; }
+
+    /// Puts a copy of the newer driver files into "upgrade".
+    void AddUpgrade() const;
+    /// Tells the development service how to behave: lines of key=value.
+    void SetServiceControl(const std::string& lines) const;
+
+private:
+    std::filesystem::path root_;
+    std::filesystem::path install_;
+    std::filesystem::path data_;
+};
+
+std::string ReadFile(const std::filesystem::path& path);
+void WriteFile(const std::filesystem::path& path, const std::string& content);
+
+}  // namespace PlenxTest
+
+#endif  // PLENXSDK_TESTS_WINDOWS_SUPPORT_INSTALL_FOLDER_H

@@ -1,0 +1,26 @@
+// What the real Service Control Manager says of a service.
+
+#ifndef PLENXSDK_TESTS_WINDOWS_SUPPORT_SERVICE_STATE_H
+#define PLENXSDK_TESTS_WINDOWS_SUPPORT_SERVICE_STATE_H
+
+#include <windows.h>
+
+#include <optional>
+#include <string>
+
+namespace PlenxTest {
+
+bool IsRegistered(const std::wstring& service);
+
+/// SERVICE_STOPPED and so on; nothing when the service is not registered.
+std::optional<DWORD> StateOf(const std::wstring& service);
+
+/// 0 when the service is not registered or not running.
+DWORD ProcessIdOf(const std::wstring& service);
+
+/// Stops the service (for up to 5 s) and deletes it; fine when it is not registered.
+void RemoveService(const std::wstring& service);
+
+}  // namespace PlenxTest
+
+#endif  // PLENXSDK_TESTS_WINDOWS_SUPPORT_SERVICE_STATE_H
