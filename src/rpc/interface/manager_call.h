@@ -1,0 +1,37 @@
+/* The client of the manager interface, which is the services' side of it: the one call of the
+ * library's procedure, guarded against what the RPC runtime raises.
+ *
+ * There is one binding handle for the process, so one thread at a time may bind, call and
+ * release. */
+
+#ifndef PLENXSDK_RPC_INTERFACE_MANAGER_CALL_H
+#define PLENXSDK_RPC_INTERFACE_MANAGER_CALL_H
+
+#include <windows.h>
+
+#include <rpc.h>
+
+#include "rpc/interface/message_reply.h"
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* The implicit binding handle of the interface; to be filled before a call. */
+extern RPC_BINDING_HANDLE plenxManagerBinding;
+
+/* The client's description of the interface. */
+extern RPC_IF_HANDLE plenxManagerClientInterface;
+
+typedef PlenxMessageReply PlenxManagerReply;
+
+/* Calls HandleServiceMessage through plenxManagerBinding. msg must not be null. A hardware
+ * fault of this process is not taken. */
+void PlenxCallManager(long msgType, long msgSize, const unsigned char* msg,
+                      PlenxManagerReply* reply);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif
