@@ -131,3 +131,13 @@ RpcManager& RpcManager::GetInstance() {
 }
 
 }  // namespace DistributedFs
+
+// What the runtime calls, on one of its own threads.
+long PlenxHandleManagerMessage(long msgType, long msgSize, unsigned char* msg, long* respSize,
+                               unsigned char** resp) noexcept {
+    std::int32_t size = 0;
+    const std::int32_t result = DistributedFs::RpcManager::GetInstance().HandleServiceMessage(
+        static_cast<std::int32_t>(msgType), static_cast<std::int32_t>(msgSize), msg, &size, resp);
+    *respSize = size;
+    return result;
+}
