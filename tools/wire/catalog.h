@@ -1,0 +1,75 @@
+// Every message that travels between the library and its services: number, name, direction
+// and arguments, in one table.
+
+#ifndef PLENXWIRE_CATALOG_H
+#define PLENXWIRE_CATALOG_H
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "wire/message.h"
+
+namespace PlenxWire {
+
+enum MessageId : std::int32_t {
+    // requests of the library to a service
+    kCreateGroup = 0,
+    kDeleteGroup = 1,
+    kDeviceOnline = 2,
+    kDeviceOffline = 3,
+    kNameChanged = 4,
+    kRecvRemoteMessage = 5,
+    kSetStringConfig = 7,
+    kSetInt64Config = 8,
+    kPingService = 19,
+    // notifications of a service to the library
+    kSendLocalMessage = 9,
+    kConnectNotify = 10,
+    kDisconnectNotify = 11,
+    kReconnectNotify = 12,
+    kLinkTypeQuery = 13,
+    kStatusNotify = 14,
+    kErrorNotify = 15,
+    kDiskNameNotify = 16,
+    kUpdateWindowsExplore = 17,
+    kExploreFlushNotify = 18,
+};
+
+enum class Direction { kRequest, kNotification };
+
+struct ArgumentShape {
+    const char* name;
+    ArgumentType type;
+    std::optional<std::int32_t> always = std::nullopt;  // an int32 that never varies
+};
+
+struct MessageShape {
+    std::int32_t id;
+    const char* name;
+    Direction direction;
+    std::vector<ArgumentShape> arguments;
+};
+
+/// In ascending order of the ids.
+const std::vector<MessageShape>& Catalog();
+
+/// Null when the system has no such message.
+const MessageShape* FindMessage(std::int32_t id);
+const MessageShape* FindMessage(std::string_view name);
+
+/// What is wrong with the arguments of such a message; empty: nothing. An array's size must
+/// stand in the argument before it.
+std::string CheckShape(const MessageShape& shape, const Arguments& arguments);
+
+/// Decodes a message of the given id strictly: the layout, then the shape.
+Decoded DecodeAs(const MessageShape& shape, const std::uint8_t* data, std::size_t size);
+
+/// Decodes a reply: one int32, in either direction.
+Decoded DecodeReply(const std::uint8_t* data, std::size_t size);
+
+}  // namespace PlenxWire
+
+#endif  // PLENXWIRE_CATALOG_H

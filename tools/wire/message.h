@@ -1,0 +1,54 @@
+// The RPC message: a flat little-endian buffer of typed arguments.
+//
+//     0            uint32  size of the whole message
+//     4            uint32  number of arguments n
+//     8 + 12 * i   uint32  type tag, uint32 offset, uint32 size of argument i
+//     8 + 12 * n           the arguments' bytes, one after the other, in order
+//
+// Decode is strict: it takes exactly what Encode builds and says what is wrong with anything
+// else. Pure functions; any thread may call them.
+
+#ifndef PLENXWIRE_MESSAGE_H
+#define PLENXWIRE_MESSAGE_H
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace PlenxWire {
+
+using Bytes = std::vector<std::uint8_t>;
+
+enum class ArgumentType : std::uint32_t { kInt32 = 2, kInt64 = 3, kString = 4, kInt8Array = 5 };
+
+/// In the order of the type tags.
+using Argument = std::variant<std::int32_t, std::int64_t, std::string, Bytes>;
+using Arguments = std::vector<Argument>;
+
+ArgumentType TypeOf(const Argument& argument) noexcept;
+
+/// "int32", "int64", "string" or "int8 array".
+const char* NameOf(ArgumentType type) noexcept;
+
+/// A message without a single byte of data (no arguments, or one empty array) is built, but
+/// no reader takes it, Decode included.
+/// @throws std::length_error when the message would be larger than an int32 can say.
+Bytes Encode(const Arguments& arguments);
+
+struct Decoded {
+    Arguments arguments;
+    std::string error;  // what is wrong and where; empty: nothing
+
+    bool Ok() const noexcept { return error.empty(); }
+};
+
+/// Trusts no byte. data may be null when size is 0.
+Decoded Decode(const std::uint8_t* data, std::size_t size);
+
+inline Decoded Decode(const Bytes& message) { return Decode(message.data(), message.size()); }
+
+}  // namespace PlenxWire
+
+#endif  // PLENXWIRE_MESSAGE_H
