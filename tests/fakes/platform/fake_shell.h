@@ -1,0 +1,31 @@
+// What was sent to Explorer.
+
+#ifndef PLENXSDK_FAKES_PLATFORM_FAKE_SHELL_H
+#define PLENXSDK_FAKES_PLATFORM_FAKE_SHELL_H
+
+#include <cstdint>
+#include <mutex>
+#include <string>
+#include <vector>
+
+class FakeShell {
+public:
+    struct Notification {
+        std::int32_t event;
+        std::uint32_t flags;
+        std::wstring path;    // the first item, up to its terminator
+        bool hasSecondItem;
+    };
+
+    explicit FakeShell(std::recursive_mutex& mutex) : mutex_(mutex) {}
+
+    void Reset();
+    void Add(Notification notification);
+    std::vector<Notification> Notifications() const;
+
+private:
+    std::recursive_mutex& mutex_;
+    std::vector<Notification> notifications_;
+};
+
+#endif  // PLENXSDK_FAKES_PLATFORM_FAKE_SHELL_H
