@@ -1,1 +1,101 @@
-command_demo() { fail "not there yet"; }
+# The main job, shown: a host starts the services and hears back through its observer.
+
+icon_categories=(archive file audio picture video)
+driver_files=(dokan1.sys dokan1.dll dokanfuse1.dll)
+
+command_demo() {
+    need_packages "${demo_packages[@]}"
+    build_windows
+    make_prefix_template
+    local prefix log=$build_dir/demo status=0
+    prefix=$(new_prefix demo)
+    rm -rf "$log"
+    mkdir -p "$log"
+    lay_out_install_folder "$prefix/drive_c/Plenx"
+    run_demo_host "$prefix" "$log" || status=$?
+    WINEPREFIX=$prefix timeout 30 wineserver -w || true
+    show_timeline "$log"
+    if [ $status -ne 0 ]; then
+        echo
+        sed 's/^/  /' "$log/host-errors.txt" >&2
+        echo "The host's expectations did not hold (exit $status). Its files are in build/demo." >&2
+    fi
+    echo
+    check_what_is_left "$prefix" "$log" || status=1
+    drop_prefix "$prefix"
+    [ $status -eq 0 ]
+}
+
+# What a host's installer leaves on a PC: the service program with its run time, the driver's
+# files, the icon folders; and what its updater leaves: newer driver files under "upgrade".
+lay_out_install_folder() {
+    local app=$1/App category
+    mkdir -p "$app/upgrade" "$1/Data"
+    cp "$dist_dir/bin/plenxservice.exe" "$app/"
+    copy_run_time "$app"
+    local file
+    for file in "${driver_files[@]}"; do
+        cp "$dist_dir/bin/$file" "$app/"
+        cp "$dist_dir/bin/upgrade/$file" "$app/upgrade/"
+    done
+    for category in "${icon_categories[@]}"; do
+        mkdir -p "$app/res/plenx/icon/$category"
+    done
+}
+
+run_demo_host() {
+    echo "Running the host's script, host/demo/demo.plenx, under Wine:"
+    echo
+    (cd "$dist_dir/bin" && WINEPREFIX=$1 \
+        PLENX_LOG_FILE="$(windows_path "$2/library.log")" \
+        PLENX_SERVICE_LOG="$(windows_path "$2/service.log")" \
+        timeout -k 10 120 wine plenxhost.exe --install 'C:\Plenx\App' --data 'C:\Plenx\Data' \
+        --third demo --flag --json --script "$(windows_path "$root/host/demo/demo.plenx")" \
+        >"$2/host.jsonl" 2>"$2/host-errors.txt" </dev/null)
+}
+
+windows_path() {
+    echo "Z:${1//\//\\}"
+}
+
+show_timeline() {
+    python3 "$root/host/demo/timeline.py" --host "$1/host.jsonl" --library "$1/library.log" \
+        --service "$1/service.log"
+}
+
+# check TEXT COMMAND...
+check() {
+    local text=$1
+    shift
+    if "$@"; then
+        echo "  ok    $text"
+    else
+        echo "  FAIL  $text"
+        checks_failed=1
+    fi
+}
+
+check_what_is_left() {
+    local prefix=$1 app=$1/drive_c/Plenx/App data=$1/drive_c/Plenx/Data
+    local file category checks_failed=0
+    echo "What was left behind after the host's exit:"
+    check "the PC service is uninstalled" not is_service "$prefix" PlenxPcSvc
+    check "the phone service is uninstalled" not is_service "$prefix" PlenxPhoneSvc
+    check "the driver is registered" is_service "$prefix" Dokan1
+    check "the working folder is gone" not test -e "$data/plenx"
+    for category in "${icon_categories[@]}"; do
+        check "desktop.ini names the icon of $category" \
+            grep -q "icon\\\\$category\\\\$category.ico,0" "$app/res/plenx/icon/$category/desktop.ini"
+    done
+    for file in "${driver_files[@]}"; do
+        check "$file is the newer one" cmp -s "$app/$file" "$dist_dir/bin/upgrade/$file"
+        check "no $file is left in upgrade" not test -e "$app/upgrade/$file"
+    done
+    return $checks_failed
+}
+
+not() { ! "$@"; }
+
+is_service() {
+    grep -qi "Services\\\\\\\\$2\\]" "$1/system.reg"
+}
