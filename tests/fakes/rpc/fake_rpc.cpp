@@ -7,17 +7,12 @@
 #include <utility>
 
 #include "companion/recorded_log.h"
+#include "platform/fake_platform.h"
 
 namespace {
 
 std::string Text(const wchar_t* text) {
     return text == nullptr ? "null" : NarrowForTest(text);
-}
-
-void PutWord(Bytes& out, std::uint32_t word) {
-    for (int shift = 0; shift != 32; shift += 8) {
-        out.push_back(static_cast<std::uint8_t>(word >> shift));
-    }
 }
 
 // What the runtime would not survive is a defect of the product.
@@ -33,15 +28,6 @@ std::string EndpointOf(const wchar_t* stringBinding) {
 }
 
 }  // namespace
-
-Bytes Int32Message(std::int32_t value) {
-    Bytes out;
-    for (const std::uint32_t word : {24U, 1U, 2U, 20U, 4U}) {
-        PutWord(out, word);
-    }
-    PutWord(out, static_cast<std::uint32_t>(value));
-    return out;
-}
 
 FakeRpc& FakeRpc::Get() {
     static FakeRpc* const rpc = new FakeRpc;
@@ -154,6 +140,9 @@ RPC_STATUS FakeRpc::Bind(RPC_WSTR stringBinding, RPC_BINDING_HANDLE* binding) {
         Misused("binding from a string that is not composed or freed already");
     }
     const auto* const text = reinterpret_cast<const wchar_t*>(stringBinding);
+    if (*binding != nullptr) {
+        Misused("binding into a handle that still holds a former binding");
+    }
     const RPC_STATUS status = RecordLocked("RpcBindingFromStringBindingW", Text(text));
     if (status != RPC_S_OK) {
         return status;
@@ -217,9 +206,11 @@ ServiceAnswer FakeRpc::CallService(RPC_BINDING_HANDLE binding, ServiceCall call)
             Misused("calling through a binding that does not exist");
         }
         call.endpoint = found->second;
-        calls_.push_back("ServiceMessage(" + call.endpoint + ", " +
-                         std::to_string(call.msgType) + ", " + std::to_string(call.msgSize) +
-                         ")");
+        const std::string line = "ServiceMessage(" + call.endpoint + ", " +
+                                 std::to_string(call.msgType) + ", " +
+                                 std::to_string(call.msgSize) + ")";
+        calls_.push_back(line);
+        FakePlatform::Get().Record(line);  // where its place among the sleeps can be seen
         serviceCalls_.push_back(call);
         mostCallsAtOnce_ = std::max(mostCallsAtOnce_, ++callsNow_);
         service = service_;

@@ -23,7 +23,7 @@
 #include <string>
 #include <vector>
 
-using Bytes = std::vector<std::uint8_t>;
+#include "rpc/message_bytes.h"
 
 /// One call of a service, as the service sees it.
 struct ServiceCall {
@@ -41,9 +41,6 @@ struct ServiceAnswer {
     bool nullBlock = false;
     std::optional<unsigned long> exception;  // raised instead of an answer
 };
-
-/// A message that carries one int32.
-Bytes Int32Message(std::int32_t value);
 
 class FakeRpc {
 public:

@@ -80,7 +80,7 @@ void MIDL_user_free(void* block) {
 }
 
 RPC_BINDING_HANDLE plenxServiceBinding = nullptr;
-const RPC_IF_HANDLE plenxManagerInterface = &managerInterface;
+RPC_IF_HANDLE plenxManagerInterface = &managerInterface;
 
 void PlenxCallService(long msgType, long msgSize, const unsigned char* msg,
                       PlenxServiceReply* reply) {
