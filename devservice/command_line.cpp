@@ -1,0 +1,94 @@
+#include "command_line.h"
+
+#include "settings.h"
+#include "text.h"
+
+namespace PlenxService {
+namespace {
+
+constexpr std::int64_t kLongestRun = 24 * 60 * 60;
+
+struct Options {
+    std::wstring console;
+    std::wstring data;
+    std::wstring install;
+    std::wstring seconds;
+};
+
+std::wstring* ValueOf(const std::wstring& option, Options& options) {
+    if (option == L"--console") return &options.console;
+    if (option == L"--data") return &options.data;
+    if (option == L"--install") return &options.install;
+    if (option == L"--seconds") return &options.seconds;
+    return nullptr;
+}
+
+CommandLine Refused(std::string error) {
+    CommandLine line;
+    line.error = std::move(error);
+    return line;
+}
+
+CommandLine FromOptions(const Options& options, const std::wstring& programFolder) {
+    CommandLine line;
+    if (options.console.empty()) {
+        return Refused("--console is missing");
+    }
+    const std::wstring install = options.install.empty() ? programFolder : options.install;
+    const std::wstring data =
+        options.data.empty() ? install + L"\\console\\" + options.console : options.data;
+    line.console = MakeIdentity(RowOf(options.console), install, data);
+    if (!line.console) {
+        return Refused("there is no service " + ToUtf8(options.console));
+    }
+    if (!options.seconds.empty()) {
+        std::int64_t seconds = 0;
+        if (!ParseNumber(ToUtf8(options.seconds), seconds) || seconds < 1 ||
+            seconds > kLongestRun) {
+            return Refused("--seconds takes 1 to " + std::to_string(kLongestRun));
+        }
+        line.seconds = static_cast<unsigned>(seconds);
+    }
+    return line;
+}
+
+}  // namespace
+
+const char kUsage[] =
+    "plenxservice stands in for the office, PC or phone service.\n"
+    "\n"
+    "As a Windows service it is started with the arguments\n"
+    "  <install folder> <data folder> 0|1|2\n"
+    "\n"
+    "On the console:\n"
+    "  plenxservice --console office|pc|phone [--install DIR] [--data DIR] [--seconds N]\n"
+    "\n"
+    "  --install DIR  where plenxservice.ini may lie (default: the program's folder)\n"
+    "  --data DIR     where service.log is written (default: console\\<name> in there)\n"
+    "  --seconds N    ends after N seconds (default: at Ctrl-C)\n";
+
+CommandLine ParseCommandLine(const std::vector<std::wstring>& arguments,
+                             const std::wstring& programFolder) {
+    if (arguments.empty()) {
+        return {};
+    }
+    Options options;
+    for (std::size_t i = 0; i < arguments.size(); i += 2) {
+        if (arguments[i] == L"--help" || arguments[i] == L"-h") {
+            CommandLine line;
+            line.help = true;
+            return line;
+        }
+        std::wstring* const value = ValueOf(arguments[i], options);
+        if (!value) {
+            return Refused("unknown argument " + ToUtf8(arguments[i]));
+        }
+        if (i + 1 == arguments.size() || arguments[i + 1].empty()) {
+            return Refused(ToUtf8(arguments[i]) + " needs a value");
+        }
+        *value = arguments[i + 1];
+    }
+    return FromOptions(options, programFolder);
+}
+
+}  // namespace PlenxService

@@ -1,0 +1,142 @@
+#include "dev_service.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <utility>
+
+#include "endpoint.h"
+#include "text.h"
+#include "wire/render.h"
+
+namespace PlenxService {
+namespace {
+
+constexpr DWORD kStartHint = 3000;
+constexpr DWORD kStopHint = 2000;
+constexpr DWORD kProgressInterval = 100;
+// The library gives a stop two seconds; what is queued for it gets a part of them.
+constexpr DWORD kLastNotifications = 500;
+// A service that is told to hang ends all the same, but later than anybody waits for it.
+constexpr DWORD kForEver = 60 * 1000;
+
+}  // namespace
+
+DevService::DevService(Identity identity, ServiceStatus& status, bool toConsole)
+    : identity_(std::move(identity)), status_(status),
+      log_(identity_.nickname, identity_.dataFolder, toConsole), control_(identity_, log_),
+      stop_(MakeEvent()), sender_(log_),
+      peer_(identity_, status_, log_, control_, sender_, stop_) {}
+
+int DevService::Run() {
+    if (!Start()) {
+        return 1;
+    }
+    WaitForSingleObject(stop_.Get(), INFINITE);
+    End();
+    return 0;
+}
+
+bool DevService::Start() {
+    std::error_code error;
+    std::filesystem::create_directories(identity_.dataFolder, error);
+    const Settings settings = control_.Read();
+    log_.Write("starts, process " + std::to_string(GetCurrentProcessId()) + ", install folder " +
+               PlenxWire::RenderText(ToUtf8(identity_.installFolder)) + ", data folder " +
+               PlenxWire::RenderText(ToUtf8(identity_.dataFolder)));
+    if (error) {
+        Fail("no data folder", static_cast<DWORD>(error.value()));
+        return false;
+    }
+    if (!StartUnpunctually(settings) || !ServeEndpoint(settings)) {
+        return false;
+    }
+    status_.Running(settings.Flag("accept_stop"));
+    log_.Write("runs");
+    return true;
+}
+
+// What the control file wants of the start; without it, nothing but one step forward.
+bool DevService::StartUnpunctually(const Settings& settings) {
+    const auto hint = static_cast<DWORD>(settings.Number("start_hint", kStartHint));
+    status_.Pending(SERVICE_START_PENDING, hint);
+    if (settings.Flag("start_never")) {
+        log_.Write("never leaves start pending");
+        WaitForSingleObject(stop_.Get(), kForEver);
+        Fail("gives up the start", ERROR_TIMEOUT);
+        return false;
+    }
+    if (settings.Has("start_silent")) {
+        log_.Write("starts silently");
+        WaitForSingleObject(stop_.Get(), static_cast<DWORD>(settings.Number("start_silent")));
+    }
+    Progress(SERVICE_START_PENDING, hint, static_cast<DWORD>(settings.Number("start_delay")));
+    if (const auto code = static_cast<DWORD>(settings.Number("start_fail")); code != 0) {
+        Fail("is told to fail", NO_ERROR, code);
+        return false;
+    }
+    return true;
+}
+
+bool DevService::ServeEndpoint(const Settings& settings) {
+    const std::string name = ToUtf8(identity_.endpoint);
+    if (!settings.Flag("serve")) {
+        log_.Write("does not serve " + name);
+        return true;
+    }
+    if (const long status = Serve(identity_.endpoint, peer_); status != 0) {
+        Fail("cannot serve " + name, static_cast<DWORD>(status));
+        return false;
+    }
+    log_.Write("serves " + name);
+    return true;
+}
+
+// Waits, and reports that it goes on.
+void DevService::Progress(DWORD state, DWORD waitHint, DWORD milliseconds) {
+    const ULONGLONG end = GetTickCount64() + milliseconds;
+    for (ULONGLONG now; (now = GetTickCount64()) < end;) {
+        status_.Pending(state, waitHint);
+        Sleep(static_cast<DWORD>(std::min<ULONGLONG>(end - now, kProgressInterval)));
+    }
+}
+
+void DevService::RequestStop() {
+    const Settings settings = control_.Read();
+    if (settings.Text("stop") == "ignore") {
+        log_.Write("ignores stop");
+        return;
+    }
+    status_.Pending(SERVICE_STOP_PENDING, kStopHint);
+    if (settings.Text("stop") == "never") {
+        log_.Write("never leaves stop pending");
+        return;
+    }
+    log_.Write("stops");
+    StopNow();
+}
+
+// The library may itself be ending and answer nobody any more, so nothing here waits long.
+void DevService::End() {
+    Progress(SERVICE_STOP_PENDING, kStopHint,
+             static_cast<DWORD>(control_.Read().Number("stop_delay")));
+    const bool sent = sender_.Stop(kLastNotifications);
+    if (!sent) {
+        log_.Write("the library does not come back from a notification");
+    }
+    StopServing();
+    log_.Write(peer_.Summary());
+    log_.Write("has stopped");
+    log_.LeaveDataFolder();
+    status_.Stopped();
+    if (!sent) {
+        TerminateProcess(GetCurrentProcess(), 0);
+    }
+}
+
+void DevService::Fail(const std::string& what, DWORD exitCode, DWORD ownCode) {
+    log_.Write(what + ", code " + std::to_string(ownCode != 0 ? ownCode : exitCode));
+    log_.LeaveDataFolder();
+    status_.Stopped(exitCode, ownCode);
+}
+
+}  // namespace PlenxService

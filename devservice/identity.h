@@ -1,0 +1,34 @@
+// Which of the three services this process is, and where it works: what the library hands
+// over when it starts the service, or what the command line says.
+
+#ifndef PLENXSERVICE_IDENTITY_H
+#define PLENXSERVICE_IDENTITY_H
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace PlenxService {
+
+struct Identity {
+    int row = 0;
+    std::string nickname;   // "office", "pc" or "phone"
+    std::wstring endpoint;
+    std::wstring installFolder;
+    std::wstring dataFolder;
+};
+
+/// @return nothing unless row is 0, 1 or 2.
+std::optional<Identity> MakeIdentity(int row, std::wstring installFolder,
+                                     std::wstring dataFolder);
+
+/// -1: there is no such service.
+int RowOf(std::wstring_view nickname);
+
+/// The arguments after the service name: install folder, data folder, row digit.
+std::optional<Identity> IdentityFromStartArguments(const std::vector<std::wstring>& arguments);
+
+}  // namespace PlenxService
+
+#endif  // PLENXSERVICE_IDENTITY_H

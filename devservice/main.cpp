@@ -1,0 +1,86 @@
+// plenxservice.exe: the development stand-in of the three services.
+
+#include <windows.h>
+
+#include <shellapi.h>
+
+#include <cstdio>
+#include <string>
+#include <vector>
+
+#include "command_line.h"
+#include "dev_service.h"
+#include "windows_service.h"
+
+namespace {
+
+constexpr int kUsageError = 2;
+
+PlenxService::DevService* onConsole = nullptr;
+
+std::vector<std::wstring> Arguments() {
+    int count = 0;
+    wchar_t** const all = CommandLineToArgvW(GetCommandLineW(), &count);
+    const std::vector<std::wstring> arguments(all ? all + 1 : nullptr, all ? all + count : nullptr);
+    LocalFree(all);
+    return arguments;
+}
+
+std::wstring ProgramFolder() {
+    std::wstring path(32768, L'\0');
+    path.resize(GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size())));
+    return path.substr(0, path.find_last_of(L'\\'));
+}
+
+int UsageError(const std::string& error) {
+    std::fprintf(stderr, "plenxservice: %s\n\n%s", error.c_str(), PlenxService::kUsage);
+    return kUsageError;
+}
+
+BOOL WINAPI OnConsoleEvent(DWORD) {
+    onConsole->RequestStop();
+    return TRUE;
+}
+
+DWORD WINAPI StopLater(void* seconds) {
+    Sleep(*static_cast<const unsigned*>(seconds) * 1000);
+    onConsole->StopNow();
+    return 0;
+}
+
+int RunOnConsole(const PlenxService::CommandLine& line) {
+    SetConsoleOutputCP(CP_UTF8);
+    // Kept until the process ends: late requests may still come in.
+    auto& status = *new PlenxService::ServiceStatus;
+    onConsole = new PlenxService::DevService(*line.console, status, true);
+    SetConsoleCtrlHandler(OnConsoleEvent, TRUE);
+    PlenxService::Handle timer;
+    if (line.seconds) {
+        timer = PlenxService::Handle(CreateThread(
+            nullptr, 0, StopLater, const_cast<unsigned*>(&*line.seconds), 0, nullptr));
+    }
+    return onConsole->Run();
+}
+
+int RunUnderManager() {
+    const unsigned long error = PlenxService::RunAsService();
+    if (error == ERROR_FAILED_SERVICE_CONTROLLER_CONNECT) {
+        return UsageError("not started by the Service Control Manager");
+    }
+    return static_cast<int>(error);
+}
+
+}  // namespace
+
+int main() {
+    const PlenxService::CommandLine line =
+        PlenxService::ParseCommandLine(Arguments(), ProgramFolder());
+    if (line.help) {
+        std::fputs(PlenxService::kUsage, stdout);
+        return 0;
+    }
+    if (!line.error.empty()) {
+        return UsageError(line.error);
+    }
+    return line.console ? RunOnConsole(line) : RunUnderManager();
+}

@@ -1,0 +1,24 @@
+// One call of the library's endpoint "Manager".
+
+#ifndef PLENXSERVICE_NOTIFICATION_H
+#define PLENXSERVICE_NOTIFICATION_H
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "wire/message.h"
+
+namespace PlenxService {
+
+struct Notification {
+    std::int32_t id;
+    PlenxWire::Bytes message;
+    std::string remark;  // what is hostile about it; empty: nothing
+};
+
+using Notifications = std::vector<Notification>;
+
+}  // namespace PlenxService
+
+#endif  // PLENXSERVICE_NOTIFICATION_H

@@ -1,0 +1,159 @@
+#include "peer.h"
+
+#include <algorithm>
+
+#include "hostile.h"
+#include "reactions.h"
+#include "wire/catalog.h"
+#include "wire/render.h"
+
+namespace PlenxService {
+namespace {
+
+using PlenxWire::Bytes;
+using PlenxWire::Decoded;
+using PlenxWire::RenderId;
+
+constexpr std::size_t kReplySize = 24;
+constexpr std::size_t kLargeReply = 1024 * 1024;
+
+Decoded DecodeRequest(std::int32_t request, const std::uint8_t* message, std::int32_t size) {
+    const PlenxWire::MessageShape* const shape = PlenxWire::FindMessage(request);
+    if (size < 0 || (size > 0 && !message)) {
+        return {{}, "size " + std::to_string(size) + " is none"};
+    }
+    const auto length = static_cast<std::size_t>(size);
+    return shape ? PlenxWire::DecodeAs(*shape, message, length)
+                 : PlenxWire::Decode(message, length);
+}
+
+// Shapes the answer as the key "reply" says.
+void ShapeReply(const std::string& kind, Answer& answer) {
+    if (kind == "empty") {
+        answer.reply.reset();
+    } else if (kind == "garbage") {
+        answer.reply = Bytes(kReplySize, 0xee);
+    } else if (kind == "short") {
+        answer.reply->resize(kReplySize - 4);
+    } else if (kind == "large") {
+        answer.reply = Bytes(kLargeReply, 0);
+    } else if (kind.compare(0, 4, "hex:") == 0) {
+        answer.reply.emplace();
+        ParseBytes(std::string_view(kind).substr(4), *answer.reply);
+    }
+    answer.statedSize = answer.reply ? static_cast<long>(answer.reply->size()) : 0;
+    if (kind == "lie") {
+        answer.reply.reset();
+    }
+}
+
+std::string Described(const Answer& answer) {
+    if (answer.fault != 0) {
+        return "fault " + std::to_string(answer.fault);
+    }
+    std::string text = "result:" + std::to_string(answer.result);
+    if (!answer.reply) {
+        return text + " reply:none of " + std::to_string(answer.statedSize) + " bytes";
+    }
+    const Decoded decoded = PlenxWire::DecodeReply(answer.reply->data(), answer.reply->size());
+    return decoded.Ok()
+               ? text + " reply:" + std::to_string(std::get<std::int32_t>(decoded.arguments[0]))
+               : text + " reply:" +
+                     PlenxWire::RenderBytes(answer.reply->data(), answer.reply->size());
+}
+
+}  // namespace
+
+Peer::Peer(const Identity& identity, ServiceStatus& status, ServiceLog& log,
+           ControlFile& control, NotificationSender& sender, const Handle& stop)
+    : identity_(identity), status_(status), log_(log), control_(control), sender_(sender),
+      stop_(stop) {}
+
+Answer Peer::AnswerTo(std::int32_t request, const std::uint8_t* message, std::int32_t size) {
+    const Decoded decoded = DecodeRequest(request, message, size);
+    log_.Write("received " +
+               (decoded.Ok() ? PlenxWire::RenderMessage(request, decoded.arguments)
+                             : RenderId(request) + " broken: " + decoded.error));
+
+    static const Settings kHonest("", "");
+    const Settings told = control_.Read();
+    const Settings& settings = Misbehaves(request, told) ? told : kHonest;
+    EndIfTold(request, settings);
+    if (const std::int64_t delay = settings.Number("delay", 0, request); delay > 0) {
+        WaitForSingleObject(stop_.Get(), static_cast<DWORD>(delay));
+    }
+
+    const std::int32_t honest = Judge(request, decoded);
+    const auto code = static_cast<std::int32_t>(settings.Number("answer", honest, request));
+    Answer answer;
+    answer.fault = static_cast<unsigned long>(settings.Number("fault", 0, request));
+    answer.result = static_cast<long>(settings.Number("result", 0, request));
+    if (answer.result == 0 && answer.fault == 0) {
+        answer.reply = PlenxWire::Encode({code});
+        ShapeReply(settings.Text("reply", request), answer);
+    }
+    if (honest == kTaken && code == kTaken && answer.result == 0 && answer.fault == 0) {
+        Take(request, decoded.arguments, settings);
+    }
+    log_.Write("answered " + RenderId(request) + " " + Described(answer));
+    return answer;
+}
+
+std::string Peer::Summary() {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    return state_.Summary();
+}
+
+std::int32_t Peer::Judge(std::int32_t request, const Decoded& decoded) const {
+    const PlenxWire::MessageShape* const shape = PlenxWire::FindMessage(request);
+    if (!shape || shape->direction != PlenxWire::Direction::kRequest) {
+        return kUnknownRequest;
+    }
+    return decoded.Ok() ? kTaken : kBrokenMessage;
+}
+
+bool Peer::Misbehaves(std::int32_t request, const Settings& settings) {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    const std::int64_t before = seen_[request]++;
+    return !settings.Has("times", request) || before < settings.Number("times", 0, request);
+}
+
+// The Service Control Manager need not notice that a process is gone, so a crash that is to
+// look like one is reported first; "die" says nothing.
+void Peer::EndIfTold(std::int32_t request, const Settings& settings) {
+    if (settings.Flag("crash", request)) {
+        log_.Write("crashes at " + RenderId(request));
+        status_.Stopped(ERROR_PROCESS_ABORTED);
+        TerminateProcess(GetCurrentProcess(), 3);
+    }
+    if (settings.Flag("die", request)) {
+        log_.Write("dies at " + RenderId(request));
+        TerminateProcess(GetCurrentProcess(), 3);
+    }
+}
+
+void Peer::Take(std::int32_t request, const PlenxWire::Arguments& arguments,
+                const Settings& settings) {
+    Notifications notifications;
+    std::string summary;
+    {
+        const std::lock_guard<std::mutex> lock(mutex_);
+        state_.Apply(request, arguments);
+        summary = state_.Summary();
+        if (settings.Flag("notify", request)) {
+            notifications = ReactionsTo(request, arguments, state_, identity_.dataFolder);
+        }
+    }
+    if (request == PlenxWire::kCreateGroup) {
+        log_.Write(summary);
+    }
+    if (settings.Flag("hostile", request)) {
+        const Notifications hostile = HostileNotifications();
+        notifications.insert(notifications.end(), hostile.begin(), hostile.end());
+    }
+    for (std::int64_t round = settings.Number("repeat", 1, request); round > 0; --round) {
+        sender_.Enqueue(notifications);
+    }
+}
+
+}  // namespace PlenxService

@@ -1,0 +1,70 @@
+// The service as the library sees it: answers requests, keeps what they say, reacts with
+// notifications, and misbehaves as the control file tells it to.
+
+#ifndef PLENXSERVICE_PEER_H
+#define PLENXSERVICE_PEER_H
+
+#include <cstdint>
+#include <map>
+#include <mutex>
+#include <optional>
+#include <string>
+
+#include "control_file.h"
+#include "handle.h"
+#include "identity.h"
+#include "notification_sender.h"
+#include "peer_state.h"
+#include "service_log.h"
+#include "service_status.h"
+
+namespace PlenxService {
+
+/// Codes of its own in the int32 of a reply.
+enum AnswerCode : std::int32_t {
+    kTaken = 0,
+    kBrokenMessage = 1001,
+    kUnknownRequest = 1002,
+};
+
+struct Answer {
+    long result = 0;                        // of the procedure
+    long statedSize = 0;                    // may lie
+    std::optional<PlenxWire::Bytes> reply;  // none: a null pointer
+    unsigned long fault = 0;                // to be raised instead of anything else
+};
+
+class Peer {
+public:
+    /// stop: cuts every wait short.
+    Peer(const Identity& identity, ServiceStatus& status, ServiceLog& log, ControlFile& control,
+         NotificationSender& sender, const Handle& stop);
+
+    /// One request; any thread, several at once.
+    Answer AnswerTo(std::int32_t request, const std::uint8_t* message, std::int32_t size);
+
+    std::string Summary();
+
+private:
+    /// @return the code of an honest answer.
+    std::int32_t Judge(std::int32_t request, const PlenxWire::Decoded& decoded) const;
+    bool Misbehaves(std::int32_t request, const Settings& settings);
+    void EndIfTold(std::int32_t request, const Settings& settings);
+    void Take(std::int32_t request, const PlenxWire::Arguments& arguments,
+              const Settings& settings);
+
+    const Identity& identity_;
+    ServiceStatus& status_;
+    ServiceLog& log_;
+    ControlFile& control_;
+    NotificationSender& sender_;
+    const Handle& stop_;
+
+    std::mutex mutex_;
+    PeerState state_;
+    std::map<std::int32_t, std::int64_t> seen_;  // requests of each id
+};
+
+}  // namespace PlenxService
+
+#endif  // PLENXSERVICE_PEER_H

@@ -1,0 +1,62 @@
+#include "windows_service.h"
+
+#include <windows.h>
+
+#include <atomic>
+#include <string>
+#include <vector>
+
+#include "dev_service.h"
+
+namespace PlenxService {
+namespace {
+
+constexpr DWORD kFirstHint = 3000;
+
+std::atomic<DevService*> running{nullptr};
+
+DWORD WINAPI OnControl(DWORD control, DWORD, void*, void*) {
+    switch (control) {
+    case SERVICE_CONTROL_STOP:
+    case SERVICE_CONTROL_SHUTDOWN:
+        if (DevService* const service = running) {
+            service->RequestStop();
+        }
+        return NO_ERROR;
+    case SERVICE_CONTROL_INTERROGATE:
+        return NO_ERROR;
+    default:
+        return ERROR_CALL_NOT_IMPLEMENTED;
+    }
+}
+
+// The first argument is the service's name; an own-process service need not know it.
+void WINAPI ServiceMain(DWORD count, wchar_t** arguments) {
+    const SERVICE_STATUS_HANDLE handle = RegisterServiceCtrlHandlerExW(L"", OnControl, nullptr);
+    if (!handle) {
+        return;
+    }
+    // Kept until the process ends: controls and late requests may still come in.
+    auto& status = *new ServiceStatus(handle);
+    status.Pending(SERVICE_START_PENDING, kFirstHint);
+
+    const std::vector<std::wstring> own(arguments + (count > 0 ? 1 : 0), arguments + count);
+    const auto identity = IdentityFromStartArguments(own);
+    if (!identity) {
+        status.Stopped(ERROR_INVALID_PARAMETER);
+        return;
+    }
+    auto& service = *new DevService(*identity, status, false);
+    running = &service;
+    service.Run();
+}
+
+}  // namespace
+
+unsigned long RunAsService() {
+    wchar_t name[] = L"";
+    const SERVICE_TABLE_ENTRYW table[] = {{name, ServiceMain}, {nullptr, nullptr}};
+    return StartServiceCtrlDispatcherW(table) ? NO_ERROR : GetLastError();
+}
+
+}  // namespace PlenxService
