@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <limits>
 #include <locale>
+#include <ostream>
 #include <string>
 #include <thread>
 #include <vector>
@@ -107,6 +108,13 @@ struct Malformed {
     std::string bytes;
     std::wstring shown;
 };
+
+void PrintTo(const Malformed& value, std::ostream* out) {
+    *out << "Bytes";
+    for (const char byte : value.bytes) {
+        *out << '.' << static_cast<int>(static_cast<unsigned char>(byte));
+    }
+}
 
 class LogOfMalformedUtf8 : public testing::TestWithParam<Malformed> {};
 

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <ostream>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -22,6 +23,13 @@ struct Conversion {
     std::string narrow;
     std::vector<unsigned> units;
 };
+
+void PrintTo(const Conversion& value, std::ostream* out) {
+    *out << "Units";
+    for (const unsigned unit : value.units) {
+        *out << '.' << unit;
+    }
+}
 
 class Utf8ToWideOfValid : public testing::TestWithParam<Conversion> {};
 

@@ -4,9 +4,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <limits>
 #include <memory>
+#include <ostream>
 #include <random>
 #include <string>
 #include <vector>
@@ -179,6 +181,13 @@ struct Short {
     Bytes bytes;
 };
 
+void PrintTo(const Short& value, std::ostream* out) {
+    *out << "Size" << value.size << "Count";
+    for (std::size_t i = 4; i < 8 && i < value.bytes.size(); ++i) {
+        *out << '.' << static_cast<int>(value.bytes[i]);
+    }
+}
+
 class ShortMessage : public testing::TestWithParam<Short> {};
 
 TEST_P(ShortMessage, IsRefusedAndEveryReadFails) {
@@ -340,6 +349,10 @@ struct Place {
     std::uint32_t offset;
     std::uint32_t size;
 };
+
+void PrintTo(const Place& place, std::ostream* out) {
+    *out << "Offset" << place.offset << "Size" << place.size;
+}
 
 class PlaceOutside : public testing::TestWithParam<Place> {};
 
