@@ -1,0 +1,208 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "companion/recorded_log.h"
+#include "platform/fake_platform.h"
+#include "rpc/manager_calls.h"
+
+using DistributedFs::RpcManager;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+// 24, 1, 2, 20, 4, 0
+const Bytes kDefaultReply = FromHex("18000000 01000000 02000000 14000000 04000000 00000000");
+
+constexpr char kComputerFolder[] = "shell:::{20D04FE0-3AEA-1069-A2D8-08002B30309D}";
+
+// As "100 5 E:\": event, flags, path.
+std::vector<std::string> Notifications() {
+    std::vector<std::string> texts;
+    for (const FakeShell::Notification& each : FakePlatform::Get().Shell().Notifications()) {
+        char numbers[32];
+        std::snprintf(numbers, sizeof(numbers), "%x %x ", each.event, each.flags);
+        texts.push_back(numbers + NarrowForTest(each.path) +
+                        (each.hasSecondItem ? " and another" : ""));
+    }
+    return texts;
+}
+
+std::vector<std::string> Lines(const std::string& letter, int type) {
+    const std::string function = "(DistributedFs::RpcManager::FlushExplorer)";
+    return {"L3 [PLENXSDK] update device status invoked cLetter:" + letter +
+                " expFlushType:" + std::to_string(type) + function,
+            "L3 [PLENXSDK] sh change notify begin" + function,
+            "L3 [PLENXSDK] sh change notify end" + function};
+}
+
+void Flush(char letter, std::int32_t type) {
+    RpcManager::GetInstance().FlushExplorer(letter, type);
+}
+
+TEST(FlushExplorer, Type0TellsOfTheDriveAndRefreshesTheComputerFolder) {
+    Flush('e', 0);
+    EXPECT_THAT(Notifications(),
+                ElementsAre("100 5 E:\\", std::string("1000 5 ") + kComputerFolder));
+    EXPECT_EQ(RecordedLog::Get().Texts(), Lines("e", 0));
+}
+
+TEST(FlushExplorer, Type1DoesTheSameAsType0) {
+    Flush('Z', 1);
+    EXPECT_THAT(Notifications(),
+                ElementsAre("100 5 Z:\\", std::string("1000 5 ") + kComputerFolder));
+    EXPECT_EQ(RecordedLog::Get().Texts(), Lines("Z", 1));
+}
+
+TEST(FlushExplorer, Type2RefreshesTheDrive) {
+    Flush('a', 2);
+    EXPECT_THAT(Notifications(), ElementsAre("1000 5 A:\\"));
+    EXPECT_EQ(RecordedLog::Get().Texts(), Lines("a", 2));
+}
+
+TEST(FlushExplorer, OtherTypesNotifyNobody) {
+    for (const std::int32_t type : {3, -1, 256}) {
+        RecordedLog::Get().Clear();
+        Flush('E', type);
+        EXPECT_EQ(RecordedLog::Get().Texts(), Lines("E", type));
+    }
+    EXPECT_THAT(Notifications(), IsEmpty());
+}
+
+TEST(FlushExplorer, WhatIsNoLetterStopsItAfterTheFirstLine) {
+    for (const char letter : {'1', '@', '[', '`', '{', ' ', '\xE4', '\x00'}) {
+        RecordedLog::Get().Clear();
+        Flush(letter, 0);
+        EXPECT_EQ(RecordedLog::Get().Lines().size(), 1U);
+    }
+    EXPECT_THAT(Notifications(), IsEmpty());
+}
+
+TEST(FlushExplorer, EveryLetterIsTakenInBothCases) {
+    for (char letter = 'a'; letter <= 'z'; ++letter) {
+        Flush(letter, 2);
+        Flush(static_cast<char>(letter - 'a' + 'A'), 2);
+    }
+    const std::vector<std::string> notifications = Notifications();
+    ASSERT_EQ(notifications.size(), 52U);
+    for (std::size_t i = 0; i != 52; ++i) {
+        EXPECT_EQ(notifications[i],
+                  std::string("1000 5 ") + static_cast<char>('A' + i / 2) + ":\\");
+    }
+}
+
+// Id 18.
+
+void ExpectDefault(const ManagerReply& reply) {
+    EXPECT_EQ(reply.result, 0);
+    EXPECT_EQ(reply.bytes, kDefaultReply);
+    EXPECT_EQ(FakeRpc::Get().LiveBlocks(), 0U);
+}
+
+ManagerReply ExploreFlush(const std::string& disk, std::int32_t type) {
+    return CallManager(18, MessageOf({StringArg(disk), Int32Arg(type)}));
+}
+
+TEST(ExploreFlushNotify, UpperCaseLetterFlushesItsDrive) {
+    ExpectDefault(ExploreFlush("E:", 2));
+    EXPECT_THAT(Notifications(), ElementsAre("1000 5 E:\\"));
+    EXPECT_EQ(RecordedLog::Get().Texts(), Lines("E", 2));
+}
+
+TEST(ExploreFlushNotify, OnlyTheFirstByteCounts) {
+    ExpectDefault(ExploreFlush("Zebra", 2));
+    EXPECT_THAT(Notifications(), ElementsAre("1000 5 Z:\\"));
+}
+
+TEST(ExploreFlushNotify, OtherDisksAreIgnoredWithoutALine) {
+    for (const char* const disk : {"", "e:", "a", "@", "[", "1", "\xC1"}) {
+        ExpectDefault(ExploreFlush(disk, 0));
+    }
+    EXPECT_THAT(Notifications(), IsEmpty());
+    EXPECT_THAT(RecordedLog::Get().Texts(), IsEmpty());
+}
+
+TEST(ExploreFlushNotify, FailureIsLoggedAndNeverSeenByTheService) {
+    ExpectDefault(CallManager(18, MessageOf({Int32Arg(1)})));
+    EXPECT_THAT(RecordedLog::Get().Texts(),
+                ElementsAre("L4 [PLENXSDK] Invalid Args rpcReqArgType:2"
+                            "(DistributedFs::RpcMessageReader::ReadString)",
+                            "L4 [PLENXSDK] read disk error"
+                            "(DistributedFs::RpcManager::ExploreFlushNotify)"));
+    EXPECT_THAT(Notifications(), IsEmpty());
+}
+
+// Id 17.
+
+Bytes BytesOf(const std::wstring& text) {
+    Bytes bytes(text.size() * sizeof(wchar_t));
+    std::memcpy(bytes.data(), text.data(), bytes.size());
+    return bytes;
+}
+
+ManagerReply UpdateExplore(const Bytes& path) {
+    return CallManager(17, MessageOf({Int32Arg(static_cast<std::int32_t>(path.size())),
+                                      ArrayArg(path)}));
+}
+
+TEST(UpdateWindowsExplore, HandsThePathToTheShellUnchanged) {
+    ExpectDefault(UpdateExplore(BytesOf(std::wstring(L"E:\\t\x00E4st\0", 8))));
+    EXPECT_THAT(Notifications(), ElementsAre("1000 5 E:\\t\xC3\xA4st"));
+    EXPECT_THAT(RecordedLog::Get().Texts(), IsEmpty());
+}
+
+TEST(UpdateWindowsExplore, PathWithoutATerminatorIsTerminated) {
+    for (std::size_t length = 1; length != 9; ++length) {
+        FakePlatform::Get().Shell().Reset();
+        const std::wstring path(length, L'p');
+        ExpectDefault(UpdateExplore(BytesOf(path)));
+        EXPECT_THAT(Notifications(), ElementsAre("1000 5 " + NarrowForTest(path)));
+    }
+}
+
+TEST(UpdateWindowsExplore, OddLastByteIsPaddedWithZeros) {
+    for (std::size_t more = 1; more != sizeof(wchar_t); ++more) {
+        FakePlatform::Get().Shell().Reset();
+        Bytes bytes = BytesOf(L"E");
+        bytes.push_back('F');
+        bytes.resize(sizeof(wchar_t) + more);
+        ExpectDefault(UpdateExplore(bytes));
+        EXPECT_THAT(Notifications(), ElementsAre("1000 5 EF"));
+    }
+}
+
+TEST(UpdateWindowsExplore, LengthBelow1FailsWith20) {
+    for (const std::int32_t length : {0, -1, static_cast<std::int32_t>(0x80000000U)}) {
+        RecordedLog::Get().Clear();
+        const ManagerReply reply =
+            CallManager(17, MessageOf({Int32Arg(length), ArrayArg({1, 2})}));
+        EXPECT_EQ(reply.result, 20);
+        EXPECT_FALSE(reply.hasBlock);
+        EXPECT_THAT(RecordedLog::Get().Texts(),
+                    ElementsAre("L4 [PLENXSDK] read msgLen error"
+                                "(DistributedFs::RpcManager::UpdateWindowsExplore)"));
+    }
+    EXPECT_THAT(Notifications(), IsEmpty());
+}
+
+TEST(UpdateWindowsExplore, LengthThatIsNotTheArraysFailsWith20) {
+    const ManagerReply reply =
+        CallManager(17, MessageOf({Int32Arg(0x7FFFFFFF), ArrayArg({1, 2})}));
+    EXPECT_EQ(reply.result, 20);
+    EXPECT_THAT(RecordedLog::Get().Texts(),
+                ElementsAre("L4 [PLENXSDK] Invalid Args offset:36 rpcReqArgSize:2 "
+                            "rpcMsgSize_:38 argLen:2147483647"
+                            "(DistributedFs::RpcMessageReader::ReadInt8Array)",
+                            "L4 [PLENXSDK] read update path error"
+                            "(DistributedFs::RpcManager::UpdateWindowsExplore)"));
+    EXPECT_THAT(Notifications(), IsEmpty());
+}
+
+}  // namespace
