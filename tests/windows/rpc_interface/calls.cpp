@@ -1,0 +1,87 @@
+#include "rpc_interface/calls.h"
+
+#include <stdexcept>
+
+#include "rpc/interface/manager_call.h"
+#include "rpc/interface/manager_interface.h"
+#include "rpc/interface/rpc_memory.h"
+#include "rpc/interface/service_call.h"
+#include "rpc/interface/service_interface.h"
+#include "rpc_interface/widl_calls.h"
+
+namespace PlenxTest {
+namespace {
+
+struct Client {
+    RPC_BINDING_HANDLE* binding;
+    void (*call)(long, long, const unsigned char*, PlenxMessageReply*);
+};
+
+Client ClientOf(Stubs stubs, Interface which) {
+    const bool service = which == Interface::kService;
+    if (stubs == Stubs::kOurs) {
+        return service ? Client{&plenxServiceBinding, PlenxCallService}
+                       : Client{&plenxManagerBinding, PlenxCallManager};
+    }
+    return service ? Client{&widlServiceBinding, WidlCallService}
+                   : Client{&widlManagerBinding, WidlCallManager};
+}
+
+}  // namespace
+
+Binding::Binding(Stubs stubs, Interface which, const std::wstring& endpoint)
+    : stubs_(stubs), interface_(which), handle_(*ClientOf(stubs, which).binding) {
+    std::wstring protocol = L"ncalrpc";
+    std::wstring name = endpoint;
+    RPC_WSTR text = nullptr;
+    if (RpcStringBindingComposeW(nullptr, reinterpret_cast<RPC_WSTR>(protocol.data()), nullptr,
+                                 reinterpret_cast<RPC_WSTR>(name.data()), nullptr,
+                                 &text) != RPC_S_OK) {
+        throw std::runtime_error("no string binding");
+    }
+    const RPC_STATUS status = RpcBindingFromStringBindingW(text, &handle_);
+    RpcStringFreeW(&text);
+    if (status != RPC_S_OK) {
+        throw std::runtime_error("no binding");
+    }
+}
+
+Binding::~Binding() {
+    RpcBindingFree(&handle_);
+}
+
+Reply Binding::Call(long msgType, const Bytes& msg) const {
+    static constexpr unsigned char kNothing[1] = {};
+    PlenxMessageReply raw{};
+    ClientOf(stubs_, interface_)
+        .call(msgType, static_cast<long>(msg.size()), msg.empty() ? kNothing : msg.data(), &raw);
+
+    Reply reply;
+    reply.raised = raw.raised != 0;
+    reply.exceptionCode = raw.exceptionCode;
+    reply.result = raw.result;
+    reply.size = raw.size;
+    reply.hasBlock = raw.block != nullptr;
+    if (reply.hasBlock) {
+        if (raw.size > 0) {
+            reply.bytes.assign(raw.block, raw.block + raw.size);
+        }
+        MIDL_user_free(raw.block);
+    }
+    return reply;
+}
+
+Reply CallOnce(Stubs stubs, Interface which, const std::wstring& endpoint, long msgType,
+               const Bytes& msg) {
+    return Binding(stubs, which, endpoint).Call(msgType, msg);
+}
+
+RPC_IF_HANDLE ServerInterface(Stubs stubs, Interface which) {
+    const bool service = which == Interface::kService;
+    if (stubs == Stubs::kOurs) {
+        return service ? plenxServiceInterface : plenxManagerInterface;
+    }
+    return service ? WidlServe_PlenxService_v1_0_s_ifspec : WidlServe_PlenxManager_v1_0_s_ifspec;
+}
+
+}  // namespace PlenxTest

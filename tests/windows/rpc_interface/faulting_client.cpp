@@ -1,0 +1,42 @@
+#include "rpc_interface/faulting_client.h"
+
+#include <windows.h>
+
+#include "rpc/interface/service_call.h"
+#include "rpc_interface/allocation_count.h"
+#include "rpc_interface/calls.h"
+#include "rpc_interface/server_routines.h"
+
+namespace PlenxTest {
+namespace {
+
+// Instead of the debugger that would come now, and slowly.
+LONG WINAPI EndAtLastFilter(EXCEPTION_POINTERS* exception) {
+    const bool fault = exception->ExceptionRecord->ExceptionCode == EXCEPTION_ACCESS_VIOLATION &&
+                       exception->ExceptionRecord->NumberParameters == 2;
+    TerminateProcess(GetCurrentProcess(), fault ? kFaultGotOut : kOtherExceptionGotOut);
+    return EXCEPTION_EXECUTE_HANDLER;
+}
+
+void* FaultyAllocation() {
+    Fault();
+    return nullptr;
+}
+
+}  // namespace
+
+int RunFaultingClient(const std::string& fault, const std::string& endpoint) {
+    SetUnhandledExceptionFilter(EndAtLastFilter);
+    const Binding binding(Stubs::kOurs, Interface::kService,
+                          std::wstring(endpoint.begin(), endpoint.end()));
+    if (fault == "allocation") {
+        const AllocationReplacement replacement(FaultyAllocation);
+        binding.Call(kEcho, Pattern(24));
+    } else {
+        PlenxServiceReply reply;
+        PlenxCallService(kEcho, 24, reinterpret_cast<const unsigned char*>(16), &reply);
+    }
+    return kCallReturned;
+}
+
+}  // namespace PlenxTest

@@ -1,0 +1,96 @@
+// The guard around a call: what the runtime raises becomes a code, a fault of our own does not.
+
+#include <gtest/gtest.h>
+
+#include "rpc_interface/allocation_count.h"
+#include "rpc_interface/calls.h"
+#include "rpc_interface/faulting_client.h"
+#include "rpc_interface/peer_process.h"
+#include "rpc_interface/server_routines.h"
+
+namespace PlenxTest {
+namespace {
+
+class Guard : public testing::TestWithParam<Interface> {
+protected:
+    void SetUp() override { ASSERT_TRUE(peer_.Ready()); }
+
+    Reply CallWith(std::function<void*()> allocate) {
+        const Binding binding(Stubs::kOurs, GetParam(), peer_.Endpoint());
+        const AllocationReplacement replacement(std::move(allocate));
+        return binding.Call(kEcho, Pattern(24));
+    }
+
+    void ExpectRaisedCode(unsigned long code) {
+        const Reply reply = CallWith([code]() -> void* {
+            RaiseException(code, 0, 0, nullptr);
+            return nullptr;
+        });
+        EXPECT_TRUE(reply.raised);
+        EXPECT_EQ(reply.exceptionCode, code);
+        EXPECT_EQ(reply.result, 0);
+        EXPECT_EQ(reply.size, 0);
+        EXPECT_FALSE(reply.hasBlock);
+    }
+
+    std::optional<DWORD> RunFaultingClient(const std::wstring& fault) {
+        ChildProcess client(ChildProcess::Self(L"--faulting-client " + fault + L" " +
+                                               peer_.Endpoint()));
+        return client.WaitForExit(30000);
+    }
+
+    PeerProcess peer_{Stubs::kOurs, GetParam()};
+};
+
+TEST_P(Guard, RaisedRpcStatusIsTheCode) {
+    ExpectRaisedCode(1722);
+}
+
+TEST_P(Guard, RaisedCodeOfItsOwnIsTheCode) {
+    ExpectRaisedCode(0xE0001234);
+}
+
+TEST_P(Guard, RaisedAccessViolationIsTheCode) {
+    ExpectRaisedCode(0xC0000005);
+}
+
+TEST_P(Guard, RaisedSmallNumberIsTheCode) {
+    ExpectRaisedCode(1);
+}
+
+TEST_P(Guard, FailedAllocationOfTheReplyGives14) {
+    const Reply reply = CallWith([]() -> void* { return nullptr; });
+    EXPECT_TRUE(reply.raised);
+    EXPECT_EQ(reply.exceptionCode, 14u);
+    EXPECT_EQ(reply.size, 0);
+    EXPECT_FALSE(reply.hasBlock);
+}
+
+TEST_P(Guard, NextCallAfterARaisedOneWorks) {
+    ExpectRaisedCode(0xE0001234);
+    const Reply reply = CallOnce(Stubs::kOurs, GetParam(), peer_.Endpoint(), kEcho, Pattern(24));
+    EXPECT_FALSE(reply.raised);
+    EXPECT_EQ(reply.bytes, Pattern(24));
+}
+
+INSTANTIATE_TEST_SUITE_P(Interfaces, Guard, testing::Values(Interface::kService,
+                                                            Interface::kManager),
+                         [](const auto& info) {
+                             return info.param == Interface::kService ? "Service" : "Manager";
+                         });
+
+class FaultOfOurOwn : public Guard {};
+
+TEST_P(FaultOfOurOwn, UnreadableMessage_EndsTheProcess) {
+    EXPECT_EQ(RunFaultingClient(L"message"), static_cast<DWORD>(kFaultGotOut));
+}
+
+TEST_P(FaultOfOurOwn, FaultInTheAllocationOfTheReply_EndsTheProcess) {
+    EXPECT_EQ(RunFaultingClient(L"allocation"), static_cast<DWORD>(kFaultGotOut));
+}
+
+INSTANTIATE_TEST_SUITE_P(Interfaces, FaultOfOurOwn, testing::Values(Interface::kService),
+                         [](const auto&) { return "Service"; });
+
+}  // namespace
+}  // namespace PlenxTest

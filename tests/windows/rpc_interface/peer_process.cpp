@@ -1,0 +1,79 @@
+#include "rpc_interface/peer_process.h"
+
+#include <atomic>
+
+namespace PlenxTest {
+namespace {
+
+constexpr DWORD kReadyMilliseconds = 20000;
+constexpr DWORD kPeerLifeMilliseconds = 120000;
+constexpr unsigned kMaximumCalls = 10;
+
+// The events are named after the endpoint, which is unique.
+HANDLE EventOf(const std::wstring& endpoint, const wchar_t* what) {
+    return CreateEventW(nullptr, TRUE, FALSE, (endpoint + what).c_str());
+}
+
+std::wstring CommandLine(Stubs stubs, Interface which, const std::wstring& endpoint) {
+    return ChildProcess::Self(std::wstring(L"--peer ") +
+                              (stubs == Stubs::kOurs ? L"ours " : L"widl ") +
+                              (which == Interface::kService ? L"service " : L"manager ") +
+                              endpoint);
+}
+
+// As the library serves its own interface.
+RPC_STATUS Serve(RPC_IF_HANDLE which, std::wstring endpoint) {
+    std::wstring protocol = L"ncalrpc";
+    RPC_STATUS status =
+        RpcServerUseProtseqEpW(reinterpret_cast<RPC_WSTR>(protocol.data()), kMaximumCalls,
+                               reinterpret_cast<RPC_WSTR>(endpoint.data()), nullptr);
+    if (status == RPC_S_OK) {
+        status = RpcServerRegisterIf(which, nullptr, nullptr);
+    }
+    if (status == RPC_S_OK) {
+        status = RpcServerListen(1, kMaximumCalls, 1);
+    }
+    return status;
+}
+
+}  // namespace
+
+std::wstring UniqueName(const std::wstring& stem) {
+    static std::atomic<int> count{0};
+    return stem + L"-" + std::to_wstring(GetCurrentProcessId()) + L"-" + std::to_wstring(++count);
+}
+
+PeerProcess::PeerProcess(Stubs stubs, Interface which)
+    : endpoint_(UniqueName(L"plenx-peer")),
+      readyEvent_(EventOf(endpoint_, L"-ready")),
+      stopEvent_(EventOf(endpoint_, L"-stop")),
+      process_(CommandLine(stubs, which, endpoint_)),
+      ready_(process_.Started() &&
+             WaitForSingleObject(readyEvent_, kReadyMilliseconds) == WAIT_OBJECT_0) {}
+
+PeerProcess::~PeerProcess() {
+    SetEvent(stopEvent_);
+    process_.WaitForExit(5000);
+    CloseHandle(stopEvent_);
+    CloseHandle(readyEvent_);
+}
+
+std::optional<DWORD> PeerProcess::WaitForExit(DWORD milliseconds) {
+    return process_.WaitForExit(milliseconds);
+}
+
+int RunPeer(const std::string& stubs, const std::string& which, const std::string& endpoint) {
+    const std::wstring name(endpoint.begin(), endpoint.end());
+    const RPC_IF_HANDLE served =
+        ServerInterface(stubs == "ours" ? Stubs::kOurs : Stubs::kWidl,
+                        which == "service" ? Interface::kService : Interface::kManager);
+    const HANDLE stop = EventOf(name, L"-stop");
+    const RPC_STATUS status = Serve(served, name);
+    if (status != RPC_S_OK) {
+        return static_cast<int>(status);
+    }
+    SetEvent(EventOf(name, L"-ready"));
+    return WaitForSingleObject(stop, kPeerLifeMilliseconds) == WAIT_OBJECT_0 ? 0 : 1;
+}
+
+}  // namespace PlenxTest

@@ -1,0 +1,41 @@
+// A server in another process: this program, started again with --peer. It ends when its object
+// goes, or by itself after two minutes.
+
+#ifndef PLENXSDK_TESTS_WINDOWS_RPC_INTERFACE_PEER_PROCESS_H
+#define PLENXSDK_TESTS_WINDOWS_RPC_INTERFACE_PEER_PROCESS_H
+
+#include <optional>
+#include <string>
+
+#include "rpc_interface/calls.h"
+#include "support/child_process.h"
+
+namespace PlenxTest {
+
+/// A name that nobody else in this prefix uses.
+std::wstring UniqueName(const std::wstring& stem);
+
+class PeerProcess {
+public:
+    PeerProcess(Stubs stubs, Interface which);
+    ~PeerProcess();
+
+    /// Whether it serves.
+    bool Ready() const { return ready_; }
+    const std::wstring& Endpoint() const { return endpoint_; }
+    std::optional<DWORD> WaitForExit(DWORD milliseconds);
+
+private:
+    std::wstring endpoint_;
+    HANDLE readyEvent_;
+    HANDLE stopEvent_;
+    ChildProcess process_;
+    bool ready_;
+};
+
+/// The peer's side of it. Arguments: stubs, interface, endpoint.
+int RunPeer(const std::string& stubs, const std::string& which, const std::string& endpoint);
+
+}  // namespace PlenxTest
+
+#endif  // PLENXSDK_TESTS_WINDOWS_RPC_INTERFACE_PEER_PROCESS_H

@@ -1,0 +1,94 @@
+// Where the tables hold what: for each kind of table its values and its pointers. Padding is
+// left out.
+
+#ifndef PLENXSDK_TESTS_WINDOWS_RPC_INTERFACE_TABLE_LAYOUTS_H
+#define PLENXSDK_TESTS_WINDOWS_RPC_INTERFACE_TABLE_LAYOUTS_H
+
+#include <windows.h>
+
+#include <rpc.h>
+#include <rpcndr.h>
+
+#include <ndr64types.h>
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace PlenxTest {
+
+enum TableKind : int {
+    kValue,    // no pointer
+    kOpaque,   // a pointer that leads out of the tables, or that should be null
+    kClientInterface,
+    kServerInterface,
+    kClientStub,
+    kServerStub,
+    kProxyInfo,
+    kServerInfo,
+    kClientSyntaxes,
+    kServerSyntaxes,
+    kDispatchTable,
+    kEntries,
+    kRoutines,
+    kSyntaxId,
+    kTypeString,
+    kProcString,
+    kProcOffsets,
+    kProcTable,
+    kProcedure,
+    kBaseType,
+    kMsgArray,
+    kRespArray,
+    kMsgSize,
+    kRespSize,
+    kRefPointer,
+    kUniquePointer,
+};
+
+struct TableMember {
+    const char* name;
+    std::size_t offset;
+    std::size_t size;
+    TableKind kind;
+};
+
+struct TableLayout {
+    const char* name;
+    std::size_t lead;  // bytes that stand before the place that is pointed to
+    std::size_t size;  // with the lead
+    std::vector<TableMember> members;
+};
+
+const TableLayout& LayoutOf(TableKind kind);
+
+// The procedure with its parameters.
+struct Ndr64Procedure {
+    NDR64_PROC_FORMAT procedure;
+    NDR64_PARAM_FORMAT parameters[6];
+};
+
+struct Ndr64Array {
+    NDR64_CONF_ARRAY_HEADER_FORMAT header;
+    NDR64_ARRAY_ELEMENT_INFO element;
+};
+
+// The size of an array: a word, then the expression.
+struct Ndr64MsgSize {
+    NDR64_UINT32 early;
+    NDR64_EXPR_VAR variable;
+};
+
+struct Ndr64RespSize {
+    NDR64_UINT32 early;
+    NDR64_EXPR_OPERATOR indirection;
+    NDR64_EXPR_VAR variable;
+};
+
+constexpr std::size_t kTypeStringSize = 39;
+constexpr std::size_t kProcStringSize = 63;
+constexpr std::size_t kStringLead = 2;
+
+}  // namespace PlenxTest
+
+#endif  // PLENXSDK_TESTS_WINDOWS_RPC_INTERFACE_TABLE_LAYOUTS_H
