@@ -1,0 +1,52 @@
+// The rotating log file. A line is the local time, a blank and the text:
+//
+//     2026-01-31 12:34:56.789 [info] [1234] text
+//
+// Lines end with LF. When the file would grow beyond its size, name.log becomes name.1.log,
+// name.1.log becomes name.2.log and so on, and a new name.log is begun.
+//
+// Not thread-safe: the owner locks.
+
+#ifndef COMPANION_LOGHELPER_LOG_FILE_H
+#define COMPANION_LOGHELPER_LOG_FILE_H
+
+#include <chrono>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "loghelper/log_settings.h"
+
+namespace spdlog::sinks {
+class sink;
+}
+
+namespace LogHelper {
+
+class LogFile {
+public:
+    /// Opens nothing; the first line does.
+    explicit LogFile(const LogSettings& settings);
+    ~LogFile();
+    LogFile(const LogFile&) = delete;
+    LogFile& operator=(const LogFile&) = delete;
+
+    /// Writes one line and hands it to the system. A line that cannot be written is dropped;
+    /// a file that cannot be opened is tried again after a few seconds.
+    void Write(std::string_view text) noexcept;
+
+private:
+    bool EnsureOpen() noexcept;
+    bool TryWrite(std::string_view text) noexcept;
+
+    const LogSettings settings_;
+    std::unique_ptr<spdlog::sinks::sink> sink_;
+    std::chrono::steady_clock::time_point nextOpen_{};
+};
+
+/// The same line for a writer of its own.
+std::string FormatLine(std::string_view text);
+
+}  // namespace LogHelper
+
+#endif  // COMPANION_LOGHELPER_LOG_FILE_H

@@ -1,0 +1,38 @@
+// A folder of the running test's own; removed with all it holds.
+
+#ifndef PLENXSDK_TESTS_UNIT_COMPANION_TEMPORARY_FOLDER_H
+#define PLENXSDK_TESTS_UNIT_COMPANION_TEMPORARY_FOLDER_H
+
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <string>
+
+class TemporaryFolder {
+public:
+    TemporaryFolder()
+        : path_(std::filesystem::temp_directory_path() /
+                ("companion-test-" + std::to_string(getpid()))) {
+        std::filesystem::remove_all(path_);
+        std::filesystem::create_directories(path_);
+    }
+    ~TemporaryFolder() { std::filesystem::remove_all(path_); }
+    TemporaryFolder(const TemporaryFolder&) = delete;
+    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+
+    std::filesystem::path operator/(const std::string& name) const { return path_ / name; }
+    const std::filesystem::path& Path() const { return path_; }
+
+private:
+    std::filesystem::path path_;
+};
+
+inline std::string ReadFile(const std::filesystem::path& path) {
+    std::ostringstream content;
+    content << std::ifstream(path, std::ios::binary).rdbuf();
+    return content.str();
+}
+
+#endif  // PLENXSDK_TESTS_UNIT_COMPANION_TEMPORARY_FOLDER_H
