@@ -1,0 +1,59 @@
+// The words of a command, taken one after the other and turned into what the command
+// needs. Every operation throws ScriptError when the word is missing or wrong.
+
+#ifndef PLENXHOST_ARGUMENTS_H
+#define PLENXHOST_ARGUMENTS_H
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "plenxsdk/plenx_manager.h"
+#include "script_parser.h"
+
+namespace PlenxHost {
+
+/// The text that a word stands for: repeat:N:x, hex:00ff, or the word itself.
+std::string TextOf(const Word& word);
+/// The 32 bits of a number, or of a service type by its name (office, pc, phone, all).
+std::uint32_t Bits32Of(const Word& word, const std::string& what);
+std::uint32_t ServiceTypeOf(const Word& word);
+
+/// Data for a device: as many bytes as there are, and the size to tell, which may differ.
+struct DataBlock {
+    std::string bytes;
+    bool isNull = false;
+    std::uint64_t size = 0;
+};
+
+class Arguments {
+public:
+    explicit Arguments(std::vector<Word> words) : words_(std::move(words)) {}
+
+    bool Empty() const { return next_ == words_.size(); }
+    const Word& Take(const std::string& what);
+    std::string TakeText(const std::string& what) { return TextOf(Take(what)); }
+    DistributedFs::ServiceType TakeServiceType();
+    DistributedFs::ConfigType TakeConfigType();
+    std::int32_t TakeInt32(const std::string& what);
+    std::int64_t TakeInt64(const std::string& what);
+    /// A time span, at most a day.
+    int TakeMilliseconds();
+    bool TakeOnOff();
+    /// hex:00ff, bytes:N (00 01 02 ...), null, null:N or a text; then, if given, the size
+    /// to tell instead of the true one.
+    DataBlock TakeData();
+    /// The words up to the given one, which is taken and left out.
+    std::vector<Word> TakeUntil(const std::string& keyword);
+    /// Nothing more may follow.
+    void End() const;
+
+private:
+    std::vector<Word> words_;
+    std::size_t next_ = 0;
+};
+
+}  // namespace PlenxHost
+
+#endif  // PLENXHOST_ARGUMENTS_H

@@ -1,0 +1,46 @@
+// How the observers react: what they answer, how long they take, whether they throw. Set
+// by commands, read by observers on the library's threads.
+
+#ifndef PLENXHOST_BEHAVIOUR_H
+#define PLENXHOST_BEHAVIOUR_H
+
+#include <chrono>
+#include <condition_variable>
+#include <cstdint>
+#include <mutex>
+#include <optional>
+
+namespace PlenxHost {
+
+struct Reaction {
+    int answer = 0;
+    std::optional<std::int32_t> linkStatus;  ///< Empty: leave the status as it comes.
+    std::chrono::milliseconds delay{0};
+    bool throws = false;  ///< For one notification.
+};
+
+class Behaviour {
+public:
+    /// Changes the reaction: change(reaction).
+    template <class Change>
+    void Set(Change change) {
+        const std::lock_guard<std::mutex> lock(mutex_);
+        change(reaction_);
+    }
+
+    /// The reaction to the notification that has just come.
+    Reaction Next();
+    void Wait(std::chrono::milliseconds delay);
+    /// No delays any more: the run is at its end.
+    void EndDelays();
+
+private:
+    std::mutex mutex_;
+    std::condition_variable ended_;
+    Reaction reaction_;
+    bool noDelays_ = false;
+};
+
+}  // namespace PlenxHost
+
+#endif  // PLENXHOST_BEHAVIOUR_H

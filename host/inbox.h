@@ -1,0 +1,46 @@
+// The notifications that have come and that no expectation has used yet, in the order of
+// their coming. Any thread may put; the thread that runs the commands takes and waits.
+
+#ifndef PLENXHOST_INBOX_H
+#define PLENXHOST_INBOX_H
+
+#include <chrono>
+#include <condition_variable>
+#include <deque>
+#include <mutex>
+#include <optional>
+
+#include "notification.h"
+#include "pattern.h"
+
+namespace PlenxHost {
+
+class Inbox {
+public:
+    /// Only the latest that many are kept, so that a long session does not grow for ever.
+    static constexpr std::size_t kMostKept = 10000;
+
+    void Put(Notification notification);
+    /// Takes the first that matches, waiting for it up to the given time.
+    std::optional<Notification> Take(const Pattern& pattern, std::chrono::milliseconds limit);
+    /// Waits that long.
+    void Pause(std::chrono::milliseconds span);
+    void Clear();
+    std::deque<Notification> Left() const;
+
+    /// Ends every wait, now and from now on.
+    void Interrupt();
+    bool Interrupted() const;
+
+private:
+    std::optional<Notification> TakeFirst(const Pattern& pattern);
+
+    mutable std::mutex mutex_;
+    std::condition_variable changed_;
+    std::deque<Notification> notifications_;
+    bool interrupted_ = false;
+};
+
+}  // namespace PlenxHost
+
+#endif  // PLENXHOST_INBOX_H

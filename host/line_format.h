@@ -1,0 +1,45 @@
+// Reports as lines: for people, or one JSON object per line for programs.
+//
+// JSON keys that all objects have: type (notification, command, text, error, end), time
+// (local, like the times in the log files), seconds (since the start) and thread. A text
+// that is not UTF-8 is shown with U+FFFD in it and is given in full by a second key, its
+// name followed by Hex.
+
+#ifndef PLENXHOST_LINE_FORMAT_H
+#define PLENXHOST_LINE_FORMAT_H
+
+#include <chrono>
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "report.h"
+
+namespace PlenxHost {
+
+struct Stamp {
+    std::chrono::system_clock::time_point time;
+    std::chrono::milliseconds sinceStart;
+    std::uint32_t thread;
+};
+
+/// A notification as it reads: NotifyError(errCode=5).
+std::string ToText(const Notification& notification);
+
+/// Each operation makes one line or several, with no line end behind the last. Not to be
+/// used by two threads at once.
+class LineFormat {
+public:
+    virtual ~LineFormat() = default;
+    virtual std::string Format(const Stamp& stamp, const NotificationReport& report) const = 0;
+    virtual std::string Format(const Stamp& stamp, const CommandReport& report) const = 0;
+    virtual std::string Format(const Stamp& stamp, const Note& note) const = 0;
+    virtual std::string Format(const Stamp& stamp, const EndReport& report) const = 0;
+};
+
+std::unique_ptr<LineFormat> MakeTextFormat();
+std::unique_ptr<LineFormat> MakeJsonFormat();
+
+}  // namespace PlenxHost
+
+#endif  // PLENXHOST_LINE_FORMAT_H

@@ -1,0 +1,42 @@
+// What an observer was told: the name of the notification and its arguments. Plain
+// values, to be used on one thread at a time.
+
+#ifndef PLENXHOST_NOTIFICATION_H
+#define PLENXHOST_NOTIFICATION_H
+
+#include <cstdint>
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace PlenxHost {
+
+struct Field {
+    const char* name;
+    std::variant<bool, std::int64_t, std::string> value;
+};
+
+struct Notification {
+    std::string name;
+    std::vector<Field> fields;
+    std::string observer;  ///< The name under which the observer is registered here.
+};
+
+enum class FieldKind { kNumber, kServiceType, kStatusKind, kBool, kText };
+
+struct FieldShape {
+    const char* name;
+    FieldKind kind;
+};
+
+struct NotificationShape {
+    const char* name;
+    std::vector<FieldShape> fields;
+};
+
+/// The notifications that there are, in the order of the observer's slots.
+const std::vector<NotificationShape>& NotificationShapes();
+
+}  // namespace PlenxHost
+
+#endif  // PLENXHOST_NOTIFICATION_H

@@ -1,0 +1,35 @@
+// What a notification must look like to be the expected one.
+//
+//     NotifyStatus pc "my group" start true     arguments in their order
+//     NotifyStatus sttsType=100 observer=b      arguments by name
+//     NotifyConnect * "my group"                * stands for any value
+//     *                                         any notification
+//
+// Arguments that are not given may have any value. Numbers are compared as 32 bits.
+
+#ifndef PLENXHOST_PATTERN_H
+#define PLENXHOST_PATTERN_H
+
+#include <string>
+#include <vector>
+
+#include "notification.h"
+#include "script_parser.h"
+
+namespace PlenxHost {
+
+class Pattern {
+public:
+    /// @throws ScriptError
+    explicit Pattern(const std::vector<Word>& words);
+
+    bool Matches(const Notification& notification) const;
+
+private:
+    std::string name_;           // empty: any
+    std::vector<Field> wanted_;  // "observer" is compared with the observer's name
+};
+
+}  // namespace PlenxHost
+
+#endif  // PLENXHOST_PATTERN_H

@@ -1,0 +1,36 @@
+// The few things that the system does for this program.
+
+#ifndef PLENXHOST_PLATFORM_H
+#define PLENXHOST_PLATFORM_H
+
+#include <cstdint>
+#include <string>
+
+namespace PlenxHost {
+
+/// The calling thread's id, as the log files show it.
+std::uint32_t CurrentThreadNumber();
+
+/// UTF-8 for consoles and untouched bytes for files and pipes, while the object lives.
+class StandardStreams {
+public:
+    StandardStreams();
+    ~StandardStreams();
+    StandardStreams(const StandardStreams&) = delete;
+    StandardStreams& operator=(const StandardStreams&) = delete;
+
+    bool InputIsConsole() const { return inputIsConsole_; }
+    /// The next line of the input as UTF-8; false at its end.
+    bool ReadLine(std::string& line) const;
+
+private:
+    bool inputIsConsole_ = false;
+    unsigned int consoleCodePage_ = 0;
+};
+
+/// Ends the process at once, whatever its threads do; DLLs are still told.
+[[noreturn]] void EndProcess(int exitCode);
+
+}  // namespace PlenxHost
+
+#endif  // PLENXHOST_PLATFORM_H

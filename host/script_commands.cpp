@@ -1,0 +1,146 @@
+#include "script_commands.h"
+
+#include <chrono>
+#include <optional>
+
+#include "commands.h"
+#include "pattern.h"
+#include "text.h"
+
+namespace PlenxHost {
+namespace {
+
+using std::chrono::milliseconds;
+
+constexpr std::size_t kMostShown = 256;
+
+Outcome Held(bool held, const std::string& remark) {
+    Outcome outcome;
+    outcome.held = held;
+    outcome.remark = held ? "" : remark;
+    return outcome;
+}
+
+Action Saying(const std::string& text) {
+    return [=](Session& session) {
+        session.Say(text);
+        Outcome outcome;
+        outcome.silent = true;
+        return outcome;
+    };
+}
+
+// An action that changes how the observers react.
+template <class Change>
+Action Reacting(Change change) {
+    return [=](Session& session) {
+        session.Reactions().Set(change);
+        return Outcome();
+    };
+}
+
+}  // namespace
+
+Action ParseAnswer(Arguments& arguments) {
+    const std::int32_t code = arguments.TakeInt32("code");
+    return Reacting([=](Reaction& reaction) { reaction.answer = code; });
+}
+
+Action ParseAnswerLink(Arguments& arguments) {
+    const Word& word = arguments.Take("status");
+    std::optional<std::int32_t> status;
+    if (!word.Is("keep")) {
+        status = static_cast<std::int32_t>(Bits32Of(word, "the status"));
+    }
+    return Reacting([=](Reaction& reaction) { reaction.linkStatus = status; });
+}
+
+Action ParseSlow(Arguments& arguments) {
+    const milliseconds delay(arguments.TakeMilliseconds());
+    return Reacting([=](Reaction& reaction) { reaction.delay = delay; });
+}
+
+Action ParseThrow(Arguments& arguments) {
+    const bool on = arguments.TakeOnOff();
+    return Reacting([=](Reaction& reaction) { reaction.throws = on; });
+}
+
+Action ParseExpect(Arguments& arguments) {
+    const Pattern pattern(arguments.TakeUntil("within"));
+    const milliseconds limit(arguments.TakeMilliseconds());
+    return [=](Session& session) {
+        const bool came = session.Received().Take(pattern, limit).has_value();
+        return Held(came, session.Received().Interrupted()
+                              ? "interrupted"
+                              : "it did not come within " + std::to_string(limit.count()) + " ms");
+    };
+}
+
+Action ParseExpectNone(Arguments& arguments) {
+    const Pattern pattern(arguments.TakeUntil("for"));
+    const milliseconds span(arguments.TakeMilliseconds());
+    return [=](Session& session) {
+        const auto unwanted = session.Received().Take(pattern, span);
+        if (unwanted) {
+            return Held(false, "there came " + ToText(*unwanted));
+        }
+        // Nothing came, but when the wait was cut short, that proves nothing.
+        return Held(!session.Received().Interrupted(), "interrupted");
+    };
+}
+
+Action ParseExpectResult(Arguments& arguments) {
+    const std::int64_t wanted = arguments.TakeInt64("number");
+    return [=](Session& session) {
+        const auto& number = session.Last().number;
+        return Held(number == wanted,
+                    "it gave " + (number ? std::to_string(*number) : "no number"));
+    };
+}
+
+Action ParseExpectResultText(Arguments& arguments) {
+    const std::string wanted = arguments.TakeText("text");
+    return [=](Session& session) {
+        const auto& text = session.Last().text;
+        return Held(text == wanted, "it gave " + (text ? Quote(*text, kMostShown) : "no text"));
+    };
+}
+
+Action ParseForget(Arguments&) {
+    return [](Session& session) {
+        session.Received().Clear();
+        return Outcome();
+    };
+}
+
+Action ParseSleep(Arguments& arguments) {
+    const milliseconds span(arguments.TakeMilliseconds());
+    return [=](Session& session) {
+        session.Received().Pause(span);
+        return Outcome();
+    };
+}
+
+Action ParseEcho(Arguments& arguments) {
+    std::string text;
+    while (!arguments.Empty()) {
+        text += (text.empty() ? "" : " ") + arguments.TakeText("text");
+    }
+    return Saying(text);
+}
+
+Action ParseHelp(Arguments& arguments) {
+    const std::string text =
+        arguments.Empty() ? CommandOverview() : CommandHelp(arguments.TakeText("command"));
+    return Saying(text);
+}
+
+Action ParseQuit(Arguments& arguments) {
+    const std::int32_t exitCode = arguments.Empty() ? 0 : arguments.TakeInt32("code");
+    return [=](Session& session) {
+        session.Quit(exitCode);
+        return Outcome();
+    };
+}
+
+}  // namespace PlenxHost

@@ -1,0 +1,95 @@
+// One run of the program: the observers, what has been heard, what the last command gave,
+// and how the expectations fared. Commands work on it, one after the other, on one thread;
+// only Interrupt and Current may be called from others.
+
+#ifndef PLENXHOST_SESSION_H
+#define PLENXHOST_SESSION_H
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "behaviour.h"
+#include "inbox.h"
+#include "observer.h"
+#include "output.h"
+#include "report.h"
+
+namespace PlenxHost {
+
+class Session;
+
+/// A command with its arguments, ready to run.
+using Action = std::function<Outcome(Session&)>;
+
+struct Step {
+    std::string place;  ///< File and line; empty for commands that are typed.
+    std::string name;
+    std::string text;
+    Action action;
+};
+
+/// The arguments of Init that the command line gives.
+struct InitArguments {
+    std::string install;
+    std::string data;
+    std::string third;
+    bool flag = false;
+};
+
+class Session {
+public:
+    Session(InitArguments init, Output& output);
+    ~Session() { UnregisterAll(); }
+    Session(const Session&) = delete;
+    Session& operator=(const Session&) = delete;
+
+    void Run(const Step& step);
+    bool HasEnded() const { return quitCode_.has_value() || inbox_.Interrupted(); }
+    /// Unregisters the observers. @return how the expectations fared
+    EndReport Finish(bool timedOut);
+
+    /// Ends the run as soon as possible; from any thread.
+    void Interrupt();
+    /// The command that is running.
+    std::string Current() const;
+
+    // For the commands.
+    const InitArguments& Init() const { return init_; }
+    Inbox& Received() { return inbox_; }
+    Behaviour& Reactions() { return behaviour_; }
+    const Outcome& Last() const { return last_; }
+    void Say(const std::string& text);
+    void Quit(int exitCode) { quitCode_ = exitCode; }
+    void Register(const std::string& observer);
+    void Unregister(const std::string& observer);
+
+private:
+    void UnregisterAll();
+    HostObserver* Observer(const std::string& name);
+    Outcome Perform(const Step& step);
+    void Judge(const Outcome& outcome);
+    void SetCurrent(const std::string& text);
+
+    const InitArguments init_;
+    Output& output_;
+    Inbox inbox_;
+    Behaviour behaviour_;
+    std::map<std::string, std::unique_ptr<HostObserver>> observers_;
+    std::set<std::string> registered_;
+    Outcome last_;
+    std::optional<int> quitCode_;
+    int expectations_ = 0;
+    std::vector<std::string> failures_;
+    mutable std::mutex currentMutex_;
+    std::string current_;  // guarded by currentMutex_
+};
+
+}  // namespace PlenxHost
+
+#endif  // PLENXHOST_SESSION_H

@@ -1,0 +1,35 @@
+// Texts of any bytes, shown and read safely, and numbers as they are typed. No state, no
+// threads.
+
+#ifndef PLENXHOST_TEXT_H
+#define PLENXHOST_TEXT_H
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace PlenxHost {
+
+/// The length in bytes of the UTF-8 character at the front of text; 0 when there is none.
+std::size_t Utf8Length(std::string_view text);
+bool IsUtf8(std::string_view text);
+
+/// The text in double quotes. Control characters and bytes that are not UTF-8 are written
+/// as \n, \t or \xNN; after about maxBytes it is cut and its whole length is told.
+std::string Quote(std::string_view text, std::size_t maxBytes);
+
+/// The bytes as hexadecimal digits, and back; nothing when a digit is wrong or missing.
+std::string ToHex(std::string_view bytes);
+std::optional<std::string> FromHex(std::string_view digits);
+
+/// A whole decimal or 0x number; the signed ones may begin with a minus.
+std::optional<std::uint64_t> ToUint64(std::string_view digits);
+std::optional<std::int64_t> ToInt64(std::string_view digits);
+/// As above, from -2^31 to 2^32 - 1: the same 32 bits, told signed or unsigned.
+std::optional<std::uint32_t> ToBits32(std::string_view digits);
+
+}  // namespace PlenxHost
+
+#endif  // PLENXHOST_TEXT_H
