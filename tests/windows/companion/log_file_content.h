@@ -1,0 +1,25 @@
+// A log file taken apart.
+
+#ifndef PLENXSDK_TESTS_WINDOWS_COMPANION_LOG_FILE_CONTENT_H
+#define PLENXSDK_TESTS_WINDOWS_COMPANION_LOG_FILE_CONTENT_H
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace PlenxTest {
+
+struct LogLine {
+    std::string time;
+    std::string level;
+    unsigned long thread = 0;
+    std::string text;
+};
+
+/// All lines of the file, none when there is no file. A line that is not of the documented
+/// form, or lacks its end, is a failure of the running test.
+std::vector<LogLine> ReadLogLines(const std::filesystem::path& file);
+
+}  // namespace PlenxTest
+
+#endif  // PLENXSDK_TESTS_WINDOWS_COMPANION_LOG_FILE_CONTENT_H

@@ -1,0 +1,190 @@
+// The logger in processes of its own: its settings are read once per process, and what matters
+// most is how it behaves when a process ends.
+
+#include <gtest/gtest.h>
+
+#include <windows.h>
+
+#include <cstdlib>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "companion/log_file_content.h"
+#include "companion/logging_hosts.h"
+#include "support/child_process.h"
+
+namespace PlenxTest {
+namespace {
+
+constexpr DWORD kDeadline = 20000;
+
+int Repetitions() {
+    const char* const text = std::getenv("PLENX_TEST_ENDINGS");
+    return text != nullptr ? std::atoi(text) : 50;
+}
+
+class LogHelperTest : public testing::Test {
+protected:
+    void SetUp() override {
+        std::filesystem::remove_all(folder_);
+        std::filesystem::create_directories(folder_);
+        Set(L"PLENX_LOG_FILE", file_.wstring());
+    }
+    void TearDown() override {
+        for (const wchar_t* const name : {L"PLENX_LOG_FILE", L"PLENX_LOG_LEVEL",
+                                          L"PLENX_LOG_MAX_BYTES", L"PLENX_LOG_FILES"}) {
+            SetEnvironmentVariableW(name, nullptr);
+        }
+        std::filesystem::remove_all(folder_);
+    }
+
+    static void Set(const wchar_t* name, const std::wstring& value) {
+        ASSERT_TRUE(SetEnvironmentVariableW(name, value.c_str()));
+    }
+
+    static std::wstring CommandOf(const std::string& mode) {
+        return ChildProcess::Self(L"--host " + std::wstring(mode.begin(), mode.end()));
+    }
+
+    static void Run(const std::string& mode) {
+        ChildProcess host(CommandOf(mode));
+        ExpectExit(host, mode);
+    }
+
+    static void ExpectExit(ChildProcess& host, const std::string& mode) {
+        ASSERT_TRUE(host.Started());
+        const auto code = host.WaitForExit(kDeadline);
+        ASSERT_TRUE(code.has_value()) << "the host hangs";
+        ASSERT_EQ(*code, static_cast<DWORD>(FindLoggingHost(mode)->exitCode));
+    }
+
+    std::filesystem::path Rotated(int number) const {
+        return folder_ / (L"h\u00E9 \u4E2D." + std::to_wstring(number) + L".log");
+    }
+
+    const std::filesystem::path folder_ =
+        std::filesystem::temp_directory_path() / L"plenx-companion-log";
+    const std::filesystem::path file_ = folder_ / L"h\u00E9 \u4E2D.log";
+};
+
+void ExpectLateLine(const LogLine& line) {
+    EXPECT_EQ(line.level, "error");
+    EXPECT_EQ(line.text, "late line, office code 1007");
+}
+
+TEST_F(LogHelperTest, LevelsControlCharactersAndSurrogatesAreWrittenAsDocumented) {
+    Run("levels");
+    const std::vector<LogLine> lines = ReadLogLines(file_);
+    ASSERT_EQ(lines.size(), 4U);
+    EXPECT_EQ(lines[0].level, "info");
+    EXPECT_EQ(lines[0].text, "a\\u000D\\u000Ab");
+    EXPECT_EQ(lines[1].level, "error");
+    EXPECT_EQ(lines[1].text, "\xE4\xB8\xAD\xF0\x9F\x98\x80 \xEF\xBF\xBD");
+    EXPECT_EQ(lines[2].level, "2");
+    EXPECT_EQ(lines[2].text, "two");
+    EXPECT_EQ(lines[2].thread, lines[0].thread);
+    ExpectLateLine(lines[3]);
+}
+
+TEST_F(LogHelperTest, LevelErrorDropsTheRest) {
+    Set(L"PLENX_LOG_LEVEL", L"error");
+    Run("levels");
+    const std::vector<LogLine> lines = ReadLogLines(file_);
+    ASSERT_EQ(lines.size(), 2U);
+    EXPECT_EQ(lines[0].text, "\xE4\xB8\xAD\xF0\x9F\x98\x80 \xEF\xBF\xBD");
+    ExpectLateLine(lines[1]);
+}
+
+TEST_F(LogHelperTest, LevelOffMakesNoFile) {
+    Set(L"PLENX_LOG_LEVEL", L"off");
+    Run("levels");
+    EXPECT_FALSE(std::filesystem::exists(file_));
+}
+
+TEST_F(LogHelperTest, LinesOfManyThreadsAreWhole_AndInTheOrderOfEachThread) {
+    Run("threads");
+    std::vector<LogLine> lines = ReadLogLines(file_);
+    ASSERT_EQ(lines.size(), static_cast<std::size_t>(kThreads * kLinesPerThread) + 1);
+    ExpectLateLine(lines.back());
+    lines.pop_back();
+    std::map<unsigned long, int> next;
+    std::map<unsigned long, std::string> front;
+    std::string time;
+    for (const LogLine& line : lines) {
+        if (front[line.thread].empty()) {
+            front[line.thread] = line.text.substr(0, sizeof("thread 0 line ") - 1);
+        }
+        ASSERT_EQ(line.text, front[line.thread] + std::to_string(next[line.thread]++));
+        ASSERT_LE(time, line.time);
+        time = line.time;
+    }
+    EXPECT_EQ(next.size(), static_cast<std::size_t>(kThreads));
+}
+
+TEST_F(LogHelperTest, FirstLineAtProcessEnd_IsWritten) {
+    Run("nothing");
+    const std::vector<LogLine> lines = ReadLogLines(file_);
+    ASSERT_EQ(lines.size(), 1U);
+    ExpectLateLine(lines[0]);
+}
+
+TEST_F(LogHelperTest, ProcessEndsWhileThreadsLog_LateLineIsWritten_AndTheExitCodeKept) {
+    for (int i = 0; i != Repetitions(); ++i) {
+        SCOPED_TRACE(i);
+        std::filesystem::remove(file_);
+        ASSERT_NO_FATAL_FAILURE(Run("busy"));
+        const std::vector<LogLine> lines = ReadLogLines(file_);
+        ASSERT_GT(lines.size(), 10U);
+        int late = 0;
+        for (const LogLine& line : lines) {
+            if (line.text != "busy") {
+                ExpectLateLine(line);
+                ++late;
+            }
+        }
+        ASSERT_EQ(late, 1);
+    }
+}
+
+TEST_F(LogHelperTest, FullFileIsRotated) {
+    Set(L"PLENX_LOG_MAX_BYTES", L"100000");
+    Set(L"PLENX_LOG_FILES", L"3");
+    Run("threads");
+    std::vector<LogLine> lines = ReadLogLines(file_);
+    EXPECT_FALSE(lines.empty());
+    ExpectLateLine(lines.back());
+    for (int number : {1, 2}) {
+        EXPECT_GT(ReadLogLines(Rotated(number)).size(), 1000U) << number;
+        EXPECT_LE(std::filesystem::file_size(Rotated(number)), 100000U) << number;
+    }
+    EXPECT_FALSE(std::filesystem::exists(Rotated(3)));
+}
+
+TEST_F(LogHelperTest, FileThatAReaderKeepsFromBeingRenamed_IsEmptied) {
+    Set(L"PLENX_LOG_MAX_BYTES", L"1");
+    ChildProcess host(CommandOf("twice"));
+    HANDLE reader = INVALID_HANDLE_VALUE;
+    for (int i = 0; i != 90 && reader == INVALID_HANDLE_VALUE; ++i) {
+        Sleep(10);
+        reader = CreateFileW(file_.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                             nullptr, OPEN_EXISTING, 0, nullptr);
+    }
+    ASSERT_NE(reader, INVALID_HANDLE_VALUE);
+    ExpectExit(host, "twice");
+    CloseHandle(reader);
+    const std::vector<LogLine> lines = ReadLogLines(file_);
+    ASSERT_EQ(lines.size(), 2U);
+    EXPECT_EQ(lines[0].text, "two");
+    ExpectLateLine(lines[1]);
+    EXPECT_FALSE(std::filesystem::exists(Rotated(1)));
+}
+
+TEST_F(LogHelperTest, FileThatCannotBeOpened_DropsLines_AndTheExitCodeIsKept) {
+    std::filesystem::create_directories(file_);
+    Run("threads");
+    EXPECT_TRUE(std::filesystem::is_empty(file_));
+}
+
+}  // namespace
+}  // namespace PlenxTest

@@ -1,0 +1,86 @@
+#include "companion/logging_hosts.h"
+
+#include <windows.h>
+
+#include <sstream>
+#include <thread>
+#include <vector>
+
+#include "companion/late_caller.h"
+#include "distributed_file_manager.h"
+#include "log_helper.h"
+
+namespace PlenxTest {
+namespace {
+
+void Log(LOG_MESSAGE_LEVEL level, const std::wstring& text) {
+    std::wostringstream stream;
+    stream << text;
+    OvLogger::GetInstance()->Log(level, stream);
+}
+
+void LogNothing() {}
+
+void LogFromThreads() {
+    std::vector<std::thread> threads;
+    for (int t = 0; t != kThreads; ++t) {
+        threads.emplace_back([t] {
+            for (int n = 0; n != kLinesPerThread; ++n) {
+                Log(LOG_MESSAGE_LEVEL_INFO,
+                    L"thread " + std::to_wstring(t) + L" line " + std::to_wstring(n));
+            }
+        });
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+}
+
+// The system ends these threads wherever they are: nearly always one of them owns a lock.
+void ReturnWhileThreadsCall() {
+    for (int t = 0; t != kThreads; ++t) {
+        std::thread([] {
+            for (;;) {
+                Log(LOG_MESSAGE_LEVEL_INFO, L"busy");
+            }
+        }).detach();
+    }
+    std::thread([] {
+        for (;;) {
+            LateOffice().Start();
+        }
+    }).detach();
+    Sleep(60);
+}
+
+void LogEachLevel() {
+    Log(LOG_MESSAGE_LEVEL_INFO, L"a\r\nb");
+    Log(LOG_MESSAGE_LEVEL_ERROR, L"\x4E2D\xD83D\xDE00 \xD83D");
+    Log(static_cast<LOG_MESSAGE_LEVEL>(2), L"two");
+}
+
+// A pause, so that a parent can change what is in the way.
+void LogTwiceInOneSecond() {
+    Log(LOG_MESSAGE_LEVEL_INFO, L"one");
+    Sleep(1000);
+    Log(LOG_MESSAGE_LEVEL_INFO, L"two");
+}
+
+constexpr LoggingHost kHosts[] = {
+    {"nothing", 40, LogNothing},          {"threads", 41, LogFromThreads},
+    {"busy", 42, ReturnWhileThreadsCall}, {"levels", 43, LogEachLevel},
+    {"twice", 44, LogTwiceInOneSecond},
+};
+
+}  // namespace
+
+const LoggingHost* FindLoggingHost(const std::string& name) {
+    for (const LoggingHost& host : kHosts) {
+        if (name == host.name) {
+            return &host;
+        }
+    }
+    return nullptr;
+}
+
+}  // namespace PlenxTest

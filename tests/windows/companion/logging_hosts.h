@@ -1,0 +1,25 @@
+// Hosts that log in one particular way each, and then end with their mode's own exit code.
+
+#ifndef PLENXSDK_TESTS_WINDOWS_COMPANION_LOGGING_HOSTS_H
+#define PLENXSDK_TESTS_WINDOWS_COMPANION_LOGGING_HOSTS_H
+
+#include <string>
+
+namespace PlenxTest {
+
+struct LoggingHost {
+    const char* name;
+    int exitCode;
+    void (*run)();
+};
+
+/// Null when there is no such mode.
+const LoggingHost* FindLoggingHost(const std::string& name);
+
+/// What "threads" writes: this many threads, each its lines "thread <t> line <n>".
+constexpr int kThreads = 4;
+constexpr int kLinesPerThread = 2000;
+
+}  // namespace PlenxTest
+
+#endif  // PLENXSDK_TESTS_WINDOWS_COMPANION_LOGGING_HOSTS_H
