@@ -183,7 +183,7 @@ DWORD FakeFiles::RemoveFolder(const std::wstring& path) {
     if (entry.Has(FileTrait::kHeldOpen)) {
         return ERROR_SHARING_VIOLATION;
     }
-    if (!entry.traits.empty()) {
+    if (entry.IsProtected()) {
         return ERROR_ACCESS_DENIED;
     }
     if (!entry.IsLink() && !IsEmptyFolder(full)) {
@@ -203,7 +203,7 @@ DWORD FakeFiles::RemoveFile(const std::wstring& path) {
     if (entry.Has(FileTrait::kHeldOpen)) {
         return ERROR_SHARING_VIOLATION;
     }
-    if (entry.folder || !entry.traits.empty()) {
+    if (entry.folder || entry.IsProtected()) {
         return ERROR_ACCESS_DENIED;
     }
     entries_.erase(Folded(full));
@@ -219,7 +219,7 @@ DWORD FakeFiles::CheckTarget(const std::wstring& to, bool replace, bool sourceIs
     if (!replace) {
         return ERROR_ALREADY_EXISTS;
     }
-    const bool replaceable = !sourceIsFolder && !present->folder && present->traits.empty();
+    const bool replaceable = !sourceIsFolder && !present->folder && !present->IsProtected();
     return replaceable ? 0 : ERROR_ACCESS_DENIED;
 }
 

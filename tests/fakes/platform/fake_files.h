@@ -18,13 +18,14 @@
 
 #include "platform/handle_table.h"
 
-/// What may keep a file or folder from being read, removed or renamed.
+/// What is special about a file or folder. All but the last protect it.
 enum class FileTrait {
     kReadOnly,  // removing: 5
     kInUse,     // a loaded image. Removing: 5; renaming works and it stays in use
     kPinned,    // a loaded image that is also held. Removing and renaming: 5
     kHeldOpen,  // opened without sharing. Removing and renaming: 32
-    kDenied,    // Everything: 5, also listing it and making something in it
+    kDenied,    // everything: 5, also listing it and making something in it
+    kNoDots,    // a listing begins with a real entry, as it does in a root
 };
 
 class FakeFiles {
@@ -81,6 +82,7 @@ private:
 
         bool Has(FileTrait trait) const { return traits.count(trait) != 0; }
         bool IsLink() const { return !linkTarget.empty(); }
+        bool IsProtected() const { return traits.size() > traits.count(FileTrait::kNoDots); }
         DWORD Attributes() const;
     };
     using Entries = std::map<std::wstring, Entry>;  // by folded path

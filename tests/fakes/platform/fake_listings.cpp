@@ -38,7 +38,7 @@ DWORD FakeFiles::List(const std::wstring& pattern, std::uintptr_t& listing, Foun
               [](const Found& left, const Found& right) {
                   return Folded(left.name) < Folded(right.name);
               });
-    if (folder != RootOf(folder)) {  // a root has neither
+    if (folder != RootOf(folder) && !listed->Has(FileTrait::kNoDots)) {
         made.entries.insert(made.entries.begin(), {{L".", FILE_ATTRIBUTE_DIRECTORY, 0},
                                                    {L"..", FILE_ATTRIBUTE_DIRECTORY, 0}});
     }

@@ -1,0 +1,45 @@
+// A machine on which a ServiceManager can be made.
+
+#ifndef PLENXSDK_UNIT_SERVICE_SERVICE_MANAGER_TEST_H
+#define PLENXSDK_UNIT_SERVICE_SERVICE_MANAGER_TEST_H
+
+#include <memory>
+
+#include "service/service_manager.h"
+#include "service_room_test.h"
+
+constexpr std::int32_t kOffice = 0;
+constexpr std::int32_t kPc = 1;
+constexpr std::int32_t kPhone = 2;
+constexpr std::int32_t kDriver = 3;
+
+const std::wstring kInstall = L"C:\\App";
+const std::wstring kData = L"C:\\Data";
+
+class ServiceManagerTest : public ServiceRoomTest {
+protected:
+    ServiceManagerTest() { PrepareMachine(); }
+
+    void PrepareMachine() {
+        files.AddFolder(kInstall);
+        files.AddFolder(kData);
+    }
+
+    std::unique_ptr<DistributedFs::ServiceManager> MakeManager() {
+        return std::make_unique<DistributedFs::ServiceManager>(kInstall, kData);
+    }
+
+    /// A manager whose table is empty, because a driver file could not be replaced.
+    std::unique_ptr<DistributedFs::ServiceManager> MakeEmptyManager() {
+        files.AddFile(kInstall + L"\\upgrade\\dokan1.sys");
+        files.AddFile(kInstall + L"\\dokan1.sys");
+        files.Give(kInstall + L"\\dokan1.sys", FileTrait::kHeldOpen);
+        return MakeManager();
+    }
+
+    FakeFiles& files = platform.Files();
+    FakeScm& scm = platform.Scm();
+    FakeProcesses& processes = platform.Processes();
+};
+
+#endif  // PLENXSDK_UNIT_SERVICE_SERVICE_MANAGER_TEST_H
