@@ -11,7 +11,7 @@ command_demo() {
     prefix=$(new_prefix demo)
     rm -rf "$log"
     mkdir -p "$log"
-    lay_out_install_folder "$prefix/drive_c/Plenx"
+    lay_out_install_folder "$prefix/drive_c/Plenx" "$log"
     run_demo_host "$prefix" "$log" || status=$?
     WINEPREFIX=$prefix timeout 30 wineserver -w || true
     show_timeline "$log"
@@ -26,13 +26,14 @@ command_demo() {
     [ $status -eq 0 ]
 }
 
-# What a host's installer leaves on a PC: the service program with its run time, the driver's
-# files, the icon folders; and what its updater leaves: newer driver files under "upgrade".
+# What a host's installer leaves on a PC: the service program, the driver's files, the icon
+# folders; and what its updater leaves: newer driver files under "upgrade".
 lay_out_install_folder() {
     local app=$1/App category
     mkdir -p "$app/upgrade" "$1/Data"
     cp "$dist_dir/bin/plenxservice.exe" "$app/"
-    copy_run_time "$app"
+    # The services append to one log outside the working folder, which the library removes.
+    printf 'log=%s\n' "$(windows_path "$2/service.log")" >"$app/plenxservice.ini"
     local file
     for file in "${driver_files[@]}"; do
         cp "$dist_dir/bin/$file" "$app/"
@@ -48,7 +49,6 @@ run_demo_host() {
     echo
     (cd "$dist_dir/bin" && WINEPREFIX=$1 \
         PLENX_LOG_FILE="$(windows_path "$2/library.log")" \
-        PLENX_SERVICE_LOG="$(windows_path "$2/service.log")" \
         timeout -k 10 120 wine plenxhost.exe --install 'C:\Plenx\App' --data 'C:\Plenx\Data' \
         --third demo --flag --json --script "$(windows_path "$root/host/demo/demo.plenx")" \
         >"$2/host.jsonl" 2>"$2/host-errors.txt" </dev/null)

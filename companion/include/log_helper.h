@@ -1,8 +1,9 @@
 // The logging library LogHelper.dll.
 //
 // This header declares what plenxsdk uses of it and nothing else. Log may be called
-// from any thread, and while the process is ending. The class crosses a DLL border,
-// so both sides must share one compiler family and one C++ runtime.
+// from any thread, and while the process is ending: any lock may then belong for
+// ever to a thread that is gone. The class crosses a DLL border, so both sides must
+// share one compiler family and one C++ runtime.
 
 #ifndef COMPANION_LOG_HELPER_H
 #define COMPANION_LOG_HELPER_H

@@ -19,8 +19,9 @@
 // Life
 //   The instance exists from the moment the DLL is loaded. Init keeps the DLL
 //   loaded until the process ends (FreeLibrary then has no effect). When the
-//   process ends, the PC and phone services are uninstalled and the working
-//   folder is removed.
+//   process ends in an orderly way (main returns, exit), the PC and phone services
+//   are uninstalled and the working folder is removed. After a crash they stay; the
+//   next Init takes over what was left.
 //
 // Toolchain
 //   C++ classes and std::string cross the DLL's border. Host and library must be
@@ -54,14 +55,16 @@ class ThreadPool;
 template <class T>
 class ModuleObject;
 
-/// The service that an operation addresses. Any other 32-bit value is accepted
-/// by every operation; it is logged and otherwise ignored.
+/// The service that an operation addresses. Any other 32-bit value is accepted by every
+/// operation; it is logged and otherwise ignored, but a Stop of it may still report that
+/// everything is stopped.
 enum ServiceType : std::uint32_t {
     kOfficeService = 0,   ///< Driven through the companion library.
     kPcService = 1,       ///< The Windows service "PlenxPcSvc".
     kPhoneService = 2,    ///< The Windows service "PlenxPhoneSvc".
-    kCombinedService = 3  ///< Start, stop and device operations: PC, then office.
-                          ///< SetConfig: PC, then phone.
+    kCombinedService = 3  ///< Start, Stop, RemoteDeviceOnline and the two offline
+                          ///< operations: PC, then office. SetConfig: PC, then phone.
+                          ///< LocalDeviceOnline: the office only; see there.
 };
 
 /// The key of a configuration value. The library hands keys on to the services
@@ -87,8 +90,9 @@ enum StatusKind : std::uint32_t {
     kStatusStart = 0,         ///< A start ended; value tells whether it succeeded.
     kStatusStop = 1,          ///< A stop ended. Office: value tells whether it
                               ///< succeeded. PC and phone: value is always false.
-                              ///< Service type 3 with value true: nothing that was
-                              ///< started by type 0 or 3 is left running.
+                              ///< Service type 3 with value true: everything is
+                              ///< stopped. It follows each stop, of any type, that
+                              ///< leaves nothing that was started by type 0 or 3.
     kStatusDeviceOnline = 2,  ///< Office: a remote device came online, with its
                               ///< outcome. PC and phone: a device could not be
                               ///< brought online; value is false.
@@ -115,9 +119,9 @@ enum PLENXResult : int {
 ///     never overlap: while one notification runs, every other one waits, so a
 ///     slow observer delays all of them, and the services that sent them.
 ///   - From inside a notification do not call RegisterPLENXServiceObserver,
-///     UnregisterPLENXServiceObserver, GetOfficeDir, Init or Destroy: they would
-///     wait for a lock that is held while the notification runs, for ever.
-///     Every other operation is allowed.
+///     UnregisterPLENXServiceObserver, GetOfficeDir, Init or Destroy, and do not wait
+///     for another thread that is calling one of them: they would wait for a lock that
+///     is held while the notification runs, for ever. Every other operation is allowed.
 ///
 /// Results
 ///   Each notification returns 0 when it was handled; any other value is logged
@@ -163,26 +167,29 @@ public:
 /// Before Init every queueing operation is checked, logged, dropped, and answered
 /// with 0; configuration set before Init is lost silently.
 ///
-/// No operation throws because of its arguments. std::system_error and
-/// std::bad_alloc may pass through.
+/// No operation throws because of its arguments. std::system_error, std::bad_alloc and
+/// whatever the companion library throws may pass through.
 class PLENXManager {
 public:
     /// The process-wide instance.
     PLENXSDK_API static PLENXManager& GetInstance();
 
-    /// Makes the library ready: loads the companion object on the caller's thread,
-    /// then queues the service side (driver files, working folder, services,
-    /// driver, icon files, RPC endpoint). Returns before any of that is done.
+    /// Makes the library ready: makes the companion object on the caller's thread, then
+    /// queues the service side (driver files, working folder, services, driver, icon
+    /// files, RPC endpoint). Returns before any of that is done. Do not call it from
+    /// DllMain.
     ///
-    /// Only the first call does something for the services; a later one queues a
-    /// job that finds everything done. Do not call it from DllMain.
+    /// Once the service side is there, a later call queues a job that finds everything
+    /// done. What goes wrong in the job is logged, and shows in every Start that fails
+    /// afterwards: the process must be allowed to control services (elevated), first and
+    /// second must be valid UTF-8, and second must be a folder that exists.
     ///
     /// @param first   Install folder, without a trailing backslash: it holds
     ///                plenxservice.exe, dokan1.sys, dokan1.dll, dokanfuse1.dll and
     ///                res\plenx\icon. It and its "upgrade" folder must be writable
     ///                by administrators only, and its path should be ASCII and free
     ///                of blanks (service paths are registered unquoted).
-    /// @param second  Data folder, without a trailing backslash. Its sub-folder
+    /// @param second  Data folder, without a trailing backslash, not empty. Its sub-folder
     ///                "plenx", and "plenx0" to "plenx99" as needed, are DELETED with
     ///                all that is in them.
     /// @param third   Goes to the companion library only.
@@ -191,8 +198,8 @@ public:
                            bool flag);
 
     /// Asks the companion library to uninstall its packages (on the caller's
-    /// thread) and queues the initialisation once more, which finds everything
-    /// done. Releases nothing: the library keeps working.
+    /// thread) and queues the initialisation once more, which finds everything done if
+    /// Init succeeded. Releases nothing: the library keeps working.
     PLENXSDK_API void Destroy();
 
     /// Reads an integer setting on the caller's thread. Only key 5 has an answer of
@@ -223,11 +230,14 @@ public:
     /// @param first   Group name, not empty.
     PLENXSDK_API int Stop(ServiceType svcType, const std::string& first);
 
-    /// Queues the news that the local device is online.
+    /// Queues the news that the local device is online. With kCombinedService only the
+    /// office service hears of it; the rest fails as NotifyStatus(3, first, 2, false). Call
+    /// it for kPcService as well.
     /// @param first   Group name, not empty.
     /// @param second  Device id, not empty.
-    /// @param size    Length of data in bytes; only its low 32 bits count, and from
-    ///                2^31 the request fails. The office service gets at most 16.
+    /// @param size    Length of data in bytes; only its low 32 bits count. From 2^31 the
+    ///                request to the PC or phone service fails and the office service gets
+    ///                no bytes; otherwise the office service gets at most 16.
     /// @param data    Copied before the call returns; null means no bytes.
     PLENXSDK_API int LocalDeviceOnline(ServiceType svcType, const std::string& first,
                                        const std::string& second, std::uint64_t size,

@@ -70,6 +70,14 @@ void LogValue::AppendTo(std::wstring& line) const {
     }
 }
 
+void TouchLogger() noexcept {
+    try {
+        OvLogger::GetInstance();
+    } catch (...) {
+        // Each line tries again.
+    }
+}
+
 void WriteLogLine(LOG_MESSAGE_LEVEL level, const char* function, const LogValue* parts,
                   std::size_t count) noexcept {
     const KeepErrors keep;

@@ -54,6 +54,10 @@ private:
     };
 };
 
+/// Makes sure that the logger exists. A static object that logs in its destructor calls this in
+/// its constructor, so that the logger outlives it.
+void TouchLogger() noexcept;
+
 void WriteLogLine(LOG_MESSAGE_LEVEL level, const char* function, const LogValue* parts,
                   std::size_t count) noexcept;
 

@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <map>
 #include <string>
+#include <utility>
 
 #include "plenxsdk/plenx_manager.h"
 

@@ -1,6 +1,7 @@
 #include "engine/plenx_manager_inner.h"
 
 #include <new>
+#include <utility>
 
 #include "common/log.h"
 #include "common/process_life.h"

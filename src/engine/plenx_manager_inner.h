@@ -2,8 +2,8 @@
 // RPC endpoint, keeps the configuration that is pushed to a service at each start, and
 // carries out the facade's jobs for the PC and phone services.
 //
-// Threads: Start, Stop and the device operations run on the facade's worker, one at a time,
-// and take no lock. The others lock the engine's mutex.
+// Threads: Init, the getters and the setters lock the engine's mutex. Everything else runs on
+// the facade's worker, one at a time, and takes no lock.
 
 #ifndef PLENXSDK_ENGINE_PLENX_MANAGER_INNER_H
 #define PLENXSDK_ENGINE_PLENX_MANAGER_INNER_H

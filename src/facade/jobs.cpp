@@ -53,7 +53,7 @@ void PLENXManager::StopFunc(ServiceType svcType, const std::string& first) {
                  svcType, ")");
     }
     // The signal that everything is stopped. A PC or phone service that was started alone never
-    // sets a mark, so the signal follows each stop of one as well.
+    // sets a mark, so the signal follows its stop as well, unless a mark of type 0 or 3 stands.
     if (startedMask == 0) {
         NotifyStatus(kCombinedService, first, kStatusStop, true);
     }
@@ -77,7 +77,8 @@ void PLENXManager::LocalDeviceOnlineFunc(ServiceType svcType, const std::string&
         engine.LocalDeviceOnline(svcType, first, second, length, block.get());
         break;
     case kCombinedService:
-        // This job alone hands the combined type on as it is.
+        // This job alone hands the combined type on as it is: the link knows no such service
+        // and refuses it, and the observers hear of the failure.
         engine.LocalDeviceOnline(svcType, first, second, length, block.get());
         OfficeLocalDeviceOnline(first, second, block.get(), size);
         break;

@@ -8,7 +8,6 @@
 #include <algorithm>
 
 #include "common/log.h"
-#include "common/result_code.h"
 #include "plenxsdk/plenx_manager.h"
 
 namespace DistributedFs {
@@ -40,15 +39,15 @@ void PLENXManager::UninstallOffice() {
 
 void PLENXManager::StartOffice(const std::string& first) {
     const std::lock_guard<std::mutex> lock(fileManagerMutex);
-    const int rc = fileManager ? fileManager->Start() : kInvalidArgument;
-    NotifyStatus(kOfficeService, first, kStatusStart, rc == 0);
+    const bool success = fileManager && fileManager->Start() == 0;
+    NotifyStatus(kOfficeService, first, kStatusStart, success);
     startedMask |= MarkOf(kOfficeService);
 }
 
 void PLENXManager::StopOffice(const std::string& first) {
     const std::lock_guard<std::mutex> lock(fileManagerMutex);
-    const int rc = fileManager ? fileManager->Stop() : kInvalidArgument;
-    NotifyStatus(kOfficeService, first, kStatusStop, rc == 0);
+    const bool success = fileManager && fileManager->Stop() == 0;
+    NotifyStatus(kOfficeService, first, kStatusStop, success);
     startedMask &= ~MarkOf(kOfficeService);
 }
 
@@ -63,14 +62,14 @@ void PLENXManager::OfficeLocalDeviceOnline(const std::string& first, const std::
 
 void PLENXManager::OfficeRemoteDeviceOnline(const std::string& first, const std::string& second) {
     const std::lock_guard<std::mutex> lock(fileManagerMutex);
-    const int rc = fileManager ? fileManager->RemoteDeviceOnline(first, second) : kInvalidArgument;
-    NotifyStatus(kOfficeService, first, kStatusDeviceOnline, rc == 0);
+    const bool success = fileManager && fileManager->RemoteDeviceOnline(first, second) == 0;
+    NotifyStatus(kOfficeService, first, kStatusDeviceOnline, success);
 }
 
 void PLENXManager::OfficeLocalDeviceOffline(const std::string& first, const std::string& second) {
     const std::lock_guard<std::mutex> lock(fileManagerMutex);
-    const int rc = fileManager ? fileManager->LocalDeviceOffline(first, second) : kInvalidArgument;
-    NotifyStatus(kOfficeService, first, kStatusDeviceOffline, rc == 0);
+    const bool success = fileManager && fileManager->LocalDeviceOffline(first, second) == 0;
+    NotifyStatus(kOfficeService, first, kStatusDeviceOffline, success);
 }
 
 void PLENXManager::OfficeRemoteDeviceOffline(const std::string& first, const std::string& second) {

@@ -1,7 +1,5 @@
 #include "plenxsdk/plenx_manager.h"
 
-#include <utility>
-
 #include "common/log.h"
 #include "common/process_life.h"
 #include "common/thread_pool.h"
@@ -21,6 +19,26 @@ bool HasConfiguration(ServiceType svcType) {
     return svcType >= kPcService && svcType <= kCombinedService;
 }
 
+// Calls push for each service whose configuration a setter of svcType changes: none for the office
+// service, which has none, and both for the combined type. False when there is no such type.
+template <class Push>
+bool ForEachConfigured(ServiceType svcType, Push push) {
+    switch (svcType) {
+    case kOfficeService:
+        return true;
+    case kPcService:
+    case kPhoneService:
+        push(svcType);
+        return true;
+    case kCombinedService:
+        push(kPcService);
+        push(kPhoneService);
+        return true;
+    default:
+        return false;
+    }
+}
+
 }  // namespace
 
 PLENXManager& PLENXManager::GetInstance() {
@@ -29,7 +47,7 @@ PLENXManager& PLENXManager::GetInstance() {
 
 // What the jobs use is made before the facade, and so outlives it and its worker.
 PLENXManager::PLENXManager() {
-    OvLogger::GetInstance();
+    TouchLogger();
     RpcManager::GetInstance();
     PLENXManagerInner::GetInstance();
 }
@@ -120,18 +138,7 @@ void PLENXManager::SetConfig(ServiceType svcType, ConfigType cfgType, std::strin
                                 &PLENXManagerInner::GetInstance(), service, cfgType, cfgValue);
         }
     };
-    switch (svcType) {
-    case kOfficeService:
-        break;
-    case kPcService:
-    case kPhoneService:
-        push(svcType);
-        break;
-    case kCombinedService:
-        push(kPcService);
-        push(kPhoneService);
-        break;
-    default:
+    if (!ForEachConfigured(svcType, push)) {
         LogError(kFunction,
                  "[PLENXSDK] plenx manager set string config invalid service type svcType:",
                  svcType);
@@ -149,18 +156,7 @@ void PLENXManager::SetConfig(ServiceType svcType, ConfigType cfgType, std::int64
                                 &PLENXManagerInner::GetInstance(), service, cfgType, cfgValue);
         }
     };
-    switch (svcType) {
-    case kOfficeService:
-        break;
-    case kPcService:
-    case kPhoneService:
-        push(svcType);
-        break;
-    case kCombinedService:
-        push(kPcService);
-        push(kPhoneService);
-        break;
-    default:
+    if (!ForEachConfigured(svcType, push)) {
         LogError(kFunction, "[PLENXSDK] plenx manager set int config invalid service type svcType(",
                  svcType, ")");
     }

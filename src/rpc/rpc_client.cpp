@@ -8,6 +8,7 @@
 #include <cstring>
 #include <iterator>
 #include <limits>
+#include <memory>
 #include <new>
 #include <utility>
 
@@ -80,20 +81,7 @@ std::int32_t MessageSize(std::initializer_list<RpcArgument> arguments) {
 }
 
 // What the runtime allocated for a reply.
-class RuntimeBlock {
-public:
-    explicit RuntimeBlock(unsigned char* block) noexcept : block_(block) {}
-    ~RuntimeBlock() {
-        if (block_ != nullptr) {
-            MIDL_user_free(block_);
-        }
-    }
-    RuntimeBlock(const RuntimeBlock&) = delete;
-    RuntimeBlock& operator=(const RuntimeBlock&) = delete;
-
-private:
-    unsigned char* block_;
-};
+using RuntimeBlock = std::unique_ptr<unsigned char, decltype(&MIDL_user_free)>;
 
 std::int32_t KeepReply(const PlenxServiceReply& reply, RpcMessage& message) {
     if (reply.block == nullptr || reply.size <= 0) {
@@ -112,7 +100,7 @@ std::int32_t KeepReply(const PlenxServiceReply& reply, RpcMessage& message) {
 std::int32_t CallService(const char* function, RpcMessage& message) {
     PlenxServiceReply reply{};
     PlenxCallService(message.msgType, message.msgSize, message.msgBuffer, &reply);
-    const RuntimeBlock block(reply.block);
+    const RuntimeBlock block(reply.block, &MIDL_user_free);
     if (reply.raised != 0) {
         const auto code = static_cast<std::int32_t>(reply.exceptionCode);
         LogError(function, "[PLENXSDK] send service message exception ", code);

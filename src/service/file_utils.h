@@ -1,5 +1,6 @@
 // FileUtils: folders of wide paths. Every operation returns a result code and writes its
-// own log line on failure. Paths carry no trailing backslash.
+// own log line on failure; a path that is merely absent is no failure worth a line. Paths
+// carry no trailing backslash.
 
 #ifndef PLENXSDK_SERVICE_FILE_UTILS_H
 #define PLENXSDK_SERVICE_FILE_UTILS_H
@@ -20,7 +21,8 @@ public:
     static std::int32_t RemoveDirectoryW(const std::wstring& path);
 
     /// Removes a folder and all that is in it, depth first. Links are removed and never
-    /// followed. The first failure ends it; what was removed before stays removed.
+    /// followed. The first failure ends it; what was removed before stays removed. A drive
+    /// or share root is refused without a word.
     /// @return 0, kInvalidArgument or kNotRemoved.
     static std::int32_t ForceRemoveDirectory(std::wstring path);
 

@@ -22,7 +22,6 @@ constexpr DWORD kStartAccess =
 constexpr DWORD kStopAccess = SERVICE_STOP | SERVICE_ENUMERATE_DEPENDENTS | SERVICE_QUERY_STATUS;
 constexpr DWORD kDeleteAccess = DELETE | SERVICE_QUERY_STATUS;
 static_assert(SC_MANAGER_ALL_ACCESS == 0xF003F);
-static_assert(SERVICE_ALL_ACCESS == 0xF01FF);
 static_assert(kStartAccess == 0x10034);
 static_assert(kStopAccess == 0x2C);
 static_assert(kDeleteAccess == 0x10004);

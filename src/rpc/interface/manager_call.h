@@ -25,8 +25,9 @@ extern RPC_IF_HANDLE plenxManagerClientInterface;
 
 typedef PlenxMessageReply PlenxManagerReply;
 
-/* Calls HandleServiceMessage through plenxManagerBinding. msg must not be null. A hardware
- * fault of this process is not taken. */
+/* Calls HandleServiceMessage through plenxManagerBinding. msg must not be null. A memory fault
+ * of this process is not taken; the few faults that carry no parameters (a division by zero)
+ * cannot be told from what the runtime raises. */
 void PlenxCallManager(long msgType, long msgSize, const unsigned char* msg,
                       PlenxManagerReply* reply);
 

@@ -25,8 +25,9 @@ extern RPC_IF_HANDLE plenxServiceClientInterface;
 
 typedef PlenxMessageReply PlenxServiceReply;
 
-/* Calls ServiceMessage through plenxServiceBinding. msg must not be null. A hardware fault of
- * this process is not taken. */
+/* Calls ServiceMessage through plenxServiceBinding. msg must not be null. A memory fault of
+ * this process is not taken; the few faults that carry no parameters (a division by zero) cannot
+ * be told from what the runtime raises. */
 void PlenxCallService(long msgType, long msgSize, const unsigned char* msg,
                       PlenxServiceReply* reply);
 

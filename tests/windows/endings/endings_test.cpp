@@ -83,7 +83,7 @@ TEST_F(Endings, HostThatReturnsWhileInitRuns_Exits) {
 }
 
 TEST_F(Endings, HostWithBusyWorkerAndQueuedJobs_ExitsAndUninstalls) {
-    folder_.SetServiceControl("no-endpoint=1\n");
+    folder_.SetServiceControl("serve=no\n");
     RunOften("busy-with-queue");
 }
 

@@ -14,8 +14,10 @@ namespace {
 namespace fs = std::filesystem;
 
 const wchar_t* const kProgramFiles[] = {
-    L"plenxservice.exe", L"libstdc++-6.dll", L"libgcc_s_seh-1.dll", L"libwinpthread-1.dll",
-    L"dokan1.sys",       L"dokan1.dll",      L"dokanfuse1.dll",
+    L"plenxservice.exe",
+    L"dokan1.sys",
+    L"dokan1.dll",
+    L"dokanfuse1.dll",
 };
 const wchar_t* const kDriverFiles[] = {L"dokan1.sys", L"dokan1.dll", L"dokanfuse1.dll"};
 const wchar_t* const kCategories[] = {L"archive", L"file", L"audio", L"picture", L"video"};

@@ -1,5 +1,5 @@
 // An install folder and a data folder, laid out as a host's installer would: the development
-// service with its run time, the driver's files, the icon folders. All of it is removed again.
+// service, the driver's files, the icon folders. All of it is removed again.
 
 #ifndef PLENXSDK_TESTS_WINDOWS_SUPPORT_INSTALL_FOLDER_H
 #define PLENXSDK_TESTS_WINDOWS_SUPPORT_INSTALL_FOLDER_H
