@@ -36,7 +36,7 @@ FakeRpc& FakeRpc::Get() {
 
 void FakeRpc::SetService(Service service) {
     const std::lock_guard<std::mutex> lock(mutex_);
-    service_ = std::move(service);
+    service_ = std::make_shared<Service>(std::move(service));
 }
 
 void FakeRpc::Fail(const std::string& function, RPC_STATUS status) {
@@ -198,7 +198,7 @@ RPC_STATUS FakeRpc::Listen(const std::string& arguments) {
 }
 
 ServiceAnswer FakeRpc::CallService(RPC_BINDING_HANDLE binding, ServiceCall call) {
-    Service service;
+    std::shared_ptr<Service> service;
     {
         const std::lock_guard<std::mutex> lock(mutex_);
         const auto found = bindings_.find(binding);
@@ -216,8 +216,8 @@ ServiceAnswer FakeRpc::CallService(RPC_BINDING_HANDLE binding, ServiceCall call)
         service = service_;
     }
     ServiceAnswer answer;
-    if (service) {
-        answer = service(call);
+    if (service && *service) {
+        answer = (*service)(call);
     } else {
         answer.reply = Int32Message(0);
     }

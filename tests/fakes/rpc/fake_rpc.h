@@ -17,6 +17,7 @@
 #include <cstdint>
 #include <functional>
 #include <map>
+#include <memory>
 #include <mutex>
 #include <optional>
 #include <set>
@@ -44,6 +45,7 @@ struct ServiceAnswer {
 
 class FakeRpc {
 public:
+    /// May keep a state; calls of several threads run it at the same time.
     using Service = std::function<ServiceAnswer(const ServiceCall&)>;
 
     static FakeRpc& Get();
@@ -89,7 +91,7 @@ private:
 
     mutable std::mutex mutex_;
     mutable std::condition_variable changed_;
-    Service service_;
+    std::shared_ptr<Service> service_;
     std::map<std::string, RPC_STATUS> failures_;
     std::optional<RPC_STATUS> listenReturns_;
     bool allocationFails_ = false;
