@@ -3,7 +3,8 @@
 //
 //     PLENX_OFFICE_FAIL  "Start=7,LocalDeviceOffline=12": these operations do nothing and
 //                        return the code; read anew by each call
-//     PLENX_OFFICE_LOG   a file that gets a line for each call, in call order
+//     PLENX_OFFICE_LOG   a file that gets a line for each call, in call order, also while the
+//                        process is ending
 
 #include "distributed_file_manager.h"
 
@@ -54,15 +55,17 @@ void Remove(const DistributedFileManager* object) {
     }
 }
 
-// Runs work under the lock, with no exception coming out of it. When the process is ending,
-// the lock may belong for ever to a thread that is gone: nothing is done any more.
+// The lock for one call. When the process is ending it may belong for ever to a thread that is
+// gone, and the table may be half changed: the call then gets no lock and leaves the table.
+std::unique_lock<std::mutex> TakeTurn() {
+    return Companion::ProcessIsEnding() ? std::unique_lock<std::mutex>(mutex, std::defer_lock)
+                                        : std::unique_lock<std::mutex>(mutex);
+}
+
+// Runs work, with no exception coming out of it.
 template <class Work>
 int Guarded(const Work& work) noexcept {
     try {
-        if (Companion::ProcessIsEnding()) {
-            return kProcessEnding;
-        }
-        const std::lock_guard<std::mutex> guard(mutex);
         return work();
     } catch (...) {
         return kInternalError;
@@ -108,7 +111,9 @@ template <class Operation, class... Arguments>
 int Call(const DistributedFileManager* object, const char* name, const Operation& operation,
          const Arguments&... arguments) noexcept {
     return Guarded([&] {
-        const int code = RunOrFail(object, name, operation, arguments...);
+        const auto turn = TakeTurn();
+        const int code =
+            turn ? RunOrFail(object, name, operation, arguments...) : int{kProcessEnding};
         WriteCall(CallText(name, arguments...) + " = " + std::to_string(code));
         return code;
     });
@@ -123,7 +128,10 @@ DistributedFileManager::DistributedFileManager(const std::string& first,
                                                const std::string& second,
                                                const std::string& third, bool flag) {
     Guarded([&] {
-        Add(this, second);
+        const auto turn = TakeTurn();
+        if (turn) {
+            Add(this, second);
+        }
         WriteCall(CallText("DistributedFileManager", first, second, third, flag));
         return kOk;
     });
@@ -131,7 +139,10 @@ DistributedFileManager::DistributedFileManager(const std::string& first,
 
 DistributedFileManager::~DistributedFileManager() {
     Guarded([&] {
-        Remove(this);
+        const auto turn = TakeTurn();
+        if (turn) {
+            Remove(this);
+        }
         WriteCall(CallText("~DistributedFileManager"));
         return kOk;
     });

@@ -1,5 +1,8 @@
 #include "loghelper/log_text.h"
 
+#include <algorithm>
+#include <cstddef>
+
 #include "log_helper.h"
 
 namespace LogHelper {
@@ -48,13 +51,12 @@ char32_t TakeFront(std::wstring_view& text) {
     return isPoint ? first : kReplacement;
 }
 
+// point is not ASCII.
 void AppendUtf8(std::string& line, char32_t point) {
     const auto tail = [&line, point](int shift) {
         line.push_back(static_cast<char>(0x80 | ((point >> shift) & 0x3F)));
     };
-    if (point < 0x80) {
-        line.push_back(static_cast<char>(point));
-    } else if (point < 0x800) {
+    if (point < 0x800) {
         line.push_back(static_cast<char>(0xC0 | (point >> 6)));
         tail(0);
     } else if (point < 0x10000) {
@@ -77,6 +79,31 @@ void AppendEscape(std::string& line, char32_t point) {
     }
 }
 
+bool IsPlain(wchar_t unit) {
+    return unit >= 0x20 && unit < 0x7F;
+}
+
+// Takes the plain characters off the front of text; nearly all of a line is these.
+void TakePlain(std::string& line, std::wstring_view& text) {
+    const auto end = std::find_if_not(text.begin(), text.end(), IsPlain);
+    const auto size = static_cast<std::size_t>(end - text.begin());
+    const std::size_t before = line.size();
+    line.resize(before + size);
+    std::transform(text.begin(), end, line.begin() + static_cast<std::ptrdiff_t>(before),
+                   [](wchar_t unit) { return static_cast<char>(unit); });
+    text.remove_prefix(size);
+}
+
+// Takes the code point at the front of text, which is not empty, off it.
+void TakeOther(std::string& line, std::wstring_view& text) {
+    const char32_t point = TakeFront(text);
+    if (IsControl(point)) {
+        AppendEscape(line, point);
+    } else {
+        AppendUtf8(line, point);
+    }
+}
+
 }  // namespace
 
 std::string LogText(int level, unsigned long threadId, std::wstring_view text) {
@@ -87,13 +114,10 @@ std::string LogText(int level, unsigned long threadId, std::wstring_view text) {
     line += "] [";
     line += std::to_string(threadId);
     line += "] ";
+    TakePlain(line, text);
     while (!text.empty()) {
-        const char32_t point = TakeFront(text);
-        if (IsControl(point)) {
-            AppendEscape(line, point);
-        } else {
-            AppendUtf8(line, point);
-        }
+        TakeOther(line, text);
+        TakePlain(line, text);
     }
     return line;
 }

@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <string>
 
+#include "companion/run_host.h"
 #include "distributed_file_manager.h"
 #include "support/install_folder.h"
 
@@ -21,8 +22,10 @@ protected:
         SetEnvironmentVariableW(L"PLENX_OFFICE_LOG", log_.c_str());
     }
     void TearDown() override {
-        SetEnvironmentVariableW(L"PLENX_OFFICE_LOG", nullptr);
-        SetEnvironmentVariableW(L"PLENX_OFFICE_FAIL", nullptr);
+        for (const wchar_t* const name : {L"PLENX_OFFICE_LOG", L"PLENX_OFFICE_FAIL",
+                                          L"PLENX_LATE_OFFICE_LOG", L"PLENX_LOG_LEVEL"}) {
+            SetEnvironmentVariableW(name, nullptr);
+        }
         std::filesystem::remove_all(folder_);
     }
 
@@ -82,6 +85,18 @@ TEST_F(OfficeServiceTest, CallsAreWritten_AndFailOnRequest) {
               "Stop() = 8\n"
               "Stop() = 1001\n"
               "~DistributedFileManager()\n");
+}
+
+TEST_F(OfficeServiceTest, ProcessEndsWhileAThreadCalls_LateCallsAreStillWritten) {
+    SetEnvironmentVariableW(L"PLENX_LOG_LEVEL", L"off");
+    SetEnvironmentVariableW(L"PLENX_OFFICE_LOG", nullptr);
+    SetEnvironmentVariableW(L"PLENX_LATE_OFFICE_LOG", log_.c_str());
+    for (int i = 0; i != Repetitions(); ++i) {
+        SCOPED_TRACE(i);
+        std::filesystem::remove(log_);
+        ASSERT_NO_FATAL_FAILURE(RunHost("busy"));
+        EXPECT_EQ(ReadFile(log_), "UninstallPackages() = 1007\n~DistributedFileManager()\n");
+    }
 }
 
 }  // namespace

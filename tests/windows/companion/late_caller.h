@@ -1,5 +1,6 @@
 // A DLL with a static object whose destructor logs a line and calls the office service. When
-// the process ends, this runs after the system has ended all other threads.
+// the process ends, this runs after the system has ended all other threads. The calls are
+// written to the file that PLENX_LATE_OFFICE_LOG names.
 
 #ifndef PLENXSDK_TESTS_WINDOWS_COMPANION_LATE_CALLER_H
 #define PLENXSDK_TESTS_WINDOWS_COMPANION_LATE_CALLER_H

@@ -5,24 +5,17 @@
 
 #include <windows.h>
 
-#include <cstdlib>
 #include <map>
 #include <string>
 #include <vector>
 
 #include "companion/log_file_content.h"
 #include "companion/logging_hosts.h"
+#include "companion/run_host.h"
 #include "support/child_process.h"
 
 namespace PlenxTest {
 namespace {
-
-constexpr DWORD kDeadline = 20000;
-
-int Repetitions() {
-    const char* const text = std::getenv("PLENX_TEST_ENDINGS");
-    return text != nullptr ? std::atoi(text) : 50;
-}
 
 class LogHelperTest : public testing::Test {
 protected:
@@ -43,22 +36,6 @@ protected:
         ASSERT_TRUE(SetEnvironmentVariableW(name, value.c_str()));
     }
 
-    static std::wstring CommandOf(const std::string& mode) {
-        return ChildProcess::Self(L"--host " + std::wstring(mode.begin(), mode.end()));
-    }
-
-    static void Run(const std::string& mode) {
-        ChildProcess host(CommandOf(mode));
-        ExpectExit(host, mode);
-    }
-
-    static void ExpectExit(ChildProcess& host, const std::string& mode) {
-        ASSERT_TRUE(host.Started());
-        const auto code = host.WaitForExit(kDeadline);
-        ASSERT_TRUE(code.has_value()) << "the host hangs";
-        ASSERT_EQ(*code, static_cast<DWORD>(FindLoggingHost(mode)->exitCode));
-    }
-
     std::filesystem::path Rotated(int number) const {
         return folder_ / (L"h\u00E9 \u4E2D." + std::to_wstring(number) + L".log");
     }
@@ -74,7 +51,7 @@ void ExpectLateLine(const LogLine& line) {
 }
 
 TEST_F(LogHelperTest, LevelsControlCharactersAndSurrogatesAreWrittenAsDocumented) {
-    Run("levels");
+    RunHost("levels");
     const std::vector<LogLine> lines = ReadLogLines(file_);
     ASSERT_EQ(lines.size(), 4U);
     EXPECT_EQ(lines[0].level, "info");
@@ -89,7 +66,7 @@ TEST_F(LogHelperTest, LevelsControlCharactersAndSurrogatesAreWrittenAsDocumented
 
 TEST_F(LogHelperTest, LevelErrorDropsTheRest) {
     Set(L"PLENX_LOG_LEVEL", L"error");
-    Run("levels");
+    RunHost("levels");
     const std::vector<LogLine> lines = ReadLogLines(file_);
     ASSERT_EQ(lines.size(), 2U);
     EXPECT_EQ(lines[0].text, "\xE4\xB8\xAD\xF0\x9F\x98\x80 \xEF\xBF\xBD");
@@ -98,12 +75,12 @@ TEST_F(LogHelperTest, LevelErrorDropsTheRest) {
 
 TEST_F(LogHelperTest, LevelOffMakesNoFile) {
     Set(L"PLENX_LOG_LEVEL", L"off");
-    Run("levels");
+    RunHost("levels");
     EXPECT_FALSE(std::filesystem::exists(file_));
 }
 
 TEST_F(LogHelperTest, LinesOfManyThreadsAreWhole_AndInTheOrderOfEachThread) {
-    Run("threads");
+    RunHost("threads");
     std::vector<LogLine> lines = ReadLogLines(file_);
     ASSERT_EQ(lines.size(), static_cast<std::size_t>(kThreads * kLinesPerThread) + 1);
     ExpectLateLine(lines.back());
@@ -123,7 +100,7 @@ TEST_F(LogHelperTest, LinesOfManyThreadsAreWhole_AndInTheOrderOfEachThread) {
 }
 
 TEST_F(LogHelperTest, FirstLineAtProcessEnd_IsWritten) {
-    Run("nothing");
+    RunHost("nothing");
     const std::vector<LogLine> lines = ReadLogLines(file_);
     ASSERT_EQ(lines.size(), 1U);
     ExpectLateLine(lines[0]);
@@ -133,7 +110,7 @@ TEST_F(LogHelperTest, ProcessEndsWhileThreadsLog_LateLineIsWritten_AndTheExitCod
     for (int i = 0; i != Repetitions(); ++i) {
         SCOPED_TRACE(i);
         std::filesystem::remove(file_);
-        ASSERT_NO_FATAL_FAILURE(Run("busy"));
+        ASSERT_NO_FATAL_FAILURE(RunHost("busy"));
         const std::vector<LogLine> lines = ReadLogLines(file_);
         ASSERT_GT(lines.size(), 10U);
         int late = 0;
@@ -150,7 +127,7 @@ TEST_F(LogHelperTest, ProcessEndsWhileThreadsLog_LateLineIsWritten_AndTheExitCod
 TEST_F(LogHelperTest, FullFileIsRotated) {
     Set(L"PLENX_LOG_MAX_BYTES", L"100000");
     Set(L"PLENX_LOG_FILES", L"3");
-    Run("threads");
+    RunHost("threads");
     std::vector<LogLine> lines = ReadLogLines(file_);
     EXPECT_FALSE(lines.empty());
     ExpectLateLine(lines.back());
@@ -163,7 +140,7 @@ TEST_F(LogHelperTest, FullFileIsRotated) {
 
 TEST_F(LogHelperTest, FileThatAReaderKeepsFromBeingRenamed_IsEmptied) {
     Set(L"PLENX_LOG_MAX_BYTES", L"1");
-    ChildProcess host(CommandOf("twice"));
+    ChildProcess host(HostCommand("twice"));
     HANDLE reader = INVALID_HANDLE_VALUE;
     for (int i = 0; i != 90 && reader == INVALID_HANDLE_VALUE; ++i) {
         Sleep(10);
@@ -171,7 +148,7 @@ TEST_F(LogHelperTest, FileThatAReaderKeepsFromBeingRenamed_IsEmptied) {
                              nullptr, OPEN_EXISTING, 0, nullptr);
     }
     ASSERT_NE(reader, INVALID_HANDLE_VALUE);
-    ExpectExit(host, "twice");
+    ExpectHostExits(host, "twice");
     CloseHandle(reader);
     const std::vector<LogLine> lines = ReadLogLines(file_);
     ASSERT_EQ(lines.size(), 2U);
@@ -182,7 +159,7 @@ TEST_F(LogHelperTest, FileThatAReaderKeepsFromBeingRenamed_IsEmptied) {
 
 TEST_F(LogHelperTest, FileThatCannotBeOpened_DropsLines_AndTheExitCodeIsKept) {
     std::filesystem::create_directories(file_);
-    Run("threads");
+    RunHost("threads");
     EXPECT_TRUE(std::filesystem::is_empty(file_));
 }
 

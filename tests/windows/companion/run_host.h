@@ -1,0 +1,23 @@
+// Runs one of the hosts of logging_hosts.h to its end.
+
+#ifndef PLENXSDK_TESTS_WINDOWS_COMPANION_RUN_HOST_H
+#define PLENXSDK_TESTS_WINDOWS_COMPANION_RUN_HOST_H
+
+#include <string>
+
+#include "support/child_process.h"
+
+namespace PlenxTest {
+
+std::wstring HostCommand(const std::string& mode);
+
+/// Fails the running test fatally when the host hangs or ends with another exit code.
+void ExpectHostExits(ChildProcess& host, const std::string& mode);
+void RunHost(const std::string& mode);
+
+/// How often a test repeats what depends on chance.
+int Repetitions();
+
+}  // namespace PlenxTest
+
+#endif  // PLENXSDK_TESTS_WINDOWS_COMPANION_RUN_HOST_H
