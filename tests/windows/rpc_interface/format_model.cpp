@@ -101,8 +101,8 @@ std::string TypeText(const Parameter& parameter) {
 std::string Signature(const Procedure& procedure) {
     std::string text;
     for (const Parameter& parameter : procedure.parameters) {
-        text += DirectionText(parameter) + TypeText(parameter) + " @" + std::to_string(parameter.offset) +
-                "; ";
+        text += DirectionText(parameter) + TypeText(parameter) + " @" +
+                std::to_string(parameter.offset) + "; ";
     }
     return text + "stack " + std::to_string(procedure.stackSize);
 }
