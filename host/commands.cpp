@@ -22,15 +22,6 @@ const Command& Find(const std::string& name) {
     return *found;
 }
 
-std::string Trimmed(std::string_view line) {
-    constexpr const char* kBlanks = " \t\r\n";
-    const std::size_t first = line.find_first_not_of(kBlanks);
-    if (first == std::string_view::npos) {
-        return "";
-    }
-    return std::string(line.substr(first, line.find_last_not_of(kBlanks) - first + 1));
-}
-
 }  // namespace
 
 const std::vector<Command>& Commands() {
@@ -129,17 +120,17 @@ std::string CommandHelp(const std::string& name) {
 }
 
 Step ParseStep(std::string_view line, const std::string& place) {
-    std::vector<Word> words = SplitWords(line);
-    if (words.empty()) {
+    SplitLine split = SplitWords(line);
+    if (split.words.empty()) {
         return {};
     }
-    const Command& command = Find(words[0].text);
-    words.erase(words.begin());
-    Arguments arguments(std::move(words));
+    const Command& command = Find(split.words[0].text);
+    split.words.erase(split.words.begin());
+    Arguments arguments(std::move(split.words));
     try {
         Action action = command.parse(arguments);
         arguments.End();
-        return {place, command.name, Trimmed(line), std::move(action)};
+        return {place, command.name, std::move(split.text), std::move(action)};
     } catch (const ScriptError& error) {
         throw ScriptError(std::string(error.what()) + "; usage: " + command.name + " " +
                           command.usage);

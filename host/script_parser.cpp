@@ -13,12 +13,16 @@ class LineSplitter {
 public:
     explicit LineSplitter(std::string_view line) : rest_(line) {}
 
-    std::vector<Word> Split() {
-        std::vector<Word> words;
-        for (SkipBlanks(); !rest_.empty() && rest_[0] != '#'; SkipBlanks()) {
-            words.push_back(TakeWord());
+    SplitLine Split() {
+        SkipBlanks();
+        const std::string_view whole = rest_;
+        SplitLine split;
+        while (!rest_.empty() && rest_[0] != '#') {
+            split.words.push_back(TakeWord());
+            split.text = whole.substr(0, whole.size() - rest_.size());
+            SkipBlanks();
         }
-        return words;
+        return split;
     }
 
 private:
@@ -99,7 +103,7 @@ bool Word::Is(std::string_view whole) const {
     return bare == text.size() && text == whole;
 }
 
-std::vector<Word> SplitWords(std::string_view line) {
+SplitLine SplitWords(std::string_view line) {
     return LineSplitter(line).Split();
 }
 

@@ -34,8 +34,13 @@ struct Word {
     bool Is(std::string_view whole) const;
 };
 
+struct SplitLine {
+    std::vector<Word> words;
+    std::string text;  ///< The line without its comment and the blanks around it.
+};
+
 /// @throws ScriptError
-std::vector<Word> SplitWords(std::string_view line);
+SplitLine SplitWords(std::string_view line);
 
 }  // namespace PlenxHost
 

@@ -18,6 +18,13 @@ void AppendHexByte(std::string& out, char byte) {
     out.push_back(kHexDigits[bits & 15]);
 }
 
+void AppendHexEscapes(std::string& out, std::string_view bytes) {
+    for (const char byte : bytes) {
+        out += "\\x";
+        AppendHexByte(out, byte);
+    }
+}
+
 void AppendEscaped(std::string& out, char byte) {
     switch (byte) {
     case '"':
@@ -40,8 +47,7 @@ void AppendEscaped(std::string& out, char byte) {
             static_cast<unsigned char>(byte) < 0x80) {
             out.push_back(byte);
         } else {
-            out += "\\x";
-            AppendHexByte(out, byte);
+            AppendHexEscapes(out, std::string_view(&byte, 1));
         }
     }
 }
@@ -112,6 +118,22 @@ std::string Quote(std::string_view text, std::size_t maxBytes) {
     out.push_back('"');
     if (!rest.empty()) {
         out += "...(" + std::to_string(text.size()) + " bytes)";
+    }
+    return out;
+}
+
+std::string Printable(std::string_view text) {
+    std::string out;
+    while (!text.empty()) {
+        const std::size_t length = Utf8Length(text);
+        const std::string_view character = text.substr(0, length == 0 ? 1 : length);
+        const bool plain = length == 1 && (text[0] == '\n' || (text[0] >= 0x20 && text[0] != 0x7F));
+        if (plain || (length > 1 && !IsControl(character))) {
+            out += character;
+        } else {
+            AppendHexEscapes(out, character);
+        }
+        text.remove_prefix(character.size());
     }
     return out;
 }

@@ -20,6 +20,10 @@ bool IsUtf8(std::string_view text);
 /// as \n, \t or \xNN; after about maxBytes it is cut and its whole length is told.
 std::string Quote(std::string_view text, std::size_t maxBytes);
 
+/// The text without quotes; what Quote escapes shows as \xNN, but blanks, line ends, quotes
+/// and backslashes stay as they are.
+std::string Printable(std::string_view text);
+
 /// The bytes as hexadecimal digits, and back; nothing when a digit is wrong or missing.
 std::string ToHex(std::string_view bytes);
 std::optional<std::string> FromHex(std::string_view digits);

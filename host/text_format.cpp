@@ -29,15 +29,8 @@ std::string ToText(const Stamp& stamp) {
     return text;
 }
 
-// A command as it was written, but safe to print.
-std::string Printable(const std::string& command) {
-    std::string out;
-    for (const char byte : command.substr(0, kMostShown)) {
-        const bool plain = static_cast<unsigned char>(byte) >= 0x20 && byte != 0x7F;
-        out.push_back(plain ? byte : '?');
-    }
-    out = IsUtf8(out) ? out : Quote(out, kMostShown);
-    return command.size() > kMostShown ? out + "..." : out;
+std::string Shortened(const std::string& text) {
+    return text.size() > kMostShown ? text.substr(0, kMostShown) + "..." : text;
 }
 
 std::string ToText(const Outcome& outcome) {
@@ -70,18 +63,21 @@ public:
     }
 
     std::string Format(const Stamp& stamp, const CommandReport& report) const override {
-        std::string line = ToText(stamp) + "> " + Printable(report.text) + ToText(report.outcome);
+        std::string line = ToText(stamp) + "> " + Printable(Shortened(report.text)) +
+                           ToText(report.outcome);
         if (report.took.count() >= kWorthTelling) {
             line += " (" + std::to_string(report.took.count()) + " ms)";
         }
         return line;
     }
 
-    std::string Format(const Stamp&, const Note& note) const override { return note.text; }
+    std::string Format(const Stamp&, const Note& note) const override { return Printable(note.text); }
 
     std::string Format(const Stamp&, const EndReport& report) const override {
         std::string lines;
-        if (report.failures.empty()) {
+        if (report.expectations == 0) {
+            lines = "no expectations";
+        } else if (report.failures.empty()) {
             lines = "all " + std::to_string(report.expectations) + " expectations held";
         } else {
             lines = std::to_string(report.failures.size()) + " failed, of " +
