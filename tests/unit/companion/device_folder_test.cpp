@@ -10,8 +10,9 @@ using Office::FolderName;
 using Office::MakeDeviceFolder;
 
 TEST(FolderNameTest, OrdinaryNamesStayAsTheyAre) {
-    for (const char* const name : {"group", "Group_1", "a b", ".hidden", "a.b", "h\xC3\xA9\xE4\xB8\xAD",
-                                   "console", "com", "com10", "nul1", "aux-1"}) {
+    for (const char* const name :
+         {"group", "Group_1", "a b", ".hidden", "a.b", "h\xC3\xA9\xE4\xB8\xAD", "console", "com",
+          "com10", "nul1", "aux-1"}) {
         EXPECT_EQ(FolderName(name), name);
     }
 }

@@ -14,7 +14,8 @@ using testing::MatchesRegex;
 namespace {
 
 constexpr char kTime[] =
-    "[0-9][0-9][0-9][0-9]-[0-9][0-9]-[0-9][0-9] [0-9][0-9]:[0-9][0-9]:[0-9][0-9]\\.[0-9][0-9][0-9] ";
+    "[0-9][0-9][0-9][0-9]-[0-9][0-9]-[0-9][0-9] "
+    "[0-9][0-9]:[0-9][0-9]:[0-9][0-9]\\.[0-9][0-9][0-9] ";
 
 LogSettings SettingsFor(const std::filesystem::path& file) {
     LogSettings settings;
