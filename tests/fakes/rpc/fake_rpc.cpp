@@ -78,6 +78,15 @@ bool FakeRpc::WaitUntilListening(std::chrono::milliseconds timeout) const {
     return changed_.wait_for(lock, timeout, [&] { return listening_; });
 }
 
+bool FakeRpc::WaitForMessage(const Bytes& msg, std::chrono::milliseconds timeout) const {
+    std::unique_lock<std::mutex> lock(mutex_);
+    return changed_.wait_for(lock, timeout, [&] {
+        return bindings_.empty() &&
+               std::any_of(serviceCalls_.begin(), serviceCalls_.end(),
+                           [&](const ServiceCall& call) { return call.msg == msg; });
+    });
+}
+
 std::size_t FakeRpc::LiveStrings() const {
     const std::lock_guard<std::mutex> lock(mutex_);
     return strings_.size();
@@ -182,6 +191,7 @@ RPC_STATUS FakeRpc::FreeBinding(RPC_BINDING_HANDLE* binding) {
     bindings_.erase(found);
     delete static_cast<char*>(*binding);
     *binding = nullptr;
+    changed_.notify_all();
     return RPC_S_OK;
 }
 

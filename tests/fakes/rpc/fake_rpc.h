@@ -65,6 +65,9 @@ public:
     std::vector<ServiceCall> ServiceCalls() const;
     void ClearRecord();
     bool WaitUntilListening(std::chrono::milliseconds timeout = std::chrono::seconds(20)) const;
+    /// Waits until a service has been sent exactly this message and no request is at work.
+    bool WaitForMessage(const Bytes& msg,
+                        std::chrono::milliseconds timeout = std::chrono::seconds(20)) const;
     std::size_t LiveStrings() const;
     std::size_t LiveBindings() const;
     std::size_t LiveBlocks() const;   // of MIDL_user_allocate

@@ -1,0 +1,155 @@
+// Init and Destroy.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <chrono>
+#include <future>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "facade/facade_fixture.h"
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+const std::string kInitPushed =
+    Info("plenx manager inner init is pushed into thread pool", "Init");
+const std::string kDestroyPushed =
+    Info("plenx manager inner destroy is pushed into thread pool", "Destroy");
+
+TEST_F(FreshFacade, LoadingTheLibraryStartsNothing) {
+    EXPECT_THAT(FakePlatform::Get().Calls(), IsEmpty());
+    EXPECT_THAT(FakeRpc::Get().Calls(), IsEmpty());
+    EXPECT_THAT(FakeFileManager::Get().Calls(), IsEmpty());
+    EXPECT_EQ(FakePlatform::Get().PinCount(), 0U);
+}
+
+TEST_F(FreshFacade, InitMakesTheCompanionAndQueuesTheServiceSide) {
+    Facade().Init("C:\\App", "C:\\Data", "third", true);
+    EXPECT_THAT(FakeFileManager::Get().Calls(),
+                ElementsAre("DistributedFileManager(C:\\App, C:\\Data, third, true)"));
+    EXPECT_EQ(FakePlatform::Get().PinCount(), 1U);
+    ASSERT_TRUE(FakeRpc::Get().WaitUntilListening());
+    EXPECT_THAT(FacadeTexts(), ElementsAre(Info("Init", "Init"), kInitPushed));
+    EXPECT_THAT(TextsOfClass("PLENXManagerInner"),
+                ElementsAre("L3 [PLENXSDK] service manager initialization"
+                            "(DistributedFs::PLENXManagerInner::Init)",
+                            "L3 [PLENXSDK] rpc listen thread initialization"
+                            "(DistributedFs::PLENXManagerInner::Init)"));
+}
+
+TEST_F(FreshFacade, InitHandsEmptyArgumentsOnToo) {
+    Facade().Init("", "", "", false);
+    EXPECT_THAT(FakeFileManager::Get().Calls(),
+                ElementsAre("DistributedFileManager(, , , false)"));
+    EXPECT_TRUE(FakeRpc::Get().WaitUntilListening());
+}
+
+TEST_F(FreshFacade, InitDoesNotWaitForTheServiceSide) {
+    std::promise<void> letGo;
+    std::shared_future<void> gate = letGo.get_future().share();
+    std::atomic<bool> reached{false};
+    FakePlatform::Get().Faults().Before("OpenSCManagerW", 1, [gate, &reached] {
+        reached = true;
+        gate.wait_for(std::chrono::seconds(20));
+    });
+    Facade().Init("C:\\App", "C:\\Data", "", false);
+    EXPECT_EQ(Facade().Start(Type(0), "g", "a"), 0);
+    EXPECT_THAT(observer_.Events(), IsEmpty());
+    letGo.set_value();
+    EXPECT_TRUE(observer_.WaitFor("NotifyStatus(0, g, 0, true)"));
+    EXPECT_TRUE(reached);
+}
+
+TEST_F(ReadyFacade, SecondInitKeepsTheCompanionAndQueuesTheEngineOnceMore) {
+    Facade().Init("C:\\Other", "C:\\Elsewhere", "other", false);
+    WaitForJobs();
+    EXPECT_THAT(FacadeTexts(), ElementsAre(Info("Init", "Init"), kInitPushed));
+    EXPECT_THAT(FakeFileManager::Get().Calls(), IsEmpty());
+    EXPECT_EQ(FakeFileManager::Get().Constructions(), 1U);
+    EXPECT_THAT(TextsOfClass("PLENXManagerInner"), IsEmpty());
+    EXPECT_THAT(FakePlatform::Get().CallsOf({"CreateServiceW", "OpenSCManagerW"}), IsEmpty());
+}
+
+TEST_F(FreshFacade, InitWithMalformedUtf8LeavesARunningFacadeAndCanBeRepeated) {
+    Facade().Init("C:\\\xFF", "C:\\Data", "", false);
+    WaitForJobs();
+    EXPECT_THAT(FakePlatform::Get().CallsOf({"OpenSCManagerW"}), IsEmpty());
+    EXPECT_EQ(Facade().Start(Type(1), "g", "a"), 0);
+    WaitForJobs();
+    EXPECT_THAT(observer_.Events(), ElementsAre("NotifyStatus(1, g, 0, false)"));
+    EXPECT_EQ(TextsOfClass("PLENXManagerInner").back(),
+              "L4 [PLENXSDK] plenx manager start plenx service error 16"
+              "(DistributedFs::PLENXManagerInner::Start)");
+
+    Facade().Init("C:\\App", "C:\\Data", "", false);
+    EXPECT_TRUE(FakeRpc::Get().WaitUntilListening());
+    EXPECT_EQ(Facade().GetInt64Config(Type(1), Key(5)), 1);
+}
+
+TEST_F(FreshFacade, CompanionThatCannotBeMadeFailsInitAndTheNextOneTriesAgain) {
+    FakeFileManager::Get().SetHook([](const std::string&) { throw std::runtime_error("no"); });
+    EXPECT_THROW(Facade().Init("C:\\App", "C:\\Data", "", false), std::runtime_error);
+    EXPECT_EQ(Facade().Stop(Type(0), "g"), 0);
+    EXPECT_THAT(FacadeTexts(),
+                ElementsAre(Info("Init", "Init"),
+                            "L4 [PLENXSDK] thread pool is released"
+                            "(DistributedFs::PLENXManager::Stop)"));
+    FakeFileManager::Get().SetHook(nullptr);
+    Facade().Init("C:\\App", "C:\\Data", "", false);
+    EXPECT_TRUE(FakeRpc::Get().WaitUntilListening());
+    EXPECT_EQ(FakeFileManager::Get().Live(), 1U);
+}
+
+TEST_F(FreshFacade, DestroyBeforeInitOnlyWritesItsLine) {
+    Facade().Destroy();
+    EXPECT_THAT(RecordedLog::Get().Texts(), ElementsAre(Info("destroy", "Destroy")));
+    EXPECT_THAT(FakeFileManager::Get().Calls(), IsEmpty());
+}
+
+TEST_F(ReadyFacade, DestroyUninstallsThePackagesAndQueuesInitWhichDoesNothing) {
+    Facade().Destroy();
+    WaitForJobs();
+    EXPECT_THAT(FakeFileManager::Get().Calls(), ElementsAre("UninstallPackages()"));
+    EXPECT_THAT(FacadeTexts(), ElementsAre(Info("destroy", "Destroy"), kDestroyPushed));
+    EXPECT_THAT(TextsOfClass("PLENXManagerInner"), IsEmpty());
+    EXPECT_THAT(FakePlatform::Get().CallsOf({"OpenSCManagerW"}), IsEmpty());
+}
+
+TEST_F(ReadyFacade, DestroyIgnoresTheCompanionsCode) {
+    FakeFileManager::Get().SetResult("UninstallPackages", 9);
+    Facade().Destroy();
+    WaitForJobs();
+    EXPECT_THAT(FacadeTexts(), ElementsAre(Info("destroy", "Destroy"), kDestroyPushed));
+}
+
+TEST_F(ReadyFacade, EverythingWorksAfterDestroy) {
+    Facade().Destroy();
+    EXPECT_EQ(FakeFileManager::Get().Live(), 1U);
+    EXPECT_EQ(Facade().Start(Type(3), "g", "a"), 0);
+    std::string dir = "x";
+    EXPECT_EQ(Facade().GetOfficeDir("g", "d", dir), 0);
+    WaitForJobs();
+    EXPECT_THAT(observer_.Events(),
+                ElementsAre("NotifyStatus(1, g, 0, true)", "NotifyStatus(0, g, 0, true)"));
+}
+
+TEST_F(FreshFacade, DestroyQueuesInitWithTheStoredFolders) {
+    Facade().Init("C:\\\xFF", "C:\\Data", "", false);  // fails on the worker
+    WaitForJobs();
+    RecordedLog::Get().Clear();
+    Facade().Destroy();  // fails in the same way
+    WaitForJobs();
+    EXPECT_THAT(TextsOfClass("PLENXManagerInner"),
+                ElementsAre("L3 [PLENXSDK] service manager initialization"
+                            "(DistributedFs::PLENXManagerInner::Init)"));
+    EXPECT_THAT(FakeRpc::Get().Calls(), testing::Not(testing::Contains(testing::StartsWith(
+                                            "RpcServerListen"))));
+}
+
+}  // namespace
