@@ -1,6 +1,10 @@
 # What a host needs, side by side: bin (all DLLs and programs), lib (import libraries), include
 # (the public header and the companions' two).
 
+add_custom_target(product DEPENDS
+  plenxsdk LogHelper distributedfile plenxservice plenxhost
+  dokan1_sys dokan1_dll dokanfuse1_dll dokan1_sys_newer dokan1_dll_newer dokanfuse1_dll_newer)
+
 install(TARGETS plenxsdk LogHelper distributedfile
   RUNTIME DESTINATION bin
   LIBRARY DESTINATION bin

@@ -13,10 +13,11 @@ configure() {
     fi
 }
 
+# build_windows [NINJA-TARGET]: the product and what belongs to it, or what is named
 build_windows() {
     need_packages "${windows_packages[@]}"
     configure "$windows_build" --toolchain "$root/cmake/mingw-w64-x86-64.cmake"
-    step "build for Windows" ninja -C "$windows_build"
+    step "build for Windows" ninja -C "$windows_build" "${1:-product}"
     step "add the run time" copy_run_time "$windows_build/bin"
     step "fill build/dist" install_dist
 }

@@ -24,7 +24,7 @@ run_native() {
 }
 
 test_windows() {
-    build_windows
+    build_windows all
     make_prefix_template
     local -a names=("$@")
     if [ ${#names[@]} -eq 0 ]; then
