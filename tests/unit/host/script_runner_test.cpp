@@ -1,0 +1,192 @@
+// Whole scripts: what is expected, what is reported and how the run ends.
+
+#include "script_runner.h"
+
+#include <gmock/gmock.h>
+
+#include <stdexcept>
+#include <thread>
+
+#include "captured_output.h"
+#include "exit_code.h"
+#include "recorded_manager.h"
+#include "run_limit.h"
+#include "script_parser.h"
+
+namespace PlenxHost {
+namespace {
+
+using std::chrono::milliseconds;
+using testing::ElementsAre;
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+class ScriptTest : public testing::Test {
+protected:
+    ScriptTest() { RecordedManager::Reset(); }
+
+    EndReport Run(const std::string& script) {
+        RunSteps(ParseScript(script, "s"), session_);
+        return session_.Finish(false);
+    }
+
+    CapturedOutput captured_{MakeTextFormat()};
+    Session session_{{"C:\\i", "C:\\d", "", false}, captured_.Get()};
+};
+
+std::string Complaint(const std::string& script) {
+    try {
+        ParseScript(script, "s");
+    } catch (const ScriptError& error) {
+        return error.what();
+    }
+    return "none";
+}
+
+void NotifyErrorOnStart(int code) {
+    RecordedManager::When("Start", [=] {
+        RecordedManager::Notify([=](auto& observer) { observer.NotifyError(code); });
+    });
+}
+
+TEST_F(ScriptTest, ExpectationsThatHoldGive0) {
+    NotifyErrorOnStart(4);
+    const EndReport report = Run("register\nstart pc g a\nexpect-result 0\n"
+                                 "expect NotifyError 4 within 0\nexpect-none * for 0\n"
+                                 "get-string pc 1\nexpect-result-text \"\"\n");
+    EXPECT_EQ(report.exitCode, kAllHeld);
+    EXPECT_EQ(report.expectations, 4);
+    EXPECT_THAT(report.failures, IsEmpty());
+}
+
+TEST_F(ScriptTest, AllExpectationsThatFailAreReportedWithTheirLines) {
+    NotifyErrorOnStart(4);
+    const EndReport report = Run("register\nstart pc g a\n\n"
+                                 "expect NotifyError 5 within 1  # never\n"
+                                 "expect-none NotifyError for 0\nexpect-result 26\n"
+                                 "expect-result-text x\necho on\n");
+    EXPECT_EQ(report.exitCode, kNotAllHeld);
+    EXPECT_EQ(report.expectations, 4);
+    EXPECT_THAT(report.failures,
+                ElementsAre("s:4: expect NotifyError 5 within 1: it did not come within 1 ms",
+                            "s:5: expect-none NotifyError for 0: there came NotifyError(errCode=4)",
+                            "s:6: expect-result 26: it gave 0",
+                            "s:7: expect-result-text x: it gave no text"));
+    EXPECT_EQ(captured_.Lines().back(), "on");
+}
+
+TEST_F(ScriptTest, NotificationsThatNothingTookAreTold) {
+    NotifyErrorOnStart(4);
+    EXPECT_THAT(Run("register\nstart pc g a\nexpect NotifyError 5 within 0").leftovers,
+                ElementsAre("NotifyError(errCode=4)"));
+}
+
+TEST_F(ScriptTest, ForgetDropsWhatCame) {
+    NotifyErrorOnStart(4);
+    EXPECT_EQ(Run("register\nstart pc g a\nforget\nexpect-none * for 0").exitCode, kAllHeld);
+}
+
+TEST_F(ScriptTest, ExpectWaitsForANotificationOfAnotherThread) {
+    std::thread service;
+    RecordedManager::When("Start", [&] {
+        service = std::thread([] {
+            std::this_thread::sleep_for(milliseconds(20));
+            RecordedManager::Notify([](auto& observer) { observer.NotifyError(4); });
+        });
+    });
+    EXPECT_EQ(Run("register\nstart pc g a\nexpect NotifyError 4 within 20000").exitCode, kAllHeld);
+    service.join();
+}
+
+TEST_F(ScriptTest, QuitEndsTheScriptWithItsCodeUnlessAnExpectationFailed) {
+    EXPECT_EQ(Run("quit 7\nstop pc g").exitCode, 7);
+    EXPECT_THAT(RecordedManager::Calls(), IsEmpty());
+}
+
+TEST_F(ScriptTest, FailedExpectationOverridesTheCodeOfQuit) {
+    EXPECT_EQ(Run("expect-result 1\nquit 7").exitCode, kNotAllHeld);
+}
+
+TEST_F(ScriptTest, ExceptionOfTheLibraryIsAFailure) {
+    RecordedManager::When("Stop", [] { throw std::runtime_error("no memory"); });
+    const EndReport report = Run("stop pc g\nstart pc g a");
+    EXPECT_THAT(report.failures, ElementsAre("s:1: stop pc g: exception: no memory"));
+    EXPECT_THAT(RecordedManager::Calls(), testing::SizeIs(2));
+}
+
+TEST_F(ScriptTest, InterruptEndsTheWaitAndTheScript) {
+    const auto steps = ParseScript("sleep 60000\nstop pc g", "s");
+    std::thread interrupter([&] {
+        std::this_thread::sleep_for(milliseconds(20));
+        session_.Interrupt();
+    });
+    RunSteps(steps, session_);
+    interrupter.join();
+    EXPECT_THAT(RecordedManager::Calls(), IsEmpty());
+    EXPECT_EQ(session_.Finish(true).exitCode, kTimedOut);
+}
+
+TEST_F(ScriptTest, InterruptedExpectNoneDoesNotHold) {
+    session_.Interrupt();
+    session_.Run(ParseScript("expect-none * for 60000", "s")[0]);
+    EXPECT_THAT(captured_.Lines().back(),
+                EndsWith("> expect-none * for 60000: NO, interrupted"));
+}
+
+TEST(ParseScript, NamesTheFirstLineThatIsWrong) {
+    EXPECT_EQ(Complaint("init\r\n\r\nnonsense\r\nmore"),
+              "s:3: unknown command \"nonsense\"; help lists them all");
+    EXPECT_EQ(Complaint("\xEF\xBB\xBFinit\n# x\n"), "none");
+}
+
+TEST(ParseScript, FileThatIsMissingIsTold) {
+    EXPECT_THROW(LoadScript("/nowhere/at all"), ScriptError);
+}
+
+TEST(ParseScript, DemoScriptIsRight) {
+    EXPECT_GT(LoadScript(DEMO_SCRIPT).size(), 50U);
+}
+
+TEST_F(ScriptTest, LinesRunAsTheyComeAndEndAtTheFirstThatIsWrong) {
+    std::vector<std::string> lines = {"stop pc a", "nonsense", "stop pc b"};
+    std::size_t next = 0;
+    const auto read = [&](std::string& line) {
+        return next != lines.size() && (line = lines[next++], true);
+    };
+    EXPECT_THROW(RunLines(read, nullptr, session_), ScriptError);
+    EXPECT_THAT(RecordedManager::Calls(), ElementsAre(R"(Stop(1,"a"))"));
+    std::string complaint;
+    next = 1;
+    RunLines(read, [&](const std::string& text) { complaint = text; }, session_);
+    EXPECT_THAT(complaint, HasSubstr("input:1: unknown command \"nonsense\""));
+    EXPECT_THAT(RecordedManager::Calls(), ElementsAre(R"(Stop(1,"a"))", R"(Stop(1,"b"))"));
+}
+
+TEST(RunLimit, CallsBackWhenItIsReachedAndNotWhenTheRunIsOver) {
+    bool called = false;
+    {
+        const RunLimit limit(milliseconds(60000), [&] { called = true; });
+        EXPECT_FALSE(limit.Expired());
+    }
+    EXPECT_FALSE(called);
+    Inbox inbox;
+    const RunLimit limit(milliseconds(20), [&] { inbox.Interrupt(); });
+    inbox.Pause(milliseconds(60000));
+    EXPECT_TRUE(limit.Expired());
+}
+
+using RunLimitDeathTest = testing::Test;
+
+TEST_F(RunLimitDeathTest, EndsAProcessThatDoesNotEndItself) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_EXIT(
+        {
+            const RunLimit limit(milliseconds(10), [] {});
+            std::this_thread::sleep_for(std::chrono::seconds(30));
+        },
+        testing::ExitedWithCode(kTimedOut), "");
+}
+
+}  // namespace
+}  // namespace PlenxHost
