@@ -297,7 +297,7 @@ void FakeScm::Report(Service& service, const StatusAt& step) {
     service.status.dwCheckPoint = step.checkPoint;
     service.status.dwWaitHint = step.waitHint;
     const DWORD own = service.process ? service.process->id : 0;
-    service.status.dwProcessId = step.processId.value_or(own);
+    service.status.dwProcessId = step.processId == kItsOwnProcess ? own : step.processId;
 }
 
 void FakeScm::EnsureProcess(Service& service) {

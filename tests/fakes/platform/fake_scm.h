@@ -21,13 +21,15 @@
 #include "platform/fake_processes.h"
 #include "platform/handle_table.h"
 
+constexpr DWORD kItsOwnProcess = 0xFFFFFFFF;
+
 /// What a service reports from a moment on.
 struct StatusAt {
     DWORD afterMs;
     DWORD state;
     DWORD checkPoint = 0;
     DWORD waitHint = 0;
-    std::optional<DWORD> processId = std::nullopt;  // not set: that of its process
+    DWORD processId = kItsOwnProcess;
 };
 using StatusScript = std::vector<StatusAt>;
 

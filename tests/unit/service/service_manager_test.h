@@ -4,6 +4,7 @@
 #define PLENXSDK_UNIT_SERVICE_SERVICE_MANAGER_TEST_H
 
 #include <memory>
+#include <string>
 
 #include "service/service_manager.h"
 #include "service_room_test.h"
@@ -35,6 +36,18 @@ protected:
         files.AddFile(kInstall + L"\\dokan1.sys");
         files.Give(kInstall + L"\\dokan1.sys", FileTrait::kHeldOpen);
         return MakeManager();
+    }
+
+    /// Something in the folder cannot be removed.
+    void Block(const std::wstring& folder) {
+        files.AddFile(folder + L"\\held");
+        files.Give(folder + L"\\held", FileTrait::kHeldOpen);
+    }
+    void BlockAllCandidates() {
+        Block(L"C:\\Data\\plenx");
+        for (int n = 0; n != 100; ++n) {
+            Block(L"C:\\Data\\plenx" + std::to_wstring(n));
+        }
     }
 
     FakeFiles& files = platform.Files();
