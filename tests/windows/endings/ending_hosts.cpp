@@ -7,6 +7,7 @@
 #include <stdexcept>
 
 #include "plenxsdk/plenx_manager.h"
+#include "support/service_state.h"
 
 namespace PlenxTest {
 namespace {
@@ -182,9 +183,9 @@ int BusyWithQueue(const std::string& install, const std::string& data) {
     for (int i = 0; i != 1000; ++i) {
         library.Rename("name");
     }
-    return WaitFor([&] { return library.NotRunning(DistributedFs::kPcService) == 0; }, 10000)
-               ? 16
-               : kNotReached;
+    // A service that is still starting takes no stop request and would rightly be left behind.
+    return WaitFor([] { return StateOf(L"PlenxPcSvc") == SERVICE_RUNNING; }, 10000) ? 16
+                                                                                    : kNotReached;
 }
 
 int ExitInsideObserver(const std::string& install, const std::string& data) {

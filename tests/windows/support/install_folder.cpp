@@ -7,6 +7,7 @@
 #include <system_error>
 
 #include "support/child_process.h"
+#include "support/service_state.h"
 
 namespace PlenxTest {
 namespace {
@@ -20,7 +21,15 @@ const wchar_t* const kProgramFiles[] = {
     L"dokanfuse1.dll",
 };
 const wchar_t* const kDriverFiles[] = {L"dokan1.sys", L"dokan1.dll", L"dokanfuse1.dll"};
+const wchar_t* const kServices[] = {L"PlenxOfficeSvc", L"PlenxPcSvc", L"PlenxPhoneSvc", L"Dokan1"};
 const wchar_t* const kCategories[] = {L"archive", L"file", L"audio", L"picture", L"video"};
+
+// A service that is left over from a run before holds its files.
+void RemoveServices() {
+    for (const wchar_t* service : kServices) {
+        RemoveService(service);
+    }
+}
 
 void Copy(const fs::path& from, const fs::path& to) {
     if (!CopyFileW(from.c_str(), to.c_str(), FALSE)) {
@@ -33,6 +42,7 @@ void Copy(const fs::path& from, const fs::path& to) {
 
 InstallFolder::InstallFolder(const std::wstring& name)
     : root_(L"C:\\" + name), install_(root_ / L"app"), data_(root_ / L"data") {
+    RemoveServices();
     fs::remove_all(root_);
     for (const wchar_t* category : kCategories) {
         fs::create_directories(install_ / L"res" / L"plenx" / L"icon" / category);
@@ -44,6 +54,7 @@ InstallFolder::InstallFolder(const std::wstring& name)
 }
 
 InstallFolder::~InstallFolder() {
+    RemoveServices();
     std::error_code ignored;
     fs::remove_all(root_, ignored);
 }

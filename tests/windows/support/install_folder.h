@@ -1,5 +1,6 @@
 // An install folder and a data folder, laid out as a host's installer would: the development
-// service, the driver's files, the icon folders. All of it is removed again.
+// service, the driver's files, the icon folders. All of it is removed again, and with it the
+// services that were registered from it.
 
 #ifndef PLENXSDK_TESTS_WINDOWS_SUPPORT_INSTALL_FOLDER_H
 #define PLENXSDK_TESTS_WINDOWS_SUPPORT_INSTALL_FOLDER_H
