@@ -154,5 +154,6 @@ BOOL CloseHandle(HANDLE handle) {
     const PlatformCall call("CloseHandle");
     call.Record({"process " + std::to_string(Known(call, handle).process->id)});
     call.Platform().Processes().Handles().Close(reinterpret_cast<std::uintptr_t>(handle));
+    call.Succeed();
     return TRUE;
 }

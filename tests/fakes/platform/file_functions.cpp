@@ -132,6 +132,7 @@ int _findclose(intptr_t listing) {
     const PlatformCall call("_findclose");
     call.Record({"listing " + Narrow(Known(call, listing).folder)});
     call.Platform().Files().Listings().Close(static_cast<std::uintptr_t>(listing));
+    call.Succeed();
     return 0;
 }
 

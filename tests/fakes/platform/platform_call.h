@@ -39,6 +39,10 @@ public:
         return error == 0;
     }
 
+    /// Ends a call that closes a handle. A success may leave any last error behind; this makes
+    /// sure that nobody reads an older one after it.
+    void Succeed() const { SetLastError(ERROR_SUCCESS); }
+
     /// Stops the process: a handle was used that is not open. Real systems answer with an
     /// error at best; for a test it is never anything but a mistake of the caller.
     [[noreturn]] void RejectHandle(const void* handle) const;

@@ -135,5 +135,6 @@ BOOL CloseServiceHandle(SC_HANDLE handle) {
     const FakeScm::Handle closed = Known(call, handle);
     call.Record({FakeScm::NameOf(closed)});
     call.Platform().Scm().Close(reinterpret_cast<std::uintptr_t>(handle));
+    call.Succeed();
     return TRUE;
 }

@@ -139,7 +139,7 @@ int UseNothing(const std::string&, const std::string&) {
 }
 
 int LoadAndFree(const std::string&, const std::string&) {
-    for (int i = 0; i != 20; ++i) {
+    for (int i = 0; i != 5; ++i) {
         Library library;
         library.Manager();
         library.Free();
