@@ -52,8 +52,7 @@ std::string FolderName(const std::string& name) {
     std::string folder;
     for (std::size_t i = 0; i != name.size(); ++i) {
         const char character = name[i];
-        const bool isLostAtEnd =
-            i + 1 == name.size() && (character == '.' || character == ' ');
+        const bool isLostAtEnd = i + 1 == name.size() && (character == '.' || character == ' ');
         if (IsForbidden(character) || isLostAtEnd || (isDevice && i == 0)) {
             AppendEscape(folder, character);
         } else {

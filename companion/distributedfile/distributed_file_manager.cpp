@@ -96,8 +96,8 @@ std::string CallText(const char* name, const Arguments&... arguments) {
 }
 
 template <class Operation, class... Arguments>
-int RunOrFail(const DistributedFileManager* object, const char* name,
-              const Operation& operation, const Arguments&... arguments) {
+int RunOrFail(const DistributedFileManager* object, const char* name, const Operation& operation,
+              const Arguments&... arguments) {
     const int failure = RequestedFailure(Companion::TextVariable("PLENX_OFFICE_FAIL"), name);
     if (failure != 0) {
         return failure;
@@ -124,8 +124,7 @@ int Call(const DistributedFileManager* object, const char* name, const Operation
 
 using namespace Office;
 
-DistributedFileManager::DistributedFileManager(const std::string& first,
-                                               const std::string& second,
+DistributedFileManager::DistributedFileManager(const std::string& first, const std::string& second,
                                                const std::string& third, bool flag) {
     Guarded([&] {
         const auto turn = TakeTurn();
@@ -156,9 +155,8 @@ int DistributedFileManager::Stop() {
     return Call(this, "Stop", &OfficeState::Stop);
 }
 
-int DistributedFileManager::LocalDeviceOnline(const std::string& first,
-                                              const std::string& second, int type,
-                                              const unsigned char* data, int size) {
+int DistributedFileManager::LocalDeviceOnline(const std::string& first, const std::string& second,
+                                              int type, const unsigned char* data, int size) {
     return Call(this, "LocalDeviceOnline", &OfficeState::LocalDeviceOnline, first, second, type,
                 DeviceData{data, size});
 }

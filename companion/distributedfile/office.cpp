@@ -77,8 +77,7 @@ int OfficeState::RemoteDeviceOffline(const std::string& group, const std::string
     return wasOnline ? kOk : kUnknownDevice;
 }
 
-int OfficeState::GetGroupNeighborDistributedDir(const std::string& group,
-                                                const std::string& device,
+int OfficeState::GetGroupNeighborDistributedDir(const std::string& group, const std::string& device,
                                                 std::string& dir) const {
     if (const int code = CheckNames(group, device); code != kOk) {
         return code;

@@ -14,7 +14,7 @@ namespace Office {
 /// The library's own codes; far from those of plenxsdk, so that their origin shows.
 enum Code : int {
     kOk = 0,
-    kNotStarted = 1001,       ///< all but Start and UninstallPackages need Start first
+    kNotStarted = 1001,  ///< all but Start and UninstallPackages need Start first
     kAlreadyStarted = 1002,
     kUnknownDevice = 1003,    ///< no such device is online in the group
     kInvalidArgument = 1004,  ///< an empty name, or data that is not 0 to 16 bytes

@@ -16,8 +16,8 @@ constexpr std::chrono::seconds kOpenAgainAfter{5};
 constexpr std::size_t kBufferBytes = 64 * 1024;
 
 std::unique_ptr<spdlog::formatter> MakeFormatter() {
-    return std::make_unique<spdlog::pattern_formatter>(
-        "%Y-%m-%d %H:%M:%S.%e %v", spdlog::pattern_time_type::local, "\n");
+    return std::make_unique<spdlog::pattern_formatter>("%Y-%m-%d %H:%M:%S.%e %v",
+                                                       spdlog::pattern_time_type::local, "\n");
 }
 
 // The level is part of the text; the sink's own is not shown.

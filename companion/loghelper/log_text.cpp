@@ -34,8 +34,7 @@ bool IsLowSurrogate(char32_t unit) {
 
 // U+2028 and U+2029 are line breaks to many readers.
 bool IsControl(char32_t point) {
-    return point < 0x20 || (point >= 0x7F && point <= 0x9F) || point == 0x2028 ||
-           point == 0x2029;
+    return point < 0x20 || (point >= 0x7F && point <= 0x9F) || point == 0x2028 || point == 0x2029;
 }
 
 // Decodes the code point at the front of text, which is not empty, and takes it off.

@@ -47,10 +47,9 @@ void WriteToFile(const std::string& text) {
 // Appends the line on its own. When the process is ending, the mutex may belong for ever to a
 // thread that the system has ended, and the open file may be in the middle of anything.
 void AppendToFile(const std::string& text) {
-    const HANDLE handle = CreateFileW(
-        Settings().file.c_str(), FILE_APPEND_DATA,
-        FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_ALWAYS,
-        FILE_ATTRIBUTE_NORMAL, nullptr);
+    const HANDLE handle = CreateFileW(Settings().file.c_str(), FILE_APPEND_DATA,
+                                      FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                                      nullptr, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
     if (handle == INVALID_HANDLE_VALUE) {
         return;
     }

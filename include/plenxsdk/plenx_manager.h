@@ -70,11 +70,11 @@ enum ServiceType : std::uint32_t {
 /// The key of a configuration value. The library hands keys on to the services
 /// without interpreting them; these are the keys in use.
 enum ConfigType : std::uint32_t {
-    kIntegerConfig0 = 0,         ///< Integer setting, 0 by default.
-    kLocaleConfig = 1,           ///< String setting, "en_US" by default.
-    kIntegerConfig2 = 2,         ///< Integer setting, 0 by default.
-    kServiceNotRunningConfig = 5 ///< Read only, GetInt64Config: 1 while the service
-                                 ///< is not running, else 0.
+    kIntegerConfig0 = 0,          ///< Integer setting, 0 by default.
+    kLocaleConfig = 1,            ///< String setting, "en_US" by default.
+    kIntegerConfig2 = 2,          ///< Integer setting, 0 by default.
+    kServiceNotRunningConfig = 5  ///< Read only, GetInt64Config: 1 while the service
+                                  ///< is not running, else 0.
 };
 
 /// Why a device goes offline. Any 32-bit value; passed on to the service as it is.

@@ -15,9 +15,8 @@ bool ProcessIsEnding() noexcept {
 
 void PinModule() noexcept {
     HMODULE self = nullptr;
-    GetModuleHandleExW(
-        GET_MODULE_HANDLE_EX_FLAG_PIN | GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS,
-        reinterpret_cast<LPCWSTR>(&processIsEnding), &self);
+    GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_PIN | GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS,
+                       reinterpret_cast<LPCWSTR>(&processIsEnding), &self);
 }
 
 }  // namespace DistributedFs

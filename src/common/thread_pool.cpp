@@ -71,8 +71,7 @@ void ThreadPool::Work(const std::shared_ptr<State>& state) {
         Task task;
         {
             std::unique_lock<std::mutex> lock(state->queueMutex);
-            state->condition.wait(lock,
-                                  [&] { return state->stop || !state->tasks.empty(); });
+            state->condition.wait(lock, [&] { return state->stop || !state->tasks.empty(); });
             if (state->stop) {
                 return;
             }

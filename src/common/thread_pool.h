@@ -41,16 +41,16 @@ public:
     /// @throws std::runtime_error "thread pool has stopped" once destruction has begun.
     template <class Function, class... Arguments>
     auto Enqueue(Function&& function, Arguments&&... arguments) {
-        auto call = [stored = std::make_tuple(std::decay_t<Function>(
-                                                  std::forward<Function>(function)),
-                                              std::decay_t<Arguments>(
-                                                  std::forward<Arguments>(arguments))...)]() mutable {
-            return std::apply(
-                [](auto& storedFunction, auto&... storedArguments) {
-                    return std::invoke(storedFunction, storedArguments...);
-                },
-                stored);
-        };
+        auto call =
+            [stored = std::make_tuple(
+                 std::decay_t<Function>(std::forward<Function>(function)),
+                 std::decay_t<Arguments>(std::forward<Arguments>(arguments))...)]() mutable {
+                return std::apply(
+                    [](auto& storedFunction, auto&... storedArguments) {
+                        return std::invoke(storedFunction, storedArguments...);
+                    },
+                    stored);
+            };
         using Result = std::invoke_result_t<decltype(call)&>;
         auto task = std::make_shared<std::packaged_task<Result()>>(std::move(call));
         auto future = task->get_future();

@@ -31,8 +31,8 @@ void PLENXManagerInner::CreateFileIcon(const std::string& rootDir) {
         const std::string path = folder + "\\desktop.ini";
         std::ofstream file(path, std::ios::binary | std::ios::trunc);
         if (!file) {
-            LogError("DistributedFs::PLENXManagerInner::CreateFileIcon",
-                     "[PLENXSDK] open file", path, " error");
+            LogError("DistributedFs::PLENXManagerInner::CreateFileIcon", "[PLENXSDK] open file",
+                     path, " error");
             continue;
         }
         WriteDesktopIni(file, folder, category);

@@ -119,8 +119,8 @@ std::int32_t PLENXManagerInner::RecvRemoteMessage(PLENXMessageType msgType, unsi
                                                   const std::string& message) {
     LogInfo("DistributedFs::PLENXManagerInner::RecvRemoteMessage",
             "[PLENXSDK] plenx manager job receive remote message is invoked");
-    return RpcManager::GetInstance().RecvRemoteMessage(
-        msgType, static_cast<std::int32_t>(msgLen), message);
+    return RpcManager::GetInstance().RecvRemoteMessage(msgType, static_cast<std::int32_t>(msgLen),
+                                                       message);
 }
 
 }  // namespace DistributedFs

@@ -38,8 +38,7 @@ public:
     void SetStringConfig(ServiceType svcType, ConfigType cfgType, std::string cfgValue);
     void SetIntConfig(ServiceType svcType, ConfigType cfgType, std::int64_t cfgValue);
 
-    std::int32_t Start(ServiceType svcType, const std::string& group,
-                       const std::string& groupArg);
+    std::int32_t Start(ServiceType svcType, const std::string& group, const std::string& groupArg);
     /// Always 0: every failure is logged only.
     std::int32_t Stop(ServiceType svcType, const std::string& group);
     std::int32_t LocalDeviceOnline(ServiceType svcType, const std::string& group,

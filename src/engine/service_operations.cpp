@@ -64,8 +64,7 @@ std::int32_t PLENXManagerInner::Stop(ServiceType svcType, const std::string& gro
 
 std::int32_t PLENXManagerInner::LocalDeviceOnline(ServiceType svcType, const std::string& group,
                                                   const std::string& deviceId,
-                                                  std::uint64_t dataLen,
-                                                  const std::uint8_t* data) {
+                                                  std::uint64_t dataLen, const std::uint8_t* data) {
     constexpr char kFunction[] = "DistributedFs::PLENXManagerInner::LocalDeviceOnline";
     LogInfo(kFunction, "[PLENXSDK] plenx manager inner local device online svcType(", svcType, ")");
     const auto length = static_cast<std::int32_t>(static_cast<std::uint32_t>(dataLen));

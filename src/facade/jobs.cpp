@@ -131,9 +131,9 @@ void PLENXManager::LocalDeviceOfflineFunc(ServiceType svcType, const std::string
         OfficeLocalDeviceOffline(first, second);
         break;
     default:
-        LogError(kFunction,
-                 "[PLENXSDK] plenx manager local device offline invalid service type svcType:",
-                 svcType);
+        LogError(
+            kFunction,
+            "[PLENXSDK] plenx manager local device offline invalid service type svcType:", svcType);
     }
 }
 

@@ -110,11 +110,10 @@ void PLENXManager::SendLocalMessage(PLENXMessageType msgType, unsigned int msgLe
 }
 
 void PLENXManager::NotifyConnect(ServiceType svcType, const std::string& first) {
-    LogInfo(kNotifyConnect.function, "[PLENXSDK] plenx manager notify connect invoked svcType:",
-            svcType);
-    FanOut(observerMutex, observers, kNotifyConnect, [&](PLENXServiceObserver& observer) {
-        return observer.NotifyConnect(svcType, first);
-    });
+    LogInfo(kNotifyConnect.function,
+            "[PLENXSDK] plenx manager notify connect invoked svcType:", svcType);
+    FanOut(observerMutex, observers, kNotifyConnect,
+           [&](PLENXServiceObserver& observer) { return observer.NotifyConnect(svcType, first); });
 }
 
 void PLENXManager::NotifyDisconnect(ServiceType svcType, const std::string& first) {
@@ -143,10 +142,11 @@ void PLENXManager::QueryLinkStatus(ServiceType svcType, const std::string& first
     });
 }
 
-int PLENXManager::NotifyStatus(ServiceType svcType, const std::string& first,
-                               unsigned int sttsType, bool value) {
-    LogInfo(kNotifyStatus.function, "[PLENXSDK] plenx manager notify status invoked svcType:",
-            svcType, " sttsType:", sttsType, " value:", value);
+int PLENXManager::NotifyStatus(ServiceType svcType, const std::string& first, unsigned int sttsType,
+                               bool value) {
+    LogInfo(kNotifyStatus.function,
+            "[PLENXSDK] plenx manager notify status invoked svcType:", svcType,
+            " sttsType:", sttsType, " value:", value);
     FanOut(observerMutex, observers, kNotifyStatus, [&](PLENXServiceObserver& observer) {
         return observer.NotifyStatus(svcType, first, sttsType, value);
     });
@@ -154,15 +154,15 @@ int PLENXManager::NotifyStatus(ServiceType svcType, const std::string& first,
 }
 
 void PLENXManager::NotifyError(int errCode) {
-    LogInfo(kNotifyError.function, "[PLENXSDK] plenx manager notify error invoked errCode:",
-            errCode);
+    LogInfo(kNotifyError.function,
+            "[PLENXSDK] plenx manager notify error invoked errCode:", errCode);
     FanOut(observerMutex, observers, kNotifyError,
            [&](PLENXServiceObserver& observer) { return observer.NotifyError(errCode); });
 }
 
 void PLENXManager::NotifyDiskName(const std::string& diskName) {
-    LogInfo(kNotifyDiskName.function, "[PLENXSDK] plenx manager notify diskName invoked diskName:",
-            diskName);
+    LogInfo(kNotifyDiskName.function,
+            "[PLENXSDK] plenx manager notify diskName invoked diskName:", diskName);
     FanOut(observerMutex, observers, kNotifyDiskName,
            [&](PLENXServiceObserver& observer) { return observer.NotifyDiskName(diskName); });
 }

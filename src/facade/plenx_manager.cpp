@@ -139,9 +139,9 @@ void PLENXManager::SetConfig(ServiceType svcType, ConfigType cfgType, std::strin
         }
     };
     if (!ForEachConfigured(svcType, push)) {
-        LogError(kFunction,
-                 "[PLENXSDK] plenx manager set string config invalid service type svcType:",
-                 svcType);
+        LogError(
+            kFunction,
+            "[PLENXSDK] plenx manager set string config invalid service type svcType:", svcType);
     }
 }
 
@@ -152,8 +152,8 @@ void PLENXManager::SetConfig(ServiceType svcType, ConfigType cfgType, std::int64
         if (threadPool) {
             LogInfo(kFunction, "[PLENXSDK] plenx manager (", service,
                     ") set int config is pushed into thread pool");
-            threadPool->Enqueue(&PLENXManagerInner::SetIntConfig,
-                                &PLENXManagerInner::GetInstance(), service, cfgType, cfgValue);
+            threadPool->Enqueue(&PLENXManagerInner::SetIntConfig, &PLENXManagerInner::GetInstance(),
+                                service, cfgType, cfgValue);
         }
     };
     if (!ForEachConfigured(svcType, push)) {

@@ -29,8 +29,8 @@ int Refuse(const char* function, const char* text) {
 // Queues the job if there is a pool; logPushed writes the line that says so. The lock is held
 // across the test and the queueing. The future is dropped: nobody waits for a job.
 template <class LogPushed, class... Job>
-int Push(std::mutex& poolMutex, const std::shared_ptr<ThreadPool>& threadPool,
-         const char* function, LogPushed logPushed, Job&&... job) {
+int Push(std::mutex& poolMutex, const std::shared_ptr<ThreadPool>& threadPool, const char* function,
+         LogPushed logPushed, Job&&... job) {
     const std::lock_guard<std::mutex> lock(poolMutex);
     if (threadPool) {
         logPushed();
@@ -82,39 +82,36 @@ int PLENXManager::LocalDeviceOnline(ServiceType svcType, const std::string& firs
         LogInfo(kFunction, "[PLENXSDK] plenx manager service (", svcType,
                 ") local device online is pushed into thread pool");
     };
-    return Push(poolMutex, threadPool, kFunction, logPushed,
-                &PLENXManager::LocalDeviceOnlineFunc, this, svcType, first, second,
-                CopyBlock(data, blockSize), blockSize);
+    return Push(poolMutex, threadPool, kFunction, logPushed, &PLENXManager::LocalDeviceOnlineFunc,
+                this, svcType, first, second, CopyBlock(data, blockSize), blockSize);
 }
 
 int PLENXManager::RemoteDeviceOnline(ServiceType svcType, const std::string& first,
                                      const std::string& second) {
     constexpr char kFunction[] = "DistributedFs::PLENXManager::RemoteDeviceOnline";
     if (first.empty() || second.empty()) {
-        return Refuse(kFunction,
-                      "[PLENXSDK] plenx manager remote device online invalid parameter");
+        return Refuse(kFunction, "[PLENXSDK] plenx manager remote device online invalid parameter");
     }
     const auto logPushed = [&] {
         LogInfo(kFunction, "[PLENXSDK] plenx manager service (", svcType,
                 ") remote device online is pushed into thread pool");
     };
-    return Push(poolMutex, threadPool, kFunction, logPushed,
-                &PLENXManager::RemoteDeviceOnlineFunc, this, svcType, first, second);
+    return Push(poolMutex, threadPool, kFunction, logPushed, &PLENXManager::RemoteDeviceOnlineFunc,
+                this, svcType, first, second);
 }
 
 int PLENXManager::LocalDeviceOffline(ServiceType svcType, const std::string& first,
                                      const std::string& second, TriggerType trigger) {
     constexpr char kFunction[] = "DistributedFs::PLENXManager::LocalDeviceOffline";
     if (first.empty() || second.empty()) {
-        return Refuse(kFunction,
-                      "[PLENXSDK] plenx manager local device offline invalid parameter");
+        return Refuse(kFunction, "[PLENXSDK] plenx manager local device offline invalid parameter");
     }
     const auto logPushed = [&] {
         LogInfo(kFunction, "[PLENXSDK] plenx manager service (", svcType,
                 ") local device offline is pushed into thread pool");
     };
-    return Push(poolMutex, threadPool, kFunction, logPushed,
-                &PLENXManager::LocalDeviceOfflineFunc, this, svcType, first, second, trigger);
+    return Push(poolMutex, threadPool, kFunction, logPushed, &PLENXManager::LocalDeviceOfflineFunc,
+                this, svcType, first, second, trigger);
 }
 
 int PLENXManager::RemoteDeviceOffline(ServiceType svcType, const std::string& first,
@@ -128,8 +125,8 @@ int PLENXManager::RemoteDeviceOffline(ServiceType svcType, const std::string& fi
         LogInfo(kFunction, "[PLENXSDK] plenx manager service (", svcType,
                 ") remote device offline is pushed into thread pool");
     };
-    return Push(poolMutex, threadPool, kFunction, logPushed,
-                &PLENXManager::RemoteDeviceOfflineFunc, this, svcType, first, second, trigger);
+    return Push(poolMutex, threadPool, kFunction, logPushed, &PLENXManager::RemoteDeviceOfflineFunc,
+                this, svcType, first, second, trigger);
 }
 
 int PLENXManager::DeviceNameChanged(const std::string& name) {

@@ -95,8 +95,7 @@ std::int32_t RpcManager::SendLocalMessage(RpcMessage& message) {
 
 std::int32_t RpcManager::ConnectNotify(RpcMessage& message) {
     Group group;
-    const std::int32_t ret =
-        ReadGroup("DistributedFs::RpcManager::ConnectNotify", message, group);
+    const std::int32_t ret = ReadGroup("DistributedFs::RpcManager::ConnectNotify", message, group);
     if (ret != kSuccess) {
         return ret;
     }

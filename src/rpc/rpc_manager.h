@@ -33,17 +33,15 @@ public:
     std::int32_t CreateGroup(ServiceType svcType, std::string groupName, std::string groupArg);
     std::int32_t DeleteGroup(ServiceType svcType, std::string groupName);
     std::int32_t DeviceOnline(ServiceType svcType, std::string groupName, std::string deviceId,
-                              std::int32_t isRemote, const std::uint8_t* data,
-                              std::int32_t length);
+                              std::int32_t isRemote, const std::uint8_t* data, std::int32_t length);
     std::int32_t DeviceOffline(ServiceType svcType, std::string groupName, std::string deviceId,
                                std::int32_t isRemote, std::int32_t trigger);
     /// Always sent to the PC service.
     std::int32_t NameChanged(std::string name);
-    std::int32_t RecvRemoteMessage(ServiceType svcType, std::int32_t msgType,
-                                   std::int32_t msgLen, std::string message);
-    /// Sent to the PC service.
-    std::int32_t RecvRemoteMessage(std::int32_t msgType, std::int32_t msgLen,
+    std::int32_t RecvRemoteMessage(ServiceType svcType, std::int32_t msgType, std::int32_t msgLen,
                                    std::string message);
+    /// Sent to the PC service.
+    std::int32_t RecvRemoteMessage(std::int32_t msgType, std::int32_t msgLen, std::string message);
     std::int32_t SetStringConfig(ServiceType svcType, ConfigType cfgType, std::string value);
     std::int32_t SetInt64Config(ServiceType svcType, ConfigType cfgType, std::int64_t value);
     std::int32_t PingService(ServiceType svcType, std::int64_t number);

@@ -61,8 +61,8 @@ std::int32_t RpcMessageWriter::Write(const char* function, std::uint32_t index, 
                                      const void* data, std::int64_t size) {
     const bool inOrder = index == static_cast<std::uint32_t>(argCursor_);
     const bool hasBytes = size == 0 || (size > 0 && data != nullptr);
-    const bool fits = msgCursor_ + size <= rpcMsgSize_ &&
-                      RpcDataOffset(std::int64_t{index} + 1) <= rpcMsgSize_;
+    const bool fits =
+        msgCursor_ + size <= rpcMsgSize_ && RpcDataOffset(std::int64_t{index} + 1) <= rpcMsgSize_;
     if (!rpcMsgBuf_ || !inOrder || !hasBytes || !fits) {
         LogError(function, "[PLENXSDK] index:", index, " argCursor_:", argCursor_,
                  " msgCursor_:", msgCursor_, " rpcMsgSize_:", rpcMsgSize_);

@@ -40,8 +40,8 @@ public:
     std::int32_t Size() const noexcept { return rpcMsgSize_; }
 
 private:
-    std::int32_t Write(const char* function, std::uint32_t index, RpcArgType type,
-                       const void* data, std::int64_t size);
+    std::int32_t Write(const char* function, std::uint32_t index, RpcArgType type, const void* data,
+                       std::int64_t size);
 
     std::unique_ptr<std::uint8_t[]> rpcMsgBuf_;
     std::int32_t rpcMsgArgs_;

@@ -17,8 +17,7 @@ namespace {
 constexpr std::int32_t kDriverRow = 3;
 
 // What each operation asks for; the numbers are fixed, the header's masks could vary.
-constexpr DWORD kStartAccess =
-    DELETE | SERVICE_STOP | SERVICE_START | SERVICE_QUERY_STATUS;
+constexpr DWORD kStartAccess = DELETE | SERVICE_STOP | SERVICE_START | SERVICE_QUERY_STATUS;
 constexpr DWORD kStopAccess = SERVICE_STOP | SERVICE_ENUMERATE_DEPENDENTS | SERVICE_QUERY_STATUS;
 constexpr DWORD kDeleteAccess = DELETE | SERVICE_QUERY_STATUS;
 static_assert(SC_MANAGER_ALL_ACCESS == 0xF003F);
@@ -180,8 +179,7 @@ std::int32_t ServiceManager::StartServiceByIndex(std::int32_t row) {
     if (!QueryStatus(kFunction, service.Get(), status, bytesNeeded)) {
         return kStatusQueryFailed;
     }
-    if (status.dwCurrentState != SERVICE_STOPPED &&
-        status.dwCurrentState != SERVICE_STOP_PENDING) {
+    if (status.dwCurrentState != SERVICE_STOPPED && status.dwCurrentState != SERVICE_STOP_PENDING) {
         LogInfo(kFunction, "[PLENXSDK] service is running");
         RememberProcess(row, status.dwProcessId);
         return kSuccess;

@@ -63,7 +63,6 @@ public:
                                   DWORD& bytesNeeded, std::int32_t state, bool untilEqual);
 
 private:
-
     static constexpr std::int32_t kFirstInstalledRow = 1;
 
     bool IsRow(std::int32_t row) const noexcept;

@@ -3,6 +3,8 @@
 #ifndef PLENXSDK_RPC_INTERFACE_INTERFACE_IDENTITY_H
 #define PLENXSDK_RPC_INTERFACE_INTERFACE_IDENTITY_H
 
+/* clang-format off */
+
 /* RPC_SYNTAX_IDENTIFIER initializers: UUID, then major and minor version. */
 
 /* a98584c0-5684-4bc3-909a-859ba3897425, 1.0 */
@@ -22,5 +24,7 @@
 /* NDR64: 71710533-beba-4937-8319-b5dbef9ccc36, 1.0 */
 #define PLENX_NDR64_SYNTAX_ID \
     {{0x71710533, 0xbeba, 0x4937, {0x83, 0x19, 0xb5, 0xdb, 0xef, 0x9c, 0xcc, 0x36}}, {1, 0}}
+
+/* clang-format on */
 
 #endif

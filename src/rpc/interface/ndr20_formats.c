@@ -6,6 +6,7 @@
 
 #include "rpc/interface/message_formats.h"
 
+/* clang-format off */
 const PlenxNdr20TypeString plenxNdr20TypeString = {0, {
     /*  0 */ 0x00, 0x00,
 
@@ -84,3 +85,4 @@ const PlenxNdr20ProcString plenxNdr20ProcString = {0, {
 }};
 
 const unsigned short plenxNdr20ProcOffsets[1] = {0};
+/* clang-format on */

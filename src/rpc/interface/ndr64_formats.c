@@ -120,6 +120,7 @@ enum {
 };
 _Static_assert(PROC_FLAGS == 0x006e0042, "flags of the procedure");
 
+/* clang-format off */
 static const struct {
     NDR64_PROC_FORMAT procedure;
     NDR64_PARAM_FORMAT msgType;
@@ -167,6 +168,7 @@ static const struct {
         .StackOffset = PLENX_STACK_RESULT,
     },
 };
+/* clang-format on */
 _Static_assert(sizeof(messageProcedure) == 120, "procedure with its parameters");
 
 const FormatInfoRef plenxNdr64ProcTable[1] = {&messageProcedure};

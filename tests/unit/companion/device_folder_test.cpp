@@ -49,8 +49,8 @@ TEST(FolderNameTest, DeviceNamesAreEncoded) {
 }
 
 TEST(FolderNameTest, DifferentNamesStayDifferent) {
-    const char* const names[] = {"a/b", "a\\b", "a%2Fb", "a%b", "a_b", "a", "a.", "a%2E", "con",
-                                 "%63on"};
+    const char* const names[] = {"a/b", "a\\b", "a%2Fb", "a%b", "a_b",
+                                 "a",   "a.",   "a%2E",  "con", "%63on"};
     std::set<std::string> folders;
     for (const char* const name : names) {
         folders.insert(FolderName(name));

@@ -42,12 +42,10 @@ TEST(LogTextTest, BackslashesAreNotDoubled) {
 }
 
 TEST(LogTextTest, ControlCharactersAreShown) {
-    EXPECT_EQ(Text(std::wstring_view(L"a\r\nb\tc\0d", 8)),
-              "a\\u000D\\u000Ab\\u0009c\\u0000d");
+    EXPECT_EQ(Text(std::wstring_view(L"a\r\nb\tc\0d", 8)), "a\\u000D\\u000Ab\\u0009c\\u0000d");
     EXPECT_EQ(Text(L"\x1B[31m"), "\\u001B[31m");
     EXPECT_EQ(Text(L"\x7E\x7F\x80\x85\x9F\xA0"), "~\\u007F\\u0080\\u0085\\u009F\xC2\xA0");
-    EXPECT_EQ(Text(L"\x2027\x2028\x2029\x202A"),
-              "\xE2\x80\xA7\\u2028\\u2029\xE2\x80\xAA");
+    EXPECT_EQ(Text(L"\x2027\x2028\x2029\x202A"), "\xE2\x80\xA7\\u2028\\u2029\xE2\x80\xAA");
 }
 
 TEST(LogTextTest, NoTextMakesASecondLine) {
@@ -69,7 +67,10 @@ TEST(LogTextTest, EachLengthOfUtf8IsWritten) {
 TEST(LogTextTest, LoneSurrogatesAreReplaced) {
     EXPECT_EQ(Text(L"\xD83D"), "\xEF\xBF\xBD");
     EXPECT_EQ(Text(L"\xDE00"), "\xEF\xBF\xBD");
-    EXPECT_EQ(Text(L"a\xD83D" L"b"), "a\xEF\xBF\xBD" "b");
+    EXPECT_EQ(Text(L"a\xD83D"
+                   L"b"),
+              "a\xEF\xBF\xBD"
+              "b");
     EXPECT_EQ(Text(L"\xDE00\xD83D"), "\xEF\xBF\xBD\xEF\xBF\xBD");
     EXPECT_EQ(Text(L"\xD83D\xD83D\xDE00"), "\xEF\xBF\xBD\xF0\x9F\x98\x80");
     EXPECT_EQ(Text(L"\xD83D\n"), "\xEF\xBF\xBD\\u000A");

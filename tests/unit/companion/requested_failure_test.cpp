@@ -30,8 +30,8 @@ TEST(RequestedFailureTest, BlanksAroundPartsDoNotCount) {
 }
 
 TEST(RequestedFailureTest, PartsWithoutSense_ArePassedOver) {
-    for (const char* const part : {"Start", "Start=", "Start=x", "Start=7x", "=", ",,",
-                                   "Start=99999999999", "Start=7=8"}) {
+    for (const char* const part :
+         {"Start", "Start=", "Start=x", "Start=7x", "=", ",,", "Start=99999999999", "Start=7=8"}) {
         EXPECT_EQ(RequestedFailure(part, "Start"), 0) << part;
         EXPECT_EQ(RequestedFailure(std::string(part) + ",Start=5", "Start"), 5) << part;
     }

@@ -25,8 +25,8 @@ protected:
         Set(L"PLENX_LOG_FILE", file_.wstring());
     }
     void TearDown() override {
-        for (const wchar_t* const name : {L"PLENX_LOG_FILE", L"PLENX_LOG_LEVEL",
-                                          L"PLENX_LOG_MAX_BYTES", L"PLENX_LOG_FILES"}) {
+        for (const wchar_t* const name :
+             {L"PLENX_LOG_FILE", L"PLENX_LOG_LEVEL", L"PLENX_LOG_MAX_BYTES", L"PLENX_LOG_FILES"}) {
             SetEnvironmentVariableW(name, nullptr);
         }
         std::filesystem::remove_all(folder_);

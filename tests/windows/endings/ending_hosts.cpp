@@ -31,33 +31,35 @@ public:
         return *Function<PLENXManager* (*)()>("_ZN13DistributedFs12PLENXManager11GetInstanceEv")();
     }
     void Init(const std::string& install, const std::string& data) const {
-        using Call = void (*)(PLENXManager*, const std::string&, const std::string&, std::string,
-                              bool);
-        Function<Call>("_ZN13DistributedFs12PLENXManager4InitERKNSt7__cxx1112basic_stringIcSt11"
-                       "char_traitsIcESaIcEEES8_S6_b")(&Manager(), install, data, "third", true);
+        using Call =
+            void (*)(PLENXManager*, const std::string&, const std::string&, std::string, bool);
+        Function<Call>(
+            "_ZN13DistributedFs12PLENXManager4InitERKNSt7__cxx1112basic_stringIcSt11"
+            "char_traitsIcESaIcEEES8_S6_b")(&Manager(), install, data, "third", true);
     }
     void Start(ServiceType service) const {
-        using Call =
-            int (*)(PLENXManager*, ServiceType, const std::string&, const std::string&);
-        Function<Call>("_ZN13DistributedFs12PLENXManager5StartENS_11ServiceTypeERKNSt7__cxx1112"
-                       "basic_stringIcSt11char_traitsIcESaIcEEES9_")(&Manager(), service, "group",
-                                                                     "argument");
+        using Call = int (*)(PLENXManager*, ServiceType, const std::string&, const std::string&);
+        Function<Call>(
+            "_ZN13DistributedFs12PLENXManager5StartENS_11ServiceTypeERKNSt7__cxx1112"
+            "basic_stringIcSt11char_traitsIcESaIcEEES9_")(&Manager(), service, "group", "argument");
     }
     void Rename(const std::string& name) const {
         using Call = int (*)(PLENXManager*, const std::string&);
-        Function<Call>("_ZN13DistributedFs12PLENXManager17DeviceNameChangedERKNSt7__cxx1112basic_"
-                       "stringIcSt11char_traitsIcESaIcEEE")(&Manager(), name);
+        Function<Call>(
+            "_ZN13DistributedFs12PLENXManager17DeviceNameChangedERKNSt7__cxx1112basic_"
+            "stringIcSt11char_traitsIcESaIcEEE")(&Manager(), name);
     }
     std::int64_t NotRunning(ServiceType service) const {
         using Call = std::int64_t (*)(PLENXManager*, ServiceType, DistributedFs::ConfigType);
-        return Function<Call>("_ZN13DistributedFs12PLENXManager14GetInt64ConfigENS_11ServiceTypeENS"
-                              "_10ConfigTypeE")(&Manager(), service,
-                                                DistributedFs::kServiceNotRunningConfig);
+        return Function<Call>(
+            "_ZN13DistributedFs12PLENXManager14GetInt64ConfigENS_11ServiceTypeENS"
+            "_10ConfigTypeE")(&Manager(), service, DistributedFs::kServiceNotRunningConfig);
     }
     void Register(PLENXServiceObserver* observer) const {
         using Call = void (*)(PLENXManager*, PLENXServiceObserver*);
-        Function<Call>("_ZN13DistributedFs12PLENXManager28RegisterPLENXServiceObserverEPNS_20PLENX"
-                       "ServiceObserverE")(&Manager(), observer);
+        Function<Call>(
+            "_ZN13DistributedFs12PLENXManager28RegisterPLENXServiceObserverEPNS_20PLENX"
+            "ServiceObserverE")(&Manager(), observer);
     }
 
 private:
@@ -204,9 +206,8 @@ int CallsArriving(const std::string& install, const std::string& data) {
     library.Register(&Observer());
     library.Init(install, data);
     library.Start(DistributedFs::kPcService);
-    return WaitFor([] { return Observer().started && Observer().calls > 1; }, 10000)
-               ? 18
-               : kNotReached;
+    return WaitFor([] { return Observer().started && Observer().calls > 1; }, 10000) ? 18
+                                                                                     : kNotReached;
 }
 
 constexpr HostMode kModes[] = {

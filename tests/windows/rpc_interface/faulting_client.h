@@ -10,8 +10,8 @@ namespace PlenxTest {
 
 /// Exit codes of the faulting client.
 enum FaultingClientExit : int {
-    kCallReturned = 10,    // the guard took the fault
-    kFaultGotOut = 11,     // it went up to the process's last filter, as it has to
+    kCallReturned = 10,  // the guard took the fault
+    kFaultGotOut = 11,   // it went up to the process's last filter, as it has to
     kOtherExceptionGotOut = 12,
 };
 

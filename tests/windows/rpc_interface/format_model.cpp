@@ -49,9 +49,8 @@ private:
     }
 
     void PutArray(const Parameter& parameter, const Argument& array) {
-        const Argument& size = At(parameter.sizeOffset, parameter.sizeBehindPointer
-                                                            ? Shape::kLongPointer
-                                                            : Shape::kLong);
+        const Argument& size = At(parameter.sizeOffset,
+                                  parameter.sizeBehindPointer ? Shape::kLongPointer : Shape::kLong);
         Require(array.bytes && array.bytes->size() == static_cast<std::size_t>(size.number),
                 "the array is not as long as its size says");
         PutNumber(array.bytes->size(), rules_.count);

@@ -32,9 +32,7 @@ public:
         Require(offset < size_, "outside the string");
         return bytes_[offset];
     }
-    unsigned Short(std::size_t offset) const {
-        return Byte(offset) | Byte(offset + 1) << 8;
-    }
+    unsigned Short(std::size_t offset) const { return Byte(offset) | Byte(offset + 1) << 8; }
 
 private:
     const unsigned char* bytes_;

@@ -34,8 +34,8 @@ protected:
     }
 
     std::optional<DWORD> RunFaultingClient(const std::wstring& fault) {
-        ChildProcess client(ChildProcess::Self(L"--faulting-client " + fault + L" " +
-                                               peer_.Endpoint()));
+        ChildProcess client(
+            ChildProcess::Self(L"--faulting-client " + fault + L" " + peer_.Endpoint()));
         return client.WaitForExit(30000);
     }
 
@@ -73,8 +73,8 @@ TEST_P(Guard, NextCallAfterARaisedOneWorks) {
     EXPECT_EQ(reply.bytes, Pattern(24));
 }
 
-INSTANTIATE_TEST_SUITE_P(Interfaces, Guard, testing::Values(Interface::kService,
-                                                            Interface::kManager),
+INSTANTIATE_TEST_SUITE_P(Interfaces, Guard,
+                         testing::Values(Interface::kService, Interface::kManager),
                          [](const auto& info) {
                              return info.param == Interface::kService ? "Service" : "Manager";
                          });

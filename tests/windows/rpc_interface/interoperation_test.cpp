@@ -210,12 +210,11 @@ TEST_P(Interoperation, CallBackDuringACall_IsServed) {
     EXPECT_EQ(RpcServerUnregisterIf(manager, nullptr, 1), RPC_S_OK);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Pairings, Interoperation,
-    testing::Combine(testing::Values(Interface::kService, Interface::kManager),
-                     testing::Values(Stubs::kOurs, Stubs::kWidl),
-                     testing::Values(Stubs::kOurs, Stubs::kWidl)),
-    PairingName);
+INSTANTIATE_TEST_SUITE_P(Pairings, Interoperation,
+                         testing::Combine(testing::Values(Interface::kService, Interface::kManager),
+                                          testing::Values(Stubs::kOurs, Stubs::kWidl),
+                                          testing::Values(Stubs::kOurs, Stubs::kWidl)),
+                         PairingName);
 
 }  // namespace
 }  // namespace PlenxTest

@@ -15,10 +15,9 @@ HANDLE EventOf(const std::wstring& endpoint, const wchar_t* what) {
 }
 
 std::wstring CommandLine(Stubs stubs, Interface which, const std::wstring& endpoint) {
-    return ChildProcess::Self(std::wstring(L"--peer ") +
-                              (stubs == Stubs::kOurs ? L"ours " : L"widl ") +
-                              (which == Interface::kService ? L"service " : L"manager ") +
-                              endpoint);
+    return ChildProcess::Self(
+        std::wstring(L"--peer ") + (stubs == Stubs::kOurs ? L"ours " : L"widl ") +
+        (which == Interface::kService ? L"service " : L"manager ") + endpoint);
 }
 
 // As the library serves its own interface.

@@ -12,18 +12,18 @@
 namespace PlenxTest {
 
 enum MessageType : long {
-    kEcho,                // replies with the message
-    kReplyOfSize,         // replies with as many bytes as the message's number says
-    kNullReply,           // size 0 and no block
-    kResult,              // the message's number as the result, no block
-    kResultWithReply,     // the message's number as the result, 3 bytes as the reply
-    kSizeWithoutBlock,    // the message's number as the size, no block
-    kRaise,               // raises the message's number
-    kFault,               // writes to where nothing is
-    kEndProcess,          // ends the server's process
-    kCallManagerBack,     // calls the manager on the endpoint that the message names, echoes that
-    kEntryState,          // replies with 1 when size and block were 0 and null on entry, or 0
-    kBlocksOut,           // replies with the number of blocks that are out in the server
+    kEcho,              // replies with the message
+    kReplyOfSize,       // replies with as many bytes as the message's number says
+    kNullReply,         // size 0 and no block
+    kResult,            // the message's number as the result, no block
+    kResultWithReply,   // the message's number as the result, 3 bytes as the reply
+    kSizeWithoutBlock,  // the message's number as the size, no block
+    kRaise,             // raises the message's number
+    kFault,             // writes to where nothing is
+    kEndProcess,        // ends the server's process
+    kCallManagerBack,   // calls the manager on the endpoint that the message names, echoes that
+    kEntryState,        // replies with 1 when size and block were 0 and null on entry, or 0
+    kBlocksOut,         // replies with the number of blocks that are out in the server
 };
 
 inline Bytes Number(std::uint32_t number) {

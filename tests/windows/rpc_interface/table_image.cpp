@@ -27,9 +27,9 @@ unsigned char* TableImage::Copy(TableKind kind, const unsigned char* original) {
 
     for (const TableMember& member : layout.members) {
         unsigned char* const place = block + member.offset;
-        fields_.push_back({std::string(layout.name) + ", " + member.name + " at " +
-                               std::to_string(member.offset),
-                           place, member.size, member.kind});
+        fields_.push_back(
+            {std::string(layout.name) + ", " + member.name + " at " + std::to_string(member.offset),
+             place, member.size, member.kind});
         if (member.kind != kValue && member.kind != kOpaque) {
             const unsigned char* target = nullptr;
             std::memcpy(&target, place, sizeof(target));

@@ -5,12 +5,16 @@
 namespace PlenxTest {
 namespace {
 
-#define VALUE(type, member) {#member, offsetof(type, member), sizeof(type::member), kValue}
-#define POINTER(type, member, kind) {#member, offsetof(type, member), sizeof(void*), kind}
+#define VALUE(type, member) \
+    { #member, offsetof(type, member), sizeof(type::member), kValue }
+#define POINTER(type, member, kind) \
+    { #member, offsetof(type, member), sizeof(void*), kind }
 
 TableLayout ClientInterface() {
     using T = RPC_CLIENT_INTERFACE;
-    return {"client interface", 0, sizeof(T),
+    return {"client interface",
+            0,
+            sizeof(T),
             {VALUE(T, Length), VALUE(T, InterfaceId), VALUE(T, TransferSyntax),
              POINTER(T, DispatchTable, kOpaque), VALUE(T, RpcProtseqEndpointCount),
              POINTER(T, RpcProtseqEndpoint, kOpaque), VALUE(T, Reserved),
@@ -19,7 +23,9 @@ TableLayout ClientInterface() {
 
 TableLayout ServerInterface() {
     using T = RPC_SERVER_INTERFACE;
-    return {"server interface", 0, sizeof(T),
+    return {"server interface",
+            0,
+            sizeof(T),
             {VALUE(T, Length), VALUE(T, InterfaceId), VALUE(T, TransferSyntax),
              POINTER(T, DispatchTable, kDispatchTable), VALUE(T, RpcProtseqEndpointCount),
              POINTER(T, RpcProtseqEndpoint, kOpaque), POINTER(T, DefaultManagerEpv, kOpaque),
@@ -28,22 +34,36 @@ TableLayout ServerInterface() {
 
 TableLayout StubDescriptor(const char* name, TableKind descriptor, TableKind info) {
     using T = MIDL_STUB_DESC;
-    return {name, 0, sizeof(T),
-            {POINTER(T, RpcInterfaceInformation, descriptor), POINTER(T, pfnAllocate, kOpaque),
-             POINTER(T, pfnFree, kOpaque), POINTER(T, IMPLICIT_HANDLE_INFO, kOpaque),
+    return {name,
+            0,
+            sizeof(T),
+            {POINTER(T, RpcInterfaceInformation, descriptor),
+             POINTER(T, pfnAllocate, kOpaque),
+             POINTER(T, pfnFree, kOpaque),
+             POINTER(T, IMPLICIT_HANDLE_INFO, kOpaque),
              POINTER(T, apfnNdrRundownRoutines, kOpaque),
-             POINTER(T, aGenericBindingRoutinePairs, kOpaque), POINTER(T, apfnExprEval, kOpaque),
-             POINTER(T, aXmitQuintuple, kOpaque), POINTER(T, pFormatTypes, kTypeString),
-             VALUE(T, fCheckBounds), VALUE(T, Version), POINTER(T, pMallocFreeStruct, kOpaque),
-             VALUE(T, MIDLVersion), POINTER(T, CommFaultOffsets, kOpaque),
-             POINTER(T, aUserMarshalQuadruple, kOpaque), POINTER(T, NotifyRoutineTable, kOpaque),
-             VALUE(T, mFlags), POINTER(T, CsRoutineTables, kOpaque), POINTER(T, Reserved4, info),
+             POINTER(T, aGenericBindingRoutinePairs, kOpaque),
+             POINTER(T, apfnExprEval, kOpaque),
+             POINTER(T, aXmitQuintuple, kOpaque),
+             POINTER(T, pFormatTypes, kTypeString),
+             VALUE(T, fCheckBounds),
+             VALUE(T, Version),
+             POINTER(T, pMallocFreeStruct, kOpaque),
+             VALUE(T, MIDLVersion),
+             POINTER(T, CommFaultOffsets, kOpaque),
+             POINTER(T, aUserMarshalQuadruple, kOpaque),
+             POINTER(T, NotifyRoutineTable, kOpaque),
+             VALUE(T, mFlags),
+             POINTER(T, CsRoutineTables, kOpaque),
+             POINTER(T, Reserved4, info),
              VALUE(T, Reserved5)}};
 }
 
 TableLayout ProxyInfo() {
     using T = MIDL_STUBLESS_PROXY_INFO;
-    return {"proxy information", 0, sizeof(T),
+    return {"proxy information",
+            0,
+            sizeof(T),
             {POINTER(T, pStubDesc, kClientStub), POINTER(T, ProcFormatString, kProcString),
              POINTER(T, FormatStringOffset, kProcOffsets), POINTER(T, pTransferSyntax, kSyntaxId),
              VALUE(T, nCount), POINTER(T, pSyntaxInfo, kClientSyntaxes)}};
@@ -51,7 +71,9 @@ TableLayout ProxyInfo() {
 
 TableLayout ServerInfo() {
     using T = MIDL_SERVER_INFO;
-    return {"server information", 0, sizeof(T),
+    return {"server information",
+            0,
+            sizeof(T),
             {POINTER(T, pStubDesc, kServerStub), POINTER(T, DispatchTable, kRoutines),
              POINTER(T, ProcString, kProcString), POINTER(T, FmtStringOffset, kProcOffsets),
              POINTER(T, ThunkTable, kOpaque), POINTER(T, pTransferSyntax, kSyntaxId),
@@ -64,25 +86,29 @@ TableLayout Syntaxes(const char* name, TableKind dispatch) {
         T ndr20;
         T ndr64;
     };
-    return {name, 0, sizeof(Pair),
-            {VALUE(Pair, ndr20.TransferSyntax), POINTER(Pair, ndr20.DispatchTable, dispatch),
-             POINTER(Pair, ndr20.ProcString, kProcString),
-             POINTER(Pair, ndr20.FmtStringOffset, kProcOffsets),
-             POINTER(Pair, ndr20.TypeString, kTypeString),
-             POINTER(Pair, ndr20.aUserMarshalQuadruple, kOpaque), VALUE(Pair, ndr20.pReserved1),
-             VALUE(Pair, ndr20.pReserved2), VALUE(Pair, ndr64.TransferSyntax),
-             POINTER(Pair, ndr64.DispatchTable, dispatch), POINTER(Pair, ndr64.ProcString, kOpaque),
-             POINTER(Pair, ndr64.FmtStringOffset, kProcTable),
-             POINTER(Pair, ndr64.TypeString, kOpaque),
-             POINTER(Pair, ndr64.aUserMarshalQuadruple, kOpaque), VALUE(Pair, ndr64.pReserved1),
-             VALUE(Pair, ndr64.pReserved2)}};
+    return {
+        name,
+        0,
+        sizeof(Pair),
+        {VALUE(Pair, ndr20.TransferSyntax), POINTER(Pair, ndr20.DispatchTable, dispatch),
+         POINTER(Pair, ndr20.ProcString, kProcString),
+         POINTER(Pair, ndr20.FmtStringOffset, kProcOffsets),
+         POINTER(Pair, ndr20.TypeString, kTypeString),
+         POINTER(Pair, ndr20.aUserMarshalQuadruple, kOpaque), VALUE(Pair, ndr20.pReserved1),
+         VALUE(Pair, ndr20.pReserved2), VALUE(Pair, ndr64.TransferSyntax),
+         POINTER(Pair, ndr64.DispatchTable, dispatch), POINTER(Pair, ndr64.ProcString, kOpaque),
+         POINTER(Pair, ndr64.FmtStringOffset, kProcTable), POINTER(Pair, ndr64.TypeString, kOpaque),
+         POINTER(Pair, ndr64.aUserMarshalQuadruple, kOpaque), VALUE(Pair, ndr64.pReserved1),
+         VALUE(Pair, ndr64.pReserved2)}};
 }
 
 TableLayout DispatchTable() {
     using T = RPC_DISPATCH_TABLE;
-    return {"dispatch table", 0, sizeof(T),
-            {VALUE(T, DispatchTableCount), POINTER(T, DispatchTable, kEntries),
-             VALUE(T, Reserved)}};
+    return {
+        "dispatch table",
+        0,
+        sizeof(T),
+        {VALUE(T, DispatchTableCount), POINTER(T, DispatchTable, kEntries), VALUE(T, Reserved)}};
 }
 
 TableLayout Pointers(const char* name, std::size_t count, TableKind kind) {
@@ -113,9 +139,13 @@ TableLayout Procedure() {
 
 TableLayout Array(const char* name, TableKind size) {
     using A = Ndr64Array;
-    return {name, 0, sizeof(A),
-            {{"array header", 0, 8, kValue}, POINTER(A, header.ConfDescriptor, size),
-             VALUE(A, element.ElementMemSize), POINTER(A, element.Element, kBaseType)}};
+    return {name,
+            0,
+            sizeof(A),
+            {{"array header", 0, 8, kValue},
+             POINTER(A, header.ConfDescriptor, size),
+             VALUE(A, element.ElementMemSize),
+             POINTER(A, element.Element, kBaseType)}};
 }
 
 TableLayout Pointer(const char* name, TableKind pointee) {

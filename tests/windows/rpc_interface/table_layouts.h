@@ -18,8 +18,8 @@
 namespace PlenxTest {
 
 enum TableKind : int {
-    kValue,    // no pointer
-    kOpaque,   // a pointer that leads out of the tables, or that should be null
+    kValue,   // no pointer
+    kOpaque,  // a pointer that leads out of the tables, or that should be null
     kClientInterface,
     kServerInterface,
     kClientStub,

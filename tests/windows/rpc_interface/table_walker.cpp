@@ -47,8 +47,8 @@ std::string ToHex(const void* place, std::size_t size) {
 
 std::string UuidText(const GUID& id) {
     char text[40];
-    std::snprintf(text, sizeof(text), "%08lx-%04x-%04x-%02x%02x-%02x%02x%02x%02x%02x%02x",
-                  id.Data1, id.Data2, id.Data3, id.Data4[0], id.Data4[1], id.Data4[2], id.Data4[3],
+    std::snprintf(text, sizeof(text), "%08lx-%04x-%04x-%02x%02x-%02x%02x%02x%02x%02x%02x", id.Data1,
+                  id.Data2, id.Data3, id.Data4[0], id.Data4[1], id.Data4[2], id.Data4[3],
                   id.Data4[4], id.Data4[5], id.Data4[6], id.Data4[7]);
     return text;
 }
@@ -248,8 +248,7 @@ private:
         }
         const auto* const unique = static_cast<const NDR64_POINTER_FORMAT*>(ref->Pointee);
         if (Bytes("NDR64 resp pointee", unique, "21200000")) {
-            Array("NDR64 resp array", unique->Pointee,
-                  "01000000 04050500 03070000 18000000");
+            Array("NDR64 resp array", unique->Pointee, "01000000 04050500 03070000 18000000");
         }
     }
 

@@ -18,8 +18,8 @@ namespace PlenxTest {
 /// What differs among the four descriptions.
 struct ExpectedTables {
     Role role;
-    const char* uuid;              // in its usual spelling
-    const void* binding;           // client: the variable of the implicit handle
+    const char* uuid;     // in its usual spelling
+    const void* binding;  // client: the variable of the implicit handle
     long (*routine)(long, long, unsigned char*, long*, unsigned char**);  // server
 };
 
