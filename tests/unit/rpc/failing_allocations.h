@@ -1,0 +1,16 @@
+// The operator new of the program that this is linked into: it fails on demand.
+
+#ifndef UNIT_RPC_FAILING_ALLOCATIONS_H
+#define UNIT_RPC_FAILING_ALLOCATIONS_H
+
+#include <atomic>
+#include <cstddef>
+
+constexpr int kEvery = -1;
+
+/// Of the non-throwing array allocations, how many more succeed before one fails.
+extern std::atomic<int> goodArrays;
+/// Throwing allocations of this size and above fail.
+extern std::atomic<std::size_t> tooLarge;
+
+#endif  // UNIT_RPC_FAILING_ALLOCATIONS_H
