@@ -1,0 +1,80 @@
+// The placeholder driver files.
+
+#include <windows.h>
+
+#include <winver.h>
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+#include "support/child_process.h"
+#include "support/service_state.h"
+
+namespace PlenxTest {
+namespace {
+
+const wchar_t* const kFiles[] = {L"\\dokan1.sys", L"\\dokan1.dll", L"\\dokanfuse1.dll"};
+
+// Major in the upper 16 bits, minor in the lower; 0 when there is no version resource.
+DWORD VersionOf(const std::wstring& path) {
+    std::vector<char> block(GetFileVersionInfoSizeW(path.c_str(), nullptr));
+    VS_FIXEDFILEINFO* info = nullptr;
+    UINT size = 0;
+    if (block.empty() ||
+        !GetFileVersionInfoW(path.c_str(), 0, static_cast<DWORD>(block.size()), block.data()) ||
+        !VerQueryValueW(block.data(), L"\\", reinterpret_cast<void**>(&info), &size)) {
+        return 0;
+    }
+    return info->dwFileVersionMS;
+}
+
+TEST(DriverFiles, CarryTheirVersions) {
+    for (const wchar_t* const file : kFiles) {
+        EXPECT_EQ(VersionOf(ProgramFolder() + file), 0x00010000u);
+        EXPECT_EQ(VersionOf(ProgramFolder() + L"\\upgrade" + file), 0x00010001u);
+    }
+}
+
+TEST(DriverFiles, Libraries_LoadAndUnload) {
+    for (const wchar_t* const file : {L"\\dokan1.dll", L"\\dokanfuse1.dll"}) {
+        const HMODULE module = LoadLibraryW((ProgramFolder() + file).c_str());
+        ASSERT_NE(module, nullptr);
+        EXPECT_TRUE(FreeLibrary(module));
+    }
+}
+
+// Registered as the library does it: a file-system driver, asking for no access rights.
+void RegisterDriver(const wchar_t* name, const std::wstring& path) {
+    const SC_HANDLE manager = OpenSCManagerW(nullptr, nullptr, SC_MANAGER_ALL_ACCESS);
+    const SC_HANDLE created =
+        CreateServiceW(manager, name, name, 0, SERVICE_FILE_SYSTEM_DRIVER, SERVICE_SYSTEM_START,
+                       SERVICE_ERROR_NORMAL, path.c_str(), nullptr, nullptr, nullptr, nullptr,
+                       nullptr);
+    EXPECT_NE(created, nullptr) << GetLastError();
+    CloseServiceHandle(created);
+    CloseServiceHandle(manager);
+}
+
+class Driver : public testing::TestWithParam<const wchar_t*> {};
+
+TEST_P(Driver, ReachesRunningAndStopsAgain) {
+    const wchar_t* const name = L"PlenxDriverTest";
+    RemoveService(name);
+    RegisterDriver(name, ProgramFolder() + GetParam());
+    const SC_HANDLE manager = OpenSCManagerW(nullptr, nullptr, SC_MANAGER_ALL_ACCESS);
+    const SC_HANDLE driver = OpenServiceW(manager, name, SERVICE_ALL_ACCESS);
+    EXPECT_TRUE(StartServiceW(driver, 0, nullptr)) << GetLastError();
+    EXPECT_EQ(StateOf(name), DWORD{SERVICE_RUNNING});
+    SERVICE_STATUS reply = {};
+    EXPECT_TRUE(ControlService(driver, SERVICE_CONTROL_STOP, &reply)) << GetLastError();
+    EXPECT_EQ(StateOf(name), DWORD{SERVICE_STOPPED});
+    CloseServiceHandle(driver);
+    CloseServiceHandle(manager);
+    RemoveService(name);
+}
+
+INSTANTIATE_TEST_SUITE_P(Versions, Driver, testing::Values(L"\\dokan1.sys", L"\\upgrade\\dokan1.sys"));
+
+}  // namespace
+}  // namespace PlenxTest

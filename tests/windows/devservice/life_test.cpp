@@ -1,0 +1,253 @@
+// The service's life under the real Service Control Manager, as the library sees it.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "devservice/fake_manager.h"
+#include "devservice/service_client.h"
+#include "devservice/service_under_test.h"
+#include "support/child_process.h"
+#include "wire/catalog.h"
+
+namespace PlenxTest {
+namespace {
+
+using testing::HasSubstr;
+
+constexpr DWORD kStopLimit = 2000;  // what the library gives a service
+
+const std::wstring kEndpoints[] = {L"PLENXOfficeService", L"PLENXPCService",
+                                   L"PLENXPhoneService"};
+
+ServiceAnswer Ping(const std::wstring& endpoint) {
+    return CallService(endpoint, PlenxWire::kPingService, {std::int64_t{0}});
+}
+
+std::vector<SERVICE_STATUS_PROCESS> OfState(const std::vector<SERVICE_STATUS_PROCESS>& reports,
+                                            DWORD state) {
+    std::vector<SERVICE_STATUS_PROCESS> some;
+    for (const SERVICE_STATUS_PROCESS& report : reports) {
+        if (report.dwCurrentState == state) {
+            some.push_back(report);
+        }
+    }
+    return some;
+}
+
+void ExpectRising(const std::vector<SERVICE_STATUS_PROCESS>& reports) {
+    for (std::size_t i = 1; i < reports.size(); ++i) {
+        EXPECT_GT(reports[i].dwCheckPoint, reports[i - 1].dwCheckPoint);
+    }
+}
+
+class EachService : public testing::TestWithParam<int> {};
+
+TEST_P(EachService, ServesItsEndpointBeforeItReportsRunning) {
+    ServiceUnderTest service(GetParam());
+    ASSERT_TRUE(service.StartAndRun());
+    EXPECT_EQ(Ping(kEndpoints[GetParam()]).Code(), 0);
+    EXPECT_NE(service.Status().dwProcessId, 0u);
+}
+
+INSTANTIATE_TEST_SUITE_P(Rows, EachService, testing::Values(0, 1, 2));
+
+TEST(Life, DataFolderThatIsMissing_IsMadeAndHoldsTheLog) {
+    ServiceUnderTest service(1);
+    ASSERT_FALSE(std::filesystem::exists(service.DataFolder()));
+    ASSERT_TRUE(service.StartAndRun());
+    EXPECT_TRUE(service.LogComesToSay(" pc runs\n"));
+}
+
+TEST(Life, ArgumentsThatAreWrong_EndInStoppedWithError87) {
+    ServiceUnderTest service(1);
+    for (const std::vector<std::wstring>& arguments :
+         {std::vector<std::wstring>{}, {L"C:\\a", L"C:\\b"}, {L"C:\\a", L"C:\\b", L"3"},
+          {L"C:\\a", L"C:\\b", L"12"}, {L"", L"C:\\b", L"1"}}) {
+        service.Start(arguments);
+        ASSERT_TRUE(service.Reaches(SERVICE_STOPPED, 5000));
+        EXPECT_EQ(service.Status().dwWin32ExitCode, ERROR_INVALID_PARAMETER);
+    }
+}
+
+TEST(Life, SlowStart_ReportsAHintOfSecondsAndRisingCheckpoints) {
+    ServiceUnderTest service(1, "start_delay=600\n");
+    ASSERT_EQ(service.Start(), NO_ERROR);
+    const auto reports = service.Watch(SERVICE_RUNNING, 5000);
+    ASSERT_EQ(reports.back().dwCurrentState, SERVICE_RUNNING);
+    const auto pending = OfState(reports, SERVICE_START_PENDING);
+    EXPECT_GE(pending.size(), 4u);
+    EXPECT_EQ(pending.back().dwWaitHint, 3000u);
+    ExpectRising(pending);
+    EXPECT_EQ(reports.back().dwCheckPoint, 0u);
+}
+
+TEST(Life, SilentStart_ReportsNoProgressWhileItLasts) {
+    ServiceUnderTest service(1, "start_silent=800\nstart_hint=4000\n");
+    ASSERT_EQ(service.Start(), NO_ERROR);
+    ASSERT_TRUE(service.LogComesToSay("starts silently"));
+    const auto reports = service.Watch(SERVICE_RUNNING, 500);
+    EXPECT_EQ(reports.size(), 1u);
+    EXPECT_EQ(reports[0].dwCurrentState, SERVICE_START_PENDING);
+    EXPECT_EQ(reports[0].dwWaitHint, 4000u);
+    EXPECT_TRUE(service.Reaches(SERVICE_RUNNING, 3000));
+}
+
+TEST(Life, StartThatNeverEnds_StaysStartPending) {
+    ServiceUnderTest service(1, "start_never=yes\n");
+    ASSERT_EQ(service.Start(), NO_ERROR);
+    ASSERT_TRUE(service.LogComesToSay("never leaves start pending"));
+    EXPECT_FALSE(service.Reaches(SERVICE_RUNNING, 1000));
+    EXPECT_EQ(service.Status().dwCurrentState, SERVICE_START_PENDING);
+}
+
+TEST(Life, StartThatIsToldToFail_ReportsStoppedWithTheCode) {
+    ServiceUnderTest service(1, "pc.start_fail=1234\n");
+    service.Start();
+    ASSERT_TRUE(service.LogComesToSay("is told to fail, code 1234"));
+    ASSERT_TRUE(service.Reaches(SERVICE_STOPPED, 5000));
+    EXPECT_EQ(service.Status().dwWin32ExitCode, ERROR_SERVICE_SPECIFIC_ERROR);
+    EXPECT_EQ(service.Status().dwServiceSpecificExitCode, 1234u);
+}
+
+TEST(Life, ControlOfAnotherService_HasNoEffect) {
+    ServiceUnderTest service(1, "phone.start_fail=1234\n");
+    EXPECT_TRUE(service.StartAndRun());
+}
+
+TEST(Life, ServiceThatDoesNotServe_RunsAndItsEndpointIsAbsent) {
+    ServiceUnderTest service(1, "serve=no\n");
+    ASSERT_TRUE(service.StartAndRun());
+    EXPECT_EQ(ExceptionOfCall(kEndpoints[1], PlenxWire::kPingService),
+              DWORD{RPC_S_SERVER_UNAVAILABLE});
+}
+
+TEST(Life, Stop_IsReportedPendingWithAHintAndDoneInTime) {
+    ServiceUnderTest service(1);
+    ASSERT_TRUE(service.StartAndRun());
+    const ULONGLONG begin = GetTickCount64();
+    EXPECT_EQ(service.SendStop(), NO_ERROR);
+    EXPECT_TRUE(service.Reaches(SERVICE_STOPPED, kStopLimit));
+    EXPECT_LT(GetTickCount64() - begin, 1000u);
+    EXPECT_EQ(service.Status().dwWin32ExitCode, NO_ERROR);
+    EXPECT_EQ(ExceptionOfCall(kEndpoints[1], PlenxWire::kPingService),
+              DWORD{RPC_S_SERVER_UNAVAILABLE});
+}
+
+TEST(Life, StartStopAgainAndAgain_Works) {
+    ServiceUnderTest service(2);
+    for (int round = 0; round < 10; ++round) {
+        ASSERT_TRUE(service.StartAndRun()) << round;
+        ASSERT_EQ(Ping(kEndpoints[2]).Code(), 0) << round;
+        ASSERT_EQ(service.SendStop(), NO_ERROR) << round;
+        ASSERT_TRUE(service.Reaches(SERVICE_STOPPED, kStopLimit)) << round;
+    }
+}
+
+TEST(Life, SlowStop_ReportsProgress) {
+    ServiceUnderTest service(1, "stop_delay=600\n");
+    ASSERT_TRUE(service.StartAndRun());
+    ASSERT_EQ(service.SendStop(), NO_ERROR);
+    const auto reports = service.Watch(SERVICE_STOPPED, 5000);
+    ASSERT_EQ(reports.back().dwCurrentState, SERVICE_STOPPED);
+    const auto pending = OfState(reports, SERVICE_STOP_PENDING);
+    EXPECT_GE(pending.size(), 4u);
+    EXPECT_EQ(pending.back().dwWaitHint, 2000u);
+    ExpectRising(pending);
+}
+
+TEST(Life, StopThatIsIgnored_LeavesItRunning) {
+    ServiceUnderTest service(1, "stop=ignore\n");
+    ASSERT_TRUE(service.StartAndRun());
+    EXPECT_EQ(service.SendStop(), NO_ERROR);
+    EXPECT_FALSE(service.Reaches(SERVICE_STOPPED, 500));
+    EXPECT_EQ(service.Status().dwCurrentState, SERVICE_RUNNING);
+    EXPECT_EQ(Ping(kEndpoints[1]).Code(), 0);
+    EXPECT_THAT(service.Log(), HasSubstr(" pc ignores stop\n"));
+}
+
+TEST(Life, StopThatNeverEnds_StaysStopPending) {
+    ServiceUnderTest service(1, "stop=never\n");
+    ASSERT_TRUE(service.StartAndRun());
+    EXPECT_EQ(service.SendStop(), NO_ERROR);
+    EXPECT_FALSE(service.Reaches(SERVICE_STOPPED, 1000));
+    EXPECT_EQ(service.Status().dwCurrentState, SERVICE_STOP_PENDING);
+}
+
+TEST(Life, StopThatIsNotAccepted_IsRefused) {
+    ServiceUnderTest service(1, "accept_stop=no\n");
+    ASSERT_TRUE(service.StartAndRun());
+    EXPECT_NE(service.SendStop(), DWORD{NO_ERROR});
+    EXPECT_EQ(service.Status().dwCurrentState, SERVICE_RUNNING);
+}
+
+TEST(Life, StopDuringADelayedRequest_IsDoneInTimeAndTheCallerComesBack) {
+    ServiceUnderTest service(1, "delay=60000\n");
+    ASSERT_TRUE(service.StartAndRun());
+    ChildProcess caller(CallerOf(kEndpoints[1], PlenxWire::kDeleteGroup));
+    EXPECT_TRUE(service.LogComesToSay("received DeleteGroup(1) groupName:\"g_1\"\n"));
+    EXPECT_EQ(service.SendStop(), NO_ERROR);
+    EXPECT_TRUE(service.Reaches(SERVICE_STOPPED, kStopLimit));
+    // with the answer or without: it races with the end of the process
+    EXPECT_TRUE(caller.WaitForExit(5000).has_value());
+}
+
+TEST(Life, StopWhileTheLibraryDoesNotComeBack_IsDoneInTime) {
+    FakeManager::Show();
+    FakeManager::Block(4000);
+    ServiceUnderTest service(1, "log=second.log\n");
+    ASSERT_TRUE(service.StartAndRun());
+    CallService(kEndpoints[1], PlenxWire::kCreateGroup,
+                {std::string("g_1"), 2, std::string("a")});
+    ASSERT_EQ(FakeManager::Await(1).size(), 1u);
+    EXPECT_EQ(service.SendStop(), NO_ERROR);
+    EXPECT_TRUE(service.Reaches(SERVICE_STOPPED, kStopLimit));
+    EXPECT_THAT(service.SecondLog(),
+                HasSubstr("the library does not come back from a notification"));
+    FakeManager::Show();
+}
+
+TEST(Life, DataFolder_CanBeRemovedWhileTheServiceRuns) {
+    ServiceUnderTest service(1, "log=second.log\n");
+    ASSERT_TRUE(service.StartAndRun());
+    std::error_code error;
+    std::filesystem::remove_all(service.DataFolder(), error);
+    EXPECT_EQ(error.value(), 0);
+    EXPECT_EQ(Ping(kEndpoints[1]).Code(), 0);
+    EXPECT_FALSE(std::filesystem::exists(service.DataFolder()));
+    EXPECT_THAT(service.SecondLog(), HasSubstr("received PingService(19) number:0"));
+}
+
+TEST(Life, OnceStopped_NothingIsWrittenToTheDataFolder) {
+    ServiceUnderTest service(1, "log=second.log\n");
+    ASSERT_TRUE(service.StartAndRun());
+    service.SendStop();
+    ASSERT_TRUE(service.Reaches(SERVICE_STOPPED, kStopLimit));
+    const std::string log = service.Log();
+    EXPECT_THAT(log, HasSubstr(" pc has stopped\n"));
+    std::filesystem::remove_all(service.DataFolder());
+    Sleep(300);
+    EXPECT_FALSE(std::filesystem::exists(service.DataFolder()));
+}
+
+TEST(Console, UsageErrors_EndWith2) {
+    for (const wchar_t* const arguments :
+         {L"", L"--console", L"--console tablet", L"--nonsense", L"--console pc --seconds 0",
+          L"--console pc --data"}) {
+        ChildProcess child(L"\"" + ProgramFolder() + L"\\plenxservice.exe\" " + arguments);
+        EXPECT_EQ(child.WaitForExit(10000), DWORD{2});
+    }
+}
+
+TEST(Console, RunsForTheTimeGivenAndEndsWith0) {
+    ServiceUnderTest service(1);  // only for its folders
+    ChildProcess child(L"\"" + ProgramFolder() + L"\\plenxservice.exe\" --console phone --data " +
+                       service.DataFolder().wstring() + L" --install " +
+                       service.InstallFolder().wstring() + L" --seconds 1");
+    EXPECT_TRUE(service.LogComesToSay(" phone runs\n"));
+    EXPECT_EQ(Ping(kEndpoints[2]).Code(), 0);
+    EXPECT_EQ(child.WaitForExit(10000), DWORD{0});
+    EXPECT_THAT(service.Log(), HasSubstr(" phone has stopped\n"));
+}
+
+}  // namespace
+}  // namespace PlenxTest

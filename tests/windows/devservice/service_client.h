@@ -1,0 +1,47 @@
+// Requests to a service over the library's own stubs.
+
+#ifndef PLENXSDK_TESTS_WINDOWS_DEVSERVICE_SERVICE_CLIENT_H
+#define PLENXSDK_TESTS_WINDOWS_DEVSERVICE_SERVICE_CLIENT_H
+
+#include <windows.h>
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "wire/message.h"
+
+namespace PlenxTest {
+
+struct ServiceAnswer {
+    unsigned long exception = 0;  // 0: none
+    long result = 0;
+    long statedSize = 0;
+    bool hasBlock = false;
+    PlenxWire::Bytes reply;
+
+    /// The int32 of a well-formed reply; INT32_MIN when there is none.
+    std::int32_t Code() const;
+};
+
+/// One call at a time. endpoint: such as L"PLENXPCService".
+ServiceAnswer CallServiceWith(const std::wstring& endpoint, std::int32_t id,
+                              const PlenxWire::Bytes& message);
+ServiceAnswer CallService(const std::wstring& endpoint, std::int32_t id,
+                          const PlenxWire::Arguments& arguments);
+
+/// The command line of this program as a client that sends one request with the argument "g_1"
+/// and exits with the exception's code, or 0.
+std::wstring CallerOf(const std::wstring& endpoint, std::int32_t id);
+
+/// The exception of such a client, or 0; nothing when it does not come back. A call that raises
+/// is made by a process of its own, because Wine's RPC runtime keeps something of it: the caller
+/// may fail for good (1727) when the server has been restarted some more times.
+std::optional<DWORD> ExceptionOfCall(const std::wstring& endpoint, std::int32_t id);
+
+/// The other end of CallerOf. @return the exit code, or nothing when this is no caller.
+std::optional<int> RunCaller(int argc, char** argv);
+
+}  // namespace PlenxTest
+
+#endif  // PLENXSDK_TESTS_WINDOWS_DEVSERVICE_SERVICE_CLIENT_H

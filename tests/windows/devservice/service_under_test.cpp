@@ -1,0 +1,137 @@
+#include "devservice/service_under_test.h"
+
+#include <gtest/gtest.h>
+
+#include <iostream>
+#include <stdexcept>
+
+#include "support/child_process.h"
+#include "support/install_folder.h"
+#include "support/service_state.h"
+
+namespace PlenxTest {
+namespace {
+
+namespace fs = std::filesystem;
+
+const wchar_t* const kName = L"PlenxDevServiceTest";
+
+SC_HANDLE Checked(SC_HANDLE handle, const char* what) {
+    if (!handle) {
+        throw std::runtime_error(std::string(what) + " error " + std::to_string(GetLastError()));
+    }
+    return handle;
+}
+
+}  // namespace
+
+ServiceUnderTest::ServiceUnderTest(int row, const std::string& control)
+    : root_(L"C:\\plenxdevtest"), install_(root_ / L"app"), data_(root_ / L"data" / L"service"),
+      row_(row) {
+    RemoveService(kName);
+    fs::remove_all(root_);
+    fs::create_directories(install_);
+    Control(control);
+    manager_ = Checked(OpenSCManagerW(nullptr, nullptr, SC_MANAGER_ALL_ACCESS), "open manager");
+    service_ = Checked(
+        CreateServiceW(manager_, kName, kName, SERVICE_ALL_ACCESS, SERVICE_WIN32_OWN_PROCESS,
+                       SERVICE_DEMAND_START, SERVICE_ERROR_NORMAL,
+                       (ProgramFolder() + L"\\plenxservice.exe").c_str(), nullptr, nullptr,
+                       nullptr, nullptr, nullptr),
+        "create service");
+}
+
+ServiceUnderTest::~ServiceUnderTest() {
+    if (testing::Test::HasFailure()) {
+        std::cout << "the service's log:\n" << Log();
+    }
+    const DWORD process = Status().dwProcessId;
+    SendStop();
+    if (!Reaches(SERVICE_STOPPED, 3000)) {
+        if (const HANDLE stuck = OpenProcess(PROCESS_TERMINATE | SYNCHRONIZE, FALSE, process)) {
+            TerminateProcess(stuck, 0);
+            WaitForSingleObject(stuck, 3000);
+            CloseHandle(stuck);
+        }
+    }
+    DeleteService(service_);
+    CloseServiceHandle(service_);
+    CloseServiceHandle(manager_);
+    std::error_code ignored;
+    fs::remove_all(root_, ignored);
+}
+
+void ServiceUnderTest::Control(const std::string& lines) const {
+    WriteFile(install_ / L"plenxservice.ini", lines);
+}
+
+DWORD ServiceUnderTest::Start() {
+    return Start({install_.wstring(), data_.wstring(), std::to_wstring(row_)});
+}
+
+DWORD ServiceUnderTest::Start(const std::vector<std::wstring>& arguments) {
+    std::vector<const wchar_t*> pointers;
+    for (const std::wstring& argument : arguments) {
+        pointers.push_back(argument.c_str());
+    }
+    return StartServiceW(service_, static_cast<DWORD>(pointers.size()), pointers.data())
+               ? NO_ERROR
+               : GetLastError();
+}
+
+bool ServiceUnderTest::StartAndRun() {
+    return Start() == NO_ERROR && Reaches(SERVICE_RUNNING, 5000);
+}
+
+DWORD ServiceUnderTest::SendStop() {
+    SERVICE_STATUS reply = {};
+    return ControlService(service_, SERVICE_CONTROL_STOP, &reply) ? NO_ERROR : GetLastError();
+}
+
+SERVICE_STATUS_PROCESS ServiceUnderTest::Status() const {
+    SERVICE_STATUS_PROCESS status = {};
+    DWORD needed = 0;
+    QueryServiceStatusEx(service_, SC_STATUS_PROCESS_INFO, reinterpret_cast<BYTE*>(&status),
+                         sizeof status, &needed);
+    return status;
+}
+
+bool ServiceUnderTest::Reaches(DWORD state, DWORD milliseconds) const {
+    const auto reports = Watch(state, milliseconds);
+    return reports.back().dwCurrentState == state;
+}
+
+std::vector<SERVICE_STATUS_PROCESS> ServiceUnderTest::Watch(DWORD state,
+                                                            DWORD milliseconds) const {
+    std::vector<SERVICE_STATUS_PROCESS> reports = {Status()};
+    const ULONGLONG end = GetTickCount64() + milliseconds;
+    while (reports.back().dwCurrentState != state && GetTickCount64() < end) {
+        Sleep(5);
+        const SERVICE_STATUS_PROCESS now = Status();
+        if (now.dwCurrentState != reports.back().dwCurrentState ||
+            now.dwCheckPoint != reports.back().dwCheckPoint) {
+            reports.push_back(now);
+        }
+    }
+    return reports;
+}
+
+std::string ServiceUnderTest::Log() const {
+    return ReadFile(data_ / L"service.log");
+}
+
+std::string ServiceUnderTest::SecondLog() const {
+    return ReadFile(install_ / L"second.log");
+}
+
+bool ServiceUnderTest::LogComesToSay(const std::string& text) const {
+    for (int i = 0; i < 500; ++i) {
+        if (Log().find(text) != std::string::npos) {
+            return true;
+        }
+        Sleep(10);
+    }
+    return false;
+}
+
+}  // namespace PlenxTest
