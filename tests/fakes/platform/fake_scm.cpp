@@ -14,12 +14,13 @@ constexpr DWORD kDriverTypes = SERVICE_KERNEL_DRIVER | SERVICE_FILE_SYSTEM_DRIVE
 constexpr DWORD kNeverStarted = 1077;
 constexpr DWORD kFirstWaitHint = 2000;  // of the manager itself, before the service reports
 
-const StatusScript kDefaultStart = {{0, SERVICE_START_PENDING, 0, kFirstWaitHint},
-                                    {15, SERVICE_RUNNING}};
-const StatusScript kDefaultStop = {{0, SERVICE_STOP_PENDING, 0, kFirstWaitHint},
-                                   {15, SERVICE_STOPPED}};
-const StatusScript kDriverStart = {{0, SERVICE_RUNNING}};
-const StatusScript kDriverStop = {{0, SERVICE_STOPPED}};
+// Never destroyed: the engine still stops its services when the process ends.
+const StatusScript& kDefaultStart = *new StatusScript{
+    {0, SERVICE_START_PENDING, 0, kFirstWaitHint}, {15, SERVICE_RUNNING}};
+const StatusScript& kDefaultStop = *new StatusScript{
+    {0, SERVICE_STOP_PENDING, 0, kFirstWaitHint}, {15, SERVICE_STOPPED}};
+const StatusScript& kDriverStart = *new StatusScript{{0, SERVICE_RUNNING}};
+const StatusScript& kDriverStop = *new StatusScript{{0, SERVICE_STOPPED}};
 
 }  // namespace
 
