@@ -62,4 +62,20 @@ void RemoveService(const std::wstring& name) {
     DeleteService(service.Get());
 }
 
+void EndService(const std::wstring& name) {
+    const auto status = StatusOf(name);
+    if (!status) {
+        return;
+    }
+    if (const HANDLE process =
+            OpenProcess(PROCESS_TERMINATE | SYNCHRONIZE, FALSE, status->dwProcessId)) {
+        TerminateProcess(process, 0);
+        WaitForSingleObject(process, 5000);
+        CloseHandle(process);
+    }
+    const Handle manager(OpenSCManagerW(nullptr, nullptr, SC_MANAGER_ALL_ACCESS));
+    const Handle service(OpenServiceW(manager.Get(), name.c_str(), SERVICE_ALL_ACCESS));
+    DeleteService(service.Get());
+}
+
 }  // namespace PlenxTest

@@ -21,6 +21,10 @@ DWORD ProcessIdOf(const std::wstring& service);
 /// Stops the service (for up to 5 s) and deletes it; fine when it is not registered.
 void RemoveService(const std::wstring& service);
 
+/// For a service that may hang: ends its process and deletes it, without asking it to stop. Fine
+/// when it is not registered.
+void EndService(const std::wstring& service);
+
 }  // namespace PlenxTest
 
 #endif  // PLENXSDK_TESTS_WINDOWS_SUPPORT_SERVICE_STATE_H

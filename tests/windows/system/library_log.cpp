@@ -1,0 +1,51 @@
+#include "system/library_log.h"
+
+#include <sstream>
+
+#include "support/install_folder.h"
+#include "system/own_process.h"
+
+namespace PlenxTest {
+namespace {
+
+std::string Line(const char* level, const std::string& function, const std::string& text) {
+    return level + (" [PLENXSDK] " + text + "(DistributedFs::" + function + ")");
+}
+
+// "2026-01-31 12:34:56.789 [info] [1234] text"
+bool Parse(const std::string& line, LogLine& parsed) {
+    constexpr std::size_t kLevel = 25;
+    const std::size_t levelEnd = line.find("] [", kLevel);
+    const std::size_t threadEnd =
+        levelEnd == std::string::npos ? levelEnd : line.find("] ", levelEnd + 3);
+    if (threadEnd == std::string::npos) {
+        return false;
+    }
+    parsed.thread = std::stoul(line.substr(levelEnd + 3, threadEnd - levelEnd - 3));
+    parsed.text = line.substr(kLevel, levelEnd - kLevel) + " " + line.substr(threadEnd + 2);
+    return true;
+}
+
+}  // namespace
+
+std::string Info(const std::string& function, const std::string& text) {
+    return Line("info", function, text);
+}
+
+std::string Error(const std::string& function, const std::string& text) {
+    return Line("error", function, text);
+}
+
+std::vector<LogLine> ReadLibraryLog() {
+    std::istringstream file(ReadFile(LibraryLogFile()));
+    std::vector<LogLine> lines;
+    LogLine parsed;
+    for (std::string line; std::getline(file, line);) {
+        if (Parse(line, parsed)) {
+            lines.push_back(parsed);
+        }
+    }
+    return lines;
+}
+
+}  // namespace PlenxTest

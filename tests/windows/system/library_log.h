@@ -1,0 +1,30 @@
+// What the library has logged, as the logging stand-in wrote it down. A line is shown as its level
+// and its text: "info [PLENXSDK] plenx manager Init(DistributedFs::PLENXManager::Init)".
+
+#ifndef PLENXSDK_TESTS_WINDOWS_SYSTEM_LIBRARY_LOG_H
+#define PLENXSDK_TESTS_WINDOWS_SYSTEM_LIBRARY_LOG_H
+
+#include <windows.h>
+
+#include <string>
+#include <vector>
+
+namespace PlenxTest {
+
+using Lines = std::vector<std::string>;
+
+/// The two kinds of lines, as they must be. function: without the namespace.
+std::string Info(const std::string& function, const std::string& text);
+std::string Error(const std::string& function, const std::string& text);
+
+struct LogLine {
+    std::string text;
+    DWORD thread;
+};
+
+/// All lines of the running test so far.
+std::vector<LogLine> ReadLibraryLog();
+
+}  // namespace PlenxTest
+
+#endif  // PLENXSDK_TESTS_WINDOWS_SYSTEM_LIBRARY_LOG_H

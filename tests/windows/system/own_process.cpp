@@ -1,0 +1,100 @@
+#include "system/own_process.h"
+
+#include <windows.h>
+
+#include <iostream>
+
+#include "support/child_process.h"
+#include "support/install_folder.h"
+#include "support/service_state.h"
+
+namespace PlenxTest {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr DWORD kLongestTest = 90 * 1000;
+constexpr int kSkipped = 77;
+constexpr wchar_t kChildMark[] = L"PLENX_SYSTEM_TEST_CHILD";
+const fs::path kLogFolder = L"C:\\plenx-system-logs";
+const fs::path kInstallFolder = L"C:\\plenx-system";
+
+bool IsChild() {
+    return GetEnvironmentVariableW(kChildMark, nullptr, 0) != 0;
+}
+
+std::string RunningTest() {
+    const testing::TestInfo& test = *testing::UnitTest::GetInstance()->current_test_info();
+    return std::string(test.test_suite_name()) + "." + test.name();
+}
+
+void PrintTail(const char* title, const fs::path& file) {
+    constexpr std::size_t kMost = 12000;
+    const std::string text = ReadFile(file);
+    std::cout << "--- " << title << ":\n"
+              << (text.size() > kMost ? text.substr(text.size() - kMost) : text) << "---\n";
+}
+
+void CleanUp() {
+    for (const wchar_t* const name : {L"PlenxPcSvc", L"PlenxPhoneSvc", L"PlenxOfficeSvc"}) {
+        EndService(name);
+    }
+    RemoveService(L"Dokan1");
+    std::error_code ignored;
+    fs::remove_all(kInstallFolder, ignored);
+}
+
+}  // namespace
+
+fs::path LibraryLogFile() {
+    return kLogFolder / (RunningTest() + ".log");
+}
+
+fs::path ServiceLogFile() {
+    return kLogFolder / (RunningTest() + ".service.log");
+}
+
+void InOwnProcess::TestBody() {
+    if (IsChild()) {
+        body_();
+    } else {
+        RunChild();
+    }
+}
+
+void InOwnProcess::RunChild() {
+    fs::create_directories(kLogFolder);
+    fs::remove(LibraryLogFile());
+    fs::remove(ServiceLogFile());
+    SetEnvironmentVariableW(kChildMark, L"1");
+    SetEnvironmentVariableW(L"PLENX_LOG_FILE", LibraryLogFile().c_str());
+    const std::string filter = "--gtest_brief=1 --gtest_filter=" + RunningTest();
+    ChildProcess child(ChildProcess::Self(std::wstring(filter.begin(), filter.end())));
+    SetEnvironmentVariableW(kChildMark, nullptr);
+    const auto code = child.WaitForExit(kLongestTest);
+    child.Kill();
+    CleanUp();
+    if (code == DWORD{kSkipped}) {
+        GTEST_SKIP() << "see the output of the child";
+    }
+    EXPECT_EQ(code, DWORD{0}) << "the host process has failed, or hangs";
+    if (HasFailure()) {
+        PrintTail("the library's log", LibraryLogFile());
+        PrintTail("the services' log", ServiceLogFile());
+    }
+}
+
+// A child that was to run its test and ran none has failed.
+int RunAllTests() {
+    if (!IsChild()) {
+        return RUN_ALL_TESTS();
+    }
+    testing::UnitTest& tests = *testing::UnitTest::GetInstance();
+    delete tests.listeners().Release(tests.listeners().default_xml_generator());
+    if (RUN_ALL_TESTS() != 0 || tests.test_to_run_count() != 1) {
+        return 1;
+    }
+    return tests.skipped_test_count() != 0 ? kSkipped : 0;
+}
+
+}  // namespace PlenxTest

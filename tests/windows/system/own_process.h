@@ -1,0 +1,60 @@
+// Tests that are host processes. HOST_TEST(Suite, Name) { ... } is a test whose body runs in a
+// process of its own: the parent starts this program again for that one test, with a log file of
+// its own, and takes over its outcome. Afterwards nothing of the services is left.
+//
+// Suite is a class derived from HostTest; the body is a member of it and runs in the child alone,
+// as do the constructor and the destructor.
+
+#ifndef PLENXSDK_TESTS_WINDOWS_SYSTEM_OWN_PROCESS_H
+#define PLENXSDK_TESTS_WINDOWS_SYSTEM_OWN_PROCESS_H
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <functional>
+#include <string>
+
+namespace PlenxTest {
+
+class HostTest {
+public:
+    virtual ~HostTest() = default;
+    virtual void Run() = 0;
+};
+
+/// What GoogleTest sees of a HOST_TEST.
+class InOwnProcess : public testing::Test {
+public:
+    using Body = void (*)();
+    explicit InOwnProcess(Body body) : body_(body) {}
+
+private:
+    void TestBody() override;
+    void RunChild();
+
+    Body body_;
+};
+
+/// The files of the running test: the library's log, the services' log.
+std::filesystem::path LibraryLogFile();
+std::filesystem::path ServiceLogFile();
+
+/// In main, instead of RUN_ALL_TESTS.
+int RunAllTests();
+
+}  // namespace PlenxTest
+
+#define HOST_TEST(Suite, Name)                                                                  \
+    class Suite##_##Name : public Suite {                                                       \
+        void Run() override;                                                                    \
+    };                                                                                          \
+    [[maybe_unused]] const testing::TestInfo* const k##Suite##_##Name = testing::RegisterTest(  \
+        #Suite, #Name, nullptr, nullptr, __FILE__, __LINE__, [] {                               \
+            return new PlenxTest::InOwnProcess([] {                                             \
+                PlenxTest::HostTest&& host = Suite##_##Name();                                  \
+                host.Run();                                                                     \
+            });                                                                                 \
+        });                                                                                     \
+    void Suite##_##Name::Run()
+
+#endif  // PLENXSDK_TESTS_WINDOWS_SYSTEM_OWN_PROCESS_H

@@ -1,0 +1,218 @@
+// Services that do not start or stop as they should. Whatever they do, the host is told and the
+// library goes on.
+
+#include "support/service_state.h"
+#include "system/host.h"
+
+namespace PlenxTest {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::ElementsAreArray;
+
+// The service's hint for a start is 3 s.
+class ServiceLifeFaults : public Host {
+protected:
+    /// The lines of a start that has failed in the Service Control Manager.
+    void StartFailsWith(const Lines& reasons);
+    /// What follows shows that the library goes on.
+    void StartsAndStopsThePhone();
+};
+
+void ServiceLifeFaults::StartFailsWith(const Lines& reasons) {
+    EXPECT_FALSE(Start(kPcService));
+    Settle();
+    EXPECT_THAT(
+        WorkerLines(),
+        ElementsAreArray(
+            Lines{Info("PLENXManager::StartFunc",
+                       "plenx manager start service svcType(1) is invoked"),
+                  Info("PLENXManagerInner::Start", "plenx manager start service 1"),
+                  Error("KillServiceProcess", "kill service process 0")} +
+            reasons +
+            Lines{Error("ServiceManager::StartPlenxService",
+                        "start plenx service PlenxPcSvc error 5"),
+                  Error("PLENXManagerInner::Start",
+                        "plenx manager start plenx service error 5")} +
+            LinesOfStatus(kPcService, 0, false)));
+}
+
+void ServiceLifeFaults::StartsAndStopsThePhone() {
+    EXPECT_TRUE(Start(kPhoneService));
+    EXPECT_EQ(manager.Stop(kPhoneService, "group"), 0);
+    EXPECT_TRUE(observer.WaitFor("NotifyStatus(2, group, 1, 0)"));
+    EXPECT_EQ(StateOf(L"PlenxPhoneSvc"), DWORD{SERVICE_STOPPED});
+}
+
+Lines NeverRan() {
+    return {Error("ServiceManager::StartServiceByIndex", "wait service status error")};
+}
+
+HOST_TEST(ServiceLifeFaults, ExecutableThatIsMissing_FailsTheStart) {
+    Init();
+    std::filesystem::rename(folder.InstallPath() / "plenxservice.exe",
+                            folder.InstallPath() / "away.exe");
+    StartFailsWith({Error("ServiceManager::StartServiceByIndex", "start service error 2")});
+    std::filesystem::rename(folder.InstallPath() / "away.exe",
+                            folder.InstallPath() / "plenxservice.exe");
+    EXPECT_TRUE(Start(kPcService));
+}
+
+HOST_TEST(ServiceLifeFaults, SlowStartWithProgress_IsWaitedForBeyondTheHint) {
+    Control("start_delay=4000\n");
+    Init();
+    EXPECT_TRUE(Start(kPcService));
+    Settle();
+    EXPECT_THAT(WorkerLines(),
+                ElementsAreArray(Lines{Info("PLENXManager::StartFunc",
+                                            "plenx manager start service svcType(1) is "
+                                            "invoked")} +
+                                 LinesOfStart(kPcService, "PlenxPcSvc")));
+}
+
+HOST_TEST(ServiceLifeFaults, StartThatIsSilentBeyondTheHint_Fails) {
+    Control("pc.start_silent=10000\n");
+    Init();
+    StartFailsWith(NeverRan());
+    StartsAndStopsThePhone();
+}
+
+HOST_TEST(ServiceLifeFaults, StartThatNeverLeavesStartPending_Fails) {
+    Control("pc.start_never=yes\n");
+    Init();
+    StartFailsWith(NeverRan());
+    EXPECT_EQ(manager.GetInt64Config(kPcService, DistributedFs::kServiceNotRunningConfig), 0)
+        << "a service that is starting counts as running";
+    StartsAndStopsThePhone();
+}
+
+HOST_TEST(ServiceLifeFaults, ServiceThatStopsInsteadOfRunning_FailsTheStart) {
+    Control("pc.start_fail=1234\n");
+    Init();
+    StartFailsWith(NeverRan());
+    Control("");
+    EXPECT_TRUE(Start(kPcService));
+}
+
+HOST_TEST(ServiceLifeFaults, ServiceThatServesNoEndpoint_IsPinged26TimesAndAskedAllTheSame) {
+    Control("pc.serve=no\n");
+    Init();
+    const ULONGLONG begin = GetTickCount64();
+    EXPECT_FALSE(Start(kPcService));
+    EXPECT_GE(GetTickCount64() - begin, 5000u);
+    Settle();
+
+    const auto failed = [](const std::string& function) {
+        return Lines{Error("RpcManager::SendRpcMessage", "send service message exception 1722"),
+                     Error("RpcManager::" + function, "send rpc message error ret:1722")};
+    };
+    Lines lines = {
+        Info("PLENXManager::StartFunc", "plenx manager start service svcType(1) is invoked"),
+        Info("PLENXManagerInner::Start", "plenx manager start service 1"),
+        Error("KillServiceProcess", "kill service process 0"),
+        Info("ServiceManager::StartServiceByIndex", "start service successful"),
+        Info("ServiceManager::StartPlenxService", "start plenx service PlenxPcSvc success")};
+    for (int number = 0; number != 26; ++number) {
+        lines = lines +
+                Lines{Info("RpcManager::PingService",
+                           "rpc manager ping service No:" + std::to_string(number))} +
+                failed("PingService");
+    }
+    const std::string setInteger = "rpc manager set int64 config svcType:1 cfgType:";
+    lines = lines +
+            Lines{Error("PLENXManagerInner::Start",
+                        "plenx manager wait plenx service timeout (5000 ms)"),
+                  Info("RpcManager::SetStringConfig",
+                       "rpc manager set string config svcType:1 cfgType:1 cfgValue:en_US")} +
+            failed("SetStringConfig") +
+            Lines{Info("RpcManager::SetInt64Config", setInteger + "0 cfgValue:0")} +
+            failed("SetInt64Config") +
+            Lines{Info("RpcManager::SetInt64Config", setInteger + "2 cfgValue:0")} +
+            failed("SetInt64Config") +
+            Lines{Info("RpcManager::CreateGroup", "rpc manager create group svcType:1")} +
+            failed("CreateGroup") +
+            Lines{Error("PLENXManagerInner::Start", "plenx manager create group error 1722")} +
+            LinesOfStatus(kPcService, 0, false);
+    EXPECT_THAT(WorkerLines(), ElementsAreArray(lines));
+    EXPECT_EQ(StateOf(L"PlenxPcSvc"), DWORD{SERVICE_RUNNING}) << "it is left running";
+}
+
+class ForcedStop : public ServiceLifeFaults {
+protected:
+    void StopIsForced(const std::string& control);
+};
+
+void ForcedStop::StopIsForced(const std::string& control) {
+    Init();
+    ASSERT_TRUE(Start(kPcService));
+    Settle();
+    Control(control);
+    const DWORD id = ProcessIdOf(L"PlenxPcSvc");
+    const HANDLE process = OpenProcess(SYNCHRONIZE, FALSE, id);
+    ASSERT_NE(process, nullptr);
+    const ULONGLONG begin = GetTickCount64();
+    EXPECT_EQ(manager.Stop(kPcService, "group"), 0);
+    Settle();
+    EXPECT_GE(GetTickCount64() - begin, 2000u);
+    EXPECT_THAT(
+        WorkerLines(),
+        ElementsAreArray(
+            Lines{Info("PLENXManager::StopFunc",
+                       "plenx manager stop service svcType(1) is invoked"),
+                  Info("PLENXManagerInner::Stop", "plenx manager stop service 1"),
+                  Info("RpcManager::DeleteGroup", "delete group svcType:1"),
+                  Info("ServiceManager::StopServiceByIndex", "force stop service"),
+                  Error("KillServiceProcess", "kill service process " + std::to_string(id)),
+                  Info("ServiceManager::StopServiceByIndex", "stop service successful"),
+                  Info("ServiceManager::StopPlenxService",
+                       "stop plenx service PlenxPcSvc success")} +
+            LinesOfStatus(kPcService, 1, false) + LinesOfStatus(kCombinedService, 1, true)));
+    EXPECT_EQ(WaitForSingleObject(process, 0), DWORD{WAIT_OBJECT_0}) << "it is still alive";
+    CloseHandle(process);
+    StartsAndStopsThePhone();
+}
+
+HOST_TEST(ForcedStop, ServiceThatIgnoresTheStop_IsKilledAfter2000ms) {
+    StopIsForced("pc.stop=ignore\n");
+}
+
+HOST_TEST(ForcedStop, ServiceThatNeverLeavesStopPending_IsKilledAfter2000ms) {
+    StopIsForced("pc.stop=never\n");
+}
+
+HOST_TEST(ForcedStop, SlowStopWithProgress_IsNotForced) {
+    Init();
+    ASSERT_TRUE(Start(kPcService));
+    Control("pc.stop_delay=3000\n");
+    manager.Stop(kPcService, "group");
+    Settle();
+    EXPECT_THAT(LinesOf("ServiceManager::StopServiceByIndex"),
+                Contains(Info("ServiceManager::StopServiceByIndex", "stop service successful")));
+    EXPECT_EQ(CountLines(Info("ServiceManager::StopServiceByIndex", "force stop service")), 0);
+    EXPECT_EQ(StateOf(L"PlenxPcSvc"), DWORD{SERVICE_STOPPED});
+}
+
+HOST_TEST(ServiceLifeFaults, StopThatIsNotAccepted_IsReportedAllTheSame) {
+    Control("pc.accept_stop=no\n");
+    Init();
+    ASSERT_TRUE(Start(kPcService));
+    Settle();
+    manager.Stop(kPcService, "group");
+    Settle();
+    const Lines lines = WorkerLines();
+    ASSERT_GT(lines.size(), 5u);
+    // Which error it is, is the Service Control Manager's own matter.
+    EXPECT_THAT(lines[3], testing::StartsWith("error [PLENXSDK] stop service error "));
+    EXPECT_EQ(lines[4], Error("ServiceManager::StopPlenxService",
+                              "stop plenx service PlenxPcSvc error 6"));
+    EXPECT_EQ(lines[5],
+              Error("PLENXManagerInner::Stop", "plenx manager stop plenx service error 6"));
+    EXPECT_THAT(ToldByWorker(), ElementsAre("NotifyStatus(1, group, 0, 1)",
+                                            "NotifyStatus(1, group, 1, 0)",
+                                            "NotifyStatus(3, group, 1, 1)"));
+    EXPECT_EQ(StateOf(L"PlenxPcSvc"), DWORD{SERVICE_RUNNING});
+}
+
+}  // namespace
+}  // namespace PlenxTest
