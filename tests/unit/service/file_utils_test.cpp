@@ -257,6 +257,15 @@ TEST_F(FileUtilsTest, SubfolderThatCannotBeRemoved_LogsLastErrorThenErrno) {
     EXPECT_TRUE(files.Exists(L"C:\\Data\\b"));
 }
 
+TEST_F(FileUtilsTest, SubfolderWithFurtherAttributes_IsStillEntered) {
+    files.AddFile(L"C:\\Data\\a\\file");
+    files.Give(L"C:\\Data\\a", FileTrait::kReadOnly);
+    EXPECT_EQ(FileUtils::ForceRemoveDirectory(L"C:\\Data"), 28);
+    EXPECT_THAT(files.Tree(L"C:\\Data"), ElementsAre("C:\\Data\\a\\"));
+    EXPECT_THAT(Lines(), ElementsAre(Error("rmdir error 5", kRemove),
+                                     Error("rmdir error 13", kForce)));
+}
+
 TEST_F(FileUtilsTest, FolderThatCannotBeRemovedWhenEmpty_ReturnsTheCodeOfItsRemoval) {
     files.AddFile(L"C:\\Data\\a");
     files.Give(L"C:\\Data", FileTrait::kHeldOpen);
