@@ -1,5 +1,7 @@
 #include "command_line.h"
 
+#include <utility>
+
 #include "settings.h"
 #include "text.h"
 
@@ -16,10 +18,15 @@ struct Options {
 };
 
 std::wstring* ValueOf(const std::wstring& option, Options& options) {
-    if (option == L"--console") return &options.console;
-    if (option == L"--data") return &options.data;
-    if (option == L"--install") return &options.install;
-    if (option == L"--seconds") return &options.seconds;
+    const std::pair<const wchar_t*, std::wstring*> all[] = {{L"--console", &options.console},
+                                                            {L"--data", &options.data},
+                                                            {L"--install", &options.install},
+                                                            {L"--seconds", &options.seconds}};
+    for (const auto& [name, value] : all) {
+        if (option == name) {
+            return value;
+        }
+    }
     return nullptr;
 }
 

@@ -13,9 +13,9 @@ namespace PlenxService {
 
 struct CommandLine {
     bool help = false;
-    std::optional<Identity> console;        // none: run as a service
-    std::optional<unsigned> seconds;        // none: until Ctrl-C
-    std::string error;                      // not empty: how the program is not used
+    std::optional<Identity> console;  // none: run as a service
+    std::optional<unsigned> seconds;  // none: until Ctrl-C
+    std::string error;                // not empty: how the program is not used
 };
 
 /// arguments: without the program's name. programFolder: the default install folder.

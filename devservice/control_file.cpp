@@ -14,8 +14,7 @@ constexpr DWORD kLargestFile = 64 * 1024;
 std::wstring FolderOf(const Identity& identity) {
     wchar_t folder[MAX_PATH];
     const DWORD length = GetEnvironmentVariableW(L"PLENX_SERVICE_CONTROL", folder, MAX_PATH);
-    return length > 0 && length < MAX_PATH ? std::wstring(folder, length)
-                                           : identity.installFolder;
+    return length > 0 && length < MAX_PATH ? std::wstring(folder, length) : identity.installFolder;
 }
 
 // A file that is just being replaced cannot be opened for a moment.

@@ -22,9 +22,12 @@ constexpr DWORD kForEver = 60 * 1000;
 }  // namespace
 
 DevService::DevService(Identity identity, ServiceStatus& status, bool toConsole)
-    : identity_(std::move(identity)), status_(status),
-      log_(identity_.nickname, identity_.dataFolder, toConsole), control_(identity_, log_),
-      stop_(MakeEvent()), sender_(log_),
+    : identity_(std::move(identity)),
+      status_(status),
+      log_(identity_.nickname, identity_.dataFolder, toConsole),
+      control_(identity_, log_),
+      stop_(MakeEvent()),
+      sender_(log_),
       peer_(identity_, status_, log_, control_, sender_, stop_) {}
 
 int DevService::Run() {

@@ -23,9 +23,9 @@ long Serve(const std::wstring& endpoint, Peer& peer) {
     servingPeer = &peer;
     std::wstring protocol = L"ncalrpc";
     std::wstring name = endpoint;
-    RPC_STATUS status = RpcServerUseProtseqEpW(reinterpret_cast<RPC_WSTR>(protocol.data()),
-                                               kMostCalls,
-                                               reinterpret_cast<RPC_WSTR>(name.data()), nullptr);
+    RPC_STATUS status =
+        RpcServerUseProtseqEpW(reinterpret_cast<RPC_WSTR>(protocol.data()), kMostCalls,
+                               reinterpret_cast<RPC_WSTR>(name.data()), nullptr);
     if (status == RPC_S_OK) {
         status = RpcServerRegisterIf(plenxServiceInterface, nullptr, nullptr);
     }

@@ -6,8 +6,7 @@
 long PlenxHandleServiceMessage(long msgType, long msgSize, unsigned char* msg, long* respSize,
                                unsigned char** resp) {
     long result = 0;
-    const unsigned long fault =
-        PlenxAnswerRequest(msgType, msgSize, msg, respSize, resp, &result);
+    const unsigned long fault = PlenxAnswerRequest(msgType, msgSize, msg, respSize, resp, &result);
     if (fault != 0) {
         RpcRaiseException((RPC_STATUS)fault);
     }

@@ -20,8 +20,7 @@ constexpr int kRowCount = 3;
 
 }  // namespace
 
-std::optional<Identity> MakeIdentity(int row, std::wstring installFolder,
-                                     std::wstring dataFolder) {
+std::optional<Identity> MakeIdentity(int row, std::wstring installFolder, std::wstring dataFolder) {
     if (row < 0 || row >= kRowCount) {
         return std::nullopt;
     }

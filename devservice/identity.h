@@ -13,15 +13,14 @@ namespace PlenxService {
 
 struct Identity {
     int row = 0;
-    std::string nickname;   // "office", "pc" or "phone"
+    std::string nickname;  // "office", "pc" or "phone"
     std::wstring endpoint;
     std::wstring installFolder;
     std::wstring dataFolder;
 };
 
 /// @return nothing unless row is 0, 1 or 2.
-std::optional<Identity> MakeIdentity(int row, std::wstring installFolder,
-                                     std::wstring dataFolder);
+std::optional<Identity> MakeIdentity(int row, std::wstring installFolder, std::wstring dataFolder);
 
 /// -1: there is no such service.
 int RowOf(std::wstring_view nickname);

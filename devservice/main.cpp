@@ -56,8 +56,8 @@ int RunOnConsole(const PlenxService::CommandLine& line) {
     SetConsoleCtrlHandler(OnConsoleEvent, TRUE);
     PlenxService::Handle timer;
     if (line.seconds) {
-        timer = PlenxService::Handle(CreateThread(
-            nullptr, 0, StopLater, const_cast<unsigned*>(&*line.seconds), 0, nullptr));
+        timer = PlenxService::Handle(
+            CreateThread(nullptr, 0, StopLater, const_cast<unsigned*>(&*line.seconds), 0, nullptr));
     }
     return onConsole->Run();
 }

@@ -21,9 +21,9 @@ wchar_t kEndpoint[] = L"Manager";
 PlenxManagerReply CallManager(const Notification& notification) {
     PlenxManagerReply reply = {};
     RPC_WSTR binding = nullptr;
-    RPC_STATUS status = RpcStringBindingComposeW(nullptr, reinterpret_cast<RPC_WSTR>(kProtocol),
-                                                 nullptr, reinterpret_cast<RPC_WSTR>(kEndpoint),
-                                                 nullptr, &binding);
+    RPC_STATUS status =
+        RpcStringBindingComposeW(nullptr, reinterpret_cast<RPC_WSTR>(kProtocol), nullptr,
+                                 reinterpret_cast<RPC_WSTR>(kEndpoint), nullptr, &binding);
     if (status == RPC_S_OK) {
         status = RpcBindingFromStringBindingW(binding, &plenxManagerBinding);
         RpcStringFreeW(&binding);
@@ -61,7 +61,9 @@ std::string Described(const PlenxManagerReply& reply) {
 }  // namespace
 
 NotificationSender::NotificationSender(ServiceLog& log)
-    : log_(log), queued_(CreateEventW(nullptr, FALSE, FALSE, nullptr)), stop_(MakeEvent()),
+    : log_(log),
+      queued_(CreateEventW(nullptr, FALSE, FALSE, nullptr)),
+      stop_(MakeEvent()),
       thread_(CreateThread(nullptr, 0, ThreadEntry, this, 0, nullptr)) {}
 
 NotificationSender::~NotificationSender() {
@@ -127,8 +129,8 @@ void NotificationSender::Deliver(const Queued& queued) {
                                         notification.message.size()));
     for (bool first = true;; first = false) {
         const PlenxManagerReply reply = CallManager(notification);
-        const std::string line = "Manager answered " + PlenxWire::RenderId(notification.id) +
-                                 " " + Described(reply);
+        const std::string line =
+            "Manager answered " + PlenxWire::RenderId(notification.id) + " " + Described(reply);
         MIDL_user_free(reply.block);
         if (!reply.raised || !IsWorthAnotherTry(reply.exceptionCode, queued)) {
             log_.Write(line);

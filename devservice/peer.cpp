@@ -58,22 +58,25 @@ std::string Described(const Answer& answer) {
     const Decoded decoded = PlenxWire::DecodeReply(answer.reply->data(), answer.reply->size());
     return decoded.Ok()
                ? text + " reply:" + std::to_string(std::get<std::int32_t>(decoded.arguments[0]))
-               : text + " reply:" +
-                     PlenxWire::RenderBytes(answer.reply->data(), answer.reply->size());
+               : text +
+                     " reply:" + PlenxWire::RenderBytes(answer.reply->data(), answer.reply->size());
 }
 
 }  // namespace
 
-Peer::Peer(const Identity& identity, ServiceStatus& status, ServiceLog& log,
-           ControlFile& control, NotificationSender& sender, const Handle& stop)
-    : identity_(identity), status_(status), log_(log), control_(control), sender_(sender),
+Peer::Peer(const Identity& identity, ServiceStatus& status, ServiceLog& log, ControlFile& control,
+           NotificationSender& sender, const Handle& stop)
+    : identity_(identity),
+      status_(status),
+      log_(log),
+      control_(control),
+      sender_(sender),
       stop_(stop) {}
 
 Answer Peer::AnswerTo(std::int32_t request, const std::uint8_t* message, std::int32_t size) {
     const Decoded decoded = DecodeRequest(request, message, size);
-    log_.Write("received " +
-               (decoded.Ok() ? PlenxWire::RenderMessage(request, decoded.arguments)
-                             : RenderId(request) + " broken: " + decoded.error));
+    log_.Write("received " + (decoded.Ok() ? PlenxWire::RenderMessage(request, decoded.arguments)
+                                           : RenderId(request) + " broken: " + decoded.error));
 
     static const Settings kHonest("", "");
     const Settings told = control_.Read();

@@ -63,22 +63,26 @@ void PeerState::Apply(std::int32_t request, const Arguments& arguments) {
 
 std::string PeerState::Summary() const {
     return "holds groups:" +
-           List(groups, [](auto& group) {
-               return RenderText(group.first) + " " + RenderText(group.second);
-           }) +
+           List(groups,
+                [](auto& group) {
+                    return RenderText(group.first) + " " + RenderText(group.second);
+                }) +
            " devices:" +
-           List(devices, [](auto& device) {
-               return RenderText(std::get<0>(device)) + " " + RenderText(std::get<1>(device)) +
-                      (std::get<2>(device) ? " remote" : " local");
-           }) +
+           List(devices,
+                [](auto& device) {
+                    return RenderText(std::get<0>(device)) + " " + RenderText(std::get<1>(device)) +
+                           (std::get<2>(device) ? " remote" : " local");
+                }) +
            " strings:" +
-           List(strings, [](auto& entry) {
-               return std::to_string(entry.first) + ":" + RenderText(entry.second);
-           }) +
+           List(strings,
+                [](auto& entry) {
+                    return std::to_string(entry.first) + ":" + RenderText(entry.second);
+                }) +
            " numbers:" +
-           List(numbers, [](auto& entry) {
-               return std::to_string(entry.first) + ":" + std::to_string(entry.second);
-           }) +
+           List(numbers,
+                [](auto& entry) {
+                    return std::to_string(entry.first) + ":" + std::to_string(entry.second);
+                }) +
            " name:" + RenderText(name);
 }
 

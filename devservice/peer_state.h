@@ -14,7 +14,7 @@
 namespace PlenxService {
 
 struct PeerState {
-    std::map<std::string, std::string> groups;  // group name, argument
+    std::map<std::string, std::string> groups;                     // group name, argument
     std::set<std::tuple<std::string, std::string, bool>> devices;  // group, device, is remote
     std::map<std::int32_t, std::string> strings;
     std::map<std::int32_t, std::int64_t> numbers;

@@ -26,9 +26,7 @@ struct Cause {
     const std::string& String(std::size_t index) const {
         return std::get<std::string>(arguments[index]);
     }
-    std::int32_t Int32(std::size_t index) const {
-        return std::get<std::int32_t>(arguments[index]);
-    }
+    std::int32_t Int32(std::size_t index) const { return std::get<std::int32_t>(arguments[index]); }
 };
 
 Notification Make(std::int32_t id, const Arguments& arguments) {
@@ -75,8 +73,7 @@ Notifications RemoteDeviceGone(const Cause& cause) {
 Notifications NewName(const Cause& cause) {
     Notifications notifications;
     for (const auto& group : cause.state.groups) {
-        notifications.push_back(
-            Make(PlenxWire::kStatusNotify, {group.first, kNameStatus, 1}));
+        notifications.push_back(Make(PlenxWire::kStatusNotify, {group.first, kNameStatus, 1}));
     }
     return notifications;
 }
@@ -92,20 +89,20 @@ struct Reaction {
 };
 
 constexpr Reaction kReactions[] = {
-    {PlenxWire::kCreateGroup, {}, GroupUp},                // 10, 14
-    {PlenxWire::kDeleteGroup, {}, GroupGone},              // 11
-    {PlenxWire::kDeviceOnline, false, LocalDeviceUp},      // 13, 16
-    {PlenxWire::kDeviceOnline, true, RemoteDeviceUp},      // 12, 17, 18
-    {PlenxWire::kDeviceOffline, false, LocalDeviceGone},   // 18
-    {PlenxWire::kDeviceOffline, true, RemoteDeviceGone},   // 15
-    {PlenxWire::kNameChanged, {}, NewName},                // 14 for each group
-    {PlenxWire::kRecvRemoteMessage, {}, RemoteMessage},    // 9
+    {PlenxWire::kCreateGroup, {}, GroupUp},               // 10, 14
+    {PlenxWire::kDeleteGroup, {}, GroupGone},             // 11
+    {PlenxWire::kDeviceOnline, false, LocalDeviceUp},     // 13, 16
+    {PlenxWire::kDeviceOnline, true, RemoteDeviceUp},     // 12, 17, 18
+    {PlenxWire::kDeviceOffline, false, LocalDeviceGone},  // 18
+    {PlenxWire::kDeviceOffline, true, RemoteDeviceGone},  // 15
+    {PlenxWire::kNameChanged, {}, NewName},               // 14 for each group
+    {PlenxWire::kRecvRemoteMessage, {}, RemoteMessage},   // 9
 };
 
 }  // namespace
 
-Notifications ReactionsTo(std::int32_t request, const Arguments& arguments,
-                          const PeerState& state, const std::wstring& dataFolder) {
+Notifications ReactionsTo(std::int32_t request, const Arguments& arguments, const PeerState& state,
+                          const std::wstring& dataFolder) {
     const Cause cause{arguments, state, dataFolder};
     for (const Reaction& reaction : kReactions) {
         if (reaction.request == request &&

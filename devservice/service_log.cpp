@@ -33,8 +33,7 @@ void Append(const std::wstring& path, const std::string& line) {
 }  // namespace
 
 ServiceLog::ServiceLog(std::string nickname, const std::wstring& dataFolder, bool toConsole)
-    : nickname_(std::move(nickname)), file_(dataFolder + L"\\service.log"),
-      toConsole_(toConsole) {}
+    : nickname_(std::move(nickname)), file_(dataFolder + L"\\service.log"), toConsole_(toConsole) {}
 
 void ServiceLog::Write(std::string_view text) noexcept try {
     const std::lock_guard<std::mutex> lock(mutex_);

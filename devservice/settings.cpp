@@ -86,11 +86,16 @@ bool IsReply(std::string_view value) {
 bool Fits(Kind kind, std::string_view value) {
     std::int64_t number = 0;
     switch (kind) {
-    case Kind::kFlag: return ParseFlag(value).has_value();
-    case Kind::kNumber: return ParseNumber(value, number);
-    case Kind::kReply: return IsReply(value);
-    case Kind::kStop: return value == "normal" || value == "ignore" || value == "never";
-    case Kind::kText: return true;
+    case Kind::kFlag:
+        return ParseFlag(value).has_value();
+    case Kind::kNumber:
+        return ParseNumber(value, number);
+    case Kind::kReply:
+        return IsReply(value);
+    case Kind::kStop:
+        return value == "normal" || value == "ignore" || value == "never";
+    case Kind::kText:
+        return true;
     }
     return false;
 }
@@ -239,8 +244,7 @@ bool ParseBytes(std::string_view text, std::vector<std::uint8_t>& bytes) {
     }
     bytes.clear();
     for (std::size_t i = 0; i < digits.size(); i += 2) {
-        bytes.push_back(
-            static_cast<std::uint8_t>(std::stoul(digits.substr(i, 2), nullptr, 16)));
+        bytes.push_back(static_cast<std::uint8_t>(std::stoul(digits.substr(i, 2), nullptr, 16)));
     }
     return true;
 }

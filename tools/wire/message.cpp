@@ -32,9 +32,7 @@ struct DataAppender {
         out.insert(out.end(), value.begin(), value.end());
         out.push_back(0);
     }
-    void operator()(const Bytes& value) const {
-        out.insert(out.end(), value.begin(), value.end());
-    }
+    void operator()(const Bytes& value) const { out.insert(out.end(), value.begin(), value.end()); }
 };
 
 struct DataSize {
@@ -191,10 +189,14 @@ ArgumentType TypeOf(const Argument& argument) noexcept {
 
 const char* NameOf(ArgumentType type) noexcept {
     switch (type) {
-    case ArgumentType::kInt32: return "int32";
-    case ArgumentType::kInt64: return "int64";
-    case ArgumentType::kString: return "string";
-    case ArgumentType::kInt8Array: return "int8 array";
+    case ArgumentType::kInt32:
+        return "int32";
+    case ArgumentType::kInt64:
+        return "int64";
+    case ArgumentType::kString:
+        return "string";
+    case ArgumentType::kInt8Array:
+        return "int8 array";
     }
     return "unknown";
 }

@@ -47,7 +47,9 @@ struct Decoded {
 /// Trusts no byte. data may be null when size is 0.
 Decoded Decode(const std::uint8_t* data, std::size_t size);
 
-inline Decoded Decode(const Bytes& message) { return Decode(message.data(), message.size()); }
+inline Decoded Decode(const Bytes& message) {
+    return Decode(message.data(), message.size());
+}
 
 }  // namespace PlenxWire
 

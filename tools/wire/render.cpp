@@ -69,11 +69,21 @@ bool IsLineSeparator(std::string_view character) {
 
 void AppendEscaped(std::string& out, unsigned char byte) {
     switch (byte) {
-    case '"': out += "\\\""; break;
-    case '\\': out += "\\\\"; break;
-    case '\n': out += "\\n"; break;
-    case '\r': out += "\\r"; break;
-    case '\t': out += "\\t"; break;
+    case '"':
+        out += "\\\"";
+        break;
+    case '\\':
+        out += "\\\\";
+        break;
+    case '\n':
+        out += "\\n";
+        break;
+    case '\r':
+        out += "\\r";
+        break;
+    case '\t':
+        out += "\\t";
+        break;
     default:
         out += "\\x";
         AppendHex(out, byte);

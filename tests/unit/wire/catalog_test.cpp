@@ -29,7 +29,8 @@ std::string Signature(const MessageShape& shape) {
 
 TEST(Catalog, HasTheRequestsAndTheNotifications) {
     EXPECT_THAT(IdsOf(Direction::kRequest), ElementsAre(0, 1, 2, 3, 4, 5, 7, 8, 19));
-    EXPECT_THAT(IdsOf(Direction::kNotification), ElementsAre(9, 10, 11, 12, 13, 14, 15, 16, 17, 18));
+    EXPECT_THAT(IdsOf(Direction::kNotification),
+                ElementsAre(9, 10, 11, 12, 13, 14, 15, 16, 17, 18));
 }
 
 TEST(Catalog, HasTheArgumentsOfEachMessage) {
@@ -37,18 +38,18 @@ TEST(Catalog, HasTheArgumentsOfEachMessage) {
     for (const MessageShape& shape : Catalog()) {
         signatures.push_back(Signature(shape));
     }
-    EXPECT_THAT(signatures,
-                ElementsAre("CreateGroup(string, int32, string)", "DeleteGroup(string)",
-                            "DeviceOnline(string, string, int32, int32, int8 array)",
-                            "DeviceOffline(string, string, int32, int32)", "NameChanged(string)",
-                            "RecvRemoteMessage(int32, int32, string)",
-                            "SetStringConfig(int32, string)", "SetInt64Config(int32, int64)",
-                            "SendLocalMessage(int32, int32, string)", "ConnectNotify(string)",
-                            "DisconnectNotify(string)", "ReconnectNotify(string)",
-                            "LinkTypeQuery(string, int32)", "StatusNotify(string, int32, int32)",
-                            "ErrorNotify(int32)", "DiskNameNotify(string)",
-                            "UpdateWindowsExplore(int32, int8 array)",
-                            "ExploreFlushNotify(string, int32)", "PingService(int64)"));
+    EXPECT_THAT(
+        signatures,
+        ElementsAre("CreateGroup(string, int32, string)", "DeleteGroup(string)",
+                    "DeviceOnline(string, string, int32, int32, int8 array)",
+                    "DeviceOffline(string, string, int32, int32)", "NameChanged(string)",
+                    "RecvRemoteMessage(int32, int32, string)", "SetStringConfig(int32, string)",
+                    "SetInt64Config(int32, int64)", "SendLocalMessage(int32, int32, string)",
+                    "ConnectNotify(string)", "DisconnectNotify(string)", "ReconnectNotify(string)",
+                    "LinkTypeQuery(string, int32)", "StatusNotify(string, int32, int32)",
+                    "ErrorNotify(int32)", "DiskNameNotify(string)",
+                    "UpdateWindowsExplore(int32, int8 array)", "ExploreFlushNotify(string, int32)",
+                    "PingService(int64)"));
 }
 
 TEST(Catalog, FindsByNumberAndByName) {

@@ -41,14 +41,15 @@ TEST(Encode, Int8Array_HasNoTerminator) {
 }
 
 TEST(Encode, SeveralArguments_ArePackedInOrderWithoutAlignment) {
-    const Bytes expected = With(Words({63, 4, 4, 56, 2, 5, 58, 1, 2, 59, 4, 5, 63, 0}),
-                                {'x', 0, 9, 7, 0, 0, 0});
+    const Bytes expected =
+        With(Words({63, 4, 4, 56, 2, 5, 58, 1, 2, 59, 4, 5, 63, 0}), {'x', 0, 9, 7, 0, 0, 0});
     EXPECT_EQ(Encode({std::string("x"), Bytes{9}, std::int32_t{7}, Bytes{}}), expected);
 }
 
 TEST(Decode, TakesWhatEncodeBuilt) {
-    const Arguments arguments = {std::string("g_1"), std::int32_t{-1}, std::int64_t{1} << 40,
-                                 Bytes{0, 1}, std::string(), std::string("a\0b", 3), Bytes{}};
+    const Arguments arguments = {
+        std::string("g_1"),     std::int32_t{-1}, std::int64_t{1} << 40, Bytes{0, 1}, std::string(),
+        std::string("a\0b", 3), Bytes{}};
     const Decoded decoded = Decode(Encode(arguments));
     EXPECT_EQ(decoded.error, "");
     EXPECT_EQ(decoded.arguments, arguments);
@@ -73,8 +74,8 @@ INSTANTIATE_TEST_SUITE_P(
     Each, DecodeBroken,
     testing::Values(
         Broken{"Empty", {}, "0 bytes are no message: the header alone has 8"},
-        Broken{"SevenBytes", {7, 0, 0, 0, 0, 0, 0},
-               "7 bytes are no message: the header alone has 8"},
+        Broken{
+            "SevenBytes", {7, 0, 0, 0, 0, 0, 0}, "7 bytes are no message: the header alone has 8"},
         Broken{"HeaderAlone", Words({8, 0}),
                "the table of 0 arguments ends at 8 and leaves no data in 8 bytes"},
         Broken{"TableAlone", Words({20, 1, 5, 20, 0}),
@@ -120,8 +121,8 @@ TEST(Decode, NullOfSize0_IsRefused) {
 
 // Whatever is accepted must be exactly what Encode builds: there is one spelling of a message.
 TEST(Decode, OfAlteredMessages_TakesNothingThatEncodeWouldNotBuild) {
-    const Bytes good = Encode({std::string("group_1"), std::int32_t{2}, Bytes{1, 2, 3},
-                               std::int64_t{5}});
+    const Bytes good =
+        Encode({std::string("group_1"), std::int32_t{2}, Bytes{1, 2, 3}, std::int64_t{5}});
     std::mt19937 random(20260131);
     int taken = 0;
     for (int round = 0; round < 50000; ++round) {

@@ -47,10 +47,9 @@ TEST(DriverFiles, Libraries_LoadAndUnload) {
 // Registered as the library does it: a file-system driver, asking for no access rights.
 void RegisterDriver(const wchar_t* name, const std::wstring& path) {
     const SC_HANDLE manager = OpenSCManagerW(nullptr, nullptr, SC_MANAGER_ALL_ACCESS);
-    const SC_HANDLE created =
-        CreateServiceW(manager, name, name, 0, SERVICE_FILE_SYSTEM_DRIVER, SERVICE_SYSTEM_START,
-                       SERVICE_ERROR_NORMAL, path.c_str(), nullptr, nullptr, nullptr, nullptr,
-                       nullptr);
+    const SC_HANDLE created = CreateServiceW(
+        manager, name, name, 0, SERVICE_FILE_SYSTEM_DRIVER, SERVICE_SYSTEM_START,
+        SERVICE_ERROR_NORMAL, path.c_str(), nullptr, nullptr, nullptr, nullptr, nullptr);
     EXPECT_NE(created, nullptr) << GetLastError();
     CloseServiceHandle(created);
     CloseServiceHandle(manager);
@@ -74,7 +73,8 @@ TEST_P(Driver, ReachesRunningAndStopsAgain) {
     RemoveService(name);
 }
 
-INSTANTIATE_TEST_SUITE_P(Versions, Driver, testing::Values(L"\\dokan1.sys", L"\\upgrade\\dokan1.sys"));
+INSTANTIATE_TEST_SUITE_P(Versions, Driver,
+                         testing::Values(L"\\dokan1.sys", L"\\upgrade\\dokan1.sys"));
 
 }  // namespace
 }  // namespace PlenxTest

@@ -16,8 +16,7 @@ using testing::HasSubstr;
 
 constexpr DWORD kStopLimit = 2000;  // what the library gives a service
 
-const std::wstring kEndpoints[] = {L"PLENXOfficeService", L"PLENXPCService",
-                                   L"PLENXPhoneService"};
+const std::wstring kEndpoints[] = {L"PLENXOfficeService", L"PLENXPCService", L"PLENXPhoneService"};
 
 ServiceAnswer Ping(const std::wstring& endpoint) {
     return CallService(endpoint, PlenxWire::kPingService, {std::int64_t{0}});
@@ -60,9 +59,11 @@ TEST(Life, DataFolderThatIsMissing_IsMadeAndHoldsTheLog) {
 
 TEST(Life, ArgumentsThatAreWrong_EndInStoppedWithError87) {
     ServiceUnderTest service(1);
-    for (const std::vector<std::wstring>& arguments :
-         {std::vector<std::wstring>{}, {L"C:\\a", L"C:\\b"}, {L"C:\\a", L"C:\\b", L"3"},
-          {L"C:\\a", L"C:\\b", L"12"}, {L"", L"C:\\b", L"1"}}) {
+    for (const std::vector<std::wstring>& arguments : {std::vector<std::wstring>{},
+                                                       {L"C:\\a", L"C:\\b"},
+                                                       {L"C:\\a", L"C:\\b", L"3"},
+                                                       {L"C:\\a", L"C:\\b", L"12"},
+                                                       {L"", L"C:\\b", L"1"}}) {
         service.Start(arguments);
         ASSERT_TRUE(service.Reaches(SERVICE_STOPPED, 5000));
         EXPECT_EQ(service.Status().dwWin32ExitCode, ERROR_INVALID_PARAMETER);
@@ -196,8 +197,7 @@ TEST(Life, StopWhileTheLibraryDoesNotComeBack_IsDoneInTime) {
     FakeManager::Block(4000);
     ServiceUnderTest service(1, "log=second.log\n");
     ASSERT_TRUE(service.StartAndRun());
-    CallService(kEndpoints[1], PlenxWire::kCreateGroup,
-                {std::string("g_1"), 2, std::string("a")});
+    CallService(kEndpoints[1], PlenxWire::kCreateGroup, {std::string("g_1"), 2, std::string("a")});
     ASSERT_EQ(FakeManager::Await(1).size(), 1u);
     EXPECT_EQ(service.SendStop(), NO_ERROR);
     EXPECT_TRUE(service.Reaches(SERVICE_STOPPED, kStopLimit));
@@ -230,12 +230,22 @@ TEST(Life, OnceStopped_NothingIsWrittenToTheDataFolder) {
 }
 
 TEST(Console, UsageErrors_EndWith2) {
-    for (const wchar_t* const arguments :
-         {L"", L"--console", L"--console tablet", L"--nonsense", L"--console pc --seconds 0",
-          L"--console pc --data"}) {
+    for (const wchar_t* const arguments : {L"", L"--console", L"--console tablet", L"--nonsense",
+                                           L"--console pc --seconds 0", L"--console pc --data"}) {
         ChildProcess child(L"\"" + ProgramFolder() + L"\\plenxservice.exe\" " + arguments);
         EXPECT_EQ(child.WaitForExit(10000), DWORD{2});
     }
+}
+
+TEST(Console, ControlFile_IsTakenFromTheFolderOfTheEnvironment) {
+    ServiceUnderTest service(1, "start_fail=7\n");  // only for its folders
+    SetEnvironmentVariableW(L"PLENX_SERVICE_CONTROL", service.InstallFolder().c_str());
+    ChildProcess child(L"\"" + ProgramFolder() +
+                       L"\\plenxservice.exe\" --console pc --install C:\\nowhere --data " +
+                       service.DataFolder().wstring() + L" --seconds 5");
+    SetEnvironmentVariableW(L"PLENX_SERVICE_CONTROL", nullptr);
+    EXPECT_EQ(child.WaitForExit(4000), DWORD{1});
+    EXPECT_THAT(service.Log(), HasSubstr(" pc is told to fail, code 7\n"));
 }
 
 TEST(Console, RunsForTheTimeGivenAndEndsWith0) {

@@ -37,8 +37,8 @@ TEST(AManagerThatIsAbsent, IsTriedAgainUntilItIsThere) {
     ServiceUnderTest service(1);
     ASSERT_TRUE(service.StartAndRun());
     ASSERT_EQ(CallService(kEndpoint, PlenxWire::kCreateGroup, kGroup).Code(), 0);
-    EXPECT_TRUE(service.LogComesToSay(
-        "Manager answered ConnectNotify(10) exception 1722, trying again\n"));
+    EXPECT_TRUE(
+        service.LogComesToSay("Manager answered ConnectNotify(10) exception 1722, trying again\n"));
     Sleep(300);
     FakeManager::Show();
     EXPECT_THAT(FakeManager::Await(2),
@@ -89,22 +89,28 @@ TEST_F(Request, OfEachKind_LeadsToItsNotifications) {
         {PlenxWire::kPingService, {std::int64_t{3}}, {}},
         {PlenxWire::kSetStringConfig, {7, std::string("value")}, {}},
         {PlenxWire::kSetInt64Config, {8, std::int64_t{1} << 40}, {}},
-        {PlenxWire::kCreateGroup, kGroup,
+        {PlenxWire::kCreateGroup,
+         kGroup,
          {"ConnectNotify(10) grpName:\"g_1\"",
           "StatusNotify(14) grpName:\"g_1\" sttsType:100 value:1"}},
-        {PlenxWire::kDeviceOnline, {group, device, 0, 3, Bytes{1, 2, 3}},
+        {PlenxWire::kDeviceOnline,
+         {group, device, 0, 3, Bytes{1, 2, 3}},
          {"LinkTypeQuery(13) grpName:\"g_1\" linkType:0", "DiskNameNotify(16) diskName:\"P:\""}},
-        {PlenxWire::kDeviceOnline, {group, device, 1, 0, Bytes{}},
+        {PlenxWire::kDeviceOnline,
+         {group, device, 1, 0, Bytes{}},
          {"ReconnectNotify(12) grpName:\"g_1\"",
           PlenxWire::RenderMessage(PlenxWire::kUpdateWindowsExplore,
                                    Arguments{static_cast<std::int32_t>(path.size()), path}),
           "ExploreFlushNotify(18) disk:\"P:\" expFlushType:0"}},
-        {PlenxWire::kDeviceOffline, {group, device, 0, 5},
+        {PlenxWire::kDeviceOffline,
+         {group, device, 0, 5},
          {"ExploreFlushNotify(18) disk:\"P:\" expFlushType:2"}},
         {PlenxWire::kDeviceOffline, {group, device, 1, 5}, {"ErrorNotify(15) errCode:5"}},
-        {PlenxWire::kNameChanged, {std::string("new")},
+        {PlenxWire::kNameChanged,
+         {std::string("new")},
          {"StatusNotify(14) grpName:\"g_1\" sttsType:101 value:1"}},
-        {PlenxWire::kRecvRemoteMessage, {4, 5, std::string("hello")},
+        {PlenxWire::kRecvRemoteMessage,
+         {4, 5, std::string("hello")},
          {"SendLocalMessage(9) msgType:4 msgLen:5 msg:\"hello\""}},
         {PlenxWire::kDeleteGroup, {group}, {"DisconnectNotify(11) grpName:\"g_1\""}},
     };
@@ -130,7 +136,8 @@ TEST_F(Request, AndWhatIsKeptOfIt_StandInTheLog) {
     Send(PlenxWire::kSetInt64Config, {8, std::int64_t{-5}});
     Send(PlenxWire::kCreateGroup, kGroup);
     const std::string log = service.Log();
-    EXPECT_THAT(log, HasSubstr(" pc received SetStringConfig(7) cfgType:7 value:\"w\xc3\xa4rt\"\n"));
+    EXPECT_THAT(log,
+                HasSubstr(" pc received SetStringConfig(7) cfgType:7 value:\"w\xc3\xa4rt\"\n"));
     EXPECT_THAT(log, HasSubstr(" pc received SetInt64Config(8) cfgType:8 value:-5\n"));
     EXPECT_THAT(log, HasSubstr(" pc holds groups:{\"g_1\" \"arg\"} devices:{} "
                                "strings:{7:\"w\xc3\xa4rt\"} numbers:{8:-5} name:\"\"\n"));
@@ -214,10 +221,9 @@ INSTANTIATE_TEST_SUITE_P(
         Misbehaviour{"Result", "result=31", 31, 0, false, {}},
         Misbehaviour{"OfThisService", "answer=6\npc.answer=5\nphone.answer=7", 0, 24, true,
                      PlenxWire::Encode({5})},
-        Misbehaviour{"OfThisRequest", "pc.answer=6\nanswer.PingService=5\nanswer.2=7", 0, 24,
-                     true, PlenxWire::Encode({5})},
-        Misbehaviour{"OfThisRequestByNumber", "answer.19=5", 0, 24, true,
+        Misbehaviour{"OfThisRequest", "pc.answer=6\nanswer.PingService=5\nanswer.2=7", 0, 24, true,
                      PlenxWire::Encode({5})},
+        Misbehaviour{"OfThisRequestByNumber", "answer.19=5", 0, 24, true, PlenxWire::Encode({5})},
         Misbehaviour{"OfAnotherRequest", "result.CreateGroup=31", 0, 24, true,
                      PlenxWire::Encode({0})},
         Misbehaviour{"NotUnderstood", "\xef\xbb\xbf# comment\r\nansver=1\nanswer=x\nanswer.Pong=1",
@@ -285,22 +291,21 @@ TEST_F(Request, ThatCrashesIt_LeavesTheServiceStopped) {
 }
 
 TEST_F(Request, ThatKillsIt_LeavesNoProcess) {
-    const HANDLE process =
-        OpenProcess(SYNCHRONIZE, FALSE, service.Status().dwProcessId);
+    const HANDLE process = OpenProcess(SYNCHRONIZE, FALSE, service.Status().dwProcessId);
     ASSERT_NE(process, nullptr);
     service.Control("die.1=yes\n");
     EXPECT_EQ(ExceptionOfCall(kEndpoint, PlenxWire::kDeleteGroup), DWORD{RPC_S_CALL_FAILED});
     EXPECT_EQ(WaitForSingleObject(process, 2000), WAIT_OBJECT_0);
     CloseHandle(process);
-    EXPECT_EQ(ExceptionOfCall(kEndpoint, PlenxWire::kPingService),
-              DWORD{RPC_S_SERVER_UNAVAILABLE});
+    EXPECT_EQ(ExceptionOfCall(kEndpoint, PlenxWire::kPingService), DWORD{RPC_S_SERVER_UNAVAILABLE});
 }
 
 TEST_F(Request, HostileNotifications_AllReachTheLibrary) {
     service.Control("hostile.NameChanged=yes\n");
     EXPECT_EQ(Send(PlenxWire::kNameChanged, {std::string("n")}).Code(), 0);
-    EXPECT_TRUE(service.LogComesToSay("hostile (bad group name) ConnectNotify(10) "
-                                      "grpName:\"\\xff_1\"\n"));
+    EXPECT_TRUE(
+        service.LogComesToSay("hostile (bad group name) ConnectNotify(10) "
+                              "grpName:\"\\xff_1\"\n"));
     const std::vector<std::string> received = FakeManager::Await(200);
     EXPECT_GT(received.size(), 200u);
     EXPECT_THAT(received, testing::Contains("DiskNameNotify(16) broken: 0 bytes are no message: "

@@ -26,7 +26,9 @@ SC_HANDLE Checked(SC_HANDLE handle, const char* what) {
 }  // namespace
 
 ServiceUnderTest::ServiceUnderTest(int row, const std::string& control)
-    : root_(L"C:\\plenxdevtest"), install_(root_ / L"app"), data_(root_ / L"data" / L"service"),
+    : root_(L"C:\\plenxdevtest"),
+      install_(root_ / L"app"),
+      data_(root_ / L"data" / L"service"),
       row_(row) {
     RemoveService(kName);
     fs::remove_all(root_);
@@ -36,8 +38,8 @@ ServiceUnderTest::ServiceUnderTest(int row, const std::string& control)
     service_ = Checked(
         CreateServiceW(manager_, kName, kName, SERVICE_ALL_ACCESS, SERVICE_WIN32_OWN_PROCESS,
                        SERVICE_DEMAND_START, SERVICE_ERROR_NORMAL,
-                       (ProgramFolder() + L"\\plenxservice.exe").c_str(), nullptr, nullptr,
-                       nullptr, nullptr, nullptr),
+                       (ProgramFolder() + L"\\plenxservice.exe").c_str(), nullptr, nullptr, nullptr,
+                       nullptr, nullptr),
         "create service");
 }
 
@@ -101,8 +103,7 @@ bool ServiceUnderTest::Reaches(DWORD state, DWORD milliseconds) const {
     return reports.back().dwCurrentState == state;
 }
 
-std::vector<SERVICE_STATUS_PROCESS> ServiceUnderTest::Watch(DWORD state,
-                                                            DWORD milliseconds) const {
+std::vector<SERVICE_STATUS_PROCESS> ServiceUnderTest::Watch(DWORD state, DWORD milliseconds) const {
     std::vector<SERVICE_STATUS_PROCESS> reports = {Status()};
     const ULONGLONG end = GetTickCount64() + milliseconds;
     while (reports.back().dwCurrentState != state && GetTickCount64() < end) {
