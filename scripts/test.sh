@@ -1,6 +1,9 @@
 # All tests, and the closing line that counts them.
 
-windows_test_seconds=600
+windows_test_seconds=900
+failure_lines='^[^ ].*(Failure|FAILED|WARNING: ThreadSanitizer|ERROR: AddressSanitizer|runtime error)'
+failure_lines+='|\*\*\*(Failed|Timeout|Exception)'
+all_passed=0 all_failed=0 all_skipped=0
 
 test_native() {
     local flavours=("$@") flavour
@@ -11,16 +14,40 @@ test_native() {
     done
 }
 
+# The public header stands alone, for every compiler that a host may use here.
+check_public_header() {
+    local compiler
+    for compiler in g++ clang++ x86_64-w64-mingw32-g++-posix; do
+        "$compiler" -std=c++17 -Wall -Wextra -Wpedantic -Werror -fsyntax-only -x c++ \
+            include/plenxsdk/plenx_manager.h
+    done
+}
+
 run_native() {
-    local xml=$results_dir/native-$1.xml log=$log_dir/native-tests-$1.txt
-    if ! (cd "$build_dir/native-$1" && ctest -j"$(nproc)" --output-on-failure --output-junit "$xml") \
-        >"$log" 2>&1 </dev/null; then
-        echo "  failures in the native tests, $1:"
-        grep -aE '^[^ ].*(Failure|FAILED|WARNING: ThreadSanitizer|ERROR: AddressSanitizer|runtime error)|\*\*\*(Failed|Timeout|Exception)' \
-            "$log" | head -n 40
-        echo "  (all of it: ${log#"$root"/})"
+    local name=native-$1 status=0
+    local log=$log_dir/$name-tests.txt
+    (cd "$build_dir/$name" && ctest -j"$(nproc)" --output-on-failure \
+        --output-junit "$results_dir/$name.xml") >"$log" 2>&1 </dev/null || status=$?
+    report "$name" "native tests, $1" $status "$log"
+}
+
+# report NAME TEXT STATUS LOG: the count of a run, and its failures. A run that failed without a
+# failed test (it crashed, or ended badly) counts as one failure more.
+report() {
+    local xml=$results_dir/$1.xml passed=0 failed=0 skipped=0
+    if [ -e "$xml" ]; then
+        read -r passed failed skipped < <(count_results "$xml")
     fi
-    show_count "native tests, $1" "$xml"
+    if [ "$3" -ne 0 ]; then
+        echo "  failures in $2 (exit $3):"
+        grep -aE "$failure_lines" "$4" | head -n 40 || true
+        echo "  (all of it: ${4#"$root"/})"
+        [ "$failed" -ne 0 ] || failed=1
+    fi
+    echo "  $2: $passed passed, $failed failed, $skipped skipped"
+    all_passed=$((all_passed + passed))
+    all_failed=$((all_failed + failed))
+    all_skipped=$((all_skipped + skipped))
 }
 
 test_windows() {
@@ -38,46 +65,36 @@ test_windows() {
 
 # A test program runs in the folder of everything that was built, in a prefix of its own.
 run_windows_test() {
-    local name=$1 prefix status=0
-    local xml=$results_dir/windows-$name.xml log=$log_dir/windows-$name.txt
-    [ -e "$windows_build/bin/$name.exe" ] || fail "no such test program: $name"
-    prefix=$(new_prefix "$name")
+    local prefix status=0
+    local log=$log_dir/windows-$1.txt xml=$results_dir/windows-$1.xml
+    [ -e "$windows_build/bin/$1.exe" ] || fail "no such test program: $1"
+    prefix=$(new_prefix "$1")
     (cd "$windows_build/bin" && WINEPREFIX=$prefix timeout -k 10 $windows_test_seconds \
-        wine "$name.exe" --gtest_output=xml:"Z:${xml//\//\\}") >"$log" 2>&1 </dev/null || status=$?
-    if [ $status -ne 0 ]; then
-        echo "  failures in $name (exit $status):"
-        grep -aE 'Failure|FAILED' "$log" | head -n 40
-        echo "  (all of it: ${log#"$root"/})"
-        [ -e "$xml" ] || echo '<testsuites tests="1" failures="1" skipped="0">' >"$xml"
-    fi
+        wine "$1.exe" --gtest_output=xml:"Z:${xml//\//\\}") >"$log" 2>&1 </dev/null || status=$?
     drop_prefix "$prefix"
-    show_count "$name under Wine" "$xml"
+    report "windows-$1" "$1 under Wine" $status "$log"
 }
 
-# count_results FILE...: "passed failed skipped", from the head of each JUnit file
+# count_results FILE: "passed failed skipped". The head of a JUnit file counts them; GoogleTest's
+# does not count skipped tests, but marks them.
 count_results() {
-    cat "$@" | awk '
+    awk -v RS='>' '
         function attribute(name) {
-            if (match($0, " " name "=\"[0-9]+\"")) {
+            if (match($0, "[ \t\n]" name "=\"[0-9]+\"")) {
                 value = substr($0, RSTART, RLENGTH)
                 gsub(/[^0-9]/, "", value)
                 return value + 0
             }
             return 0
         }
-        /<testsuites / { tests += attribute("tests"); in_suites = 1
-                         failed += attribute("failures") + attribute("errors")
-                         skipped += attribute("skipped") + attribute("disabled") }
-        /<testsuite / && !in_suites { tests += attribute("tests")
-                         failed += attribute("failures"); skipped += attribute("skipped") }
-        /result="skipped"/ { skipped += 1 }
-        END { print tests - failed - skipped, failed + 0, skipped + 0 }'
-}
-
-show_count() {
-    local passed failed skipped
-    read -r passed failed skipped < <(count_results "$2")
-    echo "  $1: $passed passed, $failed failed, $skipped skipped"
+        /<testsuites?[ \n]/ && !head {
+            head = 1
+            tests = attribute("tests")
+            failed = attribute("failures") + attribute("errors")
+            skipped = attribute("skipped") + attribute("disabled")
+        }
+        /<testcase[ \n]/ && /result="skipped"/ { skipped += 1 }
+        END { print tests - failed - skipped, failed + 0, skipped + 0 }' "$1"
 }
 
 command_test() {
@@ -88,6 +105,9 @@ command_test() {
     [ $# -gt 0 ] && shift
     case $which in
     all)
+        need_packages "${native_packages[@]}" "${windows_packages[@]}" "${demo_packages[@]}"
+        step "compile the public header alone" check_public_header
+        step "hold the table of tests against the tests" python3 docs/check_conformance.py
         test_native
         test_windows
         ;;
@@ -98,11 +118,6 @@ command_test() {
         exit 2
         ;;
     esac
-    local file passed=0 failed=0 skipped=0 p f s
-    for file in "$results_dir"/*.xml; do
-        read -r p f s < <(count_results "$file")
-        passed=$((passed + p)) failed=$((failed + f)) skipped=$((skipped + s))
-    done
-    echo "$passed passed, $failed failed, $skipped skipped"
-    [ "$failed" -eq 0 ] && [ "$passed" -gt 0 ]
+    echo "$all_passed passed, $all_failed failed, $all_skipped skipped"
+    [ $all_failed -eq 0 ] && [ $all_passed -gt 0 ]
 }
