@@ -2,7 +2,7 @@
 
 #include <rpc.h>
 
-#include <cstring>
+#include <algorithm>
 #include <string>
 
 #include "companion/recorded_log.h"
@@ -100,7 +100,7 @@ void PlenxCallService(long msgType, long msgSize, const unsigned char* msg,
     reply->size = answer.statedSize.value_or(static_cast<long>(answer.reply.size()));
     if (!answer.nullBlock) {
         reply->block = static_cast<unsigned char*>(MIDL_user_allocate(answer.reply.size()));
-        std::memcpy(reply->block, answer.reply.data(), answer.reply.size());
+        std::copy(answer.reply.begin(), answer.reply.end(), reply->block);
     }
 }
 
