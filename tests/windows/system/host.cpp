@@ -120,8 +120,8 @@ Lines Host::LinesOf(const std::string& function) {
 
 int Host::CountLines(const std::string& text) {
     const std::vector<LogLine> log = ReadLibraryLog();
-    return static_cast<int>(std::count_if(
-        log.begin(), log.end(), [&](const LogLine& line) { return line.text == text; }));
+    return static_cast<int>(std::count_if(log.begin(), log.end(),
+                                          [&](const LogLine& line) { return line.text == text; }));
 }
 
 bool Host::LogComesToSay(const std::string& line, DWORD milliseconds) {
@@ -142,18 +142,17 @@ Lines Host::ServiceLines(const std::string& nickname, const std::string& beginni
 }
 
 bool Host::ServiceComesToSay(const std::string& text, DWORD milliseconds) const {
-    return WaitFor(
-        [&] { return ReadFile(ServiceLogFile()).find(text) != std::string::npos; },
-        milliseconds);
+    return WaitFor([&] { return ReadFile(ServiceLogFile()).find(text) != std::string::npos; },
+                   milliseconds);
 }
 
 Lines LinesOfStatus(ServiceType service, unsigned kind, bool value) {
     const std::string function = "PLENXManager::NotifyStatus";
-    return {Info(function, "plenx manager notify status invoked svcType:" +
-                               std::to_string(service) + " sttsType:" + std::to_string(kind) +
-                               " value:" + std::to_string(value)),
-            Info(function, "plenx manager notify status begin"),
-            Info(function, "plenx manager notify status end")};
+    return {
+        Info(function, "plenx manager notify status invoked svcType:" + std::to_string(service) +
+                           " sttsType:" + std::to_string(kind) + " value:" + std::to_string(value)),
+        Info(function, "plenx manager notify status begin"),
+        Info(function, "plenx manager notify status end")};
 }
 
 Lines LinesOfStart(ServiceType service, const std::string& name) {

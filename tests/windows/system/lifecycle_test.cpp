@@ -18,21 +18,20 @@ HOST_TEST(Lifecycle, Init_InstallsServicesStartsDriverAndListens) {
     Init();
     EXPECT_THAT(
         WorkerLines(),
-        ElementsAre(
-            Info("PLENXManagerInner::Init", "service manager initialization"),
-            Error("ServiceManager::StopServiceByIndex", "open service error 1060"),
-            Error("ServiceManager::InstallService", "stop service PlenxPcSvc error 2"),
-            Info("ServiceManager::CreateServiceByIndex", "create service success"),
-            Info("ServiceManager::InstallService", "install service PlenxPcSvc success"),
-            Error("ServiceManager::StopServiceByIndex", "open service error 1060"),
-            Error("ServiceManager::InstallService", "stop service PlenxPhoneSvc error 2"),
-            Info("ServiceManager::CreateServiceByIndex", "create service success"),
-            Info("ServiceManager::InstallService", "install service PlenxPhoneSvc success"),
-            Info("ServiceManager::CreateServiceByIndex", "create service success"),
-            Error("KillServiceProcess", "kill service process 0"),
-            Info("ServiceManager::StartServiceByIndex", "start service successful"),
-            Info("ServiceManager::StartDokanService", "start dokan service success"),
-            Info("PLENXManagerInner::Init", "rpc listen thread initialization")));
+        ElementsAre(Info("PLENXManagerInner::Init", "service manager initialization"),
+                    Error("ServiceManager::StopServiceByIndex", "open service error 1060"),
+                    Error("ServiceManager::InstallService", "stop service PlenxPcSvc error 2"),
+                    Info("ServiceManager::CreateServiceByIndex", "create service success"),
+                    Info("ServiceManager::InstallService", "install service PlenxPcSvc success"),
+                    Error("ServiceManager::StopServiceByIndex", "open service error 1060"),
+                    Error("ServiceManager::InstallService", "stop service PlenxPhoneSvc error 2"),
+                    Info("ServiceManager::CreateServiceByIndex", "create service success"),
+                    Info("ServiceManager::InstallService", "install service PlenxPhoneSvc success"),
+                    Info("ServiceManager::CreateServiceByIndex", "create service success"),
+                    Error("KillServiceProcess", "kill service process 0"),
+                    Info("ServiceManager::StartServiceByIndex", "start service successful"),
+                    Info("ServiceManager::StartDokanService", "start dokan service success"),
+                    Info("PLENXManagerInner::Init", "rpc listen thread initialization")));
     EXPECT_EQ(StateOf(L"PlenxPcSvc"), DWORD{SERVICE_STOPPED});
     EXPECT_EQ(StateOf(L"PlenxPhoneSvc"), DWORD{SERVICE_STOPPED});
     EXPECT_EQ(StateOf(L"Dokan1"), DWORD{SERVICE_RUNNING});
@@ -46,15 +45,16 @@ HOST_TEST(Lifecycle, HostsOwnLinesOfInitAndDestroy_AreWrittenOnItsThread) {
     Init();
     manager.Destroy();
     EXPECT_TRUE(Settle());
-    EXPECT_THAT(OwnLines(),
-                ElementsAre(Info("PLENXManager::Destroy", "plenx manager destroy"),
-                            Info("PLENXManager::Destroy", "plenx manager plenx manager inner "
-                                                          "destroy is pushed into thread pool")));
+    EXPECT_THAT(OwnLines(), ElementsAre(Info("PLENXManager::Destroy", "plenx manager destroy"),
+                                        Info("PLENXManager::Destroy",
+                                             "plenx manager plenx manager inner "
+                                             "destroy is pushed into thread pool")));
     EXPECT_THAT(WorkerLines(), IsEmpty()) << "everything is done already";
     EXPECT_THAT(LinesOf("PLENXManager::Init"),
                 ElementsAre(Info("PLENXManager::Init", "plenx manager Init"),
-                            Info("PLENXManager::Init", "plenx manager plenx manager inner init "
-                                                       "is pushed into thread pool")));
+                            Info("PLENXManager::Init",
+                                 "plenx manager plenx manager inner init "
+                                 "is pushed into thread pool")));
 }
 
 class EachService : public Host {
@@ -68,29 +68,27 @@ void EachService::StartAndStop(ServiceType service, const std::string& name,
     Init();
     EXPECT_TRUE(Start(service));
     Settle();
-    EXPECT_THAT(WorkerLines(),
-                ElementsAreArray(
-                    Lines{Info("PLENXManager::StartFunc",
-                               "plenx manager start service svcType(" + type + ") is invoked")} +
-                    LinesOfStart(service, name)));
-    EXPECT_THAT(OwnLines(), ElementsAre(Info("PLENXManager::Start",
-                                             "plenx manager start service (" + type +
-                                                 ") is pushed into thread pool")));
+    EXPECT_THAT(WorkerLines(), ElementsAreArray(Lines{Info("PLENXManager::StartFunc",
+                                                           "plenx manager start service svcType(" +
+                                                               type + ") is invoked")} +
+                                                LinesOfStart(service, name)));
+    EXPECT_THAT(OwnLines(),
+                ElementsAre(Info("PLENXManager::Start", "plenx manager start service (" + type +
+                                                            ") is pushed into thread pool")));
     EXPECT_TRUE(observer.WaitFor("NotifyStatus(" + type + ", group, 100, 1)"));
 
     EXPECT_EQ(manager.Stop(service, "group"), 0);
     Settle();
-    EXPECT_THAT(
-        WorkerLines(),
-        ElementsAreArray(
-            Lines{Info("PLENXManager::StopFunc",
-                       "plenx manager stop service svcType(" + type + ") is invoked"),
-                  Info("PLENXManagerInner::Stop", "plenx manager stop service " + type),
-                  Info("RpcManager::DeleteGroup", "delete group svcType:" + type),
-                  Info("ServiceManager::StopServiceByIndex", "stop service successful"),
-                  Info("ServiceManager::StopPlenxService",
-                       "stop plenx service " + name + " success")} +
-            LinesOfStatus(service, 1, false) + LinesOfStatus(kCombinedService, 1, true)));
+    EXPECT_THAT(WorkerLines(),
+                ElementsAreArray(
+                    Lines{Info("PLENXManager::StopFunc",
+                               "plenx manager stop service svcType(" + type + ") is invoked"),
+                          Info("PLENXManagerInner::Stop", "plenx manager stop service " + type),
+                          Info("RpcManager::DeleteGroup", "delete group svcType:" + type),
+                          Info("ServiceManager::StopServiceByIndex", "stop service successful"),
+                          Info("ServiceManager::StopPlenxService",
+                               "stop plenx service " + name + " success")} +
+                    LinesOfStatus(service, 1, false) + LinesOfStatus(kCombinedService, 1, true)));
 
     EXPECT_THAT(ToldByWorker(), ElementsAre("NotifyStatus(" + type + ", group, 0, 1)",
                                             "NotifyStatus(" + type + ", group, 1, 0)",
@@ -180,10 +178,9 @@ HOST_TEST(Lifecycle, EveryNotification_ReachesTheObserverInOrder) {
                             "SendLocalMessage(-7, 3, abc)", "NotifyError(-6)",
                             "NotifyDisconnect(1, group)"));
     // 17 and 18 go to the Explorer, and each is answered.
-    for (const char* const answer :
-         {"Manager answered LinkTypeQuery(13) result:0 reply:4711",
-          "Manager answered UpdateWindowsExplore(17) result:0 reply:0",
-          "Manager answered ExploreFlushNotify(18) result:0 reply:0"}) {
+    for (const char* const answer : {"Manager answered LinkTypeQuery(13) result:0 reply:4711",
+                                     "Manager answered UpdateWindowsExplore(17) result:0 reply:0",
+                                     "Manager answered ExploreFlushNotify(18) result:0 reply:0"}) {
         EXPECT_TRUE(ServiceComesToSay(answer)) << answer;
     }
     EXPECT_THAT(LinesOf("RpcManager::FlushExplorer"),
@@ -212,7 +209,8 @@ HOST_TEST(Lifecycle, DeviceRequests_ReachTheServiceWithAllTheirArguments) {
         ElementsAre(
             "received DeviceOnline(2) " + group +
                 " deviceId:\"here\" isRemote:0 length:3 data:[3] 00 ff 80",
-            "received DeviceOnline(2) " + group + " deviceId:\"there\" isRemote:1 length:0 data:[0]",
+            "received DeviceOnline(2) " + group +
+                " deviceId:\"there\" isRemote:1 length:0 data:[0]",
             "received DeviceOffline(3) " + group + " deviceId:\"here\" isRemote:0 trigger:5",
             "received DeviceOffline(3) " + group + " deviceId:\"there\" isRemote:1 trigger:6"));
     EXPECT_THAT(ToldByWorker(), ElementsAre("NotifyStatus(2, group, 0, 1)"));
@@ -258,16 +256,15 @@ HOST_TEST(Lifecycle, StopOfAServiceThatIsNotRunning_ReportsAllTheSame) {
     EXPECT_THAT(
         WorkerLines(),
         ElementsAreArray(
-            Lines{Info("PLENXManager::StopFunc",
-                       "plenx manager stop service svcType(1) is invoked"),
-                  Info("PLENXManagerInner::Stop", "plenx manager stop service 1"),
-                  Info("RpcManager::DeleteGroup", "delete group svcType:1"),
-                  Error("RpcManager::SendRpcMessage", "send service message exception 1722"),
-                  Error("RpcManager::DeleteGroup", "send rpc message error ret:1722"),
-                  Error("PLENXManagerInner::Stop", "plenx manager delete group error 1722"),
-                  Info("ServiceManager::StopServiceByIndex", "service has stopped"),
-                  Info("ServiceManager::StopPlenxService",
-                       "stop plenx service PlenxPcSvc success")} +
+            Lines{
+                Info("PLENXManager::StopFunc", "plenx manager stop service svcType(1) is invoked"),
+                Info("PLENXManagerInner::Stop", "plenx manager stop service 1"),
+                Info("RpcManager::DeleteGroup", "delete group svcType:1"),
+                Error("RpcManager::SendRpcMessage", "send service message exception 1722"),
+                Error("RpcManager::DeleteGroup", "send rpc message error ret:1722"),
+                Error("PLENXManagerInner::Stop", "plenx manager delete group error 1722"),
+                Info("ServiceManager::StopServiceByIndex", "service has stopped"),
+                Info("ServiceManager::StopPlenxService", "stop plenx service PlenxPcSvc success")} +
             LinesOfStatus(kPcService, 1, false) + LinesOfStatus(kCombinedService, 1, true)));
 }
 

@@ -1,10 +1,14 @@
-// The tests, and the host processes that they start this program as.
+// The tests, and the processes that they start this program as.
 
 #include <gtest/gtest.h>
 
+#include "system/endpoint_holder.h"
 #include "system/own_process.h"
 
 int main(int argc, char** argv) {
+    if (PlenxTest::RunAsEndpointHolder(argc, argv)) {
+        return 0;
+    }
     testing::InitGoogleTest(&argc, argv);
     return PlenxTest::RunAllTests();
 }

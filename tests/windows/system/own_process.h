@@ -44,17 +44,17 @@ int RunAllTests();
 
 }  // namespace PlenxTest
 
-#define HOST_TEST(Suite, Name)                                                                  \
-    class Suite##_##Name : public Suite {                                                       \
-        void Run() override;                                                                    \
-    };                                                                                          \
-    [[maybe_unused]] const testing::TestInfo* const k##Suite##_##Name = testing::RegisterTest(  \
-        #Suite, #Name, nullptr, nullptr, __FILE__, __LINE__, [] {                               \
-            return new PlenxTest::InOwnProcess([] {                                             \
-                PlenxTest::HostTest&& host = Suite##_##Name();                                  \
-                host.Run();                                                                     \
-            });                                                                                 \
-        });                                                                                     \
+#define HOST_TEST(Suite, Name)                                                          \
+    class Suite##_##Name : public Suite {                                               \
+        void Run() override;                                                            \
+    };                                                                                  \
+    [[maybe_unused]] const testing::TestInfo* const k##Suite##_##Name =                 \
+        testing::RegisterTest(#Suite, #Name, nullptr, nullptr, __FILE__, __LINE__, [] { \
+            return new PlenxTest::InOwnProcess([] {                                     \
+                PlenxTest::HostTest&& host = Suite##_##Name();                          \
+                host.Run();                                                             \
+            });                                                                         \
+        });                                                                             \
     void Suite##_##Name::Run()
 
 #endif  // PLENXSDK_TESTS_WINDOWS_SYSTEM_OWN_PROCESS_H

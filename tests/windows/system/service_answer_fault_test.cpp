@@ -75,17 +75,15 @@ HOST_TEST(ReplyThatCannotBeRead, SizeWithoutBytes_CountsAsSuccess) {
 }
 
 HOST_TEST(ReplyThatCannotBeRead, MebibyteOfZeros_CountsAsSuccess) {
-    CountsAsSuccess("large",
-                    {Error("RpcMessageReader::ReadInt32",
-                           "Invalid Args Error index:0 argCursor_:0 msgCursor_:8 "
-                           "rpcMsgSize_:1048576")});
+    CountsAsSuccess("large", {Error("RpcMessageReader::ReadInt32",
+                                    "Invalid Args Error index:0 argCursor_:0 msgCursor_:8 "
+                                    "rpcMsgSize_:1048576")});
 }
 
 HOST_TEST(ReplyThatCannotBeRead, OffsetFarOutside_CountsAsSuccess) {
-    CountsAsSuccess(
-        "hex:18 00 00 00 01 00 00 00 02 00 00 00 f0 ff ff ff 04 00 00 00 00 00 00 00",
-        {Error("RpcMessageReader::ReadInt32",
-               "Invalid Args offset:4294967280 rpcReqArgSize:4 rpcMsgSize_:24")});
+    CountsAsSuccess("hex:18 00 00 00 01 00 00 00 02 00 00 00 f0 ff ff ff 04 00 00 00 00 00 00 00",
+                    {Error("RpcMessageReader::ReadInt32",
+                           "Invalid Args offset:4294967280 rpcReqArgSize:4 rpcMsgSize_:24")});
 }
 
 HOST_TEST(ServiceAnswerFaults, RefusalInTheReply_IsPassedOn) {
@@ -131,16 +129,15 @@ HOST_TEST(ServiceAnswerFaults, CrashInTheMiddleOfACall_IsReportedAndTheNextStart
     Settle();
     const Lines lines = WorkerLines();
     const auto with = [](const std::string& code) {
-        return Lines{
-            Info("PLENXManager::RemoteDeviceOnlineFunc",
-                 "plenx manager remote device online svcType(1) is invoked"),
-            Info("PLENXManagerInner::RemoteDeviceOnline",
-                 "plenx manager inner remote device online service 1"),
-            Info("RpcManager::DeviceOnline", "rpc manager device online svcType:1"),
-            Error("RpcManager::SendRpcMessage", "send service message exception " + code),
-            Error("RpcManager::DeviceOnline", "send rpc message error ret:" + code),
-            Error("PLENXManagerInner::RemoteDeviceOnline",
-                  "plenx manager inner remote device online error " + code)};
+        return Lines{Info("PLENXManager::RemoteDeviceOnlineFunc",
+                          "plenx manager remote device online svcType(1) is invoked"),
+                     Info("PLENXManagerInner::RemoteDeviceOnline",
+                          "plenx manager inner remote device online service 1"),
+                     Info("RpcManager::DeviceOnline", "rpc manager device online svcType:1"),
+                     Error("RpcManager::SendRpcMessage", "send service message exception " + code),
+                     Error("RpcManager::DeviceOnline", "send rpc message error ret:" + code),
+                     Error("PLENXManagerInner::RemoteDeviceOnline",
+                           "plenx manager inner remote device online error " + code)};
     };
     // The call was sent, or the server was seen to go before.
     EXPECT_THAT(lines, AnyOf(ElementsAreArray(with("1726") + LinesOfStatus(kPcService, 2, false)),
@@ -182,12 +179,12 @@ HOST_TEST(ServiceAnswerFaults, HostileNotifications_AreRefusedAndTheLibraryGoesO
         ToldByServices(),
         ElementsAre("NotifyConnect(1, group)", "NotifyStatus(1, group, 100, 1)",
                     "NotifyStatus(1, group, 101, 1)",
-                    "NotifyDiskName(\x18" + nul + nul + ")",      // offset into the header
-                    "NotifyDiskName(" + nul + nul + nul + ")",    // total size that lies
+                    "NotifyDiskName(\x18" + nul + nul + ")",    // offset into the header
+                    "NotifyDiskName(" + nul + nul + nul + ")",  // total size that lies
                     "SendLocalMessage(-1, 4294967295, )",
                     "SendLocalMessage(1, 1, " + std::string(1024 * 1024, 'x') + ")",
                     "SendLocalMessage(1, 2, \xff\xc0\x80)",
-                    "NotifyError(1)",                             // too many arguments
+                    "NotifyError(1)",  // too many arguments
                     "NotifyStatus(1, g, 4294967295, 1)", "QueryLinkStatus(1, g, 2147483649)",
                     "NotifyDiskName()", "NotifyDiskName(\xfe:)", "NotifyConnect(1, \xff)",
                     "SendLocalMessage(1, 4, last)"));

@@ -33,8 +33,7 @@ void ServiceLifeFaults::StartFailsWith(const Lines& reasons) {
             reasons +
             Lines{Error("ServiceManager::StartPlenxService",
                         "start plenx service PlenxPcSvc error 5"),
-                  Error("PLENXManagerInner::Start",
-                        "plenx manager start plenx service error 5")} +
+                  Error("PLENXManagerInner::Start", "plenx manager start plenx service error 5")} +
             LinesOfStatus(kPcService, 0, false)));
 }
 
@@ -158,15 +157,14 @@ void ForcedStop::StopIsForced(const std::string& control) {
     EXPECT_THAT(
         WorkerLines(),
         ElementsAreArray(
-            Lines{Info("PLENXManager::StopFunc",
-                       "plenx manager stop service svcType(1) is invoked"),
-                  Info("PLENXManagerInner::Stop", "plenx manager stop service 1"),
-                  Info("RpcManager::DeleteGroup", "delete group svcType:1"),
-                  Info("ServiceManager::StopServiceByIndex", "force stop service"),
-                  Error("KillServiceProcess", "kill service process " + std::to_string(id)),
-                  Info("ServiceManager::StopServiceByIndex", "stop service successful"),
-                  Info("ServiceManager::StopPlenxService",
-                       "stop plenx service PlenxPcSvc success")} +
+            Lines{
+                Info("PLENXManager::StopFunc", "plenx manager stop service svcType(1) is invoked"),
+                Info("PLENXManagerInner::Stop", "plenx manager stop service 1"),
+                Info("RpcManager::DeleteGroup", "delete group svcType:1"),
+                Info("ServiceManager::StopServiceByIndex", "force stop service"),
+                Error("KillServiceProcess", "kill service process " + std::to_string(id)),
+                Info("ServiceManager::StopServiceByIndex", "stop service successful"),
+                Info("ServiceManager::StopPlenxService", "stop plenx service PlenxPcSvc success")} +
             LinesOfStatus(kPcService, 1, false) + LinesOfStatus(kCombinedService, 1, true)));
     EXPECT_EQ(WaitForSingleObject(process, 0), DWORD{WAIT_OBJECT_0}) << "it is still alive";
     CloseHandle(process);
@@ -204,13 +202,13 @@ HOST_TEST(ServiceLifeFaults, StopThatIsNotAccepted_IsReportedAllTheSame) {
     ASSERT_GT(lines.size(), 5u);
     // Which error it is, is the Service Control Manager's own matter.
     EXPECT_THAT(lines[3], testing::StartsWith("error [PLENXSDK] stop service error "));
-    EXPECT_EQ(lines[4], Error("ServiceManager::StopPlenxService",
-                              "stop plenx service PlenxPcSvc error 6"));
+    EXPECT_EQ(lines[4],
+              Error("ServiceManager::StopPlenxService", "stop plenx service PlenxPcSvc error 6"));
     EXPECT_EQ(lines[5],
               Error("PLENXManagerInner::Stop", "plenx manager stop plenx service error 6"));
-    EXPECT_THAT(ToldByWorker(), ElementsAre("NotifyStatus(1, group, 0, 1)",
-                                            "NotifyStatus(1, group, 1, 0)",
-                                            "NotifyStatus(3, group, 1, 1)"));
+    EXPECT_THAT(ToldByWorker(),
+                ElementsAre("NotifyStatus(1, group, 0, 1)", "NotifyStatus(1, group, 1, 0)",
+                            "NotifyStatus(3, group, 1, 1)"));
     EXPECT_EQ(StateOf(L"PlenxPcSvc"), DWORD{SERVICE_RUNNING});
 }
 

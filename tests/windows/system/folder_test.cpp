@@ -1,0 +1,150 @@
+// The folders that the library makes, wipes and fills.
+
+#include "support/child_process.h"
+#include "support/service_state.h"
+#include "system/held_file.h"
+#include "system/host.h"
+
+namespace PlenxTest {
+namespace {
+
+namespace fs = std::filesystem;
+
+using testing::ElementsAre;
+
+class WorkingFolder : public Host {
+protected:
+    const fs::path& data = folder.DataPath();
+
+    /// The worker's lines of Init up to the first service.
+    Lines LinesBeforeInstallation();
+};
+
+Lines WorkingFolder::LinesBeforeInstallation() {
+    Init();
+    const Lines lines = WorkerLines();
+    const std::string firstService =
+        Error("ServiceManager::StopServiceByIndex", "open service error 1060");
+    return Lines(lines.begin(), std::find(lines.begin(), lines.end(), firstService));
+}
+
+const std::string kBegin = Info("PLENXManagerInner::Init", "service manager initialization");
+
+HOST_TEST(WorkingFolder, OldContent_IsWiped) {
+    fs::create_directories(folder.WorkingFolder() / "pc" / "deep" / "deeper");
+    WriteFile(folder.WorkingFolder() / "pc" / "deep" / "deeper" / "file", "old");
+    WriteFile(folder.WorkingFolder() / "file", "old");
+    WriteFile(data / "neighbour", "kept");
+    EXPECT_THAT(LinesBeforeInstallation(), ElementsAre(kBegin));
+    EXPECT_TRUE(fs::is_empty(folder.WorkingFolder() / "pc"));
+    EXPECT_FALSE(fs::exists(folder.WorkingFolder() / "file"));
+    EXPECT_TRUE(fs::exists(data / "neighbour"));
+    EXPECT_FALSE(fs::exists(folder.WorkingFolder() / "office"));
+}
+
+HOST_TEST(WorkingFolder, FileInItThatIsHeld_MakesItPlenx0) {
+    fs::create_directories(folder.WorkingFolder() / "sub");
+    const HeldFile held(folder.WorkingFolder() / "sub" / "held");
+    EXPECT_THAT(LinesBeforeInstallation(),
+                ElementsAre(kBegin, Error("FileUtils::ForceRemoveDirectory", "unlink error 13"),
+                            Error("FileUtils::ForceRemoveDirectory", "rmdir error 13")));
+    EXPECT_TRUE(Start(kPcService));
+    EXPECT_TRUE(fs::exists(data / "plenx0" / "pc" / "service.log"));
+    EXPECT_TRUE(fs::exists(folder.WorkingFolder() / "sub" / "held"));
+}
+
+HOST_TEST(WorkingFolder, SeveralThatAreHeld_MakeItTheNextOne) {
+    std::vector<std::unique_ptr<HeldFile>> held;
+    for (const char* const name : {"plenx", "plenx0", "plenx1"}) {
+        fs::create_directories(data / name);
+        held.push_back(std::make_unique<HeldFile>(data / name / "held"));
+    }
+    Init();
+    EXPECT_TRUE(Start(kPhoneService));
+    EXPECT_TRUE(fs::exists(data / "plenx2" / "phone" / "service.log"));
+    EXPECT_FALSE(fs::exists(data / "plenx3"));
+}
+
+HOST_TEST(WorkingFolder, FilesInThePlaceOfAllCandidates_LeaveNoServices) {
+    WriteFile(data / "plenx", "a file");
+    for (int n = 0; n != 100; ++n) {
+        WriteFile(data / ("plenx" + std::to_string(n)), "a file");
+    }
+    Init();
+    const Lines lines = WorkerLines();
+    ASSERT_EQ(lines.size(), 103u);
+    EXPECT_EQ(lines.front(), kBegin);
+    for (int i = 1; i != 102; ++i) {
+        EXPECT_THAT(lines[i], testing::StartsWith("error [PLENXSDK] find first error "));
+    }
+    EXPECT_EQ(lines.back(), Info("PLENXManagerInner::Init", "rpc listen thread initialization"));
+    EXPECT_EQ(ReadFile(data / "plenx99"), "a file");
+    EXPECT_FALSE(IsRegistered(L"PlenxPcSvc"));
+    EXPECT_FALSE(Start(kPcService));
+    EXPECT_EQ(
+        CountLines(Error("PLENXManagerInner::Start", "plenx manager start plenx service error 16")),
+        1);
+}
+
+// Wine makes no links, but knows those of the system that it runs on.
+bool MakeFolderLink(const fs::path& link, const fs::path& target) {
+    if (!CreateSymbolicLinkW(link.c_str(), target.c_str(), SYMBOLIC_LINK_FLAG_DIRECTORY) ||
+        !fs::exists(link)) {
+        const fs::path here = fs::current_path();
+        fs::current_path(link.parent_path());
+        ChildProcess(L"Z:\\bin\\ln -s ../" + target.filename().wstring() + L" " +
+                     link.filename().wstring())
+            .WaitForExit(5000);
+        fs::current_path(here);
+    }
+    const auto isLink = [&] {
+        const DWORD attributes = GetFileAttributesW(link.c_str());
+        return attributes != INVALID_FILE_ATTRIBUTES &&
+               (attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
+    };
+    return WaitFor(isLink, 2000);
+}
+
+HOST_TEST(WorkingFolder, LinkInIt_IsRemovedAndItsTargetKept) {
+    const fs::path target = data / "target";
+    fs::create_directories(target);
+    WriteFile(target / "file", "kept");
+    fs::create_directories(folder.WorkingFolder());
+    const fs::path link = folder.WorkingFolder() / "link";
+    if (!MakeFolderLink(link, target)) {
+        GTEST_SKIP() << "no link can be made here";
+    }
+    ASSERT_EQ(ReadFile(link / "file"), "kept");
+    EXPECT_THAT(LinesBeforeInstallation(), ElementsAre(kBegin));
+    EXPECT_EQ(GetFileAttributesW(link.c_str()), INVALID_FILE_ATTRIBUTES);
+    EXPECT_EQ(ReadFile(target / "file"), "kept");
+}
+
+class CategoryIcons : public Host {};
+
+HOST_TEST(CategoryIcons, EachCategory_GetsItsDesktopIni) {
+    Init();
+    for (const std::string category : {"archive", "file", "audio", "picture", "video"}) {
+        const std::string path = folder.Install() + "\\res\\plenx\\icon\\" + category;
+        EXPECT_EQ(ReadFile(path + "\\desktop.ini"),
+                  "[.ShellClassInfo]\r\nIconResource=" + path + "\\" + category +
+                      ".ico,0\r\nInfoTip=Categories\r\n[ViewState]\r\nMode=\r\nVid=\r\n"
+                      "FolderType=Generic\r\n");
+    }
+}
+
+HOST_TEST(CategoryIcons, CategoryThatIsMissing_IsLoggedAndTheOthersAreWritten) {
+    const std::string icons = folder.Install() + "\\res\\plenx\\icon\\";
+    fs::remove_all(icons + "audio");
+    WriteFile(icons + "video\\desktop.ini", std::string(1000, 'x'));
+    Init();
+    EXPECT_THAT(LinesOf("PLENXManagerInner::CreateFileIcon"),
+                ElementsAre(Error("PLENXManagerInner::CreateFileIcon",
+                                  "open file" + icons + "audio\\desktop.ini error")));
+    EXPECT_FALSE(fs::exists(icons + "audio"));
+    EXPECT_TRUE(fs::exists(icons + "picture\\desktop.ini"));
+    EXPECT_LT(fs::file_size(icons + "video\\desktop.ini"), 1000u) << "it was there before";
+}
+
+}  // namespace
+}  // namespace PlenxTest

@@ -1,0 +1,32 @@
+// A file that nobody else may open, delete or rename.
+
+#ifndef PLENXSDK_TESTS_WINDOWS_SYSTEM_HELD_FILE_H
+#define PLENXSDK_TESTS_WINDOWS_SYSTEM_HELD_FILE_H
+
+#include <gtest/gtest.h>
+
+#include <windows.h>
+
+#include <filesystem>
+
+namespace PlenxTest {
+
+class HeldFile {
+public:
+    /// The file is made if need be.
+    explicit HeldFile(const std::filesystem::path& path)
+        : file_(CreateFileW(path.c_str(), GENERIC_READ, 0, nullptr, OPEN_ALWAYS,
+                            FILE_ATTRIBUTE_NORMAL, nullptr)) {
+        EXPECT_NE(file_, INVALID_HANDLE_VALUE) << path;
+    }
+    ~HeldFile() { CloseHandle(file_); }
+    HeldFile(const HeldFile&) = delete;
+    HeldFile& operator=(const HeldFile&) = delete;
+
+private:
+    HANDLE file_;
+};
+
+}  // namespace PlenxTest
+
+#endif  // PLENXSDK_TESTS_WINDOWS_SYSTEM_HELD_FILE_H
