@@ -264,7 +264,17 @@ TEST(ThreadPool, IsIdleOnlyWhenAllJobsAreDone) {
     EXPECT_TRUE(WaitUntil([&pool] { return pool.IsIdle(); }));
 }
 
+// ThreadSanitizer forgets a thread when it is joined, also when joining is refused, and stops
+// the process when that thread is detached then.
+#ifdef __SANITIZE_THREAD__
+#define SKIP_WHERE_A_REFUSED_JOIN_IS_NOT_UNDERSTOOD() \
+    GTEST_SKIP() << "ThreadSanitizer does not understand a join that is refused"
+#else
+#define SKIP_WHERE_A_REFUSED_JOIN_IS_NOT_UNDERSTOOD() static_cast<void>(0)
+#endif
+
 TEST(ThreadPool, DestroyedByItsOwnJobRaisesDeadlockAndTheWorkerEndsByItself) {
+    SKIP_WHERE_A_REFUSED_JOIN_IS_NOT_UNDERSTOOD();
     auto* const pool = new ThreadPool(1);
     auto failing = pool->Enqueue([pool] { delete pool; });
     try {
@@ -276,6 +286,7 @@ TEST(ThreadPool, DestroyedByItsOwnJobRaisesDeadlockAndTheWorkerEndsByItself) {
 }
 
 TEST(ThreadPool, DestroyedByItsOwnJobJoinsTheOtherWorkersAllTheSame) {
+    SKIP_WHERE_A_REFUSED_JOIN_IS_NOT_UNDERSTOOD();
     auto* const pool = new ThreadPool(3);
     std::promise<void> began;
     std::atomic<bool> otherDone{false};
