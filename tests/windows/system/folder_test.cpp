@@ -113,15 +113,14 @@ public:
 
 private:
     // A program of the system below, in the link's folder and with its name as the last argument.
+    // It is no process of Wine's, so that only its effect can be waited for.
     void RunBelow(const std::wstring& command) const {
         const bool before = Exists();
         const fs::path here = fs::current_path();
         fs::current_path(link_.parent_path());
-        ChildProcess program(L"Z:\\bin\\" + command + L" " + link_.filename().wstring());
+        const ChildProcess program(L"Z:\\bin\\" + command + L" " + link_.filename().wstring());
         fs::current_path(here);
-        if (program.Started()) {
-            WaitFor([&] { return Exists() != before; }, 5000);
-        }
+        WaitFor([&] { return Exists() != before; }, 5000);
     }
 
     fs::path link_;
