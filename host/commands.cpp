@@ -30,8 +30,7 @@ const std::vector<Command>& Commands() {
         {"init", "[INSTALL DATA [THIRD [on|off]]]",
          "Make the library ready. Without arguments: with --install, --data, --third, --flag.",
          ParseInit},
-        {"destroy", "", "Uninstall the office packages. The library keeps working.",
-         ParseDestroy},
+        {"destroy", "", "Uninstall the office packages. The library keeps working.", ParseDestroy},
         {"get-int", "SERVICE KEY", "Read an integer setting; key 5 is 1 while not running.",
          ParseGetInt},
         {"get-string", "SERVICE KEY", "Read a string setting: always the empty text.",
@@ -63,8 +62,7 @@ const std::vector<Command>& Commands() {
          "Register an observer under that name; the one named main is registered at the\n"
          "start. The name null stands for a null pointer.",
          ParseRegister},
-        {"unregister", "[OBSERVER]", "Unregister an observer, main by default.",
-         ParseUnregister},
+        {"unregister", "[OBSERVER]", "Unregister an observer, main by default.", ParseUnregister},
 
         // How the observers react.
         {"answer", "CODE", "What observers return from now on; 0 means handled.", ParseAnswer},
@@ -83,20 +81,17 @@ const std::vector<Command>& Commands() {
          "within 5000",
          ParseExpect},
         {"expect-none", "NOTIFICATION [ARGUMENT...] for MILLISECONDS",
-         "No such notification waits to be taken, and none comes in that time.",
-         ParseExpectNone},
+         "No such notification waits to be taken, and none comes in that time.", ParseExpectNone},
         {"expect-result", "NUMBER", "The latest operation with a result gave that number.",
          ParseExpectResult},
         {"expect-result-text", "TEXT", "The latest operation with a result gave that text.",
          ParseExpectResultText},
-        {"forget", "", "Drop the notifications that no expectation has taken yet.",
-         ParseForget},
+        {"forget", "", "Drop the notifications that no expectation has taken yet.", ParseForget},
         {"sleep", "MILLISECONDS", "Do nothing for a while.", ParseSleep},
         {"echo", "[TEXT...]", "Print a text.", ParseEcho},
         {"help", "[COMMAND]", "Tell about all commands, or about one.", ParseHelp},
         {"quit", "[CODE]",
-         "End. The exit code is CODE, 0 by default, or 1 when an expectation failed.",
-         ParseQuit},
+         "End. The exit code is CODE, 0 by default, or 1 when an expectation failed.", ParseQuit},
     };
     return commands;
 }

@@ -39,9 +39,10 @@ void Declare(CLI::App& app, Options& options) {
     app.add_option("--timeout", options.timeout, "Longest time of the whole run, in seconds")
         ->check(CLI::Range(0.0, 86400.0));
     app.set_version_flag("--version", "plenxhost " PLENXHOST_VERSION);
-    app.footer("Commands come from the script, or else from the input; the command help lists\n"
-               "them. Exit codes: 0 all expectations held, 1 not all did, 2 wrong usage, 3 timeout.\n"
-               "The data folder's sub-folders plenx, plenx0 ... plenx99 are DELETED by init.");
+    app.footer(
+        "Commands come from the script, or else from the input; the command help lists\n"
+        "them. Exit codes: 0 all expectations held, 1 not all did, 2 wrong usage, 3 timeout.\n"
+        "The data folder's sub-folders plenx, plenx0 ... plenx99 are DELETED by init.");
 }
 
 // Tells people on the error stream, and programs in their own way as well.
@@ -64,7 +65,8 @@ void RunInput(const Options& options, const StandardStreams& streams, Output& ou
         return streams.ReadLine(line);
     };
     if (dialogue) {
-        RunLines(read, [&](const std::string& text) { Complain(text, false, output); }, session);
+        RunLines(
+            read, [&](const std::string& text) { Complain(text, false, output); }, session);
     } else {
         RunLines(read, nullptr, session);
     }

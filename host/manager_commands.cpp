@@ -155,8 +155,9 @@ Action ParseRename(Arguments& arguments) {
 Action ParseMessage(Arguments& arguments) {
     const auto type = static_cast<PLENXMessageType>(arguments.TakeInt32("type"));
     const std::string text = arguments.TakeText("text");
-    const auto length = arguments.Empty() ? static_cast<unsigned int>(text.size())
-                                          : static_cast<unsigned int>(arguments.TakeInt32("length"));
+    const auto length = arguments.Empty()
+                            ? static_cast<unsigned int>(text.size())
+                            : static_cast<unsigned int>(arguments.TakeInt32("length"));
     return [=](Session&) { return Number(Manager().RecvRemoteMessage(type, length, text)); };
 }
 

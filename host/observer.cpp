@@ -40,8 +40,8 @@ int HostObserver::QueryLinkStatus(ServiceType svcType, const std::string& first,
                   {"answer", std::int64_t{linkStatus}}});
 }
 
-int HostObserver::NotifyStatus(ServiceType svcType, const std::string& first,
-                               unsigned int sttsType, bool value) {
+int HostObserver::NotifyStatus(ServiceType svcType, const std::string& first, unsigned int sttsType,
+                               bool value) {
     return Take("NotifyStatus", {{"svcType", std::int64_t{svcType}},
                                  {"first", first},
                                  {"sttsType", std::int64_t{sttsType}},

@@ -7,8 +7,8 @@ namespace PlenxHost {
 Stamp Output::Now() const {
     using std::chrono::milliseconds;
     const auto elapsed = std::chrono::steady_clock::now() - start_;
-    return {std::chrono::system_clock::now(),
-            std::chrono::duration_cast<milliseconds>(elapsed), CurrentThreadNumber()};
+    return {std::chrono::system_clock::now(), std::chrono::duration_cast<milliseconds>(elapsed),
+            CurrentThreadNumber()};
 }
 
 void Output::Print(const std::string& lines) {

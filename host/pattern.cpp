@@ -123,11 +123,10 @@ bool Pattern::Matches(const Notification& notification) const {
         if (std::string(wanted.name) == kObserverField.name) {
             return std::get<std::string>(wanted.value) == notification.observer;
         }
-        return std::any_of(notification.fields.begin(), notification.fields.end(),
-                           [&](const Field& field) {
-                               return std::string(field.name) == wanted.name &&
-                                      Equal(wanted, field);
-                           });
+        return std::any_of(
+            notification.fields.begin(), notification.fields.end(), [&](const Field& field) {
+                return std::string(field.name) == wanted.name && Equal(wanted, field);
+            });
     });
 }
 

@@ -35,8 +35,8 @@ void Session::Run(const Step& step) {
     const auto began = std::chrono::system_clock::now();
     const auto start = steady_clock::now();
     const Outcome outcome = Perform(step);
-    const auto took = std::chrono::duration_cast<std::chrono::milliseconds>(
-        steady_clock::now() - start);
+    const auto took =
+        std::chrono::duration_cast<std::chrono::milliseconds>(steady_clock::now() - start);
     if (!outcome.silent) {
         output_.Write(CommandReport{step.place, step.name, step.text, outcome, began, took});
     }
@@ -72,7 +72,7 @@ void Session::Judge(const Outcome& outcome) {
 
 EndReport Session::Finish(bool timedOut) {
     UnregisterAll();
-    const int exitCode = timedOut              ? kTimedOut
+    const int exitCode = timedOut             ? kTimedOut
                          : !failures_.empty() ? kNotAllHeld
                                               : quitCode_.value_or(kAllHeld);
     EndReport report{exitCode, expectations_, failures_, {}};

@@ -24,8 +24,8 @@ std::string ToText(const Field& field) {
 std::string ToText(const Stamp& stamp) {
     char text[48];
     const auto milliseconds = static_cast<long long>(stamp.sinceStart.count());
-    std::snprintf(text, sizeof text, "%6lld.%03lld [%u] ", milliseconds / 1000,
-                  milliseconds % 1000, static_cast<unsigned>(stamp.thread));
+    std::snprintf(text, sizeof text, "%6lld.%03lld [%u] ", milliseconds / 1000, milliseconds % 1000,
+                  static_cast<unsigned>(stamp.thread));
     return text;
 }
 
@@ -63,15 +63,17 @@ public:
     }
 
     std::string Format(const Stamp& stamp, const CommandReport& report) const override {
-        std::string line = ToText(stamp) + "> " + Printable(Shortened(report.text)) +
-                           ToText(report.outcome);
+        std::string line =
+            ToText(stamp) + "> " + Printable(Shortened(report.text)) + ToText(report.outcome);
         if (report.took.count() >= kWorthTelling) {
             line += " (" + std::to_string(report.took.count()) + " ms)";
         }
         return line;
     }
 
-    std::string Format(const Stamp&, const Note& note) const override { return Printable(note.text); }
+    std::string Format(const Stamp&, const Note& note) const override {
+        return Printable(note.text);
+    }
 
     std::string Format(const Stamp&, const EndReport& report) const override {
         std::string lines;

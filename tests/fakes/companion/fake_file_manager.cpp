@@ -110,8 +110,7 @@ void FakeFileManager::CountDestruction() {
     ++destructions_;
 }
 
-DistributedFileManager::DistributedFileManager(const std::string& first,
-                                               const std::string& second,
+DistributedFileManager::DistributedFileManager(const std::string& first, const std::string& second,
                                                const std::string& third, bool flag) {
     Fake().Call("DistributedFileManager",
                 first + ", " + second + ", " + third + ", " + (flag ? "true" : "false"));
@@ -131,12 +130,10 @@ int DistributedFileManager::Stop() {
     return Fake().Call("Stop", "");
 }
 
-int DistributedFileManager::LocalDeviceOnline(const std::string& first,
-                                              const std::string& second, int type,
-                                              const unsigned char* data, int size) {
-    return Fake().Call("LocalDeviceOnline", first + ", " + second + ", " +
-                                                std::to_string(type) + ", " +
-                                                Hexadecimal(data, size) + ", " +
+int DistributedFileManager::LocalDeviceOnline(const std::string& first, const std::string& second,
+                                              int type, const unsigned char* data, int size) {
+    return Fake().Call("LocalDeviceOnline", first + ", " + second + ", " + std::to_string(type) +
+                                                ", " + Hexadecimal(data, size) + ", " +
                                                 std::to_string(size));
 }
 

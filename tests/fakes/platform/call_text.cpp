@@ -4,8 +4,12 @@
 
 namespace {
 
-bool IsHighSurrogate(char32_t unit) { return unit >= 0xD800 && unit <= 0xDBFF; }
-bool IsLowSurrogate(char32_t unit) { return unit >= 0xDC00 && unit <= 0xDFFF; }
+bool IsHighSurrogate(char32_t unit) {
+    return unit >= 0xD800 && unit <= 0xDBFF;
+}
+bool IsLowSurrogate(char32_t unit) {
+    return unit >= 0xDC00 && unit <= 0xDFFF;
+}
 
 void AppendUtf8(std::string& out, char32_t point) {
     const auto continuation = [&](int shift) {
@@ -37,8 +41,7 @@ std::string Narrow(std::wstring_view text) {
         if (IsHighSurrogate(point) && i + 1 != text.size() &&
             IsLowSurrogate(static_cast<char32_t>(text[i + 1]))) {
             ++i;
-            point = 0x10000 + ((point - 0xD800) << 10) +
-                    (static_cast<char32_t>(text[i]) - 0xDC00);
+            point = 0x10000 + ((point - 0xD800) << 10) + (static_cast<char32_t>(text[i]) - 0xDC00);
         } else if (IsHighSurrogate(point) || IsLowSurrogate(point)) {
             point = 0xFFFD;
         }

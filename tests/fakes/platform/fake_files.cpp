@@ -146,9 +146,8 @@ DWORD FakeFiles::CheckFolderAbove(const std::wstring& resolved) const {
 }
 
 bool FakeFiles::IsEmptyFolder(const std::wstring& resolved) const {
-    return std::none_of(entries_.begin(), entries_.end(), [&](const auto& other) {
-        return IsUnder(other.second.path, resolved);
-    });
+    return std::none_of(entries_.begin(), entries_.end(),
+                        [&](const auto& other) { return IsUnder(other.second.path, resolved); });
 }
 
 DWORD FakeFiles::MakeFolder(const std::wstring& path) {

@@ -30,14 +30,13 @@ DWORD FakeFiles::List(const std::wstring& pattern, std::uintptr_t& listing, Foun
     Listing made = {folder, {}, 0};
     for (const auto& [key, entry] : entries_) {
         if (&entry != listed && Folded(FolderAbove(entry.path)) == Folded(folder)) {
-            made.entries.push_back({NameOf(entry.path), entry.Attributes(),
-                                    static_cast<DWORD>(entry.content.size())});
+            made.entries.push_back(
+                {NameOf(entry.path), entry.Attributes(), static_cast<DWORD>(entry.content.size())});
         }
     }
-    std::sort(made.entries.begin(), made.entries.end(),
-              [](const Found& left, const Found& right) {
-                  return Folded(left.name) < Folded(right.name);
-              });
+    std::sort(made.entries.begin(), made.entries.end(), [](const Found& left, const Found& right) {
+        return Folded(left.name) < Folded(right.name);
+    });
     if (folder != RootOf(folder) && !listed->Has(FileTrait::kNoDots)) {
         made.entries.insert(made.entries.begin(), {{L".", FILE_ATTRIBUTE_DIRECTORY, 0},
                                                    {L"..", FILE_ATTRIBUTE_DIRECTORY, 0}});

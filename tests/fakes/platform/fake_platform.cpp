@@ -46,8 +46,7 @@ std::vector<std::string> FakePlatform::Calls() const {
     return calls_;
 }
 
-std::vector<std::string> FakePlatform::CallsOf(
-    std::initializer_list<const char*> functions) const {
+std::vector<std::string> FakePlatform::CallsOf(std::initializer_list<const char*> functions) const {
     std::vector<std::string> calls = Calls();
     calls.erase(std::remove_if(calls.begin(), calls.end(),
                                [&](const auto& line) { return !IsCallOfOne(line, functions); }),

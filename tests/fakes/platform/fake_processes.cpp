@@ -47,8 +47,8 @@ std::uint32_t FakeProcesses::Start(std::uint32_t id) {
     }
     auto process = std::make_shared<FakeProcess>();
     process->id = id;
-    lastCreationTime_ = std::max(kFirstCreationTime + clock_.Now() * kTicksPerMillisecond,
-                                 lastCreationTime_ + 1);
+    lastCreationTime_ =
+        std::max(kFirstCreationTime + clock_.Now() * kTicksPerMillisecond, lastCreationTime_ + 1);
     process->creationTime = lastCreationTime_;
     running_[id] = std::move(process);
     return id;

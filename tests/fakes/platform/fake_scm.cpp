@@ -15,10 +15,10 @@ constexpr DWORD kNeverStarted = 1077;
 constexpr DWORD kFirstWaitHint = 2000;  // of the manager itself, before the service reports
 
 // Never destroyed: the engine still stops its services when the process ends.
-const StatusScript& kDefaultStart = *new StatusScript{
-    {0, SERVICE_START_PENDING, 0, kFirstWaitHint}, {15, SERVICE_RUNNING}};
-const StatusScript& kDefaultStop = *new StatusScript{
-    {0, SERVICE_STOP_PENDING, 0, kFirstWaitHint}, {15, SERVICE_STOPPED}};
+const StatusScript& kDefaultStart =
+    *new StatusScript{{0, SERVICE_START_PENDING, 0, kFirstWaitHint}, {15, SERVICE_RUNNING}};
+const StatusScript& kDefaultStop =
+    *new StatusScript{{0, SERVICE_STOP_PENDING, 0, kFirstWaitHint}, {15, SERVICE_STOPPED}};
 const StatusScript& kDriverStart = *new StatusScript{{0, SERVICE_RUNNING}};
 const StatusScript& kDriverStop = *new StatusScript{{0, SERVICE_STOPPED}};
 
@@ -60,8 +60,7 @@ void FakeScm::AddService(const std::wstring& name, DWORD type) {
     services_[Folded(name)] = std::move(service);
 }
 
-void FakeScm::SetStatus(const std::wstring& name, DWORD state, DWORD checkPoint,
-                        DWORD waitHint) {
+void FakeScm::SetStatus(const std::wstring& name, DWORD state, DWORD checkPoint, DWORD waitHint) {
     RunScript(name, {{0, state, checkPoint, waitHint}});
 }
 
@@ -156,8 +155,7 @@ DWORD FakeScm::Create(const Handle& manager, const FakeServiceConfig& config, DW
         return ERROR_ACCESS_DENIED;
     }
     if (const auto present = FindNow(config.name)) {
-        return present->markedForDelete ? ERROR_SERVICE_MARKED_FOR_DELETE
-                                        : ERROR_SERVICE_EXISTS;
+        return present->markedForDelete ? ERROR_SERVICE_MARKED_FOR_DELETE : ERROR_SERVICE_EXISTS;
     }
     AddService(config.name, config.type);
     Service& service = Registered(config.name);
@@ -224,8 +222,12 @@ DWORD FakeScm::Control(const Handle& handle, DWORD control, SERVICE_STATUS& stat
         }
     }
     const SERVICE_STATUS_PROCESS& now = service.status;
-    status = {now.dwServiceType,   now.dwCurrentState,            now.dwControlsAccepted,
-              now.dwWin32ExitCode, now.dwServiceSpecificExitCode, now.dwCheckPoint,
+    status = {now.dwServiceType,
+              now.dwCurrentState,
+              now.dwControlsAccepted,
+              now.dwWin32ExitCode,
+              now.dwServiceSpecificExitCode,
+              now.dwCheckPoint,
               now.dwWaitHint};
     return error;
 }
@@ -286,8 +288,7 @@ void FakeScm::Follow(Service& service, StatusScript script) {
 
 void FakeScm::Report(Service& service, const StatusAt& step) {
     const bool stopped = step.state == SERVICE_STOPPED;
-    const bool pending =
-        step.state == SERVICE_START_PENDING || step.state == SERVICE_STOP_PENDING;
+    const bool pending = step.state == SERVICE_START_PENDING || step.state == SERVICE_STOP_PENDING;
     if (stopped && service.process) {
         processes_.End(service.process->id);
         service.process = nullptr;
@@ -336,7 +337,6 @@ void FakeScm::DropDeleted() {
 
 bool FakeScm::HasHandle(const Service& service) const {
     const auto& open = handles_.All();
-    return std::any_of(open.begin(), open.end(), [&](const auto& entry) {
-        return entry.second.service.get() == &service;
-    });
+    return std::any_of(open.begin(), open.end(),
+                       [&](const auto& entry) { return entry.second.service.get() == &service; });
 }

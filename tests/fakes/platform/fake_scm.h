@@ -64,8 +64,7 @@ public:
     void AddService(const std::wstring& name, DWORD type = SERVICE_WIN32_OWN_PROCESS);
     /// From now on the registered service reports this; states other than stopped have a
     /// process.
-    void SetStatus(const std::wstring& name, DWORD state, DWORD checkPoint = 0,
-                   DWORD waitHint = 0);
+    void SetStatus(const std::wstring& name, DWORD state, DWORD checkPoint = 0, DWORD waitHint = 0);
     /// From now on the registered service follows the script.
     void RunScript(const std::wstring& name, StatusScript script);
     /// Starting fails with the error; 0: it succeeds again.

@@ -34,6 +34,5 @@ void SHChangeNotify(LONG eventId, UINT flags, LPCVOID item1, LPCVOID item2) {
     const PlatformCall call("SHChangeNotify");
     call.Record({Hex(static_cast<DWORD>(eventId)), Hex(flags), Quoted(path),
                  Quoted(static_cast<const wchar_t*>(item2))});
-    call.Platform().Shell().Add(
-        {eventId, flags, path == nullptr ? L"" : path, item2 != nullptr});
+    call.Platform().Shell().Add({eventId, flags, path == nullptr ? L"" : path, item2 != nullptr});
 }

@@ -13,7 +13,7 @@ public:
     struct Notification {
         std::int32_t event;
         std::uint32_t flags;
-        std::wstring path;    // the first item, up to its terminator
+        std::wstring path;  // the first item, up to its terminator
         bool hasSecondItem;
     };
 

@@ -69,8 +69,8 @@ SC_HANDLE CreateServiceW(SC_HANDLE manager, LPCWSTR name, LPCWSTR displayName, D
     const FakeScm::Handle opener = Known(call, manager);
     call.Record({Quoted(name), Quoted(displayName), Hex(access), Hex(type),
                  std::to_string(startType), std::to_string(errorControl), Quoted(binaryPath),
-                 Quoted(loadOrderGroup), tagId == nullptr ? "null" : "tag",
-                 Quoted(dependencies), Quoted(account), Quoted(password)});
+                 Quoted(loadOrderGroup), tagId == nullptr ? "null" : "tag", Quoted(dependencies),
+                 Quoted(account), Quoted(password)});
     std::uintptr_t handle = 0;
     call.Run([&] {
         const FakeServiceConfig config = {name,         TextOrEmpty(displayName), type, startType,

@@ -128,9 +128,9 @@ RPC_STATUS FakeRpc::Compose(const wchar_t* objectUuid, const wchar_t* protocol,
                             const wchar_t* options, RPC_WSTR* stringBinding) {
     const std::lock_guard<std::mutex> lock(mutex_);
     const RPC_STATUS status =
-        RecordLocked("RpcStringBindingComposeW",
-                     Text(objectUuid) + ", " + Text(protocol) + ", " + Text(networkAddress) +
-                         ", " + Text(endpoint) + ", " + Text(options));
+        RecordLocked("RpcStringBindingComposeW", Text(objectUuid) + ", " + Text(protocol) + ", " +
+                                                     Text(networkAddress) + ", " + Text(endpoint) +
+                                                     ", " + Text(options));
     if (status != RPC_S_OK) {
         return status;
     }
@@ -167,8 +167,8 @@ RPC_STATUS FakeRpc::FreeString(RPC_WSTR* string) {
     if (strings_.count(*string) == 0) {
         Misused("freeing a string that is not composed or freed already");
     }
-    const RPC_STATUS status = RecordLocked(
-        "RpcStringFreeW", Text(reinterpret_cast<const wchar_t*>(*string)));
+    const RPC_STATUS status =
+        RecordLocked("RpcStringFreeW", Text(reinterpret_cast<const wchar_t*>(*string)));
     if (status != RPC_S_OK) {
         return status;
     }

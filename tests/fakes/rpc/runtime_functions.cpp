@@ -27,9 +27,8 @@ std::string Presence(const void* pointer) {
 
 extern "C" {
 
-RPC_STATUS RpcStringBindingComposeW(RPC_WSTR objectUuid, RPC_WSTR protocol,
-                                    RPC_WSTR networkAddress, RPC_WSTR endpoint,
-                                    RPC_WSTR options, RPC_WSTR* stringBinding) {
+RPC_STATUS RpcStringBindingComposeW(RPC_WSTR objectUuid, RPC_WSTR protocol, RPC_WSTR networkAddress,
+                                    RPC_WSTR endpoint, RPC_WSTR options, RPC_WSTR* stringBinding) {
     return FakeRpc::Get().Compose(Wide(objectUuid), Wide(protocol), Wide(networkAddress),
                                   Wide(endpoint), Wide(options), stringBinding);
 }
@@ -46,13 +45,12 @@ RPC_STATUS RpcBindingFree(RPC_BINDING_HANDLE* binding) {
     return FakeRpc::Get().FreeBinding(binding);
 }
 
-RPC_STATUS RpcServerUseProtseqEpW(RPC_WSTR protocol, unsigned int maximumCalls,
-                                  RPC_WSTR endpoint, void* securityDescriptor) {
-    return FakeRpc::Get().Record("RpcServerUseProtseqEpW",
-                                 NarrowForTest(Wide(protocol)) + ", " +
-                                     std::to_string(maximumCalls) + ", " +
-                                     NarrowForTest(Wide(endpoint)) + ", " +
-                                     Presence(securityDescriptor));
+RPC_STATUS RpcServerUseProtseqEpW(RPC_WSTR protocol, unsigned int maximumCalls, RPC_WSTR endpoint,
+                                  void* securityDescriptor) {
+    return FakeRpc::Get().Record("RpcServerUseProtseqEpW", NarrowForTest(Wide(protocol)) + ", " +
+                                                               std::to_string(maximumCalls) + ", " +
+                                                               NarrowForTest(Wide(endpoint)) +
+                                                               ", " + Presence(securityDescriptor));
 }
 
 RPC_STATUS RpcServerRegisterIf(RPC_IF_HANDLE interfaceHandle, UUID* managerType,
@@ -60,15 +58,13 @@ RPC_STATUS RpcServerRegisterIf(RPC_IF_HANDLE interfaceHandle, UUID* managerType,
     const bool ours = interfaceHandle == plenxManagerInterface;
     return FakeRpc::Get().Record("RpcServerRegisterIf",
                                  std::string(ours ? "manager interface" : "unknown interface") +
-                                     ", " + Presence(managerType) + ", " +
-                                     Presence(entryPoints));
+                                     ", " + Presence(managerType) + ", " + Presence(entryPoints));
 }
 
 RPC_STATUS RpcServerListen(unsigned int minimumThreads, unsigned int maximumCalls,
                            unsigned int doNotWait) {
     return FakeRpc::Get().Listen(std::to_string(minimumThreads) + ", " +
-                                 std::to_string(maximumCalls) + ", " +
-                                 std::to_string(doNotWait));
+                                 std::to_string(maximumCalls) + ", " + std::to_string(doNotWait));
 }
 
 void* MIDL_user_allocate(size_t size) {

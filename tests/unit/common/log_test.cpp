@@ -54,14 +54,12 @@ TEST(Log, ErrorLinesHaveLevel4) {
 
 TEST(Log, NumbersAreDecimalToTheirLimits) {
     LogInfo(kFunction, std::numeric_limits<std::int32_t>::min(), " ",
-            std::numeric_limits<std::int64_t>::min(), " ",
-            std::numeric_limits<std::int64_t>::max(), " ",
-            std::numeric_limits<std::uint64_t>::max(), " ",
+            std::numeric_limits<std::int64_t>::min(), " ", std::numeric_limits<std::int64_t>::max(),
+            " ", std::numeric_limits<std::uint64_t>::max(), " ",
             std::numeric_limits<std::uint32_t>::max(), " ", 0, " ", -1);
-    EXPECT_THAT(Texts(),
-                ElementsAre("L3 -2147483648 -9223372036854775808 9223372036854775807 "
-                            "18446744073709551615 4294967295 0 -1"
-                            "(DistributedFs::Room::Operation)"));
+    EXPECT_THAT(Texts(), ElementsAre("L3 -2147483648 -9223372036854775808 9223372036854775807 "
+                                     "18446744073709551615 4294967295 0 -1"
+                                     "(DistributedFs::Room::Operation)"));
 }
 
 TEST(Log, BoolIsOneOrZero) {
@@ -87,9 +85,8 @@ TEST(Log, CharAbove127IsOneCharacterToo) {
 
 TEST(Log, NarrowTextIsUtf8) {
     LogInfo(kFunction, std::string("gr\xC3\xBC\xC3\x9F \xE2\x82\xAC \xF0\x9F\x98\x80"));
-    EXPECT_EQ(OnlyText(),
-              std::wstring(L"gr\x00FC\x00DF \x20AC ") + wchar_t{0xD83D} + wchar_t{0xDE00} +
-                  L"(DistributedFs::Room::Operation)");
+    EXPECT_EQ(OnlyText(), std::wstring(L"gr\x00FC\x00DF \x20AC ") + wchar_t{0xD83D} +
+                              wchar_t{0xDE00} + L"(DistributedFs::Room::Operation)");
 }
 
 TEST(Log, WideTextGoesInAsItIs) {
@@ -125,20 +122,20 @@ TEST_P(LogOfMalformedUtf8, ShowsAReplacementForEachMalformedByte) {
 
 INSTANTIATE_TEST_SUITE_P(
     Kinds, LogOfMalformedUtf8,
-    testing::Values(
-        Malformed{"a\x80z", L"a\xFFFDz"},                             // stray continuation
-        Malformed{"a\xC3", L"a\xFFFD"},                               // cut off at the end
-        Malformed{"a\xE2\x82", L"a\xFFFD\xFFFD"},
-        Malformed{"a\xF0\x9F\x98", L"a\xFFFD\xFFFD\xFFFD"},
-        Malformed{"\xC3(", L"\xFFFD("},                               // cut off in the middle
-        Malformed{"\xE2\x82(", L"\xFFFD\xFFFD("},
-        Malformed{"\xC0\x80", L"\xFFFD\xFFFD"},                       // too long
-        Malformed{"\xE0\x80\x80", L"\xFFFD\xFFFD\xFFFD"},
-        Malformed{"\xF0\x80\x80\x80", L"\xFFFD\xFFFD\xFFFD\xFFFD"},
-        Malformed{"\xED\xA0\x80", L"\xFFFD\xFFFD\xFFFD"},             // surrogate
-        Malformed{"\xF4\x90\x80\x80", L"\xFFFD\xFFFD\xFFFD\xFFFD"},   // above the last point
-        Malformed{"\xFF\xFE", L"\xFFFD\xFFFD"},
-        Malformed{"\xC3\xC3\xBC", std::wstring(L"\xFFFD\x00FC")}));   // starts anew
+    testing::Values(Malformed{"a\x80z", L"a\xFFFDz"},  // stray continuation
+                    Malformed{"a\xC3", L"a\xFFFD"},    // cut off at the end
+                    Malformed{"a\xE2\x82", L"a\xFFFD\xFFFD"},
+                    Malformed{"a\xF0\x9F\x98", L"a\xFFFD\xFFFD\xFFFD"},
+                    Malformed{"\xC3(", L"\xFFFD("},  // cut off in the middle
+                    Malformed{"\xE2\x82(", L"\xFFFD\xFFFD("},
+                    Malformed{"\xC0\x80", L"\xFFFD\xFFFD"},  // too long
+                    Malformed{"\xE0\x80\x80", L"\xFFFD\xFFFD\xFFFD"},
+                    Malformed{"\xF0\x80\x80\x80", L"\xFFFD\xFFFD\xFFFD\xFFFD"},
+                    Malformed{"\xED\xA0\x80", L"\xFFFD\xFFFD\xFFFD"},  // surrogate
+                    Malformed{"\xF4\x90\x80\x80",
+                              L"\xFFFD\xFFFD\xFFFD\xFFFD"},  // above the last point
+                    Malformed{"\xFF\xFE", L"\xFFFD\xFFFD"},
+                    Malformed{"\xC3\xC3\xBC", std::wstring(L"\xFFFD\x00FC")}));  // starts anew
 
 TEST(Log, ErrnoIsKept) {
     errno = ENOENT;

@@ -72,8 +72,7 @@ TEST(ThreadPool, OneWorkerRunsJobsInQueueOrderEachAfterTheOther) {
         }));
     }
     ASSERT_TRUE(IsReady(futures.back()));
-    EXPECT_THAT(steps,
-                ElementsAre("begin 1", "end 1", "begin 2", "end 2", "begin 3", "end 3"));
+    EXPECT_THAT(steps, ElementsAre("begin 1", "end 1", "begin 2", "end 2", "begin 3", "end 3"));
 }
 
 TEST(ThreadPool, JobsRunOnAWorkerNotOnTheCaller) {

@@ -77,13 +77,13 @@ TEST_P(Utf8ToWideOfMalformed, ThrowsRangeErrorAlsoBeforeValidText) {
     EXPECT_THROW(Utf8ToWide(GetParam() + "\\plenx"), std::range_error);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Kinds, Utf8ToWideOfMalformed,
-    testing::Values("\x80", "\xBF", "\xC3", "\xE2", "\xE2\x82", "\xF0", "\xF0\x9F",
-                    "\xF0\x9F\x98", "\xC0\x80", "\xC1\xBF", "\xE0\x80\x80", "\xE0\x9F\xBF",
-                    "\xF0\x80\x80\x80", "\xF0\x8F\xBF\xBF", "\xED\xA0\x80", "\xED\xAF\xBF",
-                    "\xED\xB0\x80", "\xED\xBF\xBF", "\xED\xA0\x80\xED\xB0\x80",
-                    "\xF4\x90\x80\x80", "\xF5\x80\x80\x80", "\xF8\x88\x80\x80\x80", "\xFE",
-                    "\xFF"));
+INSTANTIATE_TEST_SUITE_P(Kinds, Utf8ToWideOfMalformed,
+                         testing::Values("\x80", "\xBF", "\xC3", "\xE2", "\xE2\x82", "\xF0",
+                                         "\xF0\x9F", "\xF0\x9F\x98", "\xC0\x80", "\xC1\xBF",
+                                         "\xE0\x80\x80", "\xE0\x9F\xBF", "\xF0\x80\x80\x80",
+                                         "\xF0\x8F\xBF\xBF", "\xED\xA0\x80", "\xED\xAF\xBF",
+                                         "\xED\xB0\x80", "\xED\xBF\xBF", "\xED\xA0\x80\xED\xB0\x80",
+                                         "\xF4\x90\x80\x80", "\xF5\x80\x80\x80",
+                                         "\xF8\x88\x80\x80\x80", "\xFE", "\xFF"));
 
 }  // namespace

@@ -84,8 +84,7 @@ TEST_F(CategoryIcons, MissingFoldersAreNotMadeAndLoggedInOrder) {
     Engine().Init(root, "C:\\Data");
     std::vector<std::string> expected;
     for (const std::string& category : kCategories) {
-        expected.push_back(
-            ErrorLine(root + "\\res\\plenx\\icon\\" + category + "\\desktop.ini"));
+        expected.push_back(ErrorLine(root + "\\res\\plenx\\icon\\" + category + "\\desktop.ini"));
     }
     EXPECT_EQ(IconTexts(), expected);
     EXPECT_FALSE(std::filesystem::exists("missing"));

@@ -31,12 +31,11 @@ std::size_t PlaceOf(const std::vector<std::string>& texts, const std::string& pa
     return static_cast<std::size_t>(found - texts.begin());
 }
 
-std::string ConfigLine(const std::string& function, const std::string& type,
-                       const std::string& key, const std::string& value) {
+std::string ConfigLine(const std::string& function, const std::string& type, const std::string& key,
+                       const std::string& value) {
     const std::string verb = function[0] == 'G' ? "get" : "set";
-    return "L3 [PLENXSDK] plenx manager " + verb + " config svcType:" + type +
-           " cfgType:" + key + " cfgValue:" + value + "(DistributedFs::PLENXManagerInner::" +
-           function + ")";
+    return "L3 [PLENXSDK] plenx manager " + verb + " config svcType:" + type + " cfgType:" + key +
+           " cfgValue:" + value + "(DistributedFs::PLENXManagerInner::" + function + ")";
 }
 
 std::string InvalidTypeLine(const std::string& function, const std::string& type) {
@@ -267,17 +266,15 @@ TEST_F(Engine_Settings, OfInvalidTypesAreLoggedAndChangeNothing) {
     Engine().SetIntConfig(Type(0), Key(0), 5);
     Engine().SetIntConfig(Type(4), Key(0), 5);
     Engine().SetIntConfig(Type(0xFFFFFFFFU), Key(0), 5);
-    EXPECT_THAT(RecordedLog::Get().Texts(),
-                ElementsAre(ConfigLine("SetStringConfig", "0", "1", "x"),
-                            InvalidTypeLine("SetStringConfig", "0"),
-                            ConfigLine("SetStringConfig", "4", "1", "x"),
-                            InvalidTypeLine("SetStringConfig", "4"),
-                            ConfigLine("SetIntConfig", "0", "0", "5"),
-                            InvalidTypeLine("SetIntConfig", "0"),
-                            ConfigLine("SetIntConfig", "4", "0", "5"),
-                            InvalidTypeLine("SetIntConfig", "4"),
-                            ConfigLine("SetIntConfig", "4294967295", "0", "5"),
-                            InvalidTypeLine("SetIntConfig", "4294967295")));
+    EXPECT_THAT(
+        RecordedLog::Get().Texts(),
+        ElementsAre(
+            ConfigLine("SetStringConfig", "0", "1", "x"), InvalidTypeLine("SetStringConfig", "0"),
+            ConfigLine("SetStringConfig", "4", "1", "x"), InvalidTypeLine("SetStringConfig", "4"),
+            ConfigLine("SetIntConfig", "0", "0", "5"), InvalidTypeLine("SetIntConfig", "0"),
+            ConfigLine("SetIntConfig", "4", "0", "5"), InvalidTypeLine("SetIntConfig", "4"),
+            ConfigLine("SetIntConfig", "4294967295", "0", "5"),
+            InvalidTypeLine("SetIntConfig", "4294967295")));
     InitEngine();
     EXPECT_THAT(Pushed(1), ElementsAre(Text(1, "en_US"), Number(0, 0), Number(2, 0)));
     EXPECT_THAT(Pushed(2), ElementsAre(Text(1, "en_US"), Number(0, 0), Number(2, 0)));
@@ -288,8 +285,8 @@ TEST_F(Engine_Settings, AreSentToNobodyWhenTheyAreSet) {
     Engine().SetIntConfig(Type(1), Key(0), std::numeric_limits<std::int64_t>::min());
     EXPECT_THAT(FakeRpc::Get().Calls(), IsEmpty());
     EXPECT_THAT(Pushed(1),
-                ElementsAre(Text(1, "en_US"),
-                            Number(0, std::numeric_limits<std::int64_t>::min()), Number(2, 0)));
+                ElementsAre(Text(1, "en_US"), Number(0, std::numeric_limits<std::int64_t>::min()),
+                            Number(2, 0)));
 }
 
 TEST_F(Engine_Settings, AreSentAgainAtEveryStart) {

@@ -36,9 +36,8 @@ ServiceAnswer Answers(std::int32_t code) {
 
 // The service answers requests of the id with the answer, all others with 0.
 void AnswerId(std::int32_t id, const ServiceAnswer& answer) {
-    FakeRpc::Get().SetService([id, answer](const ServiceCall& call) {
-        return call.msgType == id ? answer : Answers(0);
-    });
+    FakeRpc::Get().SetService(
+        [id, answer](const ServiceCall& call) { return call.msgType == id ? answer : Answers(0); });
 }
 
 // The service begins to answer pings with the one of this number.
@@ -125,9 +124,8 @@ TEST_F(Engine_Start, WritesItsLinesInThisOrder) {
 TEST_F(Engine_Start, ServiceThatAnswersTheThirdPingIsStartedAfterTwoSleeps) {
     AnswerPingsFrom(2);
     EXPECT_EQ(Engine().Start(Type(1), "g", "arg"), 0);
-    EXPECT_THAT(MessagesOfId(19),
-                ElementsAre(MessageOf({Int64Arg(0)}), MessageOf({Int64Arg(1)}),
-                            MessageOf({Int64Arg(2)})));
+    EXPECT_THAT(MessagesOfId(19), ElementsAre(MessageOf({Int64Arg(0)}), MessageOf({Int64Arg(1)}),
+                                              MessageOf({Int64Arg(2)})));
     EXPECT_THAT(FakePlatform::Get().CallsOf({"Sleep", "ServiceMessage"}),
                 ElementsAre("ServiceMessage(PLENXPCService, 19, 28)", "Sleep(200)",
                             "ServiceMessage(PLENXPCService, 19, 28)", "Sleep(200)",
@@ -162,10 +160,10 @@ TEST_F(Engine_Start, ServiceThatNeverAnswersGets26PingsAndIsTakenForStarted) {
             expected.push_back("Sleep(200)");
         }
     }
-    expected.insert(expected.end(), {"ServiceMessage(PLENXPCService, 7, 42)",
-                                     "ServiceMessage(PLENXPCService, 8, 44)",
-                                     "ServiceMessage(PLENXPCService, 8, 44)",
-                                     "ServiceMessage(PLENXPCService, 0, 56)"});
+    expected.insert(
+        expected.end(),
+        {"ServiceMessage(PLENXPCService, 7, 42)", "ServiceMessage(PLENXPCService, 8, 44)",
+         "ServiceMessage(PLENXPCService, 8, 44)", "ServiceMessage(PLENXPCService, 0, 56)"});
     EXPECT_EQ(FakePlatform::Get().CallsOf({"Sleep", "ServiceMessage"}), expected);
     EXPECT_EQ(MessagesOfId(19), pings);
     EXPECT_THAT(EngineTexts(),
@@ -199,10 +197,10 @@ TEST_F(Engine_Start, ServiceThatCannotBeStartedEndsIt) {
     FakePlatform::Get().Scm().RefuseStart(L"PlenxPcSvc", ERROR_SERVICE_DISABLED);
     EXPECT_EQ(Engine().Start(Type(1), "g", "arg"), 5);
     EXPECT_THAT(FakeRpc::Get().Calls(), IsEmpty());
-    EXPECT_THAT(EngineTexts(),
-                ElementsAre("L3 [PLENXSDK] plenx manager start service 1" + Inner("Start"),
-                            "L4 [PLENXSDK] plenx manager start plenx service error 5" +
-                                Inner("Start")));
+    EXPECT_THAT(
+        EngineTexts(),
+        ElementsAre("L3 [PLENXSDK] plenx manager start service 1" + Inner("Start"),
+                    "L4 [PLENXSDK] plenx manager start plenx service error 5" + Inner("Start")));
     EXPECT_THAT(observer_.Events(), ElementsAre("NotifyStatus(1, g, 0, false)"));
 }
 
@@ -211,8 +209,7 @@ TEST_F(Engine_Start, GroupThatCannotBeCreatedEndsIt) {
     EXPECT_EQ(Engine().Start(Type(2), "g", "arg"), 9);
     EXPECT_THAT(EngineTexts(),
                 ElementsAre("L3 [PLENXSDK] plenx manager start service 2" + Inner("Start"),
-                            "L4 [PLENXSDK] plenx manager create group error 9" +
-                                Inner("Start")));
+                            "L4 [PLENXSDK] plenx manager create group error 9" + Inner("Start")));
     EXPECT_THAT(observer_.Events(), ElementsAre("NotifyStatus(2, g, 0, false)"));
 }
 
@@ -233,8 +230,7 @@ TEST_F(Engine_Start, TypeBehindTheTablesPushesNothing) {
                 ElementsAre("L3 [PLENXSDK] plenx manager start service 3" + Inner("Start"),
                             "L4 [PLENXSDK] plenx manager wait plenx service timeout (5000 ms)" +
                                 Inner("Start"),
-                            "L4 [PLENXSDK] plenx manager create group error 16" +
-                                Inner("Start")));
+                            "L4 [PLENXSDK] plenx manager create group error 16" + Inner("Start")));
     EXPECT_THAT(observer_.Events(), ElementsAre("NotifyStatus(3, g, 0, false)"));
 }
 
@@ -275,22 +271,21 @@ TEST_F(Engine_Stop, WhenBothStepsFailReturns0AndLogsTwoErrors) {
     AnswerId(1, Raises(1722));
     FakePlatform::Get().Scm().RefuseStop(L"PlenxPhoneSvc", ERROR_SERVICE_CANNOT_ACCEPT_CTRL);
     EXPECT_EQ(Engine().Stop(Type(2), "g"), 0);
-    EXPECT_THAT(EngineTexts(),
-                ElementsAre("L3 [PLENXSDK] plenx manager stop service 2" + Inner("Stop"),
-                            "L4 [PLENXSDK] plenx manager delete group error 1722" +
-                                Inner("Stop"),
-                            "L4 [PLENXSDK] plenx manager stop plenx service error 6" +
-                                Inner("Stop")));
+    EXPECT_THAT(
+        EngineTexts(),
+        ElementsAre("L3 [PLENXSDK] plenx manager stop service 2" + Inner("Stop"),
+                    "L4 [PLENXSDK] plenx manager delete group error 1722" + Inner("Stop"),
+                    "L4 [PLENXSDK] plenx manager stop plenx service error 6" + Inner("Stop")));
     EXPECT_THAT(observer_.Events(), ElementsAre("NotifyStatus(2, g, 1, false)"));
 }
 
 TEST_F(Engine_Stop, OfTypeOutsideTheServicesLogs16Twice) {
     EXPECT_EQ(Engine().Stop(Type(7), "g"), 0);
-    EXPECT_THAT(EngineTexts(),
-                ElementsAre("L3 [PLENXSDK] plenx manager stop service 7" + Inner("Stop"),
-                            "L4 [PLENXSDK] plenx manager delete group error 16" + Inner("Stop"),
-                            "L4 [PLENXSDK] plenx manager stop plenx service error 16" +
-                                Inner("Stop")));
+    EXPECT_THAT(
+        EngineTexts(),
+        ElementsAre("L3 [PLENXSDK] plenx manager stop service 7" + Inner("Stop"),
+                    "L4 [PLENXSDK] plenx manager delete group error 16" + Inner("Stop"),
+                    "L4 [PLENXSDK] plenx manager stop plenx service error 16" + Inner("Stop")));
     EXPECT_THAT(observer_.Events(), ElementsAre("NotifyStatus(7, g, 1, false)"));
 }
 
@@ -298,20 +293,20 @@ TEST_F(Engine_Stop, OfTypeOutsideTheServicesLogs16Twice) {
 
 TEST_F(EngineTest, StartBeforeInitActsLikeAnEmptyTable) {
     EXPECT_EQ(Engine().Start(Type(1), "g", "arg"), 16);
-    EXPECT_THAT(EngineTexts(),
-                ElementsAre("L3 [PLENXSDK] plenx manager start service 1" + Inner("Start"),
-                            "L4 [PLENXSDK] plenx manager start plenx service error 16" +
-                                Inner("Start")));
+    EXPECT_THAT(
+        EngineTexts(),
+        ElementsAre("L3 [PLENXSDK] plenx manager start service 1" + Inner("Start"),
+                    "L4 [PLENXSDK] plenx manager start plenx service error 16" + Inner("Start")));
     EXPECT_THAT(FakeRpc::Get().Calls(), IsEmpty());
     EXPECT_THAT(observer_.Events(), ElementsAre("NotifyStatus(1, g, 0, false)"));
 }
 
 TEST_F(EngineTest, StopBeforeInitActsLikeAnEmptyTable) {
     EXPECT_EQ(Engine().Stop(Type(1), "g"), 0);
-    EXPECT_THAT(EngineTexts(),
-                ElementsAre("L3 [PLENXSDK] plenx manager stop service 1" + Inner("Stop"),
-                            "L4 [PLENXSDK] plenx manager stop plenx service error 16" +
-                                Inner("Stop")));
+    EXPECT_THAT(
+        EngineTexts(),
+        ElementsAre("L3 [PLENXSDK] plenx manager stop service 1" + Inner("Stop"),
+                    "L4 [PLENXSDK] plenx manager stop plenx service error 16" + Inner("Stop")));
     EXPECT_THAT(observer_.Events(), ElementsAre("NotifyStatus(1, g, 1, false)"));
 }
 
@@ -357,21 +352,18 @@ TEST_P(EveryDeviceOperation, SendsItsRequestAndReportsNothingOnSuccess) {
 TEST_P(EveryDeviceOperation, ReportsAndReturnsAFailure) {
     AnswerId(GetParam().msgType, Answers(-8));
     EXPECT_EQ(GetParam().call(Engine(), Type(2)), -8);
-    EXPECT_THAT(EngineTexts(),
-                ElementsAre(Line(std::string("L3 ") + GetParam().begin),
-                            Line(std::string("L4 ") + GetParam().error + "-8")));
-    EXPECT_THAT(observer_.Events(),
-                ElementsAre(std::string("NotifyStatus(2, g, ") + GetParam().statusKind +
-                            ", false)"));
+    EXPECT_THAT(EngineTexts(), ElementsAre(Line(std::string("L3 ") + GetParam().begin),
+                                           Line(std::string("L4 ") + GetParam().error + "-8")));
+    EXPECT_THAT(observer_.Events(), ElementsAre(std::string("NotifyStatus(2, g, ") +
+                                                GetParam().statusKind + ", false)"));
 }
 
 TEST_P(EveryDeviceOperation, OfTypeWithoutAnEndpointFailsWith16) {
     EXPECT_EQ(GetParam().call(Engine(), Type(3)), 16);
     EXPECT_THAT(FakeRpc::Get().Calls(), IsEmpty());
     EXPECT_EQ(EngineTexts().back(), Line(std::string("L4 ") + GetParam().error + "16"));
-    EXPECT_THAT(observer_.Events(),
-                ElementsAre(std::string("NotifyStatus(3, g, ") + GetParam().statusKind +
-                            ", false)"));
+    EXPECT_THAT(observer_.Events(), ElementsAre(std::string("NotifyStatus(3, g, ") +
+                                                GetParam().statusKind + ", false)"));
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -384,7 +376,8 @@ INSTANTIATE_TEST_SUITE_P(
                         2,
                         {StringArg("dev"), Int32Arg(0), Int32Arg(5), ArrayArg({1, 2, 3, 4, 5})},
                         "[PLENXSDK] plenx manager inner local device online svcType(2)",
-                        "[PLENXSDK] plenx manager inner local device online error ", "2",
+                        "[PLENXSDK] plenx manager inner local device online error ",
+                        "2",
                         "[PLENXSDK] plenx manager local device online success svcType(2)"},
         DeviceOperation{"RemoteDeviceOnline",
                         [](PLENXManagerInner& engine, ServiceType type) {
@@ -393,7 +386,8 @@ INSTANTIATE_TEST_SUITE_P(
                         2,
                         {StringArg("dev"), Int32Arg(1), Int32Arg(0), ArrayArg({})},
                         "[PLENXSDK] plenx manager inner remote device online service 2",
-                        "[PLENXSDK] plenx manager inner remote device online error ", "2",
+                        "[PLENXSDK] plenx manager inner remote device online error ",
+                        "2",
                         "[PLENXSDK] plenx manager inner remote device online success svcType(2)"},
         DeviceOperation{"LocalDeviceOffline",
                         [](PLENXManagerInner& engine, ServiceType type) {
@@ -403,7 +397,8 @@ INSTANTIATE_TEST_SUITE_P(
                         3,
                         {StringArg("dev"), Int32Arg(0), Int32Arg(-6)},
                         "[PLENXSDK] plenx manager inner local device offline service (2)",
-                        "[PLENXSDK] plenx manager inner local device offline error ", "3",
+                        "[PLENXSDK] plenx manager inner local device offline error ",
+                        "3",
                         "[PLENXSDK] plenx manager inner local device offline success svcType(2)"},
         DeviceOperation{"RemoteDeviceOffline",
                         [](PLENXManagerInner& engine, ServiceType type) {
@@ -413,7 +408,8 @@ INSTANTIATE_TEST_SUITE_P(
                         3,
                         {StringArg("dev"), Int32Arg(1), Int32Arg(9)},
                         "[PLENXSDK] plenx manager inner remote device offline service (2)",
-                        "[PLENXSDK] plenx manager inner remote device offline error ", "3",
+                        "[PLENXSDK] plenx manager inner remote device offline error ",
+                        "3",
                         "[PLENXSDK] plenx manager inner remote device offline success "
                         "svcType(2)"}));
 
@@ -430,15 +426,15 @@ TEST_F(Engine_LocalDeviceOnline, LengthFrom2To31FailsWith19AndTouchesNoData) {
     EXPECT_EQ(Engine().LocalDeviceOnline(Type(1), "g", "dev", 1ULL << 31, kData), 19);
     EXPECT_EQ(Engine().LocalDeviceOnline(Type(1), "g", "dev", 0xFFFFFFFFULL, kData), 19);
     EXPECT_THAT(FakeRpc::Get().Calls(), IsEmpty());
-    EXPECT_THAT(observer_.Events(), ElementsAre("NotifyStatus(1, g, 2, false)",
-                                                "NotifyStatus(1, g, 2, false)"));
+    EXPECT_THAT(observer_.Events(),
+                ElementsAre("NotifyStatus(1, g, 2, false)", "NotifyStatus(1, g, 2, false)"));
 }
 
 TEST_F(Engine_LocalDeviceOnline, EmptyDataMayBeNull) {
     EXPECT_EQ(Engine().LocalDeviceOnline(Type(1), "g", "dev", 0, nullptr), 0);
-    EXPECT_EQ(FakeRpc::Get().ServiceCalls().at(0).msg,
-              MessageOf({StringArg("g_1"), StringArg("dev"), Int32Arg(0), Int32Arg(0),
-                         ArrayArg({})}));
+    EXPECT_EQ(
+        FakeRpc::Get().ServiceCalls().at(0).msg,
+        MessageOf({StringArg("g_1"), StringArg("dev"), Int32Arg(0), Int32Arg(0), ArrayArg({})}));
 }
 
 TEST_F(EngineTest, NameChangedForwardsWithoutALineOfItsOwn) {

@@ -54,9 +54,12 @@ void RegisterAndUnregister(int) {
 }
 
 TEST_F(FreshFacade, SurvivesAllOperationsOfManyThreads) {
-    const std::vector<std::function<void(int)>> parts = {
-        [](int n) { Round(0, n); }, [](int n) { Round(2, n); }, [](int n) { Round(4, n); },
-        Notify, Notify, RegisterAndUnregister};
+    const std::vector<std::function<void(int)>> parts = {[](int n) { Round(0, n); },
+                                                         [](int n) { Round(2, n); },
+                                                         [](int n) { Round(4, n); },
+                                                         Notify,
+                                                         Notify,
+                                                         RegisterAndUnregister};
     std::vector<std::thread> threads;
     for (const std::function<void(int)>& part : parts) {
         threads.emplace_back([&part] {
@@ -93,9 +96,9 @@ TEST_F(ReadyFacade, ManyThreadsQueueEveryJobOnce) {
     for (int i = 0; i != kThreads; ++i) {
         threads.emplace_back([] {
             for (int n = 0; n != kJobs; ++n) {
-                EXPECT_EQ(Facade().RemoteDeviceOffline(Type(0), "g", "d",
-                                                       DistributedFs::kDefaultTrigger),
-                          0);
+                EXPECT_EQ(
+                    Facade().RemoteDeviceOffline(Type(0), "g", "d", DistributedFs::kDefaultTrigger),
+                    0);
             }
         });
     }
@@ -103,8 +106,7 @@ TEST_F(ReadyFacade, ManyThreadsQueueEveryJobOnce) {
         thread.join();
     }
     WaitForJobs();
-    EXPECT_EQ(FakeFileManager::Get().Calls().size(),
-              static_cast<std::size_t>(kThreads * kJobs));
+    EXPECT_EQ(FakeFileManager::Get().Calls().size(), static_cast<std::size_t>(kThreads * kJobs));
 }
 
 }  // namespace

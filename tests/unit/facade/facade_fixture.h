@@ -41,8 +41,7 @@ inline std::string Error(const std::string& text, const std::string& function) {
 /// The three lines of a status that one observer handles.
 inline std::vector<std::string> StatusLines(const std::string& values) {
     return {Info("notify status invoked " + values, "NotifyStatus"),
-            Info("notify status begin", "NotifyStatus"),
-            Info("notify status end", "NotifyStatus")};
+            Info("notify status begin", "NotifyStatus"), Info("notify status end", "NotifyStatus")};
 }
 
 /// Waits until every job that was queued before is done. Leaves lines of

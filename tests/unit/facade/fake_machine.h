@@ -38,10 +38,9 @@ private:
 inline std::vector<std::string> TextsOfClass(const std::string& name) {
     std::vector<std::string> texts = RecordedLog::Get().Texts();
     const std::string mark = "(DistributedFs::" + name + "::";
-    texts.erase(std::remove_if(texts.begin(), texts.end(),
-                               [&](const std::string& text) {
-                                   return text.find(mark) == std::string::npos;
-                               }),
+    texts.erase(std::remove_if(
+                    texts.begin(), texts.end(),
+                    [&](const std::string& text) { return text.find(mark) == std::string::npos; }),
                 texts.end());
     return texts;
 }

@@ -35,10 +35,10 @@ struct Job {
     std::string pushedBegin;  // before the type
     std::string pushedEnd;    // behind it
     std::string invoked;
-    std::string invalid;       // with the type 7
+    std::string invalid;  // with the type 7
     std::string companionCall;
     std::string companionName;
-    std::string statusKind;    // empty: no status
+    std::string statusKind;  // empty: no status
     std::int32_t engineRequest;
 };
 
@@ -52,13 +52,11 @@ const Job kJobs[] = {
     {"Start", [](std::uint32_t type) { return Facade().Start(Type(type), "g", "a"); },
      "start service (", ")" + kPushed, "start service svcType(",
      "start service invalid service type svcType(7)", "Start()", "Start", "0", 0},
-    {"Stop", [](std::uint32_t type) { return Facade().Stop(Type(type), "g"); },
-     "stop service (", ")" + kPushed, "stop service svcType(",
-     "stop service invalid service type svcType(7)", "Stop()", "Stop", "1", 1},
+    {"Stop", [](std::uint32_t type) { return Facade().Stop(Type(type), "g"); }, "stop service (",
+     ")" + kPushed, "stop service svcType(", "stop service invalid service type svcType(7)",
+     "Stop()", "Stop", "1", 1},
     {"LocalDeviceOnline",
-     [](std::uint32_t type) {
-         return Facade().LocalDeviceOnline(Type(type), "g", "d", 3, kData);
-     },
+     [](std::uint32_t type) { return Facade().LocalDeviceOnline(Type(type), "g", "d", 3, kData); },
      "service (", ") local device online" + kPushed, "local device online svcType(",
      "invalid service type svcType(7)", "LocalDeviceOnline(g, d, 1, 010203, 3)",
      "LocalDeviceOnline", "", 2},
@@ -88,8 +86,7 @@ protected:
     static const Job& Param() { return GetParam(); }
     static std::vector<std::string> FirstLines(const std::string& type) {
         return {Info(Param().pushedBegin + type + Param().pushedEnd, Param().name),
-                Info(Param().invoked + type + ") is invoked", std::string(Param().name) +
-                                                                  "Func")};
+                Info(Param().invoked + type + ") is invoked", std::string(Param().name) + "Func")};
     }
     static bool IsStop() { return Param().name == std::string("Stop"); }
     static void Append(std::vector<std::string>& lines, const std::vector<std::string>& more) {
@@ -248,18 +245,18 @@ TEST_F(Jobs, OfflineTriggersReachTheServiceUnchanged) {
     WaitForJobs();
     const std::vector<ServiceCall> calls = RequestsWithoutNameChanged();
     ASSERT_THAT(calls, SizeIs(2));
-    EXPECT_EQ(calls[0].msg, MessageOf({StringArg("g_1"), StringArg("d"), Int32Arg(0),
-                                       Int32Arg(-4)}));
-    EXPECT_EQ(calls[1].msg, MessageOf({StringArg("g_1"), StringArg("d"), Int32Arg(1),
-                                       Int32Arg(0x7FFFFFFF)}));
+    EXPECT_EQ(calls[0].msg,
+              MessageOf({StringArg("g_1"), StringArg("d"), Int32Arg(0), Int32Arg(-4)}));
+    EXPECT_EQ(calls[1].msg,
+              MessageOf({StringArg("g_1"), StringArg("d"), Int32Arg(1), Int32Arg(0x7FFFFFFF)}));
 }
 
 TEST_F(Jobs, RemoteDeviceOnlineOfType3TellsService1) {
     Facade().RemoteDeviceOnline(Type(3), "g", "d");
     WaitForJobs();
-    EXPECT_EQ(RequestsWithoutNameChanged().at(0).msg,
-              MessageOf({StringArg("g_1"), StringArg("d"), Int32Arg(1), Int32Arg(0),
-                         ArrayArg({})}));
+    EXPECT_EQ(
+        RequestsWithoutNameChanged().at(0).msg,
+        MessageOf({StringArg("g_1"), StringArg("d"), Int32Arg(1), Int32Arg(0), ArrayArg({})}));
 }
 
 TEST_F(Jobs, DeviceNameChangedGoesToThePcService) {
@@ -279,14 +276,14 @@ TEST_F(Jobs, RecvRemoteMessageGoesToThePcServiceUnchanged) {
     const Bytes message = MessageOf({Int32Arg(-3), Int32Arg(-1), StringArg("")});
     ASSERT_TRUE(FakeRpc::Get().WaitForMessage(message));
     EXPECT_EQ(FakeRpc::Get().ServiceCalls().at(0).endpoint, "PLENXPCService");
-    EXPECT_THAT(RecordedLog::Get().Texts(),
-                ElementsAre(Info("receive remote message is pushed into thread pool",
-                                 "RecvRemoteMessage"),
-                            Info("receive remote message is invoked", "RecvRemoteMessageFunc"),
-                            "L3 [PLENXSDK] plenx manager job receive remote message is invoked"
-                            "(DistributedFs::PLENXManagerInner::RecvRemoteMessage)",
-                            "L3 [PLENXSDK] rpc manager receive remote message svcType:1"
-                            "(DistributedFs::RpcManager::RecvRemoteMessage)"));
+    EXPECT_THAT(
+        RecordedLog::Get().Texts(),
+        ElementsAre(Info("receive remote message is pushed into thread pool", "RecvRemoteMessage"),
+                    Info("receive remote message is invoked", "RecvRemoteMessageFunc"),
+                    "L3 [PLENXSDK] plenx manager job receive remote message is invoked"
+                    "(DistributedFs::PLENXManagerInner::RecvRemoteMessage)",
+                    "L3 [PLENXSDK] rpc manager receive remote message svcType:1"
+                    "(DistributedFs::RpcManager::RecvRemoteMessage)"));
 }
 
 // LocalDeviceOnline and its block of bytes. The blocks are on the heap and exactly as large
@@ -324,10 +321,9 @@ TEST_F(DataBlock, EmptyBlockIsNullForTheOfficeService) {
     Online(0, 0, Block(1).get());
     Online(0, 0, nullptr);
     Online(0, 5, nullptr);
-    EXPECT_THAT(FakeFileManager::Get().Calls(),
-                ElementsAre("LocalDeviceOnline(g, d, 1, null, 0)",
-                            "LocalDeviceOnline(g, d, 1, null, 0)",
-                            "LocalDeviceOnline(g, d, 1, null, 0)"));
+    EXPECT_THAT(FakeFileManager::Get().Calls(), ElementsAre("LocalDeviceOnline(g, d, 1, null, 0)",
+                                                            "LocalDeviceOnline(g, d, 1, null, 0)",
+                                                            "LocalDeviceOnline(g, d, 1, null, 0)"));
 }
 
 TEST_F(DataBlock, PcServiceGetsAllOfIt) {
@@ -340,9 +336,9 @@ TEST_F(DataBlock, PcServiceGetsAllOfIt) {
 
 TEST_F(DataBlock, NullDataIsNoBytesForThePcService) {
     Online(1, 40, nullptr);
-    EXPECT_EQ(RequestsWithoutNameChanged().at(0).msg,
-              MessageOf({StringArg("g_1"), StringArg("d"), Int32Arg(0), Int32Arg(0),
-                         ArrayArg({})}));
+    EXPECT_EQ(
+        RequestsWithoutNameChanged().at(0).msg,
+        MessageOf({StringArg("g_1"), StringArg("d"), Int32Arg(0), Int32Arg(0), ArrayArg({})}));
 }
 
 TEST_F(DataBlock, OnlyTheLow32BitsOfTheSizeCountAndAreRead) {
@@ -364,18 +360,17 @@ TEST_F(DataBlock, SizeFrom2To31ReadsNoByteAndFailsForThePcService) {
         EXPECT_EQ(Online(0, size, block.get()), 0);
         EXPECT_EQ(Online(1, size, block.get()), 0);
     }
-    EXPECT_THAT(FakeFileManager::Get().Calls(),
-                ElementsAre("LocalDeviceOnline(g, d, 1, null, 0)",
-                            "LocalDeviceOnline(g, d, 1, null, 0)",
-                            "LocalDeviceOnline(g, d, 1, null, 0)"));
+    EXPECT_THAT(FakeFileManager::Get().Calls(), ElementsAre("LocalDeviceOnline(g, d, 1, null, 0)",
+                                                            "LocalDeviceOnline(g, d, 1, null, 0)",
+                                                            "LocalDeviceOnline(g, d, 1, null, 0)"));
     EXPECT_THAT(RequestsWithoutNameChanged(), IsEmpty());
     EXPECT_THAT(observer_.Events(),
                 ElementsAre("NotifyStatus(1, g, 2, false)", "NotifyStatus(1, g, 2, false)",
                             "NotifyStatus(1, g, 2, false)"));
-    EXPECT_TRUE(RecordedLog::Get().WaitFor(
-        "L4 [PLENXSDK] plenx manager inner local device online error 19"
-        "(DistributedFs::PLENXManagerInner::LocalDeviceOnline)",
-        std::chrono::seconds(1), 3));
+    EXPECT_TRUE(
+        RecordedLog::Get().WaitFor("L4 [PLENXSDK] plenx manager inner local device online error 19"
+                                   "(DistributedFs::PLENXManagerInner::LocalDeviceOnline)",
+                                   std::chrono::seconds(1), 3));
 }
 
 TEST_F(DataBlock, CallersBufferMayBeFreedAtOnce) {
@@ -429,8 +424,7 @@ TEST_P(AllStoppedSignal, FollowsAStopThatLeavesNothingStarted) {
     const std::string signal =
         Info("notify status invoked svcType:3 sttsType:1 value:1", "NotifyStatus");
     EXPECT_EQ(std::count(texts.begin(), texts.end(), signal), GetParam().allStopped ? 1 : 0);
-    EXPECT_EQ(observer_.Events().back() == "NotifyStatus(3, g, 1, true)",
-              GetParam().allStopped);
+    EXPECT_EQ(observer_.Events().back() == "NotifyStatus(3, g, 1, true)", GetParam().allStopped);
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -441,8 +435,7 @@ INSTANTIATE_TEST_SUITE_P(
                     Steps{"OfficeWithoutAStart", {"stop 0"}, true},
                     Steps{"PcWhileOfficeRuns", {"start 0", "stop 1"}, false},
                     Steps{"InvalidWhileOfficeRuns", {"start 0", "stop 7"}, false},
-                    Steps{"Invalid", {"stop 7"}, true},
-                    Steps{"Both", {"start 3", "stop 3"}, true},
+                    Steps{"Invalid", {"stop 7"}, true}, Steps{"Both", {"start 3", "stop 3"}, true},
                     Steps{"BothMinusOffice", {"start 3", "stop 0"}, false},
                     Steps{"BothMinusOfficeMinusPc", {"start 3", "stop 0", "stop 1"}, false},
                     Steps{"BothMinusOfficeThenBoth", {"start 3", "stop 0", "stop 3"}, true},

@@ -17,8 +17,7 @@ using testing::IsEmpty;
 
 namespace {
 
-const std::string kInitPushed =
-    Info("plenx manager inner init is pushed into thread pool", "Init");
+const std::string kInitPushed = Info("plenx manager inner init is pushed into thread pool", "Init");
 const std::string kDestroyPushed =
     Info("plenx manager inner destroy is pushed into thread pool", "Destroy");
 
@@ -45,8 +44,7 @@ TEST_F(FreshFacade, InitMakesTheCompanionAndQueuesTheServiceSide) {
 
 TEST_F(FreshFacade, InitHandsEmptyArgumentsOnToo) {
     Facade().Init("", "", "", false);
-    EXPECT_THAT(FakeFileManager::Get().Calls(),
-                ElementsAre("DistributedFileManager(, , , false)"));
+    EXPECT_THAT(FakeFileManager::Get().Calls(), ElementsAre("DistributedFileManager(, , , false)"));
     EXPECT_TRUE(FakeRpc::Get().WaitUntilListening());
 }
 
@@ -96,10 +94,9 @@ TEST_F(FreshFacade, CompanionThatCannotBeMadeFailsInitAndTheNextOneTriesAgain) {
     FakeFileManager::Get().SetHook([](const std::string&) { throw std::runtime_error("no"); });
     EXPECT_THROW(Facade().Init("C:\\App", "C:\\Data", "", false), std::runtime_error);
     EXPECT_EQ(Facade().Stop(Type(0), "g"), 0);
-    EXPECT_THAT(FacadeTexts(),
-                ElementsAre(Info("Init", "Init"),
-                            "L4 [PLENXSDK] thread pool is released"
-                            "(DistributedFs::PLENXManager::Stop)"));
+    EXPECT_THAT(FacadeTexts(), ElementsAre(Info("Init", "Init"),
+                                           "L4 [PLENXSDK] thread pool is released"
+                                           "(DistributedFs::PLENXManager::Stop)"));
     FakeFileManager::Get().SetHook(nullptr);
     Facade().Init("C:\\App", "C:\\Data", "", false);
     EXPECT_TRUE(FakeRpc::Get().WaitUntilListening());
@@ -148,8 +145,8 @@ TEST_F(FreshFacade, DestroyQueuesInitWithTheStoredFolders) {
     EXPECT_THAT(TextsOfClass("PLENXManagerInner"),
                 ElementsAre("L3 [PLENXSDK] service manager initialization"
                             "(DistributedFs::PLENXManagerInner::Init)"));
-    EXPECT_THAT(FakeRpc::Get().Calls(), testing::Not(testing::Contains(testing::StartsWith(
-                                            "RpcServerListen"))));
+    EXPECT_THAT(FakeRpc::Get().Calls(),
+                testing::Not(testing::Contains(testing::StartsWith("RpcServerListen"))));
 }
 
 }  // namespace

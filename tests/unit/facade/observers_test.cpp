@@ -166,10 +166,10 @@ TEST_P(EveryNotification, LogsTheCodeOfEachFailingObserver) {
     }
     RecordedLog::Get().Clear();
     Notify();
-    EXPECT_THAT(Texts(), ElementsAre(InfoLine(GetParam().invoked), InfoLine(GetParam().begin),
-                                     ErrorLine(GetParam().error + "-7"),
-                                     ErrorLine(GetParam().error + "1234567"),
-                                     InfoLine(GetParam().end)));
+    EXPECT_THAT(Texts(),
+                ElementsAre(InfoLine(GetParam().invoked), InfoLine(GetParam().begin),
+                            ErrorLine(GetParam().error + "-7"),
+                            ErrorLine(GetParam().error + "1234567"), InfoLine(GetParam().end)));
     for (RecordingObserver& observer : observers) {
         EXPECT_THAT(observer.Events(), ElementsAre(GetParam().event));
         Facade().UnregisterPLENXServiceObserver(&observer);
@@ -195,28 +195,24 @@ TEST_P(EveryNotification, ExceptionSkipsTheObserversThatFollowAndReleasesTheLock
 INSTANTIATE_TEST_SUITE_P(
     Notifications, EveryNotification,
     testing::Values(
-        Notification{"SendLocalMessage", 9,
-                     MessageOf({Int32Arg(4), Int32Arg(5), StringArg("hello")}),
-                     "send local message invoked", "send local message begin",
-                     "send local message error ", "send local message end",
-                     "SendLocalMessage(4, 5, hello)"},
+        Notification{
+            "SendLocalMessage", 9, MessageOf({Int32Arg(4), Int32Arg(5), StringArg("hello")}),
+            "send local message invoked", "send local message begin", "send local message error ",
+            "send local message end", "SendLocalMessage(4, 5, hello)"},
         Notification{"NotifyConnect", 10, MessageOf({StringArg("g_1")}),
                      "notify connect invoked svcType:1", "notify connect begin",
                      "notify connect error ", "notify connect end", "NotifyConnect(1, g)"},
         Notification{"NotifyDisconnect", 11, MessageOf({StringArg("g_2")}),
                      "notify disconnect invoked svcType:2", "notify disconnect begin",
-                     "notify disconnect error ", "notify disconnect end",
-                     "NotifyDisconnect(2, g)"},
+                     "notify disconnect error ", "notify disconnect end", "NotifyDisconnect(2, g)"},
         Notification{"NotifyReconnect", 12, MessageOf({StringArg("g_77")}),
                      "notify reconnect invoked svcType:77", "notify reconnect begin",
-                     "notify reconnect error ", "notify reconnect end",
-                     "NotifyReconnect(77, g)"},
+                     "notify reconnect error ", "notify reconnect end", "NotifyReconnect(77, g)"},
         Notification{"QueryLinkStatus", 13, MessageOf({StringArg("g_1"), Int32Arg(-1)}),
                      "query link status invoked svcType:1 linkType:4294967295",
                      " query link status begin", " query link status error ",
                      " query link status end", "QueryLinkStatus(1, g, 4294967295, 0)"},
-        Notification{"NotifyStatus", 14,
-                     MessageOf({StringArg("g_1"), Int32Arg(-1), Int32Arg(2)}),
+        Notification{"NotifyStatus", 14, MessageOf({StringArg("g_1"), Int32Arg(-1), Int32Arg(2)}),
                      "notify status invoked svcType:1 sttsType:4294967295 value:1",
                      "notify status begin", "notify status error ", "notify status end",
                      "NotifyStatus(1, g, 4294967295, true)"},
@@ -257,9 +253,8 @@ TEST(Observers, UnregisteringWaitsForTheNotificationThatIsBeingDelivered) {
     Facade().RegisterPLENXServiceObserver(&observer);
     std::thread service([] { Connect(); });
     ASSERT_TRUE(observer.WaitFor("NotifyConnect(1, g)"));
-    auto unregistered = std::async(std::launch::async, [&observer] {
-        Facade().UnregisterPLENXServiceObserver(&observer);
-    });
+    auto unregistered = std::async(
+        std::launch::async, [&observer] { Facade().UnregisterPLENXServiceObserver(&observer); });
     EXPECT_EQ(unregistered.wait_for(std::chrono::milliseconds(50)), std::future_status::timeout);
     letGo.set_value();
     EXPECT_EQ(unregistered.wait_for(std::chrono::seconds(20)), std::future_status::ready);

@@ -48,8 +48,8 @@ public:
 
     int SendLocalMessage(DistributedFs::PLENXMessageType msgType, unsigned int msgLen,
                          const std::string& message) override {
-        return Take("SendLocalMessage(" + std::to_string(msgType) + ", " +
-                    std::to_string(msgLen) + ", " + message + ")");
+        return Take("SendLocalMessage(" + std::to_string(msgType) + ", " + std::to_string(msgLen) +
+                    ", " + message + ")");
     }
     int NotifyConnect(DistributedFs::ServiceType svcType, const std::string& first) override {
         return Take("NotifyConnect(" + std::to_string(svcType) + ", " + first + ")");

@@ -149,16 +149,15 @@ TEST_F(ReadyFacade, RequestsReturnWhileAJobIsAtWork) {
 // SetConfig.
 
 std::string EngineLine(const char* function, const std::string& type, const std::string& value) {
-    return "L3 [PLENXSDK] plenx manager set config svcType:" + type + " cfgType:1 cfgValue:" +
-           value + "(DistributedFs::PLENXManagerInner::" + function + ")";
+    return "L3 [PLENXSDK] plenx manager set config svcType:" + type +
+           " cfgType:1 cfgValue:" + value + "(DistributedFs::PLENXManagerInner::" + function + ")";
 }
 
 TEST_F(ReadyFacade, SetConfigOfAStringQueuesAJobForTheService) {
     Facade().SetConfig(Type(2), Key(1), "de_DE");
     WaitForJobs();
     EXPECT_THAT(FacadeTexts(),
-                ElementsAre(Info("(2) set string config is pushed into thread pool",
-                                 "SetConfig")));
+                ElementsAre(Info("(2) set string config is pushed into thread pool", "SetConfig")));
     EXPECT_THAT(TextsOfClass("PLENXManagerInner"),
                 ElementsAre(EngineLine("SetStringConfig", "2", "de_DE")));
 }
@@ -166,8 +165,8 @@ TEST_F(ReadyFacade, SetConfigOfAStringQueuesAJobForTheService) {
 TEST_F(ReadyFacade, SetConfigOfANumberQueuesAJobForTheService) {
     Facade().SetConfig(Type(1), Key(1), std::int64_t{-5});
     WaitForJobs();
-    EXPECT_THAT(FacadeTexts(), ElementsAre(Info("(1) set int config is pushed into thread pool",
-                                                "SetConfig")));
+    EXPECT_THAT(FacadeTexts(),
+                ElementsAre(Info("(1) set int config is pushed into thread pool", "SetConfig")));
     EXPECT_THAT(TextsOfClass("PLENXManagerInner"),
                 ElementsAre(EngineLine("SetIntConfig", "1", "-5")));
 }
@@ -181,11 +180,11 @@ TEST_F(ReadyFacade, SetConfigOfType3QueuesTwoJobsForServices1Then2) {
                             Info("(2) set string config is pushed into thread pool", "SetConfig"),
                             Info("(1) set int config is pushed into thread pool", "SetConfig"),
                             Info("(2) set int config is pushed into thread pool", "SetConfig")));
-    EXPECT_THAT(TextsOfClass("PLENXManagerInner"),
-                ElementsAre(EngineLine("SetStringConfig", "1", "x"),
-                            EngineLine("SetStringConfig", "2", "x"),
-                            EngineLine("SetIntConfig", "1", "7"),
-                            EngineLine("SetIntConfig", "2", "7")));
+    EXPECT_THAT(
+        TextsOfClass("PLENXManagerInner"),
+        ElementsAre(EngineLine("SetStringConfig", "1", "x"),
+                    EngineLine("SetStringConfig", "2", "x"), EngineLine("SetIntConfig", "1", "7"),
+                    EngineLine("SetIntConfig", "2", "7")));
 }
 
 TEST_F(ReadyFacade, SetConfigOfType0LeavesNoTrace) {
@@ -204,11 +203,9 @@ void ExpectInvalidConfigTypesAreLogged() {
     EXPECT_THAT(
         RecordedLog::Get().Texts(),
         ElementsAre(Error("set string config invalid service type svcType:4", "SetConfig"),
-                    Error("set string config invalid service type svcType:4294967295",
-                          "SetConfig"),
+                    Error("set string config invalid service type svcType:4294967295", "SetConfig"),
                     Error("set int config invalid service type svcType(4)", "SetConfig"),
-                    Error("set int config invalid service type svcType(4294967295)",
-                          "SetConfig")));
+                    Error("set int config invalid service type svcType(4294967295)", "SetConfig")));
 }
 
 TEST_F(ReadyFacade, SetConfigOfTypesAbove3IsLogged) {

@@ -81,8 +81,7 @@ TEST_F(CommandsTest, DevicesComeAndGo) {
     EXPECT_THAT(Calls("local-online pc g d bytes:2 4294967298"),
                 ElementsAre(R"(LocalDeviceOnline(1,"g","d",4294967298,"0 1"))"));
     EXPECT_THAT(Calls("remote-online all g d"), ElementsAre(R"(RemoteDeviceOnline(3,"g","d"))"));
-    EXPECT_THAT(Calls("local-offline pc g d"),
-                ElementsAre(R"(LocalDeviceOffline(1,"g","d",0))"));
+    EXPECT_THAT(Calls("local-offline pc g d"), ElementsAre(R"(LocalDeviceOffline(1,"g","d",0))"));
     EXPECT_THAT(Calls("remote-offline pc g d -2147483648"),
                 ElementsAre(R"(RemoteDeviceOffline(1,"g","d",-2147483648))"));
 }
@@ -141,8 +140,7 @@ TEST_F(CommandsTest, ReactionsAreSet) {
 }
 
 TEST_F(CommandsTest, UsageErrorsNameTheUsage) {
-    EXPECT_EQ(Complaint("start pc g"),
-              "missing: argument; usage: start SERVICE GROUP ARGUMENT");
+    EXPECT_EQ(Complaint("start pc g"), "missing: argument; usage: start SERVICE GROUP ARGUMENT");
     EXPECT_EQ(Complaint("stop pc g more"), "too much: \"more\"; usage: stop SERVICE GROUP");
     EXPECT_EQ(Complaint("expect NotifyError 5"),
               "missing: within; usage: expect NOTIFICATION [ARGUMENT...] within MILLISECONDS");

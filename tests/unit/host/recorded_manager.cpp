@@ -10,8 +10,12 @@ std::vector<std::string> calls;
 std::set<DistributedFs::PLENXServiceObserver*> registered;
 std::map<std::string, std::function<void()>> actions;
 
-std::string Show(const std::string& text) { return '"' + text + '"'; }
-std::string Show(bool flag) { return flag ? "true" : "false"; }
+std::string Show(const std::string& text) {
+    return '"' + text + '"';
+}
+std::string Show(bool flag) {
+    return flag ? "true" : "false";
+}
 template <class Number>
 std::string Show(Number number) {
     return std::to_string(number);

@@ -52,8 +52,7 @@ TEST(SplitWords, SaysWhatIsWrong) {
     EXPECT_EQ(Complaint("a \"b"), "a closing \" is missing");
     EXPECT_EQ(Complaint(R"("\x1")"), "\\x needs two hexadecimal digits");
     EXPECT_EQ(Complaint(R"("\xg0")"), "\\x needs two hexadecimal digits");
-    EXPECT_EQ(Complaint(R"("\q")"),
-              R"(in quotes, write \\ \" \n \r \t or \xNN after a backslash)");
+    EXPECT_EQ(Complaint(R"("\q")"), R"(in quotes, write \\ \" \n \r \t or \xNN after a backslash)");
     EXPECT_EQ(Complaint("\"\\"), R"(in quotes, write \\ \" \n \r \t or \xNN after a backslash)");
 }
 

@@ -52,9 +52,10 @@ void NotifyErrorOnStart(int code) {
 
 TEST_F(ScriptTest, ExpectationsThatHoldGive0) {
     NotifyErrorOnStart(4);
-    const EndReport report = Run("register\nstart pc g a\nexpect-result 0\n"
-                                 "expect NotifyError 4 within 0\nexpect-none * for 0\n"
-                                 "get-string pc 1\nexpect-result-text \"\"\n");
+    const EndReport report =
+        Run("register\nstart pc g a\nexpect-result 0\n"
+            "expect NotifyError 4 within 0\nexpect-none * for 0\n"
+            "get-string pc 1\nexpect-result-text \"\"\n");
     EXPECT_EQ(report.exitCode, kAllHeld);
     EXPECT_EQ(report.expectations, 4);
     EXPECT_THAT(report.failures, IsEmpty());
@@ -62,10 +63,11 @@ TEST_F(ScriptTest, ExpectationsThatHoldGive0) {
 
 TEST_F(ScriptTest, AllExpectationsThatFailAreReportedWithTheirLines) {
     NotifyErrorOnStart(4);
-    const EndReport report = Run("register\nstart pc g a\n\n"
-                                 "expect NotifyError 5 within 1  # never\n"
-                                 "expect-none NotifyError for 0\nexpect-result 26\n"
-                                 "expect-result-text x\necho on\n");
+    const EndReport report =
+        Run("register\nstart pc g a\n\n"
+            "expect NotifyError 5 within 1  # never\n"
+            "expect-none NotifyError for 0\nexpect-result 26\n"
+            "expect-result-text x\necho on\n");
     EXPECT_EQ(report.exitCode, kNotAllHeld);
     EXPECT_EQ(report.expectations, 4);
     EXPECT_THAT(report.failures,
@@ -130,8 +132,7 @@ TEST_F(ScriptTest, InterruptEndsTheWaitAndTheScript) {
 TEST_F(ScriptTest, InterruptedExpectNoneDoesNotHold) {
     session_.Interrupt();
     session_.Run(ParseScript("expect-none * for 60000", "s")[0]);
-    EXPECT_THAT(captured_.Lines().back(),
-                EndsWith("> expect-none * for 60000: NO, interrupted"));
+    EXPECT_THAT(captured_.Lines().back(), EndsWith("> expect-none * for 60000: NO, interrupted"));
 }
 
 TEST(ParseScript, NamesTheFirstLineThatIsWrong) {
@@ -158,7 +159,8 @@ TEST_F(ScriptTest, LinesRunAsTheyComeAndEndAtTheFirstThatIsWrong) {
     EXPECT_THAT(RecordedManager::Calls(), ElementsAre(R"(Stop(1,"a"))"));
     std::string complaint;
     next = 1;
-    RunLines(read, [&](const std::string& text) { complaint = text; }, session_);
+    RunLines(
+        read, [&](const std::string& text) { complaint = text; }, session_);
     EXPECT_THAT(complaint, HasSubstr("input:1: unknown command \"nonsense\""));
     EXPECT_THAT(RecordedManager::Calls(), ElementsAre(R"(Stop(1,"a"))", R"(Stop(1,"b"))"));
 }

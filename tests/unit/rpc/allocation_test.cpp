@@ -45,8 +45,9 @@ TEST(Allocation, WriterWithoutABufferFailsEveryWrite) {
     EXPECT_EQ(writer.WriteInt32(0, 1), 21);
     EXPECT_EQ(writer.WriteInt8Array(0, array, 1), 21);
     EXPECT_EQ(writer.WriteInt8Array(0, nullptr, 0), 21);
-    EXPECT_EQ(Texts().back(), "L4 [PLENXSDK] index:0 argCursor_:0 msgCursor_:0 rpcMsgSize_:0"
-                              "(DistributedFs::RpcMessageWriter::WriteInt8Array)");
+    EXPECT_EQ(Texts().back(),
+              "L4 [PLENXSDK] index:0 argCursor_:0 msgCursor_:0 rpcMsgSize_:0"
+              "(DistributedFs::RpcMessageWriter::WriteInt8Array)");
 }
 
 TEST(Allocation, ReaderWithoutABufferFailsEveryRead) {
@@ -107,9 +108,9 @@ TEST(Allocation, RequestWithoutAMessageReturns19AndSendsNothing) {
     for (const Request& request : requests) {
         const FailingArray failing(0);
         EXPECT_EQ(request.send(RpcManager::GetInstance()), 19);
-        EXPECT_EQ(Texts().back(), std::string("L4 [PLENXSDK] write ") + request.kind +
-                                      " error index:1(DistributedFs::RpcManager::" +
-                                      request.function + ")");
+        EXPECT_EQ(Texts().back(),
+                  std::string("L4 [PLENXSDK] write ") + request.kind +
+                      " error index:1(DistributedFs::RpcManager::" + request.function + ")");
     }
     EXPECT_THAT(FakeRpc::Get().Calls(), IsEmpty());
 }
@@ -154,38 +155,43 @@ void ExpectRounds(std::int32_t id, const Bytes& message, const std::vector<Round
 
 TEST(Allocation, DefaultReply) {
     ExpectRounds(100, {},
-                 {{19, "L4 [PLENXSDK] write int32 error index:1"
-                       "(DistributedFs::RpcManager::RpcDefaultResponse)"},
+                 {{19,
+                   "L4 [PLENXSDK] write int32 error index:1"
+                   "(DistributedFs::RpcManager::RpcDefaultResponse)"},
                   {22, ""},
                   {0, ""}});
 }
 
 TEST(Allocation, ReplyOfALinkTypeQuery) {
     ExpectRounds(13, MessageOf({StringArg("g_1"), Int32Arg(1)}),
-                 {{20, "L4 [PLENXSDK] read grpName error"
-                       "(DistributedFs::RpcManager::LinkTypeQuery)"},
-                  {19, "L4 [RPCMANAGER] query link status write string error index:1"
-                       "(DistributedFs::RpcManager::LinkTypeQuery)"},
+                 {{20,
+                   "L4 [PLENXSDK] read grpName error"
+                   "(DistributedFs::RpcManager::LinkTypeQuery)"},
+                  {19,
+                   "L4 [RPCMANAGER] query link status write string error index:1"
+                   "(DistributedFs::RpcManager::LinkTypeQuery)"},
                   {22, ""},
                   {0, ""}});
 }
 
 TEST(Allocation, PathOfAnExplorerUpdate) {
     ExpectRounds(17, MessageOf({Int32Arg(4), ArrayArg({1, 0, 0, 0})}),
-                 {{20, "L4 [PLENXSDK] read msgLen error"
-                       "(DistributedFs::RpcManager::UpdateWindowsExplore)"},
-                  {20, "L4 [PLENXSDK] read update path error"
-                       "(DistributedFs::RpcManager::UpdateWindowsExplore)"},
-                  {19, "L4 [PLENXSDK] write int32 error index:1"
-                       "(DistributedFs::RpcManager::RpcDefaultResponse)"},
+                 {{20,
+                   "L4 [PLENXSDK] read msgLen error"
+                   "(DistributedFs::RpcManager::UpdateWindowsExplore)"},
+                  {20,
+                   "L4 [PLENXSDK] read update path error"
+                   "(DistributedFs::RpcManager::UpdateWindowsExplore)"},
+                  {19,
+                   "L4 [PLENXSDK] write int32 error index:1"
+                   "(DistributedFs::RpcManager::RpcDefaultResponse)"},
                   {22, ""},
                   {0, ""}});
 }
 
 TEST(Allocation, StringThatIsTooLargeReturns22) {
     const Bytes name = MessageOf({StringArg(std::string(6000, 'd'))});
-    const Bytes local =
-        MessageOf({Int32Arg(1), Int32Arg(2), StringArg(std::string(6000, 'd'))});
+    const Bytes local = MessageOf({Int32Arg(1), Int32Arg(2), StringArg(std::string(6000, 'd'))});
     const auto call = [](std::int32_t id, const Bytes& message) {
         tooLarge = 5000;
         const ManagerReply reply = CallManager(id, message);

@@ -148,8 +148,8 @@ Bytes BytesOf(const std::wstring& text) {
 }
 
 ManagerReply UpdateExplore(const Bytes& path) {
-    return CallManager(17, MessageOf({Int32Arg(static_cast<std::int32_t>(path.size())),
-                                      ArrayArg(path)}));
+    return CallManager(
+        17, MessageOf({Int32Arg(static_cast<std::int32_t>(path.size())), ArrayArg(path)}));
 }
 
 TEST(UpdateWindowsExplore, HandsThePathToTheShellUnchanged) {
@@ -181,8 +181,7 @@ TEST(UpdateWindowsExplore, OddLastByteIsPaddedWithZeros) {
 TEST(UpdateWindowsExplore, LengthBelow1FailsWith20) {
     for (const std::int32_t length : {0, -1, static_cast<std::int32_t>(0x80000000U)}) {
         RecordedLog::Get().Clear();
-        const ManagerReply reply =
-            CallManager(17, MessageOf({Int32Arg(length), ArrayArg({1, 2})}));
+        const ManagerReply reply = CallManager(17, MessageOf({Int32Arg(length), ArrayArg({1, 2})}));
         EXPECT_EQ(reply.result, 20);
         EXPECT_FALSE(reply.hasBlock);
         EXPECT_THAT(RecordedLog::Get().Texts(),
@@ -193,8 +192,7 @@ TEST(UpdateWindowsExplore, LengthBelow1FailsWith20) {
 }
 
 TEST(UpdateWindowsExplore, LengthThatIsNotTheArraysFailsWith20) {
-    const ManagerReply reply =
-        CallManager(17, MessageOf({Int32Arg(0x7FFFFFFF), ArrayArg({1, 2})}));
+    const ManagerReply reply = CallManager(17, MessageOf({Int32Arg(0x7FFFFFFF), ArrayArg({1, 2})}));
     EXPECT_EQ(reply.result, 20);
     EXPECT_THAT(RecordedLog::Get().Texts(),
                 ElementsAre("L4 [PLENXSDK] Invalid Args offset:36 rpcReqArgSize:2 "

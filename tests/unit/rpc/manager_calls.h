@@ -19,7 +19,7 @@ struct ManagerReply {
 inline ManagerReply CallManager(std::int32_t msgType, const std::uint8_t* msg,
                                 std::int32_t msgSize) {
     std::uint8_t stale = 0;
-    std::int32_t size = 99;       // neither may be left as it is
+    std::int32_t size = 99;  // neither may be left as it is
     std::uint8_t* block = &stale;
     const std::int32_t result = DistributedFs::RpcManager::GetInstance().HandleServiceMessage(
         msgType, msgSize, msg, &size, &block);

@@ -70,8 +70,8 @@ std::string In(const std::string& operation) {
 
 std::string IndexLine(const std::string& operation, std::uint32_t index, int argCursor,
                       int msgCursor, int size) {
-    return "L4 [PLENXSDK] Invalid Args Error index:" + std::to_string(index) + " argCursor_:" +
-           std::to_string(argCursor) + " msgCursor_:" + std::to_string(msgCursor) +
+    return "L4 [PLENXSDK] Invalid Args Error index:" + std::to_string(index) +
+           " argCursor_:" + std::to_string(argCursor) + " msgCursor_:" + std::to_string(msgCursor) +
            " rpcMsgSize_:" + std::to_string(size) + In(operation);
 }
 
@@ -81,17 +81,18 @@ std::string TypeLine(const std::string& operation, std::uint32_t tag) {
 
 std::string OffsetLine(const std::string& operation, std::uint32_t offset, std::uint32_t size,
                        int messageSize, const std::string& end = "") {
-    return "L4 [PLENXSDK] Invalid Args offset:" + std::to_string(offset) + " rpcReqArgSize:" +
-           std::to_string(size) + " rpcMsgSize_:" + std::to_string(messageSize) + end +
-           In(operation);
+    return "L4 [PLENXSDK] Invalid Args offset:" + std::to_string(offset) +
+           " rpcReqArgSize:" + std::to_string(size) +
+           " rpcMsgSize_:" + std::to_string(messageSize) + end + In(operation);
 }
 
 TEST(RpcMessageReader, ReadsInt32StringAndArrayOfALiteralMessage) {
-    Reader reader(FromHex("36000000 03000000"
-                          "04000000 2c000000 03000000"
-                          "02000000 2f000000 04000000"
-                          "05000000 33000000 03000000"
-                          "616200 feffffff aabbcc"));
+    Reader reader(
+        FromHex("36000000 03000000"
+                "04000000 2c000000 03000000"
+                "02000000 2f000000 04000000"
+                "05000000 33000000 03000000"
+                "616200 feffffff aabbcc"));
     std::string text = "old";
     std::int32_t number = 9;
     Bytes array;
@@ -201,8 +202,7 @@ TEST_P(ShortMessage, IsRefusedAndEveryReadFails) {
     EXPECT_THAT(Texts(),
                 ElementsAre("L4 [PLENXSDK] Short Message Size rpcMsgSize:" +
                                 std::to_string(GetParam().size) + In("RpcMessageReader"),
-                            IndexLine("ReadInt32", 0, 0, 0, 0),
-                            IndexLine("ReadString", 0, 0, 0, 0),
+                            IndexLine("ReadInt32", 0, 0, 0, 0), IndexLine("ReadString", 0, 0, 0, 0),
                             IndexLine("ReadInt8Array", 0, 0, 0, 0)));
 }
 
@@ -212,24 +212,24 @@ Short OfCount(std::uint32_t count, std::int32_t size) {
     return {size, bytes};
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Sizes, ShortMessage,
-    testing::Values(Short{0, {}}, Short{1, Bytes(1)}, Short{4, Bytes(4)}, Short{7, Bytes(7)},
-                    Short{-1, Bytes(24)}, Short{kInt32Min, Bytes(24)}, OfCount(0, 8),
-                    OfCount(1, 20), OfCount(1, 19), OfCount(2, 32), OfCount(5, 24),
-                    // 12 * count + 8 does not fit 32 bits: 16, -8, -4, 0, 8
-                    OfCount(0x15555556, 24), OfCount(0x15555554, 24), OfCount(0xFFFFFFFF, 24),
-                    OfCount(0xAAAAAAAA, 24), OfCount(kHighBit, 24), OfCount(0x40000000, 24),
-                    OfCount(0x55555555, 24)));
+INSTANTIATE_TEST_SUITE_P(Sizes, ShortMessage,
+                         testing::Values(Short{0, {}}, Short{1, Bytes(1)}, Short{4, Bytes(4)},
+                                         Short{7, Bytes(7)}, Short{-1, Bytes(24)},
+                                         Short{kInt32Min, Bytes(24)}, OfCount(0, 8), OfCount(1, 20),
+                                         OfCount(1, 19), OfCount(2, 32), OfCount(5, 24),
+                                         // 12 * count + 8 does not fit 32 bits: 16, -8, -4, 0, 8
+                                         OfCount(0x15555556, 24), OfCount(0x15555554, 24),
+                                         OfCount(0xFFFFFFFF, 24), OfCount(0xAAAAAAAA, 24),
+                                         OfCount(kHighBit, 24), OfCount(0x40000000, 24),
+                                         OfCount(0x55555555, 24)));
 
 TEST(RpcMessageReader, NullBufferIsRefusedWithTheSizeAsGiven) {
     RpcMessageReader reader(nullptr, 24);
     std::int32_t number = 0;
     EXPECT_EQ(reader.ReadInt32(0, &number), 21);
-    EXPECT_THAT(Texts(),
-                ElementsAre("L4 [PLENXSDK] Short Message Size rpcMsgSize:24" +
-                                In("RpcMessageReader"),
-                            IndexLine("ReadInt32", 0, 0, 0, 0)));
+    EXPECT_THAT(Texts(), ElementsAre("L4 [PLENXSDK] Short Message Size rpcMsgSize:24" +
+                                         In("RpcMessageReader"),
+                                     IndexLine("ReadInt32", 0, 0, 0, 0)));
 }
 
 TEST(RpcMessageReader, MessageWithoutArgumentsOf9BytesIsTakenAndHasNothingToRead) {
@@ -332,17 +332,16 @@ TEST(RpcMessageReader, ArrayOfNegativeLengthFails) {
     Reader reader(FromWords({24, 1, 5, 20, 0xFFFFFFFF, 0}));
     EXPECT_EQ(ReadArray(reader, 0, -1), 21);
     EXPECT_EQ(ReadArray(reader, 0, kInt32Min), 21);
-    EXPECT_THAT(Texts(),
-                ElementsAre(OffsetLine("ReadInt8Array", 20, 0xFFFFFFFF, 24, " argLen:-1"),
-                            OffsetLine("ReadInt8Array", 20, 0xFFFFFFFF, 24,
-                                       " argLen:-2147483648")));
+    EXPECT_THAT(Texts(), ElementsAre(OffsetLine("ReadInt8Array", 20, 0xFFFFFFFF, 24, " argLen:-1"),
+                                     OffsetLine("ReadInt8Array", 20, 0xFFFFFFFF, 24,
+                                                " argLen:-2147483648")));
 }
 
 TEST(RpcMessageReader, ClaimedArrayOf2GiBFailsBeforeAnythingIsAllocated) {
     Reader reader(FromWords({24, 1, 5, 20, 0x7FFFFFFF, 0}));
     EXPECT_EQ(ReadArray(reader, 0, 0x7FFFFFFF), 21);
-    EXPECT_THAT(Texts(), ElementsAre(OffsetLine("ReadInt8Array", 20, 0x7FFFFFFF, 24,
-                                                " argLen:2147483647")));
+    EXPECT_THAT(Texts(),
+                ElementsAre(OffsetLine("ReadInt8Array", 20, 0x7FFFFFFF, 24, " argLen:2147483647")));
 }
 
 struct Place {

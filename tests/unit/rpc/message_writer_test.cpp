@@ -31,17 +31,17 @@ Bytes Written(const RpcMessageWriter& writer) {
 
 std::string FailureLine(const std::string& operation, std::uint32_t index, int argCursor,
                         int msgCursor, int size) {
-    return "L4 [PLENXSDK] index:" + std::to_string(index) + " argCursor_:" +
-           std::to_string(argCursor) + " msgCursor_:" + std::to_string(msgCursor) +
-           " rpcMsgSize_:" + std::to_string(size) + "(DistributedFs::RpcMessageWriter::" +
-           operation + ")";
+    return "L4 [PLENXSDK] index:" + std::to_string(index) +
+           " argCursor_:" + std::to_string(argCursor) + " msgCursor_:" + std::to_string(msgCursor) +
+           " rpcMsgSize_:" + std::to_string(size) +
+           "(DistributedFs::RpcMessageWriter::" + operation + ")";
 }
 
 TEST(RpcMessageWriter, OneInt32NeedsExactly24Bytes) {
     RpcMessageWriter writer(24, 1);
     EXPECT_EQ(writer.WriteInt32(0, 0x12345678), 0);
-    EXPECT_EQ(Written(writer), (Bytes{24, 0, 0, 0, 1, 0, 0, 0, 2, 0, 0, 0, 20, 0, 0, 0, 4, 0, 0,
-                                      0, 0x78, 0x56, 0x34, 0x12}));
+    EXPECT_EQ(Written(writer), (Bytes{24, 0, 0, 0, 1, 0, 0, 0, 2,    0,    0,    0,
+                                      20, 0, 0, 0, 4, 0, 0, 0, 0x78, 0x56, 0x34, 0x12}));
     EXPECT_THAT(Texts(), IsEmpty());
 }
 
@@ -78,8 +78,7 @@ TEST(RpcMessageWriter, StringOfLengthLTakesLPlus1BytesAlsoWhenEmpty) {
 TEST(RpcMessageWriter, StringKeepsEmbeddedNuls) {
     RpcMessageWriter writer(24, 1);
     EXPECT_EQ(writer.WriteString(0, std::string("a\0b", 3)), 0);
-    EXPECT_EQ(Written(writer),
-              FromHex("18000000 01000000 04000000 14000000 04000000 61006200"));
+    EXPECT_EQ(Written(writer), FromHex("18000000 01000000 04000000 14000000 04000000 61006200"));
 }
 
 TEST(RpcMessageWriter, EmptyArrayMayBeNull) {
@@ -198,15 +197,14 @@ TEST_P(ShortWriter, IsRefusedWithTheNumbersAsGivenAndEveryWriteFails) {
     EXPECT_EQ(writer.WriteString(0, ""), 21);
     EXPECT_EQ(writer.WriteInt8Array(0, array, 1), 21);
     EXPECT_EQ(writer.WriteInt8Array(0, nullptr, 0), 21);
-    EXPECT_THAT(Texts(),
-                ElementsAre("L4 [PLENXSDK] Short Message Size rpcMsgSize:" +
-                                std::to_string(size) + " rpcMsgArgs:" + std::to_string(args) +
-                                "(DistributedFs::RpcMessageWriter::RpcMessageWriter)",
-                            FailureLine("WriteInt32", 0, 0, 0, 0),
-                            FailureLine("WriteInt64", 0, 0, 0, 0),
-                            FailureLine("WriteString", 0, 0, 0, 0),
-                            FailureLine("WriteInt8Array", 0, 0, 0, 0),
-                            FailureLine("WriteInt8Array", 0, 0, 0, 0)));
+    EXPECT_THAT(
+        Texts(),
+        ElementsAre(
+            "L4 [PLENXSDK] Short Message Size rpcMsgSize:" + std::to_string(size) + " rpcMsgArgs:" +
+                std::to_string(args) + "(DistributedFs::RpcMessageWriter::RpcMessageWriter)",
+            FailureLine("WriteInt32", 0, 0, 0, 0), FailureLine("WriteInt64", 0, 0, 0, 0),
+            FailureLine("WriteString", 0, 0, 0, 0), FailureLine("WriteInt8Array", 0, 0, 0, 0),
+            FailureLine("WriteInt8Array", 0, 0, 0, 0)));
 }
 
 INSTANTIATE_TEST_SUITE_P(

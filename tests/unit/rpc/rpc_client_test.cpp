@@ -91,8 +91,8 @@ const Request kRequests[] = {
     {"DeleteGroup", [] { return Rpc().DeleteGroup(Type(2), "g_2"); }, "PLENXPhoneService", 1,
      "18000000 01000000 04000000 14000000 04000000 675f3200",
      "L3 [PLENXSDK] delete group svcType:2(DistributedFs::RpcManager::DeleteGroup)"},
-    {"LocalDeviceOnline",
-     [] { return Rpc().DeviceOnline(Type(1), "g_1", "dev", 0, kData, 3); }, "PLENXPCService", 2,
+    {"LocalDeviceOnline", [] { return Rpc().DeviceOnline(Type(1), "g_1", "dev", 0, kData, 3); },
+     "PLENXPCService", 2,
      "57000000 05000000"
      "04000000 44000000 04000000"
      "04000000 48000000 04000000"
@@ -102,8 +102,7 @@ const Request kRequests[] = {
      "675f3100 64657600 00000000 03000000 010203",
      "L3 [PLENXSDK] rpc manager device online svcType:1"
      "(DistributedFs::RpcManager::DeviceOnline)"},
-    {"RemoteDeviceOnline",
-     [] { return Rpc().DeviceOnline(Type(2), "g_2", "dev", 1, nullptr, 0); },
+    {"RemoteDeviceOnline", [] { return Rpc().DeviceOnline(Type(2), "g_2", "dev", 1, nullptr, 0); },
      "PLENXPhoneService", 2,
      "54000000 05000000"
      "04000000 44000000 04000000"
@@ -206,36 +205,33 @@ TEST_P(EveryRequest, ReturnsTheCodeOfAFailedSend) {
     answer.exception = 1722;
     AnswerWith(answer);
     EXPECT_EQ(GetParam().send(), 1722);
-    EXPECT_THAT(Texts(),
-                ElementsAre(GetParam().line,
-                            "L4 [PLENXSDK] send service message exception 1722"
-                            "(DistributedFs::RpcManager::SendRpcMessage)",
-                            "L4 [PLENXSDK] send rpc message error ret:1722" +
-                                FunctionOf(GetParam())));
+    EXPECT_THAT(Texts(), ElementsAre(GetParam().line,
+                                     "L4 [PLENXSDK] send service message exception 1722"
+                                     "(DistributedFs::RpcManager::SendRpcMessage)",
+                                     "L4 [PLENXSDK] send rpc message error ret:1722" +
+                                         FunctionOf(GetParam())));
 }
 
 TEST_P(EveryRequest, TakesAnEmptyReplyForSuccess) {
     AnswerWith(Reply({}));
     EXPECT_EQ(GetParam().send(), 0);
-    EXPECT_THAT(Texts(),
-                ElementsAre(GetParam().line,
-                            "L4 [PLENXSDK] Short Message Size rpcMsgSize:0"
-                            "(DistributedFs::RpcMessageReader::RpcMessageReader)",
-                            "L4 [PLENXSDK] Invalid Args Error index:0 argCursor_:0 "
-                            "msgCursor_:0 rpcMsgSize_:0"
-                            "(DistributedFs::RpcMessageReader::ReadInt32)",
-                            "L4 [PLENXSDK] read ret error" + FunctionOf(GetParam())));
+    EXPECT_THAT(Texts(), ElementsAre(GetParam().line,
+                                     "L4 [PLENXSDK] Short Message Size rpcMsgSize:0"
+                                     "(DistributedFs::RpcMessageReader::RpcMessageReader)",
+                                     "L4 [PLENXSDK] Invalid Args Error index:0 argCursor_:0 "
+                                     "msgCursor_:0 rpcMsgSize_:0"
+                                     "(DistributedFs::RpcMessageReader::ReadInt32)",
+                                     "L4 [PLENXSDK] read ret error" + FunctionOf(GetParam())));
     EXPECT_EQ(FakeRpc::Get().LiveBlocks(), 0U);
 }
 
 TEST_P(EveryRequest, TakesAReplyWithoutAnInt32ForSuccess) {
     AnswerWith(Reply(MessageOf({StringArg("5")})));
     EXPECT_EQ(GetParam().send(), 0);
-    EXPECT_THAT(Texts(),
-                ElementsAre(GetParam().line,
-                            "L4 [PLENXSDK] Invalid Args rpcReqArgType:4"
-                            "(DistributedFs::RpcMessageReader::ReadInt32)",
-                            "L4 [PLENXSDK] read ret error" + FunctionOf(GetParam())));
+    EXPECT_THAT(Texts(), ElementsAre(GetParam().line,
+                                     "L4 [PLENXSDK] Invalid Args rpcReqArgType:4"
+                                     "(DistributedFs::RpcMessageReader::ReadInt32)",
+                                     "L4 [PLENXSDK] read ret error" + FunctionOf(GetParam())));
     EXPECT_EQ(FakeRpc::Get().LiveBlocks(), 0U);
 }
 
@@ -252,12 +248,11 @@ TEST(RpcRequest, StringsKeepTheirBytes) {
 
 TEST(RpcRequest, EmptyStringsAreSentAsOneNul) {
     Rpc().CreateGroup(Type(1), "", "");
-    EXPECT_EQ(FakeRpc::Get().ServiceCalls().at(0).msg,
-              FromHex("32000000 03000000"
-                      "04000000 2c000000 01000000"
-                      "02000000 2d000000 04000000"
-                      "04000000 31000000 01000000"
-                      "00 02000000 00"));
+    EXPECT_EQ(FakeRpc::Get().ServiceCalls().at(0).msg, FromHex("32000000 03000000"
+                                                               "04000000 2c000000 01000000"
+                                                               "02000000 2d000000 04000000"
+                                                               "04000000 31000000 01000000"
+                                                               "00 02000000 00"));
 }
 
 TEST(RpcRequest, ConfigValueThatIsNotUtf8IsSentAsItIsAndShownWithReplacements) {
@@ -286,19 +281,18 @@ class DeviceOnlineOfNegativeLength : public testing::TestWithParam<TooShort> {};
 
 TEST_P(DeviceOnlineOfNegativeLength, Returns19AndSendsNothing) {
     EXPECT_EQ(Rpc().DeviceOnline(Type(1), "g_1", "dev", 0, kData, GetParam().length), 19);
-    EXPECT_THAT(Texts(),
-                ElementsAre("L3 [PLENXSDK] rpc manager device online svcType:1"
-                            "(DistributedFs::RpcManager::DeviceOnline)",
-                            "L4 [PLENXSDK] " + GetParam().writer,
-                            "L4 [PLENXSDK] " + GetParam().line +
-                                "(DistributedFs::RpcManager::DeviceOnline)"));
+    EXPECT_THAT(Texts(), ElementsAre("L3 [PLENXSDK] rpc manager device online svcType:1"
+                                     "(DistributedFs::RpcManager::DeviceOnline)",
+                                     "L4 [PLENXSDK] " + GetParam().writer,
+                                     "L4 [PLENXSDK] " + GetParam().line +
+                                         "(DistributedFs::RpcManager::DeviceOnline)"));
     EXPECT_THAT(FakeRpc::Get().Calls(), IsEmpty());
 }
 
 std::string WriterLine(int index, int cursor, int size, const std::string& operation) {
     const std::string number = std::to_string(index);
-    return "index:" + number + " argCursor_:" + number + " msgCursor_:" +
-           std::to_string(cursor) + " rpcMsgSize_:" + std::to_string(size) +
+    return "index:" + number + " argCursor_:" + number + " msgCursor_:" + std::to_string(cursor) +
+           " rpcMsgSize_:" + std::to_string(size) +
            "(DistributedFs::RpcMessageWriter::" + operation + ")";
 }
 
@@ -312,39 +306,36 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(RpcRequest, DeviceOnlineWhoseSizeIsBelowItsTableReturns19) {
     EXPECT_EQ(Rpc().DeviceOnline(Type(1), "g_1", "dev", 0, kData, -17), 19);
-    EXPECT_THAT(Texts(),
-                ElementsAre("L3 [PLENXSDK] rpc manager device online svcType:1"
-                            "(DistributedFs::RpcManager::DeviceOnline)",
-                            "L4 [PLENXSDK] Short Message Size rpcMsgSize:67 rpcMsgArgs:5"
-                            "(DistributedFs::RpcMessageWriter::RpcMessageWriter)",
-                            "L4 [PLENXSDK] " + WriterLine(0, 0, 0, "WriteString"),
-                            "L4 [PLENXSDK] write string error index:1"
-                            "(DistributedFs::RpcManager::DeviceOnline)"));
+    EXPECT_THAT(Texts(), ElementsAre("L3 [PLENXSDK] rpc manager device online svcType:1"
+                                     "(DistributedFs::RpcManager::DeviceOnline)",
+                                     "L4 [PLENXSDK] Short Message Size rpcMsgSize:67 rpcMsgArgs:5"
+                                     "(DistributedFs::RpcMessageWriter::RpcMessageWriter)",
+                                     "L4 [PLENXSDK] " + WriterLine(0, 0, 0, "WriteString"),
+                                     "L4 [PLENXSDK] write string error index:1"
+                                     "(DistributedFs::RpcManager::DeviceOnline)"));
 }
 
 TEST(RpcRequest, DeviceOnlineWhoseSizeIsNegativeMakesAWriterOfSize0) {
     EXPECT_EQ(Rpc().DeviceOnline(Type(1), "g_1", "dev", 0, kData, kInt32Min), 19);
-    EXPECT_THAT(Texts(),
-                ElementsAre("L3 [PLENXSDK] rpc manager device online svcType:1"
-                            "(DistributedFs::RpcManager::DeviceOnline)",
-                            "L4 [PLENXSDK] Short Message Size rpcMsgSize:0 rpcMsgArgs:5"
-                            "(DistributedFs::RpcMessageWriter::RpcMessageWriter)",
-                            "L4 [PLENXSDK] " + WriterLine(0, 0, 0, "WriteString"),
-                            "L4 [PLENXSDK] write string error index:1"
-                            "(DistributedFs::RpcManager::DeviceOnline)"));
+    EXPECT_THAT(Texts(), ElementsAre("L3 [PLENXSDK] rpc manager device online svcType:1"
+                                     "(DistributedFs::RpcManager::DeviceOnline)",
+                                     "L4 [PLENXSDK] Short Message Size rpcMsgSize:0 rpcMsgArgs:5"
+                                     "(DistributedFs::RpcMessageWriter::RpcMessageWriter)",
+                                     "L4 [PLENXSDK] " + WriterLine(0, 0, 0, "WriteString"),
+                                     "L4 [PLENXSDK] write string error index:1"
+                                     "(DistributedFs::RpcManager::DeviceOnline)"));
     EXPECT_THAT(FakeRpc::Get().Calls(), IsEmpty());
 }
 
 TEST(RpcRequest, DeviceOnlineWhoseSizeDoesNotFit31BitsMakesAWriterOfSize0) {
     EXPECT_EQ(Rpc().DeviceOnline(Type(1), "g_1", "dev", 0, kData, 0x7FFFFFFF), 19);
-    EXPECT_THAT(Texts(),
-                ElementsAre("L3 [PLENXSDK] rpc manager device online svcType:1"
-                            "(DistributedFs::RpcManager::DeviceOnline)",
-                            "L4 [PLENXSDK] Short Message Size rpcMsgSize:0 rpcMsgArgs:5"
-                            "(DistributedFs::RpcMessageWriter::RpcMessageWriter)",
-                            "L4 [PLENXSDK] " + WriterLine(0, 0, 0, "WriteString"),
-                            "L4 [PLENXSDK] write string error index:1"
-                            "(DistributedFs::RpcManager::DeviceOnline)"));
+    EXPECT_THAT(Texts(), ElementsAre("L3 [PLENXSDK] rpc manager device online svcType:1"
+                                     "(DistributedFs::RpcManager::DeviceOnline)",
+                                     "L4 [PLENXSDK] Short Message Size rpcMsgSize:0 rpcMsgArgs:5"
+                                     "(DistributedFs::RpcMessageWriter::RpcMessageWriter)",
+                                     "L4 [PLENXSDK] " + WriterLine(0, 0, 0, "WriteString"),
+                                     "L4 [PLENXSDK] write string error index:1"
+                                     "(DistributedFs::RpcManager::DeviceOnline)"));
 }
 
 TEST(RpcRequest, DeviceOnlineOfNullDataWithALengthReturns19) {

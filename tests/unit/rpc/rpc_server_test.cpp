@@ -77,8 +77,8 @@ TEST_F(RpcServer, SendLocalMessagePassesTypeLengthAndMessage) {
 }
 
 TEST_F(RpcServer, SendLocalMessagePassesANegativeLengthAsItsBitPattern) {
-    ExpectDefault(CallManager(
-        9, MessageOf({Int32Arg(1), Int32Arg(-1), StringArg(std::string("a\0b", 3))})));
+    ExpectDefault(
+        CallManager(9, MessageOf({Int32Arg(1), Int32Arg(-1), StringArg(std::string("a\0b", 3))})));
     EXPECT_THAT(observer_.Events(),
                 ElementsAre(std::string("SendLocalMessage(1, 4294967295, a\0b)", 36)));
 }
@@ -94,11 +94,9 @@ TEST_F(RpcServer, ConnectDisconnectAndReconnectPassNumberAndName) {
 
 TEST_F(RpcServer, LinkTypeQueryAnswersWithTheStatusThatTheObserverLeft) {
     observer_.linkStatus = -9;
-    const ManagerReply reply =
-        CallManager(13, MessageOf({StringArg("group_2"), Int32Arg(-1)}));
+    const ManagerReply reply = CallManager(13, MessageOf({StringArg("group_2"), Int32Arg(-1)}));
     EXPECT_EQ(reply.result, 0);
-    EXPECT_EQ(reply.bytes,
-              FromHex("18000000 01000000 02000000 14000000 04000000 f7ffffff"));
+    EXPECT_EQ(reply.bytes, FromHex("18000000 01000000 02000000 14000000 04000000 f7ffffff"));
     EXPECT_THAT(observer_.Events(), ElementsAre("QueryLinkStatus(2, group, 4294967295, 0)"));
     EXPECT_EQ(FakeRpc::Get().LiveBlocks(), 0U);
 }
@@ -117,14 +115,14 @@ TEST_F(RpcServer, LinkTypeQueryAnswersAlsoWhenTheObserverFails) {
 
 TEST_F(RpcServer, StatusNotifyTakesEveryValueButZeroForTrue) {
     for (const std::int32_t value : {0, 1, -1, 256, kInt32Min}) {
-        ExpectDefault(CallManager(
-            14, MessageOf({StringArg("g_1"), Int32Arg(-2), Int32Arg(value)})));
+        ExpectDefault(
+            CallManager(14, MessageOf({StringArg("g_1"), Int32Arg(-2), Int32Arg(value)})));
     }
-    EXPECT_THAT(observer_.Events(), ElementsAre("NotifyStatus(1, g, 4294967294, false)",
-                                                "NotifyStatus(1, g, 4294967294, true)",
-                                                "NotifyStatus(1, g, 4294967294, true)",
-                                                "NotifyStatus(1, g, 4294967294, true)",
-                                                "NotifyStatus(1, g, 4294967294, true)"));
+    EXPECT_THAT(
+        observer_.Events(),
+        ElementsAre("NotifyStatus(1, g, 4294967294, false)", "NotifyStatus(1, g, 4294967294, true)",
+                    "NotifyStatus(1, g, 4294967294, true)", "NotifyStatus(1, g, 4294967294, true)",
+                    "NotifyStatus(1, g, 4294967294, true)"));
 }
 
 TEST_F(RpcServer, ErrorNotifyPassesTheCode) {
@@ -135,9 +133,10 @@ TEST_F(RpcServer, ErrorNotifyPassesTheCode) {
 TEST_F(RpcServer, DiskNameNotifyPassesTheBytesAndShowsReplacements) {
     ExpectDefault(CallManager(16, MessageOf({StringArg("d\xFFk")})));
     EXPECT_THAT(observer_.Events(), ElementsAre("NotifyDiskName(d\xFFk)"));
-    EXPECT_EQ(Texts().at(0), "L3 [PLENXSDK] plenx manager notify diskName invoked "
-                             "diskName:d\xEF\xBF\xBDk"
-                             "(DistributedFs::PLENXManager::NotifyDiskName)");
+    EXPECT_EQ(Texts().at(0),
+              "L3 [PLENXSDK] plenx manager notify diskName invoked "
+              "diskName:d\xEF\xBF\xBDk"
+              "(DistributedFs::PLENXManager::NotifyDiskName)");
 }
 
 TEST_F(RpcServer, FailingObserverDoesNotChangeTheReply) {
@@ -182,11 +181,10 @@ TEST_P(EveryRead, FailsWhenTheArgumentHasAnotherType) {
     } else {
         ExpectRefused(reply, 20);
     }
-    EXPECT_THAT(Texts(),
-                ElementsAre(std::string("L4 [PLENXSDK] Invalid Args rpcReqArgType:3"
-                                        "(DistributedFs::RpcMessageReader::") +
-                                GetParam().operation + ")",
-                            Line()));
+    EXPECT_THAT(Texts(), ElementsAre(std::string("L4 [PLENXSDK] Invalid Args rpcReqArgType:3"
+                                                 "(DistributedFs::RpcMessageReader::") +
+                                         GetParam().operation + ")",
+                                     Line()));
     EXPECT_THAT(observer_.Events(), IsEmpty());
 }
 
@@ -208,27 +206,35 @@ INSTANTIATE_TEST_SUITE_P(
     Reads, EveryRead,
     testing::Values(
         FailedRead{9, "SendLocalMessage", {}, "ReadInt32", "[PLENXSDK] read msgType error"},
-        FailedRead{9, "SendLocalMessage", {Int32Arg(1)}, "ReadInt32",
-                   "[PLENXSDK] read msgLen error"},
-        FailedRead{9, "SendLocalMessage", {Int32Arg(1), Int32Arg(2)}, "ReadString",
+        FailedRead{
+            9, "SendLocalMessage", {Int32Arg(1)}, "ReadInt32", "[PLENXSDK] read msgLen error"},
+        FailedRead{9,
+                   "SendLocalMessage",
+                   {Int32Arg(1), Int32Arg(2)},
+                   "ReadString",
                    "[PLENXSDK] read msg error"},
         FailedRead{10, "ConnectNotify", {}, "ReadString", "[PLENXSDK] read grpName error"},
         FailedRead{11, "DisconnectNotify", {}, "ReadString", "[PLENXSDK] read grpName error"},
         FailedRead{12, "ReconnectNotify", {}, "ReadString", "[PLENXSDK] read grpName error"},
         FailedRead{13, "LinkTypeQuery", {}, "ReadString", "[PLENXSDK] read grpName error"},
-        FailedRead{13, "LinkTypeQuery", {kGroup}, "ReadInt32",
-                   "[RPCMANAGER] read linkType error"},
+        FailedRead{13, "LinkTypeQuery", {kGroup}, "ReadInt32", "[RPCMANAGER] read linkType error"},
         FailedRead{14, "StatusNotify", {}, "ReadString", "[PLENXSDK] read grpName error"},
         FailedRead{14, "StatusNotify", {kGroup}, "ReadInt32", "[PLENXSDK] read sttsType error"},
-        FailedRead{14, "StatusNotify", {kGroup, Int32Arg(1)}, "ReadInt32",
-                   "[PLENXSDK] read value error"},
+        FailedRead{
+            14, "StatusNotify", {kGroup, Int32Arg(1)}, "ReadInt32", "[PLENXSDK] read value error"},
         FailedRead{15, "ErrorNotify", {}, "ReadInt32", "[PLENXSDK] read errCode error"},
         FailedRead{16, "DiskNameNotify", {}, "ReadString", "[PLENXSDK] read diskName error"},
         FailedRead{17, "UpdateWindowsExplore", {}, "ReadInt32", "[PLENXSDK] read msgLen error"},
-        FailedRead{17, "UpdateWindowsExplore", {Int32Arg(4)}, "ReadInt8Array",
+        FailedRead{17,
+                   "UpdateWindowsExplore",
+                   {Int32Arg(4)},
+                   "ReadInt8Array",
                    "[PLENXSDK] read update path error"},
         FailedRead{18, "ExploreFlushNotify", {}, "ReadString", "[PLENXSDK] read disk error"},
-        FailedRead{18, "ExploreFlushNotify", {StringArg("E")}, "ReadInt32",
+        FailedRead{18,
+                   "ExploreFlushNotify",
+                   {StringArg("E")},
+                   "ReadInt32",
                    "[PLENXSDK] read expFlushType error"}));
 
 class IdWithArguments : public RpcServer, public testing::WithParamInterface<std::int32_t> {};
@@ -259,8 +265,7 @@ TEST_F(RpcServer, LinesOfAnEmptyMessage) {
                                      "L4 [PLENXSDK] Invalid Args Error index:0 argCursor_:0 "
                                      "msgCursor_:0 rpcMsgSize_:0"
                                      "(DistributedFs::RpcMessageReader::ReadInt32)",
-                                     "L4 [PLENXSDK] read errCode error" +
-                                         Handler("ErrorNotify")));
+                                     "L4 [PLENXSDK] read errCode error" + Handler("ErrorNotify")));
 }
 
 class UnknownId : public RpcServer, public testing::WithParamInterface<std::int32_t> {};
@@ -274,8 +279,8 @@ TEST_P(UnknownId, GetsTheDefaultReplyWhateverItsMessage) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Ids, UnknownId,
-                         testing::Values(6, 100, 0, 1, 2, 3, 4, 5, 7, 8, 19, 20, -1, -10,
-                                         kInt32Max, kInt32Min));
+                         testing::Values(6, 100, 0, 1, 2, 3, 4, 5, 7, 8, 19, 20, -1, -10, kInt32Max,
+                                         kInt32Min));
 
 // The split of a group name.
 
@@ -311,16 +316,15 @@ class BadGroupName : public RpcServer, public testing::WithParamInterface<std::s
 TEST_P(BadGroupName, Returns16WithALine) {
     ExpectRefused(CallManager(10, MessageOf({StringArg(GetParam())})), 16);
     EXPECT_THAT(observer_.Events(), IsEmpty());
-    EXPECT_THAT(Texts(), ElementsAre("L4 [PLENXSDK] invalid parameter" +
-                                     Handler("ConnectNotify")));
+    EXPECT_THAT(Texts(), ElementsAre("L4 [PLENXSDK] invalid parameter" + Handler("ConnectNotify")));
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Names, BadGroupName,
-    testing::Values("", "group", "group3", "g_", "_", "g_3x", "g_x3", "g_ 3", "g_3 ", "g_+3",
-                    "g_-1", "g_3.0", "g_0x3", "g_2147483648", "g_4294967296",
-                    "g_18446744073709551617", "g_99999999999999999999999999",
-                    std::string("g_3\0", 4), std::string("g_\0", 3), "g_\xD9\xA3", "3_g"));
+INSTANTIATE_TEST_SUITE_P(Names, BadGroupName,
+                         testing::Values("", "group", "group3", "g_", "_", "g_3x", "g_x3", "g_ 3",
+                                         "g_3 ", "g_+3", "g_-1", "g_3.0", "g_0x3", "g_2147483648",
+                                         "g_4294967296", "g_18446744073709551617",
+                                         "g_99999999999999999999999999", std::string("g_3\0", 4),
+                                         std::string("g_\0", 3), "g_\xD9\xA3", "3_g"));
 
 struct GroupHandler {
     std::int32_t id;
@@ -339,22 +343,19 @@ TEST_P(EveryGroupHandler, RefusesABadGroupNameUnderItsOwnName) {
     arguments.insert(arguments.end(), GetParam().more.begin(), GetParam().more.end());
     ExpectRefused(CallManager(GetParam().id, MessageOf(arguments)), 16);
     EXPECT_THAT(observer_.Events(), IsEmpty());
-    EXPECT_THAT(Texts(),
-                ElementsAre("L4 [PLENXSDK] invalid parameter" + Handler(GetParam().name)));
+    EXPECT_THAT(Texts(), ElementsAre("L4 [PLENXSDK] invalid parameter" + Handler(GetParam().name)));
 }
 
 INSTANTIATE_TEST_SUITE_P(
     Handlers, EveryGroupHandler,
-    testing::Values(GroupHandler{10, "ConnectNotify", {}},
-                    GroupHandler{11, "DisconnectNotify", {}},
+    testing::Values(GroupHandler{10, "ConnectNotify", {}}, GroupHandler{11, "DisconnectNotify", {}},
                     GroupHandler{12, "ReconnectNotify", {}},
                     GroupHandler{13, "LinkTypeQuery", {Int32Arg(1)}},
                     GroupHandler{14, "StatusNotify", {Int32Arg(1), Int32Arg(1)}}));
 
 TEST_F(RpcServer, AllArgumentsAreReadBeforeTheGroupNameIsSplit) {
     ExpectRefused(CallManager(13, MessageOf({StringArg("group")})), 20);
-    EXPECT_EQ(Texts().back(),
-              "L4 [RPCMANAGER] read linkType error" + Handler("LinkTypeQuery"));
+    EXPECT_EQ(Texts().back(), "L4 [RPCMANAGER] read linkType error" + Handler("LinkTypeQuery"));
     ExpectRefused(CallManager(14, MessageOf({StringArg("group"), Int32Arg(1)})), 20);
     EXPECT_EQ(Texts().back(), "L4 [PLENXSDK] read value error" + Handler("StatusNotify"));
 }
@@ -413,9 +414,9 @@ TEST_F(RpcServer, CallsOfTenThreadsReachTheObserverOneAtATime) {
         threads.emplace_back([i] {
             for (int n = 0; n != 50; ++n) {
                 const ManagerReply reply =
-                    n % 2 == 0 ? CallManager(10, MessageOf({StringArg("g_1")}))
-                               : CallManager(9, MessageOf({Int32Arg(i), Int32Arg(n),
-                                                           StringArg("m")}));
+                    n % 2 == 0
+                        ? CallManager(10, MessageOf({StringArg("g_1")}))
+                        : CallManager(9, MessageOf({Int32Arg(i), Int32Arg(n), StringArg("m")}));
                 EXPECT_EQ(reply.bytes, kDefaultReply);
             }
         });

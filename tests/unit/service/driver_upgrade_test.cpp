@@ -38,10 +38,9 @@ TEST_F(DriverUpgradeTest, NoUpgradeFolder_Returns0AndTouchesNothing) {
     AddInstalled(L"\\dokan1.sys");
     EXPECT_EQ(ServiceManager::UpgradeDriver(kInstall), 0);
     EXPECT_THAT(Lines(), IsEmpty());
-    EXPECT_THAT(platform.Calls(),
-                ElementsAre("_waccess(\"C:\\App\\upgrade\\dokan1.sys\", 0)",
-                            "_waccess(\"C:\\App\\upgrade\\dokan1.dll\", 0)",
-                            "_waccess(\"C:\\App\\upgrade\\dokanfuse1.dll\", 0)"));
+    EXPECT_THAT(platform.Calls(), ElementsAre("_waccess(\"C:\\App\\upgrade\\dokan1.sys\", 0)",
+                                              "_waccess(\"C:\\App\\upgrade\\dokan1.dll\", 0)",
+                                              "_waccess(\"C:\\App\\upgrade\\dokanfuse1.dll\", 0)"));
 }
 
 TEST_F(DriverUpgradeTest, UpgradeCopyThatCannotBeAccessed_IsSkippedSilently) {
@@ -56,8 +55,8 @@ TEST_F(DriverUpgradeTest, UpgradeCopyThatCannotBeAccessed_IsSkippedSilently) {
 TEST_F(DriverUpgradeTest, AllFiles_AreReplacedInOrderAndMovedOutOfUpgrade) {
     AddAll();
     EXPECT_EQ(ServiceManager::UpgradeDriver(kInstall), 0);
-    EXPECT_THAT(Lines(), ElementsAre(Done("\\dokan1.sys"), Done("\\dokan1.dll"),
-                                     Done("\\dokanfuse1.dll")));
+    EXPECT_THAT(Lines(),
+                ElementsAre(Done("\\dokan1.sys"), Done("\\dokan1.dll"), Done("\\dokanfuse1.dll")));
     for (const std::wstring& file : kFileNames) {
         EXPECT_EQ(Installed(file), "new");
     }
@@ -105,15 +104,14 @@ TEST_F(DriverUpgradeTest, TargetInUse_IsMovedAsideAndReplaced) {
     AddAll();
     files.Give(L"C:\\App\\dokan1.sys", FileTrait::kInUse);
     EXPECT_EQ(ServiceManager::UpgradeDriver(kInstall), 0);
-    EXPECT_THAT(Lines(), ElementsAre(Info("driver \\dokan1.sys is used", kUpgrade),
-                                     Info("move old \\dokan1.sys successfully", kUpgrade),
-                                     Done("\\dokan1.sys"), Done("\\dokan1.dll"),
-                                     Done("\\dokanfuse1.dll")));
+    EXPECT_THAT(Lines(),
+                ElementsAre(Info("driver \\dokan1.sys is used", kUpgrade),
+                            Info("move old \\dokan1.sys successfully", kUpgrade),
+                            Done("\\dokan1.sys"), Done("\\dokan1.dll"), Done("\\dokanfuse1.dll")));
     EXPECT_EQ(Installed(L"\\dokan1.sys"), "new");
     EXPECT_EQ(Installed(L"\\dokan1.sys.old"), "old");
-    EXPECT_THAT(
-        platform.CallsOf({"MoveFileExW"})[0],
-        "MoveFileExW(\"C:\\App\\dokan1.sys\", \"C:\\App\\dokan1.sys.old\", 1)");
+    EXPECT_THAT(platform.CallsOf({"MoveFileExW"})[0],
+                "MoveFileExW(\"C:\\App\\dokan1.sys\", \"C:\\App\\dokan1.sys.old\", 1)");
 }
 
 TEST_F(DriverUpgradeTest, OldFileOfAnEarlierUpgrade_IsOverwritten) {
@@ -147,9 +145,9 @@ TEST_F(DriverUpgradeTest, TargetThatCannotBeMovedAside_GivesUpWith0AndTouchesNoL
     AddAll();
     files.Give(L"C:\\App\\dokan1.dll", FileTrait::kPinned);
     EXPECT_EQ(ServiceManager::UpgradeDriver(kInstall), 0);
-    EXPECT_THAT(Lines(), ElementsAre(Done("\\dokan1.sys"),
-                                     Info("driver \\dokan1.dll is used", kUpgrade),
-                                     Info("move driver \\dokan1.dll error 5", kUpgrade)));
+    EXPECT_THAT(Lines(),
+                ElementsAre(Done("\\dokan1.sys"), Info("driver \\dokan1.dll is used", kUpgrade),
+                            Info("move driver \\dokan1.dll error 5", kUpgrade)));
     EXPECT_EQ(Installed(L"\\dokan1.sys"), "new");
     EXPECT_EQ(Installed(L"\\dokan1.dll"), "old");
     EXPECT_EQ(Installed(L"\\dokanfuse1.dll"), "old");
@@ -214,10 +212,9 @@ TEST_F(DriverUpgradeTest, NewCopyThatCannotBeMovedInAfterMovingAside_IsNotUndone
     files.Give(L"C:\\App\\dokanfuse1.dll", FileTrait::kInUse);
     platform.Faults().FailCall("MoveFileExW", 2, ERROR_SHARING_VIOLATION);
     EXPECT_EQ(ServiceManager::UpgradeDriver(kInstall), 24);
-    EXPECT_THAT(Lines(),
-                ElementsAre(Info("driver \\dokanfuse1.dll is used", kUpgrade),
-                            Info("move old \\dokanfuse1.dll successfully", kUpgrade),
-                            Error("upgrade driver \\dokanfuse1.dll error 32", kUpgrade)));
+    EXPECT_THAT(Lines(), ElementsAre(Info("driver \\dokanfuse1.dll is used", kUpgrade),
+                                     Info("move old \\dokanfuse1.dll successfully", kUpgrade),
+                                     Error("upgrade driver \\dokanfuse1.dll error 32", kUpgrade)));
     EXPECT_FALSE(files.Exists(L"C:\\App\\dokanfuse1.dll"));
     EXPECT_EQ(Installed(L"\\dokanfuse1.dll.old"), "old");
 }
@@ -236,9 +233,8 @@ TEST_F(DriverUpgradeTest, WithAnyCallFailing_ReturnsADocumentedCode) {
         files.Give(L"C:\\App\\dokan1.dll", FileTrait::kInUse);
         return 0;
     };
-    const unsigned calls = WithEveryCallFailing(prepare, [](int) {
-        EXPECT_THAT(ServiceManager::UpgradeDriver(kInstall), AnyOf(0, 24));
-    });
+    const unsigned calls = WithEveryCallFailing(
+        prepare, [](int) { EXPECT_THAT(ServiceManager::UpgradeDriver(kInstall), AnyOf(0, 24)); });
     EXPECT_EQ(calls, 10U);
 }
 

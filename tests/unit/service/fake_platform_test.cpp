@@ -120,8 +120,7 @@ TEST_F(FakePlatformTest, Moving) {
     EXPECT_TRUE(MoveFileExW(L"C:\\p\\b", L"C:\\p\\B", 0));
     EXPECT_TRUE(MoveFileExW(L"C:\\p\\d", L"C:\\p\\d2", 1));
     EXPECT_TRUE(MoveFileExW(L"C:\\p\\B", L"D:\\p\\b", 2));
-    EXPECT_THAT(files.Tree(L"C:\\p"),
-                ElementsAre("C:\\p\\d2\\", "C:\\p\\d2\\x", "C:\\p\\held"));
+    EXPECT_THAT(files.Tree(L"C:\\p"), ElementsAre("C:\\p\\d2\\", "C:\\p\\d2\\x", "C:\\p\\held"));
     EXPECT_EQ(files.Content(L"D:\\p\\b"), "f");
 }
 
@@ -258,8 +257,8 @@ TEST_F(FakePlatformTest, OpenHandles_AreNamed) {
     const HANDLE process = OpenProcess(PROCESS_TERMINATE, FALSE, id);
     _wfinddata64i32_t data;
     const intptr_t listing = _wfindfirst64i32(L"C:\\p\\*.*", &data);
-    EXPECT_THAT(platform.OpenHandles(), ElementsAre("manager", "service probe", "process 1000",
-                                                    "listing C:\\p"));
+    EXPECT_THAT(platform.OpenHandles(),
+                ElementsAre("manager", "service probe", "process 1000", "listing C:\\p"));
     _findclose(listing);
     CloseHandle(process);
     CloseServiceHandle(service);

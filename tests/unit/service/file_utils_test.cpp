@@ -111,8 +111,8 @@ TEST_F(FileUtilsTest, FolderAndFileExist) {
     EXPECT_EQ(FileUtils::FileExists(L"C:\\Data"), 0);
     EXPECT_EQ(FileUtils::FileExists(L"C:\\Data\\file"), 0);
     EXPECT_THAT(Lines(), IsEmpty());
-    EXPECT_THAT(platform.Calls(), ElementsAre("_waccess(\"C:\\Data\", 0)",
-                                              "_waccess(\"C:\\Data\\file\", 0)"));
+    EXPECT_THAT(platform.Calls(),
+                ElementsAre("_waccess(\"C:\\Data\", 0)", "_waccess(\"C:\\Data\\file\", 0)"));
 }
 
 TEST_F(FileUtilsTest, MissingPath_Returns30Silently) {
@@ -172,22 +172,17 @@ TEST_F(FileUtilsTest, ForceRemoveTree_GoesDepthFirstAndLeavesNothing) {
     EXPECT_EQ(FileUtils::ForceRemoveDirectory(L"C:\\Data"), 0);
     EXPECT_THAT(Lines(), IsEmpty());
     EXPECT_THAT(files.Tree(L"C:"), ElementsAre("C:\\Other\\", "C:\\Other\\file"));
-    EXPECT_THAT(platform.CallsOf({"_wfindfirst64i32", "_wunlink", "_wrmdir", "_findclose"}),
-                ElementsAre("_wfindfirst64i32(\"C:\\Data\\*.*\")",
-                            "_wfindfirst64i32(\"C:\\Data\\a\\*.*\")",
-                            "_wfindfirst64i32(\"C:\\Data\\a\\inner\\*.*\")",
-                            "_wunlink(\"C:\\Data\\a\\inner\\deep\")",
-                            "_findclose(listing C:\\Data\\a\\inner)",
-                            "_wrmdir(\"C:\\Data\\a\\inner\")",
-                            "_wunlink(\"C:\\Data\\a\\zed\")",
-                            "_findclose(listing C:\\Data\\a)",
-                            "_wrmdir(\"C:\\Data\\a\")",
-                            "_wunlink(\"C:\\Data\\b\")",
-                            "_wfindfirst64i32(\"C:\\Data\\c\\*.*\")",
-                            "_findclose(listing C:\\Data\\c)",
-                            "_wrmdir(\"C:\\Data\\c\")",
-                            "_findclose(listing C:\\Data)",
-                            "_wrmdir(\"C:\\Data\")"));
+    EXPECT_THAT(
+        platform.CallsOf({"_wfindfirst64i32", "_wunlink", "_wrmdir", "_findclose"}),
+        ElementsAre("_wfindfirst64i32(\"C:\\Data\\*.*\")", "_wfindfirst64i32(\"C:\\Data\\a\\*.*\")",
+                    "_wfindfirst64i32(\"C:\\Data\\a\\inner\\*.*\")",
+                    "_wunlink(\"C:\\Data\\a\\inner\\deep\")",
+                    "_findclose(listing C:\\Data\\a\\inner)", "_wrmdir(\"C:\\Data\\a\\inner\")",
+                    "_wunlink(\"C:\\Data\\a\\zed\")", "_findclose(listing C:\\Data\\a)",
+                    "_wrmdir(\"C:\\Data\\a\")", "_wunlink(\"C:\\Data\\b\")",
+                    "_wfindfirst64i32(\"C:\\Data\\c\\*.*\")", "_findclose(listing C:\\Data\\c)",
+                    "_wrmdir(\"C:\\Data\\c\")", "_findclose(listing C:\\Data)",
+                    "_wrmdir(\"C:\\Data\")"));
 }
 
 TEST_F(FileUtilsTest, ForceRemoveDeepTree_LeavesNothing) {
@@ -239,12 +234,12 @@ TEST_F(FileUtilsTest, FailureDeepInATree_GivesOneLinePerLevel) {
     files.AddFile(L"C:\\Data\\a\\b\\file");
     files.Give(L"C:\\Data\\a\\b\\file", FileTrait::kHeldOpen);
     EXPECT_EQ(FileUtils::ForceRemoveDirectory(L"C:\\Data"), 28);
-    EXPECT_THAT(Lines(), ElementsAre(Error("unlink error 13", kForce),
-                                     Error("rmdir error 13", kForce),
-                                     Error("rmdir error 13", kForce)));
+    EXPECT_THAT(Lines(),
+                ElementsAre(Error("unlink error 13", kForce), Error("rmdir error 13", kForce),
+                            Error("rmdir error 13", kForce)));
     EXPECT_THAT(platform.CallsOf({"_findclose"}),
-                ElementsAre("_findclose(listing C:\\Data\\a\\b)",
-                            "_findclose(listing C:\\Data\\a)", "_findclose(listing C:\\Data)"));
+                ElementsAre("_findclose(listing C:\\Data\\a\\b)", "_findclose(listing C:\\Data\\a)",
+                            "_findclose(listing C:\\Data)"));
 }
 
 TEST_F(FileUtilsTest, SubfolderThatCannotBeRemoved_LogsLastErrorThenErrno) {
@@ -252,8 +247,8 @@ TEST_F(FileUtilsTest, SubfolderThatCannotBeRemoved_LogsLastErrorThenErrno) {
     files.AddFile(L"C:\\Data\\b");
     files.Give(L"C:\\Data\\a", FileTrait::kHeldOpen);
     EXPECT_EQ(FileUtils::ForceRemoveDirectory(L"C:\\Data"), 28);
-    EXPECT_THAT(Lines(), ElementsAre(Error("rmdir error 32", kRemove),
-                                     Error("rmdir error 13", kForce)));
+    EXPECT_THAT(Lines(),
+                ElementsAre(Error("rmdir error 32", kRemove), Error("rmdir error 13", kForce)));
     EXPECT_TRUE(files.Exists(L"C:\\Data\\b"));
 }
 
@@ -262,8 +257,8 @@ TEST_F(FileUtilsTest, SubfolderWithFurtherAttributes_IsStillEntered) {
     files.Give(L"C:\\Data\\a", FileTrait::kReadOnly);
     EXPECT_EQ(FileUtils::ForceRemoveDirectory(L"C:\\Data"), 28);
     EXPECT_THAT(files.Tree(L"C:\\Data"), ElementsAre("C:\\Data\\a\\"));
-    EXPECT_THAT(Lines(), ElementsAre(Error("rmdir error 5", kRemove),
-                                     Error("rmdir error 13", kForce)));
+    EXPECT_THAT(Lines(),
+                ElementsAre(Error("rmdir error 5", kRemove), Error("rmdir error 13", kForce)));
 }
 
 TEST_F(FileUtilsTest, FolderThatCannotBeRemovedWhenEmpty_ReturnsTheCodeOfItsRemoval) {
@@ -344,8 +339,8 @@ TEST_F(FileUtilsTest, DriveAndShareRoots_AreRefusedWith28BeforeAnyListing) {
     files.AddFile(L"C:\\b");
     files.AddFile(L"\\\\server\\share\\a");
     files.AddFile(L"\\\\server\\share\\b");
-    for (const wchar_t* root : {L"C:", L"C:\\", L"c:", L"C:/", L"\\\\server\\share",
-                                L"\\\\server\\share\\"}) {
+    for (const wchar_t* root :
+         {L"C:", L"C:\\", L"c:", L"C:/", L"\\\\server\\share", L"\\\\server\\share\\"}) {
         EXPECT_EQ(FileUtils::ForceRemoveDirectory(root), 28) << NarrowForTest(root);
     }
     EXPECT_THAT(platform.CallsOf({"_wfindfirst64i32", "_wunlink", "_wrmdir"}), IsEmpty());
@@ -366,15 +361,12 @@ TEST_F(FileUtilsTest, WithAnyCallFailing_CodesAreTheDocumentedOnesAndListingsAre
         files.AddFolder(L"C:\\Data");
         return 0;
     };
-    const unsigned make = WithEveryCallFailing(nothing, [](int) {
-        EXPECT_THAT(FileUtils::MakeDirectory(L"C:\\Data\\x"), AnyOf(0, 27));
-    });
-    const unsigned remove = WithEveryCallFailing(nothing, [](int) {
-        EXPECT_THAT(FileUtils::RemoveDirectoryW(L"C:\\Data"), AnyOf(0, 28));
-    });
-    const unsigned exists = WithEveryCallFailing(nothing, [](int) {
-        EXPECT_THAT(FileUtils::FileExists(L"C:\\Data"), AnyOf(0, 30));
-    });
+    const unsigned make = WithEveryCallFailing(
+        nothing, [](int) { EXPECT_THAT(FileUtils::MakeDirectory(L"C:\\Data\\x"), AnyOf(0, 27)); });
+    const unsigned remove = WithEveryCallFailing(
+        nothing, [](int) { EXPECT_THAT(FileUtils::RemoveDirectoryW(L"C:\\Data"), AnyOf(0, 28)); });
+    const unsigned exists = WithEveryCallFailing(
+        nothing, [](int) { EXPECT_THAT(FileUtils::FileExists(L"C:\\Data"), AnyOf(0, 30)); });
     EXPECT_EQ(make, 1U);
     EXPECT_EQ(remove, 1U);
     EXPECT_EQ(exists, 1U);

@@ -33,9 +33,8 @@ TEST_F(KillServiceProcessTest, RunningProcess_IsTerminatedWithExitCode0) {
 
 TEST_F(KillServiceProcessTest, LargestId_IsLoggedUnsigned) {
     KillServiceProcess(0xFFFFFFFF);
-    EXPECT_THAT(Lines(),
-                ElementsAre(Error("kill service process 4294967295", kKill),
-                            Error("open service process 4294967295 error 87", kKill)));
+    EXPECT_THAT(Lines(), ElementsAre(Error("kill service process 4294967295", kKill),
+                                     Error("open service process 4294967295 error 87", kKill)));
 }
 
 TEST_F(KillServiceProcessTest, ProcessThatIsGone_LogsWhyItCouldNotBeOpened) {

@@ -30,10 +30,10 @@ using CheckedOperationsTest = ServiceControlTest;
 TEST_F(CreateServiceTest, ServiceThatIsRegistered_IsLeftAlone) {
     EXPECT_EQ(manager->CreateServiceByIndex(kPc), 0);
     EXPECT_THAT(Lines(), ElementsAre(Info("sevice has been created", kCreate)));
-    EXPECT_THAT(ScmCalls(), ElementsAre("OpenSCManagerW(null, null, 0xF003F)",
-                                        "OpenServiceW(\"PlenxPcSvc\", 0xF01FF)",
-                                        "CloseServiceHandle(PlenxPcSvc)",
-                                        "CloseServiceHandle(manager)"));
+    EXPECT_THAT(
+        ScmCalls(),
+        ElementsAre("OpenSCManagerW(null, null, 0xF003F)", "OpenServiceW(\"PlenxPcSvc\", 0xF01FF)",
+                    "CloseServiceHandle(PlenxPcSvc)", "CloseServiceHandle(manager)"));
 }
 
 TEST_F(CreateServiceTest, NewService_IsRegistered) {
@@ -79,12 +79,11 @@ TEST_F(DeleteServiceTest, StoppedService_IsDeleted) {
     EXPECT_EQ(manager->DeleteServiceByIndex(kPc), 0);
     EXPECT_THAT(Lines(), ElementsAre(Info("delete service successful", kDelete)));
     EXPECT_FALSE(scm.Find(kPcName));
-    EXPECT_THAT(ScmCalls(), ElementsAre("OpenSCManagerW(null, null, 0xF003F)",
-                                        "OpenServiceW(\"PlenxPcSvc\", 0x10004)",
-                                        "QueryServiceStatusEx(PlenxPcSvc, 0, 36)",
-                                        "DeleteService(PlenxPcSvc)",
-                                        "CloseServiceHandle(PlenxPcSvc)",
-                                        "CloseServiceHandle(manager)"));
+    EXPECT_THAT(
+        ScmCalls(),
+        ElementsAre("OpenSCManagerW(null, null, 0xF003F)", "OpenServiceW(\"PlenxPcSvc\", 0x10004)",
+                    "QueryServiceStatusEx(PlenxPcSvc, 0, 36)", "DeleteService(PlenxPcSvc)",
+                    "CloseServiceHandle(PlenxPcSvc)", "CloseServiceHandle(manager)"));
 }
 
 TEST_F(DeleteServiceTest, ServiceThatIsNotRegistered_CountsAsDeleted) {
@@ -140,11 +139,11 @@ TEST_F(DeleteServiceTest, QueryFailing_Returns4) {
 TEST_F(IsServiceAliveTest, StoppedService_IsNotAlive) {
     EXPECT_FALSE(manager->isServiceAlive(kPc));
     EXPECT_THAT(Lines(), ElementsAre(Info("service has stopped", kAlive)));
-    EXPECT_THAT(platform.Calls(), ElementsAre("OpenSCManagerW(null, null, 0xF003F)",
-                                              "OpenServiceW(\"PlenxPcSvc\", 0x4)",
-                                              "QueryServiceStatusEx(PlenxPcSvc, 0, 36)",
-                                              "CloseServiceHandle(PlenxPcSvc)",
-                                              "CloseServiceHandle(manager)"));
+    EXPECT_THAT(
+        platform.Calls(),
+        ElementsAre("OpenSCManagerW(null, null, 0xF003F)", "OpenServiceW(\"PlenxPcSvc\", 0x4)",
+                    "QueryServiceStatusEx(PlenxPcSvc, 0, 36)", "CloseServiceHandle(PlenxPcSvc)",
+                    "CloseServiceHandle(manager)"));
 }
 
 TEST_F(IsServiceAliveTest, ServiceInAnyOtherState_IsAliveSilently) {
@@ -249,22 +248,19 @@ TEST_F(CheckedOperationsTest, Success_IsLoggedWithTheName) {
     EXPECT_EQ(manager->StartPlenxService(kPhone), 0);
     EXPECT_EQ(manager->StopPlenxService(kPhone), 0);
     EXPECT_THAT(Lines(), ElementsAre(Kill(0), Info("start service successful", kStart),
-                                     Info("start plenx service PlenxPhoneSvc success",
-                                          kStartPlenx),
+                                     Info("start plenx service PlenxPhoneSvc success", kStartPlenx),
                                      Info("stop service successful", kStop),
-                                     Info("stop plenx service PlenxPhoneSvc success",
-                                          kStopPlenx)));
+                                     Info("stop plenx service PlenxPhoneSvc success", kStopPlenx)));
 }
 
 TEST_F(CheckedOperationsTest, Failure_IsLoggedWithNameAndCodeAndReturned) {
     EXPECT_EQ(manager->StartPlenxService(kOffice), 2);
     EXPECT_EQ(manager->StopPlenxService(kOffice), 2);
-    EXPECT_THAT(Lines(), ElementsAre(Error("open service error 1060", kStart),
-                                     Error("start plenx service PlenxOfficeSvc error 2",
-                                           kStartPlenx),
-                                     Error("open service error 1060", kStop),
-                                     Error("stop plenx service PlenxOfficeSvc error 2",
-                                           kStopPlenx)));
+    EXPECT_THAT(Lines(),
+                ElementsAre(Error("open service error 1060", kStart),
+                            Error("start plenx service PlenxOfficeSvc error 2", kStartPlenx),
+                            Error("open service error 1060", kStop),
+                            Error("stop plenx service PlenxOfficeSvc error 2", kStopPlenx)));
 }
 
 TEST_F(CheckedOperationsTest, RowOutsideTheTable_Returns16WithoutALineOrACall) {

@@ -21,17 +21,16 @@ TEST_F(StartServiceTest, StoppedService_IsStartedAndWaitedFor) {
     EXPECT_EQ(manager->StartServiceByIndex(kPc), 0);
     EXPECT_THAT(Lines(), ElementsAre(Kill(0), Info("start service successful", kStart)));
     EXPECT_EQ(PcStatus().dwCurrentState, DWORD{SERVICE_RUNNING});
-    EXPECT_THAT(ScmCalls(),
-                ElementsAre("OpenSCManagerW(null, null, 0xF003F)",
-                            "OpenServiceW(\"PlenxPcSvc\", 0x10034)",
-                            "QueryServiceStatusEx(PlenxPcSvc, 0, 36)",
-                            "StartServiceW(PlenxPcSvc, 3, \"C:\\App\", \"C:\\Data\\plenx\\pc\", "
-                            "\"1\")",
-                            "QueryServiceStatusEx(PlenxPcSvc, 0, 36)",
-                            "QueryServiceStatusEx(PlenxPcSvc, 0, 36)",
-                            "QueryServiceStatusEx(PlenxPcSvc, 0, 36)",
-                            "QueryServiceStatusEx(PlenxPcSvc, 0, 36)",
-                            "CloseServiceHandle(PlenxPcSvc)", "CloseServiceHandle(manager)"));
+    EXPECT_THAT(
+        ScmCalls(),
+        ElementsAre(
+            "OpenSCManagerW(null, null, 0xF003F)", "OpenServiceW(\"PlenxPcSvc\", 0x10034)",
+            "QueryServiceStatusEx(PlenxPcSvc, 0, 36)",
+            "StartServiceW(PlenxPcSvc, 3, \"C:\\App\", \"C:\\Data\\plenx\\pc\", "
+            "\"1\")",
+            "QueryServiceStatusEx(PlenxPcSvc, 0, 36)", "QueryServiceStatusEx(PlenxPcSvc, 0, 36)",
+            "QueryServiceStatusEx(PlenxPcSvc, 0, 36)", "QueryServiceStatusEx(PlenxPcSvc, 0, 36)",
+            "CloseServiceHandle(PlenxPcSvc)", "CloseServiceHandle(manager)"));
     // It runs after 15 ms; the poll at 20 ms sees it, and a sleep follows each poll.
     EXPECT_THAT(Sleeps(), AllOf(SizeIs(3), Each("Sleep(10)")));
 }
@@ -44,11 +43,11 @@ TEST_F(StartServiceTest, ServiceInAnyStateButStoppedOrStopping_IsTakenForRunning
         LookFromHere();
         EXPECT_EQ(manager->StartServiceByIndex(kPc), 0);
         EXPECT_THAT(Lines(), ElementsAre(Info("service is running", kStart)));
-        EXPECT_THAT(ScmCalls(), ElementsAre("OpenSCManagerW(null, null, 0xF003F)",
-                                            "OpenServiceW(\"PlenxPcSvc\", 0x10034)",
-                                            "QueryServiceStatusEx(PlenxPcSvc, 0, 36)",
-                                            "CloseServiceHandle(PlenxPcSvc)",
-                                            "CloseServiceHandle(manager)"));
+        EXPECT_THAT(ScmCalls(),
+                    ElementsAre("OpenSCManagerW(null, null, 0xF003F)",
+                                "OpenServiceW(\"PlenxPcSvc\", 0x10034)",
+                                "QueryServiceStatusEx(PlenxPcSvc, 0, 36)",
+                                "CloseServiceHandle(PlenxPcSvc)", "CloseServiceHandle(manager)"));
     }
 }
 
@@ -169,11 +168,11 @@ TEST_F(LingeringProcessTest, ProcessSeenByARunningService_IsRememberedToo) {
     PcIs(SERVICE_STOPPED);  // which ends the process as well
     LookFromHere();
     EXPECT_EQ(manager->StartServiceByIndex(kPc), 0);
-    EXPECT_THAT(Lines(),
-                ElementsAre(Kill(id),
-                            Error("open service process " + std::to_string(id) + " error 87",
-                                  kKill),
-                            Info("start service successful", kStart)));
+    EXPECT_THAT(
+        Lines(),
+        ElementsAre(Kill(id),
+                    Error("open service process " + std::to_string(id) + " error 87", kKill),
+                    Info("start service successful", kStart)));
 }
 
 TEST_F(LingeringProcessTest, StoppingAService_DoesNotForgetItsProcess) {

@@ -19,26 +19,25 @@ using StopServiceTest = ServiceControlTest;
 TEST_F(StopServiceTest, StoppedService_GetsNoControl) {
     EXPECT_EQ(manager->StopServiceByIndex(kPc), 0);
     EXPECT_THAT(Lines(), ElementsAre(Info("service has stopped", kStop)));
-    EXPECT_THAT(ScmCalls(), ElementsAre("OpenSCManagerW(null, null, 0xF003F)",
-                                        "OpenServiceW(\"PlenxPcSvc\", 0x2C)",
-                                        "QueryServiceStatusEx(PlenxPcSvc, 0, 36)",
-                                        "CloseServiceHandle(PlenxPcSvc)",
-                                        "CloseServiceHandle(manager)"));
+    EXPECT_THAT(
+        ScmCalls(),
+        ElementsAre("OpenSCManagerW(null, null, 0xF003F)", "OpenServiceW(\"PlenxPcSvc\", 0x2C)",
+                    "QueryServiceStatusEx(PlenxPcSvc, 0, 36)", "CloseServiceHandle(PlenxPcSvc)",
+                    "CloseServiceHandle(manager)"));
 }
 
 TEST_F(StopServiceTest, RunningService_IsStoppedAndWaitedFor) {
     StartPc();
     EXPECT_EQ(manager->StopServiceByIndex(kPc), 0);
     EXPECT_THAT(Lines(), ElementsAre(Info("stop service successful", kStop)));
-    EXPECT_THAT(ScmCalls(), ElementsAre("OpenSCManagerW(null, null, 0xF003F)",
-                                        "OpenServiceW(\"PlenxPcSvc\", 0x2C)",
-                                        "QueryServiceStatusEx(PlenxPcSvc, 0, 36)",
-                                        "ControlService(PlenxPcSvc, 1)",
-                                        "QueryServiceStatusEx(PlenxPcSvc, 0, 36)",
-                                        "QueryServiceStatusEx(PlenxPcSvc, 0, 36)",
-                                        "QueryServiceStatusEx(PlenxPcSvc, 0, 36)",
-                                        "CloseServiceHandle(PlenxPcSvc)",
-                                        "CloseServiceHandle(manager)"));
+    EXPECT_THAT(
+        ScmCalls(),
+        ElementsAre("OpenSCManagerW(null, null, 0xF003F)", "OpenServiceW(\"PlenxPcSvc\", 0x2C)",
+                    "QueryServiceStatusEx(PlenxPcSvc, 0, 36)", "ControlService(PlenxPcSvc, 1)",
+                    "QueryServiceStatusEx(PlenxPcSvc, 0, 36)",
+                    "QueryServiceStatusEx(PlenxPcSvc, 0, 36)",
+                    "QueryServiceStatusEx(PlenxPcSvc, 0, 36)", "CloseServiceHandle(PlenxPcSvc)",
+                    "CloseServiceHandle(manager)"));
     EXPECT_THAT(Sleeps(), AllOf(SizeIs(3), Each("Sleep(10)")));
 }
 
@@ -101,10 +100,10 @@ TEST_F(StopServiceTest, ForcedStopThatFails_StillReturns0) {
     scm.ScriptStop(kPcName, {});
     processes.RefuseOpen(id, ERROR_ACCESS_DENIED);
     EXPECT_EQ(manager->StopServiceByIndex(kPc), 0);
-    EXPECT_THAT(Lines(), ElementsAre(Info("force stop service", kStop), Kill(id),
-                                     Error("open service process " + std::to_string(id) +
-                                               " error 5", kKill),
-                                     Info("stop service successful", kStop)));
+    EXPECT_THAT(Lines(),
+                ElementsAre(Info("force stop service", kStop), Kill(id),
+                            Error("open service process " + std::to_string(id) + " error 5", kKill),
+                            Info("stop service successful", kStop)));
 }
 
 TEST_F(StopServiceTest, ForcedStopWithoutAKnownProcess_OnlyLogs) {
@@ -119,8 +118,8 @@ TEST_F(StopServiceTest, ForcedStopWithoutAKnownProcess_OnlyLogs) {
 TEST_F(StopServiceTest, ForcedStop_TakesTheProcessOfTheLastGoodQuery) {
     scm.RunScript(kPcName, {{0, SERVICE_RUNNING, 0, 0, processes.Start(501)}});
     processes.Start(502);
-    scm.ScriptStop(kPcName, {{0, SERVICE_STOP_PENDING, 0, 0, 501},
-                             {100, SERVICE_STOP_PENDING, 0, 0, 502}});
+    scm.ScriptStop(kPcName,
+                   {{0, SERVICE_STOP_PENDING, 0, 0, 501}, {100, SERVICE_STOP_PENDING, 0, 0, 502}});
     EXPECT_EQ(manager->StopServiceByIndex(kPc), 0);
     EXPECT_THAT(processes.Terminated(), ElementsAre(502U));
 }

@@ -72,19 +72,18 @@ TEST_F(ServiceTableTest, InstallFolderWithBlanks_IsRegisteredUnquoted) {
 
 TEST_F(ServiceTableTest, CleanMachine_LogsEveryStepInOrder) {
     const auto manager = MakeManager();
-    EXPECT_THAT(Lines(),
-                ElementsAre(Error("open service error 1060", kStop),
-                            Error("stop service PlenxPcSvc error 2", kInstallService),
-                            Info("create service success", kCreate),
-                            Info("install service PlenxPcSvc success", kInstallService),
-                            Error("open service error 1060", kStop),
-                            Error("stop service PlenxPhoneSvc error 2", kInstallService),
-                            Info("create service success", kCreate),
-                            Info("install service PlenxPhoneSvc success", kInstallService),
-                            Info("create service success", kCreate),
-                            Error("kill service process 0", "KillServiceProcess"),
-                            Info("start service successful", kStart),
-                            Info("start dokan service success", kDokan)));
+    EXPECT_THAT(Lines(), ElementsAre(Error("open service error 1060", kStop),
+                                     Error("stop service PlenxPcSvc error 2", kInstallService),
+                                     Info("create service success", kCreate),
+                                     Info("install service PlenxPcSvc success", kInstallService),
+                                     Error("open service error 1060", kStop),
+                                     Error("stop service PlenxPhoneSvc error 2", kInstallService),
+                                     Info("create service success", kCreate),
+                                     Info("install service PlenxPhoneSvc success", kInstallService),
+                                     Info("create service success", kCreate),
+                                     Error("kill service process 0", "KillServiceProcess"),
+                                     Info("start service successful", kStart),
+                                     Info("start dokan service success", kDokan)));
     EXPECT_THAT(files.Tree(kData), ElementsAre("C:\\Data\\plenx\\", "C:\\Data\\plenx\\pc\\",
                                                "C:\\Data\\plenx\\phone\\"));
 }
@@ -95,16 +94,14 @@ TEST_F(ServiceTableTest, SecondConstructionOnTheSameMachine_FindsServicesAndDriv
     scm.AddService(L"PlenxPhoneSvc");
     LookFromHere();
     const auto manager = MakeManager();
-    EXPECT_THAT(Lines(), ElementsAre(Info("service has stopped", kStop),
-                                     Info("sevice has been created", kCreate),
-                                     Info("install service PlenxPcSvc success", kInstallService),
-                                     Info("service has stopped", kStop),
-                                     Info("sevice has been created", kCreate),
-                                     Info("install service PlenxPhoneSvc success",
-                                          kInstallService),
-                                     Info("sevice has been created", kCreate),
-                                     Info("service is running", kStart),
-                                     Info("start dokan service success", kDokan)));
+    EXPECT_THAT(
+        Lines(),
+        ElementsAre(Info("service has stopped", kStop), Info("sevice has been created", kCreate),
+                    Info("install service PlenxPcSvc success", kInstallService),
+                    Info("service has stopped", kStop), Info("sevice has been created", kCreate),
+                    Info("install service PlenxPhoneSvc success", kInstallService),
+                    Info("sevice has been created", kCreate), Info("service is running", kStart),
+                    Info("start dokan service success", kDokan)));
 }
 
 TEST_F(ServiceTableTest, ServiceLeftRunning_IsStoppedAtConstruction) {
@@ -177,8 +174,7 @@ TEST_F(ServiceTableTest, EmptyDataFolder_LeavesTheTableEmptyAndTouchesNothing) {
     files.AddFile(L"C:\\plenx\\precious");
     const ServiceManager manager(kInstall, L"");
     EXPECT_TRUE(files.Exists(L"C:\\plenx\\precious"));
-    EXPECT_THAT(platform.CallsOf({"_wmkdir", "_wunlink", "_wrmdir", "CreateServiceW"}),
-                IsEmpty());
+    EXPECT_THAT(platform.CallsOf({"_wmkdir", "_wunlink", "_wrmdir", "CreateServiceW"}), IsEmpty());
 }
 
 TEST_F(ServiceTableTest, OfficeService_IsNeitherCreatedNorStoppedNorDeleted) {
@@ -221,19 +217,18 @@ TEST_F(ServiceTableTest, FailedDriver_DoesNotUndoTheRest) {
 TEST_F(ServiceTableTest, MachineWithoutRights_BuildsAFullTableAndLogsEachRefusal) {
     platform.Faults().FailCallsFrom("OpenSCManagerW", 1, ERROR_ACCESS_DENIED);
     const auto manager = MakeManager();
-    EXPECT_THAT(Lines(),
-                ElementsAre(Error("open sc manager error 5", kStop),
-                            Error("stop service PlenxPcSvc error 1", kInstallService),
-                            Error("open sc manager error 5", kCreate),
-                            Error("create service PlenxPcSvc error 1", kInstallService),
-                            Error("open sc manager error 5", kStop),
-                            Error("stop service PlenxPhoneSvc error 1", kInstallService),
-                            Error("open sc manager error 5", kCreate),
-                            Error("create service PlenxPhoneSvc error 1", kInstallService),
-                            Error("open sc manager error 5", kCreate),
-                            Error("create dokan service error 1", kDokan),
-                            Error("open sc manager error 5", kStart),
-                            Error("start dokan service error 1", kDokan)));
+    EXPECT_THAT(Lines(), ElementsAre(Error("open sc manager error 5", kStop),
+                                     Error("stop service PlenxPcSvc error 1", kInstallService),
+                                     Error("open sc manager error 5", kCreate),
+                                     Error("create service PlenxPcSvc error 1", kInstallService),
+                                     Error("open sc manager error 5", kStop),
+                                     Error("stop service PlenxPhoneSvc error 1", kInstallService),
+                                     Error("open sc manager error 5", kCreate),
+                                     Error("create service PlenxPhoneSvc error 1", kInstallService),
+                                     Error("open sc manager error 5", kCreate),
+                                     Error("create dokan service error 1", kDokan),
+                                     Error("open sc manager error 5", kStart),
+                                     Error("start dokan service error 1", kDokan)));
     LookFromHere();
     EXPECT_EQ(manager->StartPlenxService(kPc), 1);  // the row is there
     EXPECT_FALSE(manager->isServiceAlive(kPc));
@@ -254,13 +249,13 @@ TEST_F(ServiceTableTest, Uninstall_StopsAndDeletesOnlyPcAndPhone) {
     manager->StartPlenxService(kPc);
     LookFromHere();
     manager->UninstallService();
-    EXPECT_THAT(Lines(),
-                ElementsAre(Info("stop service successful", kStop),
-                            Info("delete service successful", kDelete),
-                            Info("uninstall service PlenxPcSvc success", kUninstallService),
-                            Info("service has stopped", kStop),
-                            Info("delete service successful", kDelete),
-                            Info("uninstall service PlenxPhoneSvc success", kUninstallService)));
+    EXPECT_THAT(
+        Lines(),
+        ElementsAre(Info("stop service successful", kStop),
+                    Info("delete service successful", kDelete),
+                    Info("uninstall service PlenxPcSvc success", kUninstallService),
+                    Info("service has stopped", kStop), Info("delete service successful", kDelete),
+                    Info("uninstall service PlenxPhoneSvc success", kUninstallService)));
     EXPECT_THAT(scm.Names(), ElementsAre(L"Dokan1"));
     EXPECT_EQ(scm.Find(L"Dokan1")->status.dwCurrentState, DWORD{SERVICE_RUNNING});
 }
@@ -271,14 +266,14 @@ TEST_F(ServiceTableTest, UninstallOfAServiceThatRefusesToStop_GoesOnWithTheNext)
     scm.RefuseStop(L"PlenxPcSvc", ERROR_DEPENDENT_SERVICES_RUNNING);
     LookFromHere();
     manager->UninstallService();
-    EXPECT_THAT(Lines(),
-                ElementsAre(Error("stop service error 1051", kStop),
-                            Error("stop service PlenxPcSvc error 6", kUninstallService),
-                            Error("service PlenxPcSvc is not stopped", kDelete),
-                            Error("delete service PlenxPcSvc error 7", kUninstallService),
-                            Info("service has stopped", kStop),
-                            Info("delete service successful", kDelete),
-                            Info("uninstall service PlenxPhoneSvc success", kUninstallService)));
+    EXPECT_THAT(
+        Lines(),
+        ElementsAre(Error("stop service error 1051", kStop),
+                    Error("stop service PlenxPcSvc error 6", kUninstallService),
+                    Error("service PlenxPcSvc is not stopped", kDelete),
+                    Error("delete service PlenxPcSvc error 7", kUninstallService),
+                    Info("service has stopped", kStop), Info("delete service successful", kDelete),
+                    Info("uninstall service PlenxPhoneSvc success", kUninstallService)));
     EXPECT_THAT(scm.Names(), ElementsAre(L"Dokan1", L"PlenxPcSvc"));
 }
 
@@ -288,16 +283,15 @@ TEST_F(ServiceTableTest, UninstallOfServicesThatAreGone_CountsAsSuccess) {
     LookFromHere();
     manager->UninstallService();
     const Texts lines = Lines();
-    EXPECT_THAT(
-        lines,
-        ElementsAre(Error("open service error 1060", kStop),
-                    Error("stop service PlenxPcSvc error 2", kUninstallService),
-                    Error("service PlenxPcSvc has been deleted", kDelete),
-                    Info("uninstall service PlenxPcSvc success", kUninstallService),
-                    Error("open service error 1060", kStop),
-                    Error("stop service PlenxPhoneSvc error 2", kUninstallService),
-                    Error("service PlenxPhoneSvc has been deleted", kDelete),
-                    Info("uninstall service PlenxPhoneSvc success", kUninstallService)));
+    EXPECT_THAT(lines,
+                ElementsAre(Error("open service error 1060", kStop),
+                            Error("stop service PlenxPcSvc error 2", kUninstallService),
+                            Error("service PlenxPcSvc has been deleted", kDelete),
+                            Info("uninstall service PlenxPcSvc success", kUninstallService),
+                            Error("open service error 1060", kStop),
+                            Error("stop service PlenxPhoneSvc error 2", kUninstallService),
+                            Error("service PlenxPhoneSvc has been deleted", kDelete),
+                            Info("uninstall service PlenxPhoneSvc success", kUninstallService)));
 }
 
 // Destruction

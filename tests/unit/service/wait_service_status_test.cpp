@@ -29,9 +29,7 @@ protected:
         ServiceRoomTest::TearDown();
     }
 
-    void ServiceFollows(StatusScript script) {
-        platform.Scm().RunScript(kName, std::move(script));
-    }
+    void ServiceFollows(StatusScript script) { platform.Scm().RunScript(kName, std::move(script)); }
 
     void Wait(DWORD state, bool untilEqual) {
         const std::uint64_t start = platform.Clock().Now();
@@ -142,8 +140,8 @@ TEST_F(WaitServiceStatusTest, CheckPointBelowTheHighestSeen_IsNoProgress) {
 }
 
 TEST_F(WaitServiceStatusTest, CheckPoints_AreComparedUnsigned) {
-    ServiceFollows({{0, SERVICE_STOP_PENDING, 0x7FFFFFFF},
-                    {1000, SERVICE_STOP_PENDING, 0x80000000}});
+    ServiceFollows(
+        {{0, SERVICE_STOP_PENDING, 0x7FFFFFFF}, {1000, SERVICE_STOP_PENDING, 0x80000000}});
     status = Status(SERVICE_STOP_PENDING, 0x7FFFFFFF, 2000);
     Wait(SERVICE_STOPPED, true);
     EXPECT_EQ(waited, 1000U + 2010U);

@@ -147,8 +147,8 @@ TEST_F(MakeSourcePathTest, WithAnyCallFailing_ReturnsADocumentedCode) {
 TEST_F(MakeServicePathTest, ServicePath_MakesPcThenPhoneAndNoOffice) {
     files.AddFolder(L"C:\\Data\\x");
     EXPECT_EQ(ServiceManager::MakeServicePath(L"C:\\Data\\x"), 0);
-    EXPECT_THAT(platform.CallsOf({"_wmkdir"}), ElementsAre("_wmkdir(\"C:\\Data\\x\\pc\")",
-                                                           "_wmkdir(\"C:\\Data\\x\\phone\")"));
+    EXPECT_THAT(platform.CallsOf({"_wmkdir"}),
+                ElementsAre("_wmkdir(\"C:\\Data\\x\\pc\")", "_wmkdir(\"C:\\Data\\x\\phone\")"));
     EXPECT_THAT(Lines(), IsEmpty());
 }
 

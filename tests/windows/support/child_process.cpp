@@ -22,6 +22,8 @@ ChildProcess::ChildProcess(std::wstring commandLine) {
         CloseHandle(process.hThread);
         process_ = process.hProcess;
         id_ = process.dwProcessId;
+    } else {
+        startError_ = GetLastError();
     }
 }
 

@@ -27,6 +27,8 @@ public:
     static std::wstring Self(const std::wstring& arguments);
 
     bool Started() const { return process_ != nullptr; }
+    /// Of the system, when the child did not start.
+    DWORD StartError() const { return startError_; }
     DWORD Id() const { return id_; }
     /// The exit code, or nothing when the child has not ended in time.
     std::optional<DWORD> WaitForExit(DWORD milliseconds);
@@ -35,6 +37,7 @@ public:
 private:
     HANDLE process_ = nullptr;
     DWORD id_ = 0;
+    DWORD startError_ = 0;
 };
 
 }  // namespace PlenxTest
