@@ -195,8 +195,8 @@ class Engine_Settings : public EngineTest {
 protected:
     // What a start of the service sends: its ids 7 and 8, in order.
     static std::vector<Bytes> Pushed(std::uint32_t type) {
-        FakePlatform::Get().Scm().SetStatus(type == 1 ? L"PlenxPcSvc" : L"PlenxPhoneSvc",
-                                            SERVICE_RUNNING);
+        constexpr const wchar_t* kNames[] = {L"PlenxOfficeSvc", L"PlenxPcSvc", L"PlenxPhoneSvc"};
+        FakePlatform::Get().Scm().SetStatus(kNames[type], SERVICE_RUNNING);
         FakeRpc::Get().ClearRecord();
         EXPECT_EQ(Engine().Start(Type(type), "g", "arg"), 0);
         std::vector<Bytes> pushed;
@@ -278,6 +278,8 @@ TEST_F(Engine_Settings, OfInvalidTypesAreLoggedAndChangeNothing) {
     InitEngine();
     EXPECT_THAT(Pushed(1), ElementsAre(Text(1, "en_US"), Number(0, 0), Number(2, 0)));
     EXPECT_THAT(Pushed(2), ElementsAre(Text(1, "en_US"), Number(0, 0), Number(2, 0)));
+    FakePlatform::Get().Scm().AddService(L"PlenxOfficeSvc");
+    EXPECT_THAT(Pushed(0), ElementsAre(Text(1, "en_US"), Number(0, 0), Number(2, 0)));
 }
 
 TEST_F(Engine_Settings, AreSentToNobodyWhenTheyAreSet) {

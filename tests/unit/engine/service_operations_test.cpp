@@ -12,9 +12,11 @@
 using DistributedFs::PLENXManagerInner;
 using DistributedFs::ServiceType;
 using DistributedFs::TriggerType;
+using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
+using testing::StartsWith;
 
 namespace {
 
@@ -361,6 +363,9 @@ TEST_P(EveryDeviceOperation, ReportsAndReturnsAFailure) {
 TEST_P(EveryDeviceOperation, OfTypeWithoutAnEndpointFailsWith16) {
     EXPECT_EQ(GetParam().call(Engine(), Type(3)), 16);
     EXPECT_THAT(FakeRpc::Get().Calls(), IsEmpty());
+    EXPECT_THAT(RecordedLog::Get().Texts(),
+                Contains(StartsWith("L4 [PLENXSDK] send rpc message error ret:16"
+                                    "(DistributedFs::RpcManager::Device")));
     EXPECT_EQ(EngineTexts().back(), Line(std::string("L4 ") + GetParam().error + "16"));
     EXPECT_THAT(observer_.Events(), ElementsAre(std::string("NotifyStatus(3, g, ") +
                                                 GetParam().statusKind + ", false)"));

@@ -5,6 +5,7 @@
 
 #include <atomic>
 #include <chrono>
+#include <functional>
 #include <future>
 #include <stdexcept>
 #include <string>
@@ -62,6 +63,31 @@ TEST_F(FreshFacade, InitDoesNotWaitForTheServiceSide) {
     letGo.set_value();
     EXPECT_TRUE(observer_.WaitFor("NotifyStatus(0, g, 0, true)"));
     EXPECT_TRUE(reached);
+}
+
+// A getter answers only when the first Init is through, wherever that is at work.
+void ExpectGetterWaitsForInit(const std::function<void()>& getter) {
+    std::promise<void> letGo;
+    std::shared_future<void> gate = letGo.get_future().share();
+    std::promise<void> reached;
+    FakePlatform::Get().Faults().Before("OpenSCManagerW", 1, [gate, &reached] {
+        reached.set_value();
+        gate.wait_for(std::chrono::seconds(20));
+    });
+    Facade().Init("C:\\App", "C:\\Data", "", false);
+    ASSERT_EQ(reached.get_future().wait_for(std::chrono::seconds(20)), std::future_status::ready);
+    std::future<void> answer = std::async(std::launch::async, getter);
+    EXPECT_EQ(answer.wait_for(std::chrono::milliseconds(50)), std::future_status::timeout);
+    letGo.set_value();
+    EXPECT_EQ(answer.wait_for(std::chrono::seconds(20)), std::future_status::ready);
+}
+
+TEST_F(FreshFacade, GetInt64ConfigWaitsForTheFirstInit) {
+    ExpectGetterWaitsForInit([] { EXPECT_EQ(Facade().GetInt64Config(Type(1), Key(5)), 1); });
+}
+
+TEST_F(FreshFacade, GetStringConfigWaitsForTheFirstInit) {
+    ExpectGetterWaitsForInit([] { EXPECT_EQ(Facade().GetStringConfig(Type(1), Key(1)), ""); });
 }
 
 TEST_F(ReadyFacade, SecondInitKeepsTheCompanionAndQueuesTheEngineOnceMore) {

@@ -105,6 +105,15 @@ TEST_P(BeforeInit, EmptyArgumentReturns26) {
     }
 }
 
+// The leak check of the sanitized builds sees a copy that is kept.
+TEST_F(FreshFacade, DataOfALocalDeviceIsNotKeptBeforeInit) {
+    const std::vector<unsigned char> data(4096, 0x5A);
+    EXPECT_EQ(Facade().LocalDeviceOnline(Type(1), "g", "d", data.size(), data.data()), 0);
+    EXPECT_THAT(RecordedLog::Get().Texts(),
+                ElementsAre("L4 [PLENXSDK] thread pool is released"
+                            "(DistributedFs::PLENXManager::LocalDeviceOnline)"));
+}
+
 INSTANTIATE_TEST_SUITE_P(Operations, BeforeInit, testing::ValuesIn(kOperations), NameOf);
 
 class AfterInit : public ReadyFacade, public testing::WithParamInterface<Operation> {};

@@ -339,11 +339,12 @@ TEST_F(FileUtilsTest, DriveAndShareRoots_AreRefusedWith28BeforeAnyListing) {
     files.AddFile(L"C:\\b");
     files.AddFile(L"\\\\server\\share\\a");
     files.AddFile(L"\\\\server\\share\\b");
-    for (const wchar_t* root :
-         {L"C:", L"C:\\", L"c:", L"C:/", L"\\\\server\\share", L"\\\\server\\share\\"}) {
+    for (const wchar_t* root : {L"C:", L"C:\\", L"c:", L"C:/", L"\\\\server\\share",
+                                L"\\\\server\\share\\", L"\\", L"/"}) {
         EXPECT_EQ(FileUtils::ForceRemoveDirectory(root), 28) << NarrowForTest(root);
     }
     EXPECT_THAT(platform.CallsOf({"_wfindfirst64i32", "_wunlink", "_wrmdir"}), IsEmpty());
+    EXPECT_THAT(Lines(), IsEmpty());
     EXPECT_TRUE(files.Exists(L"C:\\b"));
     EXPECT_TRUE(files.Exists(L"\\\\server\\share\\b"));
 }
