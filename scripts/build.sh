@@ -43,9 +43,8 @@ run_time_dll() {
     echo "$path"
 }
 
-# build_native FLAVOUR: plain, address (with undefined) or thread
-build_native() {
-    need_packages "${native_packages[@]}"
+# configure_native FLAVOUR: plain, address (with undefined) or thread
+configure_native() {
     local sanitize=
     case $1 in
     plain) ;;
@@ -56,6 +55,11 @@ build_native() {
     # Built fast rather than fast: the tests take seconds, the compiler takes minutes.
     configure "$build_dir/native-$1" -DPLENX_SANITIZE="$sanitize" \
         -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS_DEBUG="-O0 -g1"
+}
+
+build_native() {
+    need_packages "${native_packages[@]}"
+    configure_native "$1"
     step "build the native tests, $1" ninja -C "$build_dir/native-$1"
 }
 

@@ -105,7 +105,9 @@ command_test() {
     [ $# -gt 0 ] && shift
     case $which in
     all)
-        need_packages "${native_packages[@]}" "${windows_packages[@]}" "${demo_packages[@]}"
+        need_packages "${native_packages[@]}" "${windows_packages[@]}" "${demo_packages[@]}" \
+            clang-format
+        step "check the format of the sources" check_format
         step "compile the public header alone" check_public_header
         step "hold the table of tests against the tests" python3 docs/check_conformance.py
         test_native
