@@ -189,9 +189,9 @@ public:
     ///                res\plenx\icon. It and its "upgrade" folder must be writable
     ///                by administrators only, and its path should be ASCII and free
     ///                of blanks (service paths are registered unquoted).
-    /// @param second  Data folder, without a trailing backslash, not empty. Its sub-folder
-    ///                "plenx", and "plenx0" to "plenx99" as needed, are DELETED with
-    ///                all that is in them.
+    /// @param second  Data folder, without a trailing backslash or a NUL, not empty. Its
+    ///                sub-folder "plenx", and "plenx0" to "plenx99" as needed, are
+    ///                DELETED with all that is in them.
     /// @param third   Goes to the companion library only.
     /// @param flag    Goes to the companion library only.
     PLENXSDK_API void Init(const std::string& first, const std::string& second, std::string third,

@@ -97,8 +97,9 @@ ServiceManager::~ServiceManager() {
 }
 
 std::int32_t ServiceManager::MakeSourcePath(const std::wstring& dataFolder, std::wstring& out) {
-    // Candidates are wiped; without a data folder they would lie on the current drive.
-    if (dataFolder.empty()) {
+    // Candidates are wiped. Without a data folder they would lie on the current drive; and where
+    // the system sees a path end at a NUL, each of them would be the data folder itself.
+    if (dataFolder.empty() || dataFolder.find(L'\0') != std::wstring::npos) {
         return kNoWorkingFolder;
     }
     const std::wstring first = dataFolder + L"\\plenx";

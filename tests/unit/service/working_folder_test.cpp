@@ -130,6 +130,14 @@ TEST_F(MakeSourcePathTest, EmptyDataFolder_Returns31WithoutACall) {
     EXPECT_THAT(Lines(), IsEmpty());
 }
 
+// Where the system sees the path end, each candidate would be the data folder itself.
+TEST_F(MakeSourcePathTest, DataFolderWithANul_Returns31WithoutACall) {
+    std::wstring out;
+    EXPECT_EQ(ServiceManager::MakeSourcePath(std::wstring(L"C:\\Data\0", 8), out), 31);
+    EXPECT_THAT(platform.Calls(), IsEmpty());
+    EXPECT_THAT(Lines(), IsEmpty());
+}
+
 TEST_F(MakeSourcePathTest, WithAnyCallFailing_ReturnsADocumentedCode) {
     const auto prepare = [this] {
         files.AddFile(L"C:\\Data\\plenx\\pc\\left");

@@ -271,6 +271,33 @@ HOST_TEST(HugeText, AsArgumentOfEveryOperation_IsSentOrFailsAndTheLibraryGoesOn)
     EXPECT_TRUE(Start(kPcService));
 }
 
+// The office service's own code for such names does not matter here.
+HOST_TEST(HugeText, AsGroupDeviceAndFolder_IsTakenAndTheLibraryGoesOn) {
+    Init();
+    EXPECT_EQ(manager.Start(kOfficeService, huge, huge), 0);
+    EXPECT_EQ(manager.RemoteDeviceOnline(kOfficeService, huge, huge), 0);
+    EXPECT_TRUE(Settle(60000));
+    EXPECT_EQ(manager.LocalDeviceOffline(kOfficeService, huge, huge, kTrigger), 0);
+    EXPECT_EQ(manager.RemoteDeviceOffline(kOfficeService, huge, huge, kTrigger), 0);
+    EXPECT_EQ(manager.Stop(kOfficeService, huge), 0);
+    EXPECT_TRUE(Settle(60000));
+    std::string dir = "relative";
+    manager.GetOfficeDir(huge, huge, dir);
+    EXPECT_EQ(dir.substr(dir.size() - 9), "\\relative");
+    EXPECT_TRUE(Start(kPcService));
+}
+
+// As folders of the first Init such texts would keep the worker busy for minutes: each of 101
+// candidates is asked for.
+HOST_TEST(HugeText, AsArgumentOfInit_IsTakenAndTheLibraryGoesOn) {
+    manager.Init(folder.Install(), folder.Data(), huge, true);
+    EXPECT_TRUE(Settle(60000));
+    manager.Init(huge, huge, huge, true);
+    manager.Destroy();
+    EXPECT_TRUE(Settle(60000));
+    EXPECT_TRUE(Start(kPcService));
+}
+
 class BadFolders : public Host {
 protected:
     void StartFailsWith16(ServiceType service);
@@ -304,6 +331,16 @@ HOST_TEST(BadFolders, MalformedUtf8_LeavesNoServiceSideUntilTheNextInit) {
     StartFailsWith16(kPcService);
     Init();
     EXPECT_TRUE(Start(kPcService));
+}
+
+// The system sees a path up to its first NUL: what would be wiped is the data folder itself.
+HOST_TEST(BadFolders, DataFolderWithANul_IsNotTouchedAndLeavesNoServices) {
+    const std::filesystem::path file = folder.DataPath() / L"file.txt";
+    WriteFile(file, "the host's");
+    manager.Init(folder.Install(), folder.Data() + std::string(1, '\0'), "third", true);
+    EXPECT_TRUE(Settle());
+    EXPECT_EQ(ReadFile(file), "the host's");
+    StartFailsWith16(kPcService);
 }
 
 HOST_TEST(BadFolders, EmptyDataFolder_LeavesNoServices) {
