@@ -1,0 +1,47 @@
+// Runs a fuzz target over every file of the folders named, in order: what the fuzzers have found
+// worth keeping stays tested, with any compiler and under every sanitizer.
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <vector>
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
+
+namespace {
+
+std::vector<std::filesystem::path> FilesOf(const std::filesystem::path& folder) {
+    std::vector<std::filesystem::path> files;
+    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+        files.push_back(entry.path());
+    }
+    std::sort(files.begin(), files.end());
+    return files;
+}
+
+void Replay(const std::filesystem::path& file) {
+    std::ifstream stream(file, std::ios::binary);
+    const std::vector<char> bytes{std::istreambuf_iterator<char>(stream), {}};
+    // On the heap and of the exact size, so that a read beyond the end is seen.
+    const std::vector<std::uint8_t> input(bytes.begin(), bytes.end());
+    LLVMFuzzerTestOneInput(input.data(), input.size());
+}
+
+}  // namespace
+
+int main(int count, char** arguments) {
+    std::size_t inputs = 0;
+    for (int i = 1; i < count; ++i) {
+        for (const std::filesystem::path& file : FilesOf(arguments[i])) {
+            std::printf("%s\n", file.c_str());
+            std::fflush(stdout);  // the last name printed is the one that failed
+            Replay(file);
+            ++inputs;
+        }
+    }
+    std::printf("%zu inputs replayed\n", inputs);
+    return inputs > 0 ? 0 : 1;
+}
