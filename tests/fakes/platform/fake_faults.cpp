@@ -11,6 +11,7 @@ using Lock = std::lock_guard<std::recursive_mutex>;
 void FakeFaults::Reset() {
     const Lock lock(mutex_);
     faults_.clear();
+    calls_.clear();
     hits_ = 0;
 }
 
@@ -44,8 +45,19 @@ unsigned FakeFaults::Hits() const {
     return hits_;
 }
 
+std::vector<std::string> FakeFaults::Calls() const {
+    const Lock lock(mutex_);
+    return calls_;
+}
+
+void FakeFaults::ForgetCalls() {
+    const Lock lock(mutex_);
+    calls_.clear();
+}
+
 std::uint32_t FakeFaults::Take(const std::string& function) {
     const Lock lock(mutex_);
+    calls_.push_back(function);
     std::uint32_t error = 0;
     std::vector<std::function<void()>> actions;  // run last: they may set faults of their own
     for (Fault& fault : faults_) {

@@ -34,6 +34,10 @@ public:
     /// How many calls have failed because of a fault.
     unsigned Hits() const;
 
+    /// The functions of all calls that could have failed, in order.
+    std::vector<std::string> Calls() const;
+    void ForgetCalls();
+
     /// For the fakes: to be asked once by every call. The error, or 0.
     std::uint32_t Take(const std::string& function);
 
@@ -51,6 +55,7 @@ private:
 
     std::recursive_mutex& mutex_;
     std::vector<Fault> faults_;
+    std::vector<std::string> calls_;
     unsigned hits_ = 0;
 };
 

@@ -257,6 +257,13 @@ void FakeScm::Close(std::uintptr_t handle) {
     DropDeleted();
 }
 
+void FakeScm::CatchUp() {
+    const Lock lock(mutex_);
+    for (const auto& [key, service] : services_) {
+        Update(*service);
+    }
+}
+
 std::shared_ptr<FakeScm::Service> FakeScm::FindNow(const std::wstring& name) {
     DropDeleted();
     const auto found = services_.find(Folded(name));

@@ -85,6 +85,9 @@ public:
     std::vector<std::wstring> Names() const;
     std::vector<std::string> OpenHandles() const;
 
+    /// Lets every service do what is due by now; a query of a service does that for itself.
+    void CatchUp();
+
     // For the fake functions.
     struct Service;
     struct Handle {

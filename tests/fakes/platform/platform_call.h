@@ -12,6 +12,7 @@
 #include <string>
 
 #include "platform/fake_platform.h"
+#include "platform/fake_scope.h"
 
 class PlatformCall {
 public:
@@ -48,6 +49,7 @@ public:
     [[noreturn]] void RejectHandle(const void* handle) const;
 
 private:
+    const FakeScope scope_;
     const char* const function_;
     const std::lock_guard<std::recursive_mutex> lock_;
 };

@@ -1,0 +1,91 @@
+#include "counted_allocations.h"
+
+#include <atomic>
+#include <cstddef>
+#include <cstdlib>
+#include <new>
+
+#include "platform/fake_scope.h"
+
+namespace {
+
+std::atomic<std::int64_t> live{0};
+thread_local unsigned countdown = 0;  // 0: none is to fail
+thread_local bool hit = false;
+
+void* Allocate(std::size_t size) noexcept {
+    if (countdown != 0 && !FakeScope::IsInside() && --countdown == 0) {
+        hit = true;
+        return nullptr;
+    }
+    void* const block = std::malloc(size);
+    if (block != nullptr) {
+        ++live;
+    }
+    return block;
+}
+
+void Release(void* block) noexcept {
+    if (block != nullptr) {
+        --live;
+        std::free(block);
+    }
+}
+
+void* AllocateOrThrow(std::size_t size) {
+    void* const block = Allocate(size);
+    if (block == nullptr) {
+        throw std::bad_alloc();
+    }
+    return block;
+}
+
+}  // namespace
+
+std::int64_t LiveAllocations() {
+    return live;
+}
+
+FailingAllocation::FailingAllocation(unsigned n) {
+    hit = false;
+    countdown = n;
+}
+
+FailingAllocation::~FailingAllocation() {
+    countdown = 0;
+}
+
+bool FailingAllocation::Hit() const {
+    return hit;
+}
+
+void* operator new(std::size_t size) {
+    return AllocateOrThrow(size);
+}
+void* operator new[](std::size_t size) {
+    return AllocateOrThrow(size);
+}
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+    return Allocate(size);
+}
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
+    return Allocate(size);
+}
+void operator delete(void* block) noexcept {
+    Release(block);
+}
+void operator delete[](void* block) noexcept {
+    Release(block);
+}
+void operator delete(void* block, std::size_t) noexcept {
+    Release(block);
+}
+void operator delete[](void* block, std::size_t) noexcept {
+    Release(block);
+}
+void operator delete(void* block, const std::nothrow_t&) noexcept {
+    Release(block);
+}
+void operator delete[](void* block, const std::nothrow_t&) noexcept {
+    Release(block);
+}
