@@ -155,10 +155,12 @@ std::int32_t FileUtils::ForceRemoveDirectory(std::wstring path) {
         return kSuccess;
     }
     const DWORD attributes = GetFileAttributesW(path.c_str());
-    if (attributes != INVALID_FILE_ATTRIBUTES && IsLink(attributes)) {
+    // What cannot be looked at may be a link: it is removed only if that takes nothing with it.
+    const bool known = attributes != INVALID_FILE_ATTRIBUTES;
+    if (known && IsLink(attributes)) {
         return RemoveLink(path, attributes);
     }
-    if (RemoveEntries(path) != kSuccess) {
+    if (known && RemoveEntries(path) != kSuccess) {
         return kNotRemoved;
     }
     return RemoveDirectoryW(path);

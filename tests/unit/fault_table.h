@@ -15,7 +15,9 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <ostream>
@@ -66,7 +68,8 @@ inline const std::vector<Fault>& EveryFault() {
 
 using FaultLines = std::vector<std::string>;
 
-inline FaultLines operator+(FaultLines left, const FaultLines& right) {
+template <class Item>
+std::vector<Item> operator+(std::vector<Item> left, const std::vector<Item>& right) {
     left.insert(left.end(), right.begin(), right.end());
     return left;
 }
@@ -81,9 +84,10 @@ struct Outcome {
 };
 
 inline void PrintTo(const Outcome& outcome, std::ostream* out) {
-    *out << "code " << outcome.code;
-    for (const std::string& line : outcome.lines) {
-        *out << "\n    " << line;
+    constexpr std::size_t kEnough = 20;
+    *out << "code " << outcome.code << ", " << outcome.lines.size() << " lines";
+    for (std::size_t i = 0; i != std::min(kEnough, outcome.lines.size()); ++i) {
+        *out << "\n    " << outcome.lines[i];
     }
 }
 
