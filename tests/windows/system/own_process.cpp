@@ -13,7 +13,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr DWORD kLongestTest = 90 * 1000;
+DWORD longestTest = 0;
 constexpr int kSkipped = 77;
 constexpr wchar_t kChildMark[] = L"PLENX_SYSTEM_TEST_CHILD";
 const fs::path kLogFolder = L"C:\\plenx-system-logs";
@@ -71,7 +71,7 @@ void InOwnProcess::RunChild() {
     const std::string filter = "--gtest_brief=1 --gtest_filter=" + RunningTest();
     ChildProcess child(ChildProcess::Self(std::wstring(filter.begin(), filter.end())));
     SetEnvironmentVariableW(kChildMark, nullptr);
-    const auto code = child.WaitForExit(kLongestTest);
+    const auto code = child.WaitForExit(longestTest);
     child.Kill();
     CleanUp();
     if (code == DWORD{kSkipped}) {
@@ -85,7 +85,8 @@ void InOwnProcess::RunChild() {
 }
 
 // A child that was to run its test and ran none has failed.
-int RunAllTests() {
+int RunAllTests(unsigned long longest) {
+    longestTest = longest;
     if (!IsChild()) {
         return RUN_ALL_TESTS();
     }

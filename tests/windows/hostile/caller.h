@@ -1,0 +1,61 @@
+// Processes that call the library's endpoint "Manager", ten at once: this program itself, started
+// again. Each compares every answer with what it must be and ends with 0 when all were right.
+
+#ifndef PLENXSDK_TESTS_WINDOWS_HOSTILE_CALLER_H
+#define PLENXSDK_TESTS_WINDOWS_HOSTILE_CALLER_H
+
+#include <windows.h>
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "hostile/message_maker.h"
+#include "hostile/tally_observer.h"
+#include "support/child_process.h"
+
+namespace PlenxTest {
+
+constexpr unsigned kCallers = 10;
+
+struct Storm {
+    std::uint32_t seed;
+    unsigned hostile;  // messages of each caller
+    unsigned honest;   // of each caller, spread among the others
+};
+
+/// What an observer must hear of the storm.
+Tally TallyOf(const Storm& storm);
+
+/// A notification that comes from nowhere else; the ten ids take turns.
+Notification HonestOne(unsigned caller, unsigned number);
+
+class CallerCrowd {
+public:
+    /// Returns when all stand ready; they begin together.
+    explicit CallerCrowd(const Storm& storm);
+    ~CallerCrowd();
+    CallerCrowd(const CallerCrowd&) = delete;
+    CallerCrowd& operator=(const CallerCrowd&) = delete;
+
+    bool IsReady() const { return ready_; }
+    void Go();
+    bool IsOver();
+    /// What the callers have found; empty: all was right.
+    std::string Complaints();
+
+private:
+    HANDLE readyCount_;
+    HANDLE go_;
+    bool ready_ = false;
+    std::vector<std::unique_ptr<ChildProcess>> callers_;
+};
+
+/// The other end. @return the exit code, or nothing when this process is no caller.
+std::optional<int> RunAsCaller(int argc, char** argv);
+
+}  // namespace PlenxTest
+
+#endif  // PLENXSDK_TESTS_WINDOWS_HOSTILE_CALLER_H

@@ -1,0 +1,19 @@
+// The tests, and the processes that they start this program as.
+
+#include <gtest/gtest.h>
+
+#include <windows.h>
+
+#include "hostile/caller.h"
+#include "hostile/scale.h"
+#include "system/own_process.h"
+
+int main(int argc, char** argv) {
+    if (const auto code = PlenxTest::RunAsCaller(argc, argv)) {
+        return *code;
+    }
+    // A storm's log is one file: what is looked for must not be rotated away.
+    SetEnvironmentVariableW(L"PLENX_LOG_MAX_BYTES", L"2000000000");
+    testing::InitGoogleTest(&argc, argv);
+    return PlenxTest::RunAllTests(60 * 1000 + 3 * PlenxTest::LongestStorm());
+}

@@ -1,0 +1,101 @@
+// What hostile processes send to the endpoint "Manager": each message gets the answer that its
+// bytes deserve, the observers hear exactly what could be read, and the host goes on working.
+
+#include <iostream>
+#include <string>
+
+#include "hostile/caller.h"
+#include "hostile/expectation.h"
+#include "hostile/footprint.h"
+#include "hostile/scale.h"
+#include "hostile/tally_observer.h"
+#include "system/host.h"
+
+namespace PlenxTest {
+namespace {
+
+constexpr auto kMessage = DistributedFs::PLENXMessageType{-7};
+
+class NotificationStorm : public Host {
+protected:
+    NotificationStorm() { manager.RegisterPLENXServiceObserver(&tally); }
+    ~NotificationStorm() override { manager.UnregisterPLENXServiceObserver(&tally); }
+
+    /// Starts the PC service and waits until it is heard.
+    void Begin();
+    /// The callers' storm, while this thread uses the library.
+    void Rage(const Storm& storm);
+
+    TallyObserver tally;
+
+private:
+    /// One request that the honest service answers with a notification.
+    void WorkOnce();
+
+    Tally work_;
+    int worked_ = 0;
+};
+
+void NotificationStorm::Begin() {
+    Init();
+    ASSERT_TRUE(Start(kPcService));
+    ASSERT_TRUE(observer.WaitFor("NotifyStatus(1, group, 100, 1)"));
+    // It keeps all that it hears.
+    manager.UnregisterPLENXServiceObserver(&observer);
+    tally.TakeHeard();
+}
+
+void NotificationStorm::WorkOnce() {
+    const std::string text = "work" + std::to_string(++worked_);
+    const std::string heard = "SendLocalMessage(-7, 5, " + text + ")";
+    ++work_[heard];
+    EXPECT_EQ(manager.RecvRemoteMessage(kMessage, 5, text), 0);
+    EXPECT_EQ(manager.GetInt64Config(kPcService, DistributedFs::kServiceNotRunningConfig), 0);
+    EXPECT_TRUE(WaitFor([&] { return tally.Times(heard) != 0; }, LongestStorm()))
+        << "the host's request " << worked_ << " had no effect";
+}
+
+void NotificationStorm::Rage(const Storm& storm) {
+    CallerCrowd crowd(storm);
+    ASSERT_TRUE(crowd.IsReady());
+    work_.clear();
+    crowd.Go();
+    const ULONGLONG end = GetTickCount64() + LongestStorm();
+    do {
+        WorkOnce();
+    } while (!crowd.IsOver() && GetTickCount64() < end && !testing::Test::HasFailure());
+    EXPECT_TRUE(crowd.IsOver()) << "the callers do not come to an end";
+    EXPECT_EQ(crowd.Complaints(), "");
+    WorkOnce();
+
+    Tally expected = TallyOf(storm);
+    expected.insert(work_.begin(), work_.end());
+    EXPECT_EQ(Difference(expected, tally.TakeHeard()), "");
+}
+
+HOST_TEST(NotificationStorm, TenHostileCallers_AreAnsweredAsTheirBytesDeserve) {
+    Begin();
+    const std::uint32_t seed = HostileSeed();
+    SCOPED_TRACE("seed " + std::to_string(seed));
+    const unsigned each = HostileMessages() / kCallers;
+    Rage({seed, each, each / 10});
+}
+
+HOST_TEST(NotificationStorm, AStorm_LeavesNeitherMemoryNorHandlesBehind) {
+    Begin();
+    const std::uint32_t seed = HostileSeed();
+    SCOPED_TRACE("seed " + std::to_string(seed));
+    const unsigned each = HostileMessages() / kCallers;
+    const Footprint cold = MeasureFootprint();
+    Rage({seed + 1, each, each / 10});  // what is made once is made now
+    const Footprint before = MeasureFootprintAtRest(cold.handles);
+    Rage({seed + 2, each, each / 10});
+    const Footprint after = MeasureFootprintAtRest(before.handles);
+    std::cout << "cold: " << cold << "\nafter one storm: " << before << "\nafter another one of "
+              << each * kCallers << " messages: " << after << "\n";
+    manager.RegisterPLENXServiceObserver(&observer);
+    EXPECT_TRUE(Start(kPhoneService)) << "a round trip like any other";
+}
+
+}  // namespace
+}  // namespace PlenxTest
