@@ -1,0 +1,118 @@
+// Making and destroying a service manager with every platform call failing.
+
+#include "file_fault_tables.h"
+#include "service_fault_tables.h"
+#include "service_manager_test.h"
+
+using DistributedFs::ServiceManager;
+
+namespace {
+
+using namespace service_faults;
+
+const std::string kInstallService = "ServiceManager::InstallService";
+const std::string kUninstallService = "ServiceManager::UninstallService";
+const std::vector<std::string> kInstalled = {"PlenxPcSvc", "PlenxPhoneSvc"};
+
+/// The lines of a step: one on a failure with the code, one on success if there is any.
+auto Line(const std::string& function, const std::string& failure, const std::string& success) {
+    return [=](std::int32_t code) -> FaultLines {
+        if (code != 0) {
+            return {Error(failure + std::to_string(code), function)};
+        }
+        return success.empty() ? FaultLines() : FaultLines{Info(success, function)};
+    };
+}
+
+std::vector<FaultStep> InstallSteps(const FaultTable& stop, const FaultTable& create) {
+    std::vector<FaultStep> steps;
+    for (const std::string& name : kInstalled) {
+        steps.push_back({stop, Line(kInstallService, "stop service " + name + " error ", "")});
+        steps.push_back({create, Line(kInstallService, "create service " + name + " error ",
+                                      "install service " + name + " success")});
+    }
+    return steps;
+}
+
+std::vector<FaultStep> UninstallSteps() {
+    std::vector<FaultStep> steps;
+    for (const std::string& name : kInstalled) {
+        steps.push_back(
+            {StopStopped(), Line(kUninstallService, "stop service " + name + " error ", "")});
+        steps.push_back(
+            {DeleteStopped(name), Line(kUninstallService, "delete service " + name + " error ",
+                                       "uninstall service " + name + " success")});
+    }
+    return steps;
+}
+
+/// Its operation has no result.
+FaultTable WithoutCode(FaultTable table) {
+    for (FaultRow& row : table.rows) {
+        row.outcome = [outcome = row.outcome](const Fault& fault) {
+            return Outcome{0, outcome(fault).lines};
+        };
+    }
+    table.good.code = 0;
+    return table;
+}
+
+class ManagerFaultTable : public ServiceManagerTest {
+protected:
+    auto WithManager() {
+        return [=] {
+            PrepareMachine();
+            return MakeManager();
+        };
+    }
+};
+
+TEST_F(ManagerFaultTable, ConstructionOnACleanMachine) {
+    // No upgrade copies: three looks, whose failures mean the same.
+    const FaultTable upgrade = {{0, {}}, {Row{"_waccess", Ignored({0, {}}), 3}}};
+    std::vector<FaultStep> steps = {{upgrade}, {file_faults::MakeSourcePathAfresh()}};
+    steps[1].endsOnFailure = true;
+    steps = steps + InstallSteps(StopNotRegistered(), CreateNew());
+    steps.push_back({StartDokanNew()});
+
+    CheckFaults(
+        WithoutCode(InSequence(steps)),
+        [=] {
+            PrepareMachine();
+            return std::unique_ptr<ServiceManager>();
+        },
+        [=](auto& manager) {
+            manager = MakeManager();
+            return 0;
+        });
+}
+
+TEST_F(ManagerFaultTable, InstallOfWhatIsInstalled) {
+    CheckFaults(WithoutCode(InSequence(InstallSteps(StopStopped(), CreateRegistered()))),
+                WithManager(), [](const auto& manager) {
+                    manager->InstallService();
+                    return 0;
+                });
+}
+
+TEST_F(ManagerFaultTable, Uninstall) {
+    CheckFaults(WithoutCode(InSequence(UninstallSteps())), WithManager(), [](const auto& manager) {
+        manager->UninstallService();
+        return 0;
+    });
+}
+
+TEST_F(ManagerFaultTable, Destruction) {
+    std::vector<FaultStep> steps = UninstallSteps();
+    steps.push_back({file_faults::RemoveWorkingFolder(), [](std::int32_t code) {
+                         return code == 0 ? FaultLines()
+                                          : FaultLines{Error("remove src path error",
+                                                             "ServiceManager::~ServiceManager")};
+                     }});
+    CheckFaults(WithoutCode(InSequence(steps)), WithManager(), [](auto& manager) {
+        manager = nullptr;
+        return 0;
+    });
+}
+
+}  // namespace
