@@ -51,11 +51,8 @@ FailingAllocation::FailingAllocation(unsigned n) {
     countdown = n;
 }
 
-FailingAllocation::~FailingAllocation() {
+bool FailingAllocation::End() const {
     countdown = 0;
-}
-
-bool FailingAllocation::Hit() const {
     return hit;
 }
 

@@ -8,17 +8,17 @@
 /// Blocks of operator new that have not been released.
 std::int64_t LiveAllocations();
 
-/// While it lives, the n-th allocation of this thread fails, whatever its form; the first is 1.
-/// Fakes are no part of what is tested: what they allocate neither counts nor fails.
+/// From its making to its end, the n-th allocation of this thread fails, whatever its form; the
+/// first is 1. What the fakes allocate for themselves does not count and does not fail.
 class FailingAllocation {
 public:
     explicit FailingAllocation(unsigned n);
-    ~FailingAllocation();
+    ~FailingAllocation() { End(); }
     FailingAllocation(const FailingAllocation&) = delete;
     FailingAllocation& operator=(const FailingAllocation&) = delete;
 
-    /// Whether there was an n-th allocation.
-    bool Hit() const;
+    /// From now on nothing fails any more. Returns whether something did.
+    bool End() const;
 };
 
 #endif  // PLENXSDK_UNIT_COUNTED_ALLOCATIONS_H

@@ -6,6 +6,8 @@
 #include <cstdio>
 #include <stdexcept>
 
+#include "platform/fake_scope.h"
+
 namespace {
 
 bool IsHighHalf(std::uint32_t unit) {
@@ -125,5 +127,6 @@ OvLogger* OvLogger::GetInstance() {
 }
 
 void OvLogger::Log(LOG_MESSAGE_LEVEL level, const std::wostringstream& stream) {
+    const FakeScope inside;
     RecordedLog::Get().Take(level, stream.str());
 }

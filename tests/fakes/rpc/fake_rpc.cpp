@@ -34,6 +34,23 @@ FakeRpc& FakeRpc::Get() {
     return *rpc;
 }
 
+void FakeRpc::Reset() {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    for (void* const string : strings_) {
+        delete[] static_cast<wchar_t*>(string);
+    }
+    for (const auto& [binding, endpoint] : bindings_) {
+        delete static_cast<char*>(binding);
+    }
+    strings_.clear();
+    bindings_.clear();
+    service_ = nullptr;
+    failures_.clear();
+    allocationFails_ = false;
+    calls_.clear();
+    serviceCalls_.clear();
+}
+
 void FakeRpc::SetService(Service service) {
     const std::lock_guard<std::mutex> lock(mutex_);
     service_ = std::make_shared<Service>(std::move(service));
@@ -114,8 +131,9 @@ std::size_t FakeRpc::MostCallsAtOnce() const {
 
 RPC_STATUS FakeRpc::RecordLocked(const std::string& function, const std::string& arguments) {
     calls_.push_back(function + "(" + arguments + ")");
+    const auto fault = static_cast<RPC_STATUS>(FakePlatform::Get().Faults().Take(function));
     const auto failure = failures_.find(function);
-    return failure == failures_.end() ? RPC_S_OK : failure->second;
+    return failure == failures_.end() ? fault : failure->second;
 }
 
 RPC_STATUS FakeRpc::Record(const std::string& function, const std::string& arguments) {
@@ -209,6 +227,7 @@ RPC_STATUS FakeRpc::Listen(const std::string& arguments) {
 
 ServiceAnswer FakeRpc::CallService(RPC_BINDING_HANDLE binding, ServiceCall call) {
     std::shared_ptr<Service> service;
+    ServiceAnswer answer;
     {
         const std::lock_guard<std::mutex> lock(mutex_);
         const auto found = bindings_.find(binding);
@@ -221,11 +240,14 @@ ServiceAnswer FakeRpc::CallService(RPC_BINDING_HANDLE binding, ServiceCall call)
                                  std::to_string(call.msgSize) + ")";
         calls_.push_back(line);
         FakePlatform::Get().Record(line);  // where its place among the sleeps can be seen
+        if (const DWORD fault = FakePlatform::Get().Faults().Take("ServiceMessage"); fault != 0) {
+            answer.exception = fault;
+            return answer;
+        }
         serviceCalls_.push_back(call);
         mostCallsAtOnce_ = std::max(mostCallsAtOnce_, ++callsNow_);
         service = service_;
     }
-    ServiceAnswer answer;
     if (service && *service) {
         answer = (*service)(call);
     } else {
@@ -238,7 +260,8 @@ ServiceAnswer FakeRpc::CallService(RPC_BINDING_HANDLE binding, ServiceCall call)
 
 void* FakeRpc::Allocate(std::size_t size) {
     const std::lock_guard<std::mutex> lock(mutex_);
-    if (allocationFails_) {
+    const bool fault = FakePlatform::Get().Faults().Take("MIDL_user_allocate") != 0;
+    if (allocationFails_ || fault) {
         return nullptr;
     }
     void* const block = std::malloc(size);

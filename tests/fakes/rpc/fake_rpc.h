@@ -50,9 +50,15 @@ public:
 
     static FakeRpc& Get();
 
+    /// Forgets the script and the record, and releases the strings and bindings that were left.
+    /// Not while a request is at work.
+    void Reset();
+
     // The script.
     void SetService(Service service);
-    /// The next calls of the function (by its name, as "RpcStringFreeW") give the status.
+    /// The next calls of the function (by its name, as "RpcStringFreeW") give the status. The
+    /// faults of FakePlatform reach these functions too; "ServiceMessage" then raises the error
+    /// and reaches no service.
     void Fail(const std::string& function, RPC_STATUS status);
     /// RpcServerListen returns the status; by default it blocks until the process ends.
     void SetListenReturns(RPC_STATUS status);
