@@ -160,11 +160,11 @@ Notification HonestOne(unsigned caller, unsigned number) {
     case PlenxWire::kDiskNameNotify:
         return Honest(id, {name});
     case PlenxWire::kUpdateWindowsExplore: {
-        const Bytes path = {'C', 0, ':', 0, '\\', 0, 0, 0};
+        const Bytes path = {'C', 0, ':', 0, '\\', 0, 0, 0};  // the one path that it refreshes
         return Honest(id, {static_cast<std::int32_t>(path.size()), path});
     }
     case PlenxWire::kExploreFlushNotify:
-        return Honest(id, {std::string(1, static_cast<char>('A' + caller)) + ":", 2});
+        return Honest(id, {std::string(1, static_cast<char>('N' + caller)) + ":", 2});
     default:
         return Honest(id, {name + "_3"});
     }

@@ -1,10 +1,13 @@
 #include "hostile/footprint.h"
 
+#include <gtest/gtest.h>
+
 #include <windows.h>
 
 #include <psapi.h>
 #include <winternl.h>
 
+#include <iostream>
 #include <vector>
 
 #include "system/wait.h"
@@ -13,6 +16,8 @@ namespace PlenxTest {
 namespace {
 
 constexpr DWORD kRestMilliseconds = 20000;
+constexpr std::size_t kMoreHandles = 8;
+constexpr std::size_t kMoreBytes = 2 * 1024 * 1024;
 
 // What Wine reports as the private usage is 0; the page file's is the same number on Windows.
 std::size_t PrivateBytes() {
@@ -63,17 +68,23 @@ std::size_t Handles() {
 
 }  // namespace
 
-std::ostream& operator<<(std::ostream& out, const Footprint& footprint) {
-    return out << footprint.privateBytes << " bytes, " << footprint.handles << " handles";
-}
-
 Footprint MeasureFootprint() {
     return {PrivateBytes(), Handles()};
 }
 
-Footprint MeasureFootprintAtRest(std::size_t handles) {
-    WaitFor([&] { return Handles() <= handles; }, kRestMilliseconds);
-    return MeasureFootprint();
+void ExpectNothingMore(const Footprint& before) {
+    const std::size_t mostHandles = before.handles + kMoreHandles;
+    const std::size_t mostBytes = before.privateBytes + kMoreBytes;
+    WaitFor([&] { return Handles() <= mostHandles && PrivateBytes() <= mostBytes; },
+            kRestMilliseconds);
+    const Footprint after = MeasureFootprint();
+    std::cout << "before: " << before.privateBytes << " bytes, " << before.handles
+              << " handles; after: " << after.privateBytes << " bytes, " << after.handles
+              << " handles\n";
+    EXPECT_NE(after.handles, 0u) << "the system does not tell";
+    EXPECT_NE(after.privateBytes, 0u) << "the system does not tell";
+    EXPECT_LE(after.handles, mostHandles);
+    EXPECT_LE(after.privateBytes, mostBytes);
 }
 
 }  // namespace PlenxTest

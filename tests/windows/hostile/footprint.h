@@ -4,7 +4,6 @@
 #define PLENXSDK_TESTS_WINDOWS_HOSTILE_FOOTPRINT_H
 
 #include <cstddef>
-#include <ostream>
 
 namespace PlenxTest {
 
@@ -13,14 +12,12 @@ struct Footprint {
     std::size_t handles = 0;
 };
 
-std::ostream& operator<<(std::ostream& out, const Footprint& footprint);
-
 /// 0 where the system does not tell.
 Footprint MeasureFootprint();
 
-/// The same, once what ends by itself has ended: waits, with a deadline, until there are no more
-/// handles than that.
-Footprint MeasureFootprintAtRest(std::size_t handles);
+/// Fails the test when there is more now, by more than what comes and goes: 2 MiB and 8 handles.
+/// Waits, with a deadline, for what ends by itself; prints what it found.
+void ExpectNothingMore(const Footprint& before);
 
 }  // namespace PlenxTest
 

@@ -5,11 +5,15 @@
 #include <windows.h>
 
 #include "hostile/caller.h"
+#include "hostile/hostile_service.h"
 #include "hostile/scale.h"
 #include "system/own_process.h"
 
 int main(int argc, char** argv) {
     if (const auto code = PlenxTest::RunAsCaller(argc, argv)) {
+        return *code;
+    }
+    if (const auto code = PlenxTest::RunAsHostileService(argc, argv)) {
         return *code;
     }
     // A storm's log is one file: what is looked for must not be rotated away.

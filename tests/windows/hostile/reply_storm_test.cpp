@@ -1,0 +1,175 @@
+// What a hostile service answers to the library's requests: each request comes to the end that its
+// answer deserves, in the log and for the observers, and the honest services are served all along.
+
+#include <algorithm>
+#include <iterator>
+#include <string>
+
+#include "hostile/footprint.h"
+#include "hostile/hostile_service.h"
+#include "hostile/scale.h"
+#include "hostile/tally_observer.h"
+#include "system/host.h"
+
+namespace PlenxTest {
+namespace {
+
+using testing::ElementsAreArray;
+
+constexpr auto kTrigger = DistributedFs::TriggerType{1};
+constexpr unsigned kRequestsToOneOfWork = 20;
+
+/// A request to the PC service, as a host makes it.
+struct Request {
+    const char* function;   // of RpcManager
+    const char* firstLine;  // which it logs
+    int statusWhenFailed;   // -1: none
+    void (*make)(DistributedFs::PLENXManager& manager, const std::string& name);
+};
+
+const Request kRequests[] = {
+    {"NameChanged", "rpc manager name changed svcType:1", -1,
+     [](DistributedFs::PLENXManager& manager, const std::string& name) {
+         manager.DeviceNameChanged(name);
+     }},
+    {"RecvRemoteMessage", "rpc manager receive remote message svcType:1", -1,
+     [](DistributedFs::PLENXManager& manager, const std::string& name) {
+         manager.RecvRemoteMessage(DistributedFs::PLENXMessageType{3}, 1, name);
+     }},
+    {"DeviceOnline", "rpc manager device online svcType:1", 2,
+     [](DistributedFs::PLENXManager& manager, const std::string& name) {
+         manager.LocalDeviceOnline(kPcService, name, "here", 0, nullptr);
+     }},
+    {"DeviceOnline", "rpc manager device online svcType:1", 2,
+     [](DistributedFs::PLENXManager& manager, const std::string& name) {
+         manager.RemoteDeviceOnline(kPcService, name, "there");
+     }},
+    {"DeviceOffline", "rpc manager device offline svcType:1", 3,
+     [](DistributedFs::PLENXManager& manager, const std::string& name) {
+         manager.LocalDeviceOffline(kPcService, name, "here", kTrigger);
+     }},
+    {"DeviceOffline", "rpc manager device offline svcType:1", 3,
+     [](DistributedFs::PLENXManager& manager, const std::string& name) {
+         manager.RemoteDeviceOffline(kPcService, name, "there", kTrigger);
+     }},
+};
+
+const Request& RequestOf(unsigned number) {
+    return kRequests[number % std::size(kRequests)];
+}
+
+/// The lines of RpcManager, the reader's own apart.
+Lines LinesOfRequest(const Request& request, const ServiceReply& reply) {
+    const std::string function = std::string("RpcManager::") + request.function;
+    const std::string outcome = std::to_string(reply.Outcome());
+    Lines lines = {Info(function, request.firstLine)};
+    if (reply.exception != 0 || reply.result != 0) {
+        const std::string what = reply.exception != 0 ? "exception " : "error ";
+        lines.push_back(
+            Error("RpcManager::SendRpcMessage", "send service message " + what + outcome));
+        lines.push_back(Error(function, "send rpc message error ret:" + outcome));
+    } else if (!reply.number) {
+        lines.push_back(Error(function, "read ret error"));
+    }
+    return lines;
+}
+
+class ReplyStorm : public Host {
+protected:
+    ReplyStorm() { manager.RegisterPLENXServiceObserver(&tally); }
+    ~ReplyStorm() override { manager.UnregisterPLENXServiceObserver(&tally); }
+
+    /// Starts the phone service, which is honest.
+    void Begin();
+    /// That many requests to a hostile PC service.
+    void Rage(std::uint32_t seed, unsigned requests);
+
+    TallyObserver tally;
+
+private:
+    /// The phone service's part: one request that it answers with a notification.
+    void Work(const std::string& name);
+    static Lines LinesOfPcRequests(std::size_t from);
+
+    Tally expected_;
+};
+
+void ReplyStorm::Begin() {
+    Init();
+    ASSERT_TRUE(Start(kPhoneService));
+    ASSERT_TRUE(observer.WaitFor("NotifyStatus(2, group, 100, 1)"));
+    tally.TakeHeard();
+}
+
+void ReplyStorm::Work(const std::string& name) {
+    EXPECT_EQ(manager.RemoteDeviceOnline(kPhoneService, name, "there"), 0);
+    ++expected_["NotifyReconnect(2, " + name + ")"];
+}
+
+// Of what was logged after the first so many lines.
+Lines ReplyStorm::LinesOfPcRequests(std::size_t from) {
+    const std::string kFunctions[] = {"NameChanged", "RecvRemoteMessage", "DeviceOnline",
+                                      "DeviceOffline", "SendRpcMessage"};
+    const std::vector<LogLine> log = ReadLibraryLog();
+    Lines lines;
+    for (std::size_t i = from; i < log.size(); ++i) {
+        const std::string& text = log[i].text;
+        const bool ofARequest = std::any_of(
+            std::begin(kFunctions), std::end(kFunctions), [&](const std::string& function) {
+                return text.find("(DistributedFs::RpcManager::" + function + ")") !=
+                       std::string::npos;
+            });
+        if (ofARequest && text.find("svcType:2") == std::string::npos) {
+            lines.push_back(text);
+        }
+    }
+    return lines;
+}
+
+void ReplyStorm::Rage(std::uint32_t seed, unsigned requests) {
+    const HostileService service(seed, requests);
+    ASSERT_TRUE(service.Serves());
+    const std::size_t logged = ReadLibraryLog().size();
+    expected_.clear();
+    ReplyMaker maker(seed);
+    Lines lines;
+    for (unsigned i = 0; i != requests; ++i) {
+        const Request& request = RequestOf(i);
+        const std::string name = "r" + std::to_string(i);
+        request.make(manager, name);
+        const ServiceReply reply = maker.Next();
+        lines = std::move(lines) + LinesOfRequest(request, reply);
+        if (reply.Outcome() != 0 && request.statusWhenFailed >= 0) {
+            ++expected_["NotifyStatus(1, " + name + ", " +
+                        std::to_string(request.statusWhenFailed) + ", 0)"];
+        }
+        if (i % kRequestsToOneOfWork == 0) {
+            Work("w" + std::to_string(i));
+        }
+    }
+    Work("last");
+    EXPECT_TRUE(
+        WaitFor([&] { return tally.Times("NotifyReconnect(2, last)") != 0; }, LongestStorm()))
+        << "the last request had no effect";
+    EXPECT_EQ(Difference(expected_, tally.TakeHeard()), "");
+    const Lines logLines = LinesOfPcRequests(logged);
+    for (std::size_t i = 0; i < std::max(lines.size(), logLines.size()); ++i) {
+        ASSERT_EQ(i < logLines.size() ? logLines[i] : "the end",
+                  i < lines.size() ? lines[i] : "the end")
+            << "line " << i;
+    }
+}
+
+HOST_TEST(ReplyStorm, EveryAnswer_EndsItsRequestAsItDeservesAndLeavesNothingBehind) {
+    Begin();
+    const std::uint32_t seed = HostileSeed();
+    SCOPED_TRACE("seed " + std::to_string(seed));
+    Rage(seed + 1, HostileMessages() / 2);  // what is made once is made now
+    const Footprint before = MeasureFootprint();
+    Rage(seed, HostileMessages());
+    ExpectNothingMore(before);
+    EXPECT_TRUE(Start(kPcService)) << "a round trip like any other";
+}
+
+}  // namespace
+}  // namespace PlenxTest
