@@ -104,7 +104,7 @@ struct FaultTable {
     std::vector<FaultRow> EachCall() const {
         std::vector<FaultRow> each;
         for (const FaultRow& row : rows) {
-            each.insert(each.end(), row.times, row);
+            each.insert(each.end(), row.times, {row.call, row.outcome});
         }
         return each;
     }

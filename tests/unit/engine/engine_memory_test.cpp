@@ -1,0 +1,144 @@
+// The engine when memory runs out: an operation fails by its exception, which the job's future
+// keeps; nothing stays open or half made, and the next call works.
+
+#include <gmock/gmock.h>
+
+#include <memory>
+#include <new>
+
+#include "counted_allocations.h"
+#include "engine/engine_fixture.h"
+#include "service/service_manager.h"
+
+using DistributedFs::ServiceManager;
+using testing::AnyOf;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+namespace {
+
+class EngineWithoutMemory : public EngineTest {
+protected:
+    /// Runs the operation with its n-th allocation failing, for n = 1, 2, ... until there is no
+    /// n-th, each time after prepare; returns how many failed with an exception.
+    template <class Prepare, class Operation>
+    static unsigned WithEveryAllocationFailing(Prepare prepare, Operation operation) {
+        constexpr unsigned kEndless = 5000;
+        unsigned exceptions = 0;
+        for (unsigned n = 1; n != kEndless; ++n) {
+            SCOPED_TRACE(testing::Message() << "allocation " << n);
+            prepare();
+            const FailingAllocation failing(n);
+            bool hit = true;
+            try {
+                operation();
+                hit = failing.End();
+            } catch (const std::bad_alloc&) {
+                failing.End();
+                ++exceptions;
+            }
+            EXPECT_THAT(FakePlatform::Get().OpenHandles(), IsEmpty());
+            EXPECT_EQ(FakeRpc::Get().LiveStrings(), 0U);
+            EXPECT_EQ(FakeRpc::Get().LiveBindings(), 0U);
+            EXPECT_EQ(FakeRpc::Get().LiveBlocks(), 0U);
+            if (!hit) {
+                return exceptions;
+            }
+        }
+        ADD_FAILURE() << "the operation does not end";
+        return exceptions;
+    }
+
+    static void PrepareMachine() {
+        FakePlatform::Get().Reset();
+        FakeRpc::Get().Reset();
+        FakePlatform::Get().Files().AddFile(L"C:\\App\\upgrade\\dokan1.sys");
+        FakePlatform::Get().Files().AddFile(L"C:\\Data\\plenx\\pc\\left");
+        RecordedLog::Get().Clear();
+    }
+    static void PrepareRunningService() {
+        PrepareMachine();
+        FakePlatform::Get().Scm().AddService(L"PlenxPcSvc");
+        FakePlatform::Get().Scm().SetStatus(L"PlenxPcSvc", SERVICE_RUNNING);
+    }
+};
+
+TEST_F(EngineWithoutMemory, ManagerThatCannotBeMade_IsNotThere) {
+    std::unique_ptr<ServiceManager> manager;
+    const unsigned exceptions = WithEveryAllocationFailing(
+        [&] {
+            manager = nullptr;
+            PrepareMachine();
+        },
+        [&] { manager = std::make_unique<ServiceManager>(L"C:\\App", L"C:\\Data"); });
+    EXPECT_GT(exceptions, 10U);
+    ASSERT_NE(manager, nullptr);
+    EXPECT_EQ(manager->StartPlenxService(1), 0);
+}
+
+// Nothing but lines goes lost when memory runs out at the end; the process goes on ending.
+TEST_F(EngineWithoutMemory, ManagerThatCannotCleanUp_EndsWithoutAnException) {
+    std::unique_ptr<ServiceManager> manager;
+    const unsigned exceptions = WithEveryAllocationFailing(
+        [&] {
+            PrepareMachine();
+            manager = std::make_unique<ServiceManager>(L"C:\\App", L"C:\\Data");
+        },
+        [&] { manager = nullptr; });
+    EXPECT_EQ(exceptions, 0U);
+    EXPECT_THAT(FakePlatform::Get().Files().Tree(L"C:\\Data"), IsEmpty());
+}
+
+TEST_F(EngineWithoutMemory, ServiceOperations_LeaveNoHandleOpen) {
+    PrepareMachine();
+    ServiceManager manager(L"C:\\App", L"C:\\Data");
+    const unsigned exceptions = WithEveryAllocationFailing(
+        [&] {
+            RecordedLog::Get().Clear();
+            FakePlatform::Get().ForgetCalls();
+            FakePlatform::Get().Scm().SetStatus(L"PlenxPcSvc", SERVICE_STOPPED);
+        },
+        [&] {
+            manager.StartPlenxService(1);
+            manager.StopPlenxService(1);
+        });
+    EXPECT_GE(exceptions, 1U);
+    EXPECT_EQ(manager.StartPlenxService(1), 0);
+}
+
+TEST_F(EngineWithoutMemory, StartAndStopOfAService_LeaveNothingHeld) {
+    InitEngine();
+    const auto start = [] { Engine().Start(Type(1), "group", "argument"); };
+    const auto stop = [] { Engine().Stop(Type(1), "group"); };
+    EXPECT_GE(WithEveryAllocationFailing(PrepareRunningService, start), 1U);
+    WithEveryAllocationFailing(PrepareRunningService, stop);
+    PrepareRunningService();
+    EXPECT_EQ(Engine().Start(Type(1), "group", "argument"), 0);
+}
+
+TEST_F(EngineWithoutMemory, DeviceOperations_LeaveNothingHeld) {
+    InitEngine();
+    const std::uint8_t data[] = {1, 2, 3};
+    const auto operate = [&] {
+        Engine().LocalDeviceOnline(Type(1), "group", "device", 3, data);
+        Engine().LocalDeviceOffline(Type(1), "group", "device", {});
+    };
+    WithEveryAllocationFailing(PrepareRunningService, operate);
+    EXPECT_EQ(Engine().LocalDeviceOnline(Type(1), "group", "device", 3, data), 0);
+}
+
+// The first Init runs out of memory in the middle of making the manager; the next one makes it.
+TEST_F(EngineWithoutMemory, InitThatFails_IsMadeGoodByTheNext) {
+    FakePlatform::Get().Faults().Before("CreateServiceW", 2, [] { throw std::bad_alloc(); });
+    EXPECT_THROW(Engine().Init("C:\\App", "C:\\Data"), std::bad_alloc);
+    FakePlatform::Get().Faults().Reset();
+    EXPECT_THAT(FakePlatform::Get().OpenHandles(), IsEmpty());
+    EXPECT_EQ(Engine().Start(Type(1), "g", "a"), 16);  // there is no manager
+
+    Engine().Init("C:\\App", "C:\\Data");
+    EXPECT_TRUE(FakeRpc::Get().WaitUntilListening());
+    EXPECT_EQ(Engine().Start(Type(1), "g", "a"), 0);
+    EXPECT_THAT(FakePlatform::Get().Scm().Names(), SizeIs(3));
+}
+
+}  // namespace
