@@ -56,3 +56,11 @@ function(plenx_version_resource target version_description)
   configure_file(${PROJECT_SOURCE_DIR}/cmake/version.rc.in ${resource} @ONLY)
   target_sources(${target} PRIVATE ${resource})
 endfunction()
+
+# plenx_counted(<target>): the target's lines and branches are counted if PLENX_COVERAGE is on.
+function(plenx_counted target)
+  if(PLENX_COVERAGE)
+    target_compile_options(${target} PRIVATE --coverage -fprofile-update=atomic)
+    target_link_options(${target} PUBLIC --coverage)
+  endif()
+endfunction()

@@ -1,6 +1,7 @@
 # Building both worlds.
 
 windows_build=$build_dir/windows
+windows_options=()
 dist_dir=$build_dir/dist
 run_time_dlls=(libstdc++-6.dll libgcc_s_seh-1.dll libwinpthread-1.dll)
 
@@ -13,12 +14,18 @@ configure() {
     fi
 }
 
-# build_windows [NINJA-TARGET]: the product and what belongs to it, or what is named
-build_windows() {
+# compile_windows NINJA-TARGET
+compile_windows() {
     need_packages "${windows_packages[@]}"
-    configure "$windows_build" --toolchain "$root/cmake/mingw-w64-x86-64.cmake"
-    step "build for Windows" ninja -C "$windows_build" "${1:-product}"
+    configure "$windows_build" --toolchain "$root/cmake/mingw-w64-x86-64.cmake" \
+        "${windows_options[@]}"
+    step "build for Windows" ninja -C "$windows_build" "$1"
     step "add the run time" copy_run_time "$windows_build/bin"
+}
+
+# The product and what belongs to it.
+build_windows() {
+    compile_windows product
     step "fill build/dist" install_dist
 }
 
@@ -45,15 +52,15 @@ run_time_dll() {
 
 # configure_native FLAVOUR: plain, address (with undefined) or thread
 configure_native() {
-    local sanitize=
+    local sanitize= coverage=OFF
     case $1 in
-    plain) ;;
+    plain) coverage=ON ;;
     address) sanitize=address,undefined ;;
     thread) sanitize=thread ;;
     *) fail "unknown flavour of the native tests: $1" ;;
     esac
     # Built fast rather than fast: the tests take seconds, the compiler takes minutes.
-    configure "$build_dir/native-$1" -DPLENX_SANITIZE="$sanitize" \
+    configure "$build_dir/native-$1" -DPLENX_SANITIZE="$sanitize" -DPLENX_COVERAGE=$coverage \
         -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS_DEBUG="-O0 -g1"
 }
 

@@ -26,6 +26,7 @@ check_public_header() {
 run_native() {
     local name=native-$1 status=0
     local log=$log_dir/$name-tests.txt
+    forget_counts "$build_dir/$name"
     (cd "$build_dir/$name" && ctest -j"$(nproc)" --output-on-failure \
         --output-junit "$results_dir/$name.xml") >"$log" 2>&1 </dev/null || status=$?
     report "$name" "native tests, $1" $status "$log"
@@ -51,7 +52,7 @@ report() {
 }
 
 test_windows() {
-    build_windows all
+    compile_windows all
     make_prefix_template
     local -a names=("$@")
     if [ ${#names[@]} -eq 0 ]; then
@@ -111,6 +112,7 @@ command_test() {
         step "compile the public header alone" check_public_header
         step "hold the table of tests against the tests" python3 docs/check_conformance.py
         test_native
+        check_native_coverage
         test_windows
         ;;
     native) test_native "$@" ;;

@@ -5,6 +5,7 @@
 
 #include <atomic>
 #include <chrono>
+#include <cstdlib>
 #include <functional>
 #include <future>
 #include <memory>
@@ -312,15 +313,21 @@ TEST(ThreadPool, IdlePoolsAreDestroyedWithoutALostWakeUp) {
     }
 }
 
+// A lost wake-up would leave the destructor waiting for a worker that sleeps for ever.
 TEST(ThreadPool, PoolsAreDestroyedWithJobsInFlightWithoutALostWakeUp) {
+    const char* const wanted = std::getenv("PLENX_TEST_POOLS");
+    const int pools = wanted != nullptr ? std::atoi(wanted) : 1500;
     std::atomic<int> ran{0};
-    for (int i = 0; i != 1500; ++i) {
+    int queued = 0;
+    for (int i = 0; i != pools; ++i) {
         ThreadPool pool(1 + static_cast<unsigned>(i % 3));
         for (int job = 0; job != i % 5; ++job) {
             pool.Enqueue([&ran] { ++ran; });
+            ++queued;
         }
     }
-    EXPECT_LE(ran, 1500 * 2);
+    EXPECT_GT(ran, 0);
+    EXPECT_LE(ran, queued);
 }
 
 TEST(ThreadPool, ManyProducersLoseNoJob) {

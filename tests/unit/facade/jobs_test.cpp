@@ -317,6 +317,16 @@ TEST_F(DataBlock, OfficeServiceGetsAtMost16Bytes) {
                             "LocalDeviceOnline(g, d, 1, " + sixteen.substr(0, 30) + ", 15)"));
 }
 
+TEST_F(DataBlock, OneByteIsPassedToEitherService) {
+    const auto block = Block(1);
+    Online(0, 1, block.get());
+    Online(1, 1, block.get());
+    EXPECT_THAT(FakeFileManager::Get().Calls(), ElementsAre("LocalDeviceOnline(g, d, 1, 00, 1)"));
+    EXPECT_EQ(
+        RequestsWithoutNameChanged().at(0).msg,
+        MessageOf({StringArg("g_1"), StringArg("d"), Int32Arg(0), Int32Arg(1), ArrayArg({0})}));
+}
+
 TEST_F(DataBlock, EmptyBlockIsNullForTheOfficeService) {
     Online(0, 0, Block(1).get());
     Online(0, 0, nullptr);

@@ -1,0 +1,97 @@
+// The order of the locks, asserted: everything that the facade can do is done, by several
+// threads, and no mutex may have been locked under another one but for the one pair that may.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <string>
+#include <thread>
+
+#include "engine/plenx_manager_inner.h"
+#include "facade/facade_fixture.h"
+#include "facade/lock_watch.h"
+#include "rpc/manager_calls.h"
+
+namespace {
+
+class LockOrder : public ReadyFacade {
+protected:
+    LockOrder() {
+        auto& facade = Facade();
+        const auto inFacade = [&](const std::string& name, const std::function<void()>& action) {
+            LockWatch::Name(name, &facade, sizeof(facade), action);
+        };
+        inFacade("poolMutex", [&] { facade.DeviceNameChanged("n"); });
+        inFacade("observerMutex", [&] { facade.RegisterPLENXServiceObserver(nullptr); });
+        inFacade("fileManagerMutex", [&] {
+            std::string dir;
+            facade.GetOfficeDir("g", "d", dir);
+        });
+        auto& engine = DistributedFs::PLENXManagerInner::GetInstance();
+        LockWatch::Name("engine's mutex", &engine, sizeof(engine),
+                        [&] { facade.GetStringConfig(Type(1), Key(1)); });
+        auto& rpc = DistributedFs::RpcManager::GetInstance();
+        LockWatch::Name("sendMutex", &rpc, sizeof(rpc),
+                        [&] { rpc.PingService(DistributedFs::kPcService, 0); });
+    }
+};
+
+void CallEverything(std::uint32_t type) {
+    const std::uint8_t data[2] = {1, 2};
+    std::string dir;
+    Facade().Start(Type(type), "g", "a");
+    Facade().LocalDeviceOnline(Type(type), "g", "d", 2, data);
+    Facade().RemoteDeviceOnline(Type(type), "g", "d");
+    Facade().LocalDeviceOffline(Type(type), "g", "d", DistributedFs::kDefaultTrigger);
+    Facade().RemoteDeviceOffline(Type(type), "g", "d", DistributedFs::kDefaultTrigger);
+    Facade().RecvRemoteMessage(DistributedFs::kDefaultMessage, 1, "m");
+    Facade().SetConfig(Type(type), Key(1), "text");
+    Facade().SetConfig(Type(type), Key(0), std::int64_t{1});
+    Facade().GetInt64Config(Type(type), Key(5));
+    Facade().GetStringConfig(Type(type), Key(1));
+    Facade().GetOfficeDir("g", "d", dir);
+    Facade().Stop(Type(type), "g");
+    Facade().Init("C:\\App", "C:\\Data", "third", true);
+    Facade().Destroy();
+}
+
+void NotifyEverything() {
+    for (std::int32_t id = 9; id != 19; ++id) {
+        CallManager(id, MessageOf({StringArg("g_1"), Int32Arg(1), Int32Arg(1)}));
+        CallManager(id, MessageOf({Int32Arg(1), Int32Arg(1), StringArg("m")}));
+        RecordingObserver observer;
+        Facade().RegisterPLENXServiceObserver(&observer);
+        Facade().UnregisterPLENXServiceObserver(&observer);
+    }
+}
+
+TEST_F(LockOrder, OnlyTheObserverMutexIsLockedUnderAnotherOne) {
+    std::thread notifier(NotifyEverything);
+    std::thread host([] {
+        for (std::uint32_t type = 0; type != 5; ++type) {
+            CallEverything(type);
+        }
+    });
+    notifier.join();
+    host.join();
+    WaitForJobs();
+    for (const char* name :
+         {"poolMutex", "observerMutex", "fileManagerMutex", "engine's mutex", "sendMutex"}) {
+        EXPECT_GT(LockWatch::Count(name), 5U) << name;
+    }
+    EXPECT_THAT(LockWatch::Nestings(), testing::ElementsAre("fileManagerMutex > observerMutex"));
+}
+
+// That the watch sees an inversion at all.
+TEST_F(LockOrder, AnObserverThatAsksForTheOfficeFolderIsSeenInvertingTheOrder) {
+    observer_.hook = [](const std::string&) {
+        std::string dir;
+        Facade().GetOfficeDir("g", "d", dir);
+    };
+    CallManager(15, MessageOf({Int32Arg(1)}));
+    observer_.hook = nullptr;
+    EXPECT_THAT(LockWatch::Nestings(), testing::ElementsAre("observerMutex > fileManagerMutex"));
+}
+
+}  // namespace
