@@ -34,6 +34,7 @@ void FakePlatform::Reset() {
     processes_.Reset();
     calls_.clear();
     pinCount_ = 0;
+    processEnds_ = false;
 }
 
 void FakePlatform::Record(const std::string& line) {
@@ -85,4 +86,14 @@ void FakePlatform::CountPin() {
 unsigned FakePlatform::PinCount() const {
     const Lock lock(mutex_);
     return pinCount_;
+}
+
+void FakePlatform::EndProcess() {
+    const Lock lock(mutex_);
+    processEnds_ = true;
+}
+
+bool FakePlatform::ProcessEnds() const {
+    const Lock lock(mutex_);
+    return processEnds_;
 }

@@ -59,6 +59,10 @@ public:
     void CountPin();
     unsigned PinCount() const;
 
+    /// From now on the process is ending, as the module's entry point is told by the system.
+    void EndProcess();
+    bool ProcessEnds() const;
+
     /// For the fakes.
     std::recursive_mutex& Mutex() { return mutex_; }
 
@@ -75,6 +79,7 @@ private:
     FakeScm scm_{mutex_, clock_, processes_};
     std::vector<std::string> calls_;
     unsigned pinCount_ = 0;
+    bool processEnds_ = false;
 };
 
 #endif  // PLENXSDK_FAKES_PLATFORM_FAKE_PLATFORM_H

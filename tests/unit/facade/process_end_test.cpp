@@ -1,0 +1,109 @@
+// The end of the process: what is taken back, and what is left alone because somebody may have
+// been at it. Each end is that of a child, whose very last act is to report.
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <future>
+#include <string>
+#include <thread>
+
+#include "facade/facade_fixture.h"
+
+namespace {
+
+bool reportWanted = false;
+FakeMachine* machine = nullptr;
+
+// Made before every other static and so destroyed after them.
+struct Report {
+    ~Report() {
+        delete machine;
+        if (!reportWanted) {
+            return;
+        }
+        const auto deleted = FakePlatform::Get().CallsOf({"DeleteService"}).size();
+        std::fprintf(stderr, "companions left: %zu; services deleted: %zu; handles open: %zu\n",
+                     FakeFileManager::Get().Live(), deleted,
+                     FakePlatform::Get().OpenHandles().size());
+    }
+};
+__attribute__((init_priority(101))) const Report report;
+
+[[noreturn]] void EndProcess() {
+    reportWanted = true;
+    FakePlatform::Get().EndProcess();
+    std::exit(0);
+}
+
+void InitAll() {
+    machine = new FakeMachine;
+    Facade().Init("C:\\App", "C:\\Data", "third", true);
+    if (!FakeRpc::Get().WaitUntilListening()) {
+        std::abort();
+    }
+    WaitForJobs();
+}
+
+// Returns once the companion is inside a call, where it stays.
+void BlockCompanion() {
+    static std::promise<void> reached;
+    FakeFileManager::Get().SetHook([](const std::string& call) {
+        if (call.find("GetGroupNeighborDistributedDir") == 0) {
+            reached.set_value();
+            std::this_thread::sleep_for(std::chrono::minutes(10));
+        }
+    });
+    std::thread([] {
+        std::string dir;
+        Facade().GetOfficeDir("g", "d", dir);
+    }).detach();
+    reached.get_future().wait();
+}
+
+const testing::ExitedWithCode kWell(0);
+
+TEST(ProcessEnd, OfAnIdleLibraryReleasesTheCompanionAndUninstallsTheServices) {
+    EXPECT_EXIT(
+        {
+            InitAll();
+            // The worker tells that it is done before it is idle.
+            std::this_thread::sleep_for(std::chrono::seconds(1));
+            EndProcess();
+        },
+        kWell, "companions left: 0; services deleted: 2; handles open: 0");
+}
+
+TEST(ProcessEnd, OfAnUnusedLibraryDoesNothing) {
+    EXPECT_EXIT(EndProcess(), kWell, "companions left: 0; services deleted: 0; handles open: 0");
+}
+
+TEST(ProcessEnd, WithTheWorkerInsideTheCompanionLeavesThatAlone) {
+    EXPECT_EXIT(
+        {
+            InitAll();
+            static std::promise<void> reached;
+            FakeFileManager::Get().SetHook([](const std::string&) {
+                reached.set_value();
+                std::this_thread::sleep_for(std::chrono::minutes(10));
+            });
+            Facade().Start(Type(0), "g", "a");
+            reached.get_future().wait();
+            EndProcess();
+        },
+        kWell, "companions left: 1; services deleted: 2; handles open: 0");
+}
+
+TEST(ProcessEnd, WithAHostThreadInsideTheCompanionLeavesThatAlone) {
+    EXPECT_EXIT(
+        {
+            InitAll();
+            BlockCompanion();
+            EndProcess();
+        },
+        kWell, "companions left: 1; services deleted: 2; handles open: 0");
+}
+
+}  // namespace
