@@ -1,0 +1,39 @@
+// Whether a long run stayed flat. Samples are taken while nothing is going on; the first quarter
+// is the warm-up, the medians of the second and of the last quarter are compared.
+
+#ifndef PLENXSDK_TESTS_WINDOWS_SOAK_JUDGEMENT_H
+#define PLENXSDK_TESTS_WINDOWS_SOAK_JUDGEMENT_H
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace PlenxSoak {
+
+struct Sample {
+    std::uint64_t privateBytes = 0;
+    std::uint64_t heapBytes = 0;  ///< what is allocated and not freed on the run time's heap
+    std::uint64_t handles = 0;
+    std::uint64_t threads = 0;
+};
+
+/// Fewer samples than that are no judgement.
+constexpr std::size_t kFewestSamples = 8;
+
+/// What may be gained between the two quarters.
+constexpr std::uint64_t kPrivateBytesTolerance = 1024 * 1024;
+constexpr std::uint64_t kHeapBytesTolerance = 32 * 1024;
+constexpr std::uint64_t kHandlesTolerance = 4;
+constexpr std::uint64_t kThreadsTolerance = 0;
+
+/// The medians of the second quarter and of the last one.
+Sample AfterWarmUp(const std::vector<Sample>& samples);
+Sample AtTheEnd(const std::vector<Sample>& samples);
+
+/// A line for each figure that has grown; empty when the run stayed flat.
+std::vector<std::string> Judge(const std::vector<Sample>& samples);
+
+}  // namespace PlenxSoak
+
+#endif  // PLENXSDK_TESTS_WINDOWS_SOAK_JUDGEMENT_H

@@ -1,0 +1,82 @@
+// The observers of a soak run: one that stays and keeps the books, and guests that come, behave
+// badly and go.
+
+#ifndef PLENXSDK_TESTS_WINDOWS_SOAK_OBSERVERS_H
+#define PLENXSDK_TESTS_WINDOWS_SOAK_OBSERVERS_H
+
+#include <atomic>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "plenxsdk/plenx_manager.h"
+#include "soak/complaints.h"
+#include "soak/dice.h"
+#include "soak/outcome_book.h"
+#include "soak/tally.h"
+
+namespace PlenxSoak {
+
+/// The group names of host thread N begin with this and N.
+constexpr char kGroupPrefix[] = "soak";
+
+/// Gives each outcome to the book of the thread that it belongs to; counts everything.
+class BookKeeper : public DistributedFs::PLENXServiceObserver {
+public:
+    BookKeeper(std::vector<OutcomeBook>& books, Tally& tally, Complaints& complaints)
+        : books_(books), tally_(tally), complaints_(complaints) {}
+
+    int SendLocalMessage(DistributedFs::PLENXMessageType type, unsigned int length,
+                         const std::string& message) override;
+    int NotifyConnect(DistributedFs::ServiceType service, const std::string& group) override;
+    int NotifyDisconnect(DistributedFs::ServiceType service, const std::string& group) override;
+    int NotifyReconnect(DistributedFs::ServiceType service, const std::string& group) override;
+    int QueryLinkStatus(DistributedFs::ServiceType service, const std::string& group,
+                        unsigned int linkType, std::int32_t& status) override;
+    int NotifyStatus(DistributedFs::ServiceType service, const std::string& group,
+                     unsigned int kind, bool value) override;
+    int NotifyError(int code) override;
+    int NotifyDiskName(const std::string& name) override;
+
+private:
+    int Count(const char* notification);
+
+    std::vector<OutcomeBook>& books_;
+    Tally& tally_;
+    Complaints& complaints_;
+    std::atomic<int> inside_{0};
+};
+
+/// Is slow, fails, throws where nobody waits for an outcome, and calls the library back. Complains
+/// when it is called after it was told that it has left.
+class Guest : public DistributedFs::PLENXServiceObserver {
+public:
+    Guest(std::uint64_t seed, std::uint64_t number, Complaints& complaints)
+        : dice_(seed, number), complaints_(complaints) {}
+
+    void HasLeft() { hasLeft_ = true; }
+
+    int SendLocalMessage(DistributedFs::PLENXMessageType type, unsigned int length,
+                         const std::string& message) override;
+    int NotifyConnect(DistributedFs::ServiceType service, const std::string& group) override;
+    int NotifyDisconnect(DistributedFs::ServiceType service, const std::string& group) override;
+    int NotifyReconnect(DistributedFs::ServiceType service, const std::string& group) override;
+    int QueryLinkStatus(DistributedFs::ServiceType service, const std::string& group,
+                        unsigned int linkType, std::int32_t& status) override;
+    int NotifyStatus(DistributedFs::ServiceType service, const std::string& group,
+                     unsigned int kind, bool value) override;
+    int NotifyError(int code) override;
+    int NotifyDiskName(const std::string& name) override;
+
+private:
+    int Misbehave();
+    int MisbehaveOrThrow();
+
+    Dice dice_;  // notifications never overlap
+    Complaints& complaints_;
+    std::atomic<bool> hasLeft_{false};
+};
+
+}  // namespace PlenxSoak
+
+#endif  // PLENXSDK_TESTS_WINDOWS_SOAK_OBSERVERS_H

@@ -1,0 +1,302 @@
+#include "soak/soak_run.h"
+
+#include <windows.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <deque>
+#include <memory>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "plenxsdk/plenx_manager.h"
+#include "soak/closing_table.h"
+#include "soak/complaints.h"
+#include "soak/host_thread.h"
+#include "soak/measure.h"
+#include "soak/mender.h"
+#include "soak/observers.h"
+#include "soak/outcome_book.h"
+#include "soak/rest_gate.h"
+#include "soak/tally.h"
+#include "soak/trouble.h"
+#include "support/install_folder.h"
+
+namespace PlenxSoak {
+
+using namespace DistributedFs;
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr unsigned kHostThreads = 4;
+constexpr unsigned kMender = kHostThreads;  // the book of the calls at rest
+constexpr std::uint64_t kGuestStream = 1000000;
+constexpr int kStuck = 2;
+
+std::uint64_t Number(const wchar_t* variable, std::uint64_t otherwise) {
+    wchar_t text[32];
+    const DWORD length = GetEnvironmentVariableW(variable, text, 32);
+    return length != 0 && length < 32 ? std::wcstoull(text, nullptr, 0) : otherwise;
+}
+
+class SoakRun {
+public:
+    explicit SoakRun(const Plan& plan);
+    int Execute();
+
+private:
+    void Busy(HostThread& thread);
+    void LetGuestsIn();
+    void MakeTrouble();
+    void MendServices();
+    void Watch();
+
+    void Rest();
+    void ComeToRest();
+    void StopServices();
+    void LetCallsBreak();
+    void ShowProgress(const Sample& sample) const;
+    int Close();
+    [[noreturn]] void GiveUp(const std::string& why);
+
+    unsigned SecondsSinceStart() const;
+
+    const Plan plan_;
+    const ULONGLONG start_ = GetTickCount64();
+    // In use until the process ends; the test program removes it.
+    PlenxTest::InstallFolder& folder_ = *new PlenxTest::InstallFolder(L"plenx-soak");
+    PLENXManager& manager_ = PLENXManager::GetInstance();
+    Tally tally_;
+    Complaints complaints_;
+    std::vector<OutcomeBook> books_{kHostThreads + 1};
+    BookKeeper bookKeeper_{books_, tally_, complaints_};
+    Trouble trouble_{plan_.seed, folder_.InstallPath(), tally_};
+    Mender mender_{tally_};
+    std::vector<std::unique_ptr<HostThread>> hosts_;
+    RestGate gate_{kHostThreads + 3};
+    std::vector<Sample> samples_;
+    Sample first_;
+    std::vector<std::uint64_t> goodStarts_;
+};
+
+SoakRun::SoakRun(const Plan& plan) : plan_(plan) {
+    for (unsigned i = 0; i != kHostThreads; ++i) {
+        hosts_.push_back(std::make_unique<HostThread>(
+            plan.seed, i, folder_.Install(), folder_.Data(), books_[i], tally_, complaints_));
+    }
+}
+
+unsigned SoakRun::SecondsSinceStart() const {
+    return static_cast<unsigned>((GetTickCount64() - start_) / 1000);
+}
+
+int SoakRun::Execute() {
+    std::printf("soak: %u s with seed %llu\n", plan_.seconds,
+                static_cast<unsigned long long>(plan_.seed));
+    std::fflush(stdout);
+    manager_.RegisterPLENXServiceObserver(&bookKeeper_);
+    manager_.Init(folder_.Install(), folder_.Data(), "third", true);
+
+    std::vector<std::thread> threads;
+    for (const auto& host : hosts_) {
+        threads.emplace_back([&] { Busy(*host); });
+    }
+    threads.emplace_back([&] { LetGuestsIn(); });
+    threads.emplace_back([&] { MakeTrouble(); });
+    threads.emplace_back([&] { MendServices(); });
+    std::thread([this] { Watch(); }).detach();
+
+    // At least sixteen rests, and not more than one every 5 s nor less than one every 30 s.
+    const unsigned busySeconds = std::clamp(plan_.seconds / 24, 3u, 30u);
+    const unsigned showEvery = std::clamp(plan_.seconds / 12, 10u, 60u);
+    unsigned nextShow = 0;
+    Rest();
+    first_ = samples_.front();
+    while (SecondsSinceStart() < plan_.seconds) {
+        gate_.Open();
+        Sleep(busySeconds * 1000);
+        Rest();
+        if (SecondsSinceStart() >= nextShow) {
+            ShowProgress(samples_.back());
+            nextShow = SecondsSinceStart() + showEvery;
+        }
+    }
+    LetCallsBreak();
+    gate_.EndAll();
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+    manager_.UnregisterPLENXServiceObserver(&bookKeeper_);
+    return Close();
+}
+
+void SoakRun::Busy(HostThread& thread) {
+    while (gate_.Pass()) {
+        if (!thread.Round()) {
+            GiveUp("the outcomes of a round have not come");
+        }
+    }
+}
+
+// Those that have left are kept for a while, to hear of it when they are called all the same.
+void SoakRun::LetGuestsIn() {
+    constexpr std::size_t kRemembered = 16;
+    Dice dice(plan_.seed, kGuestStream);
+    std::deque<std::unique_ptr<Guest>> gone;
+    std::uint64_t number = kGuestStream;
+    while (gate_.Pass()) {
+        auto guest = std::make_unique<Guest>(plan_.seed, ++number, complaints_);
+        manager_.RegisterPLENXServiceObserver(guest.get());
+        Sleep(static_cast<DWORD>(dice.Below(100)));
+        manager_.UnregisterPLENXServiceObserver(guest.get());
+        guest->HasLeft();
+        tally_.Count("guests", "guests");
+        gone.push_back(std::move(guest));
+        if (gone.size() > kRemembered) {
+            gone.pop_front();
+        }
+    }
+}
+
+void SoakRun::MakeTrouble() {
+    while (gate_.Pass()) {
+        Sleep(trouble_.Next());
+    }
+}
+
+void SoakRun::MendServices() {
+    while (gate_.Pass()) {
+        mender_.MendDead();
+        Sleep(500);
+    }
+}
+
+// A call that does not return is not seen by its own thread.
+void SoakRun::Watch() {
+    for (;;) {
+        Sleep(1000);
+        for (const auto& host : hosts_) {
+            const std::uint64_t since = host->callSince;
+            if (since != 0 && GetTickCount64() > since + kPatienceSeconds * 1000) {
+                GiveUp(std::string("a call does not return: ") + host->call.load());
+            }
+        }
+    }
+}
+
+// Nothing is under way, no service runs, every setting is what it was at the beginning.
+void SoakRun::Rest() {
+    ComeToRest();
+    mender_.Kill(samples_.size());
+    StopServices();
+    mender_.EndAll();
+    for (const wchar_t* service : {L"pc", L"phone"}) {
+        std::error_code ignored;
+        fs::remove(folder_.WorkingFolder() / service / L"service.log", ignored);
+    }
+    samples_.push_back(MeasureAtRest());
+    const Tally::Names outcomes = tally_.Of("outcomes");
+    std::uint64_t good = 0;
+    for (const char* name : {"start 1 true", "start 2 true"}) {
+        const auto found = outcomes.find(name);
+        good += found != outcomes.end() ? found->second : 0;
+    }
+    goodStarts_.push_back(good);
+}
+
+// The last part of the run: what is left of it is not measured, but all is answered.
+void SoakRun::LetCallsBreak() {
+    trouble_.LetCallsBreak();
+    gate_.Open();
+    Sleep(std::clamp(plan_.seconds / 20, 5u, 60u) * 1000);
+    ComeToRest();
+}
+
+void SoakRun::ComeToRest() {
+    if (!gate_.Close(std::chrono::seconds(2 * kPatienceSeconds))) {
+        GiveUp("a thread does not come to rest");
+    }
+    trouble_.Rest();
+}
+
+void SoakRun::StopServices() {
+    const std::string group = kGroupPrefix + std::to_string(kMender);
+    OutcomeBook& book = books_[kMender];
+    manager_.SetConfig(kCombinedService, kLocaleConfig, "en_US");
+    for (const ServiceType service : {kPcService, kPhoneService, kOfficeService}) {
+        book.Expect({service, group, kStatusStop}, OutcomeBook::kCertain);
+        book.Expect({kCombinedService, group, kStatusStop}, OutcomeBook::kPossible);
+        manager_.Stop(service, group);
+    }
+    if (!book.WaitForAll(std::chrono::seconds(kPatienceSeconds))) {
+        GiveUp("the stops before a rest have no outcome");
+    }
+    manager_.Destroy();
+}
+
+void SoakRun::ShowProgress(const Sample& sample) const {
+    std::printf(
+        "%5u s  %8llu calls  %8llu outcomes  %9llu notifications  %6.1f MiB private"
+        "  %6.2f MiB heap  %4llu handles  %3llu threads\n",
+        SecondsSinceStart(), static_cast<unsigned long long>(tally_.Total("calls")),
+        static_cast<unsigned long long>(tally_.Total("outcomes")),
+        static_cast<unsigned long long>(tally_.Total("notifications")),
+        static_cast<double>(sample.privateBytes) / (1024 * 1024),
+        static_cast<double>(sample.heapBytes) / (1024 * 1024),
+        static_cast<unsigned long long>(sample.handles),
+        static_cast<unsigned long long>(sample.threads));
+    std::fflush(stdout);
+}
+
+int SoakRun::Close() {
+    std::vector<std::string> failures = complaints_.All();
+    for (const std::string& grown : Judge(samples_)) {
+        failures.push_back(grown);
+    }
+    // A run whose services no longer start has tried nothing since.
+    const std::size_t lastQuarter = goodStarts_.size() - goodStarts_.size() / 4 - 1;
+    if (goodStarts_.back() == goodStarts_[lastQuarter]) {
+        failures.push_back("no service was started in the last quarter");
+    }
+    PrintClosingTable(first_, samples_, tally_);
+    for (const std::string& failure : failures) {
+        std::printf("FAILED: %s\n", failure.c_str());
+    }
+    std::printf("soak: %s, seed %llu\n", failures.empty() ? "all held" : "failed",
+                static_cast<unsigned long long>(plan_.seed));
+    std::fflush(stdout);
+    return failures.empty() ? 0 : 1;
+}
+
+// What hangs would also hang the end of the process: it is ended at once.
+void SoakRun::GiveUp(const std::string& why) {
+    std::printf("STUCK after %u s with seed %llu: %s\n", SecondsSinceStart(),
+                static_cast<unsigned long long>(plan_.seed), why.c_str());
+    for (unsigned i = 0; i != books_.size(); ++i) {
+        const std::uint64_t since = i < hosts_.size() ? hosts_[i]->callSince.load() : 0;
+        std::printf(" thread %u%s%s\n%s", i, since != 0 ? " is inside " : " is in no call",
+                    since != 0 ? hosts_[i]->call.load() : "", books_[i].Missing().c_str());
+    }
+    std::fflush(stdout);
+    TerminateProcess(GetCurrentProcess(), kStuck);
+    std::abort();
+}
+
+}  // namespace
+
+Plan PlanFromEnvironment() {
+    const Plan usual;
+    return {static_cast<unsigned>(Number(L"PLENX_SOAK_SECONDS", usual.seconds)),
+            Number(L"PLENX_SOAK_SEED", usual.seed)};
+}
+
+int Run(const Plan& plan) {
+    // Never destroyed: its members may be in use until the process ends.
+    return (new SoakRun(plan))->Execute();
+}
+
+}  // namespace PlenxSoak

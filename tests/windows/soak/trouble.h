@@ -1,0 +1,43 @@
+// How the services misbehave: a new mix for each service every now and then.
+
+#ifndef PLENXSDK_TESTS_WINDOWS_SOAK_TROUBLE_H
+#define PLENXSDK_TESTS_WINDOWS_SOAK_TROUBLE_H
+
+#include <atomic>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "soak/dice.h"
+#include "soak/tally.h"
+
+namespace PlenxSoak {
+
+/// Writes the development service's control file and the office stand-in's variable. The sequence
+/// of mixes is a function of the seed; when each takes over is not.
+class Trouble {
+public:
+    Trouble(std::uint64_t seed, const std::filesystem::path& installFolder, Tally& tally);
+
+    /// The next mix. @return how long it is to last, in milliseconds.
+    unsigned Next();
+    /// All services behave.
+    void Rest();
+    /// From now on services also end, or raise exceptions, in the middle of a call. This comes
+    /// last: under Wine the library cannot reach such a service again.
+    void LetCallsBreak() { callsMayBreak_ = true; }
+
+private:
+    std::string Mix(const std::string& service);
+    std::string Add(const std::string& service, const std::vector<const char*>& trouble);
+    void Write(const std::string& lines) const;
+
+    Dice dice_;
+    const std::filesystem::path file_;
+    Tally& tally_;
+    std::atomic<bool> callsMayBreak_{false};
+};
+
+}  // namespace PlenxSoak
+
+#endif  // PLENXSDK_TESTS_WINDOWS_SOAK_TROUBLE_H
