@@ -99,6 +99,11 @@ void RecordedLog::SetMissing(bool missing) {
     missing_ = missing;
 }
 
+void RecordedLog::SetUnmakeable(bool unmakeable) {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    unmakeable_ = unmakeable;
+}
+
 void RecordedLog::SetThrowing(bool throwing) {
     const std::lock_guard<std::mutex> lock(mutex_);
     throwing_ = throwing;
@@ -106,6 +111,9 @@ void RecordedLog::SetThrowing(bool throwing) {
 
 bool RecordedLog::IsMissing() const {
     const std::lock_guard<std::mutex> lock(mutex_);
+    if (unmakeable_) {
+        throw std::runtime_error("the logger cannot be made");
+    }
     return missing_;
 }
 

@@ -38,10 +38,13 @@ public:
 
     /// From now on there is no logger / there is one again.
     void SetMissing(bool missing);
+    /// From now on asking for the logger throws / gives it again.
+    void SetUnmakeable(bool unmakeable);
     /// From now on Log throws instead of taking the line / takes lines again.
     void SetThrowing(bool throwing);
 
     // For the fake logger.
+    /// @throws std::runtime_error when the logger cannot be made.
     bool IsMissing() const;
     void Take(int level, const std::wstring& text);
 
@@ -50,6 +53,7 @@ private:
     mutable std::condition_variable changed_;
     std::vector<RecordedLine> lines_;
     bool missing_ = false;
+    bool unmakeable_ = false;
     bool throwing_ = false;
 };
 

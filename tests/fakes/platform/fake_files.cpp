@@ -12,6 +12,8 @@ namespace {
 using Lock = std::lock_guard<std::recursive_mutex>;
 
 constexpr DWORD kFound = 0;
+constexpr std::size_t kLongestPath = 32767;
+constexpr std::size_t kRoomForAName = 12;  // must be left in the path of a new folder
 
 }  // namespace
 
@@ -25,6 +27,8 @@ void FakeFiles::Reset() {
     const Lock lock(mutex_);
     entries_.clear();
     listings_.CloseAll();
+    hasLinks_ = false;
+    longestPath_ = kLongestPath;
     AddFolder(L"C:");
 }
 
@@ -54,11 +58,17 @@ void FakeFiles::AddFile(const std::wstring& path, const std::string& content) {
 void FakeFiles::AddFolderLink(const std::wstring& path, const std::wstring& target) {
     const Lock lock(mutex_);
     Add(path, true).linkTarget = FullPath(target);
+    hasLinks_ = true;
 }
 
 void FakeFiles::AddFileLink(const std::wstring& path, const std::wstring& target) {
     const Lock lock(mutex_);
     Add(path, false).linkTarget = FullPath(target);
+}
+
+void FakeFiles::LimitPaths(std::size_t length) {
+    const Lock lock(mutex_);
+    longestPath_ = length;
 }
 
 void FakeFiles::Give(const std::wstring& path, FileTrait trait) {
@@ -113,6 +123,9 @@ const FakeFiles::Entry* FakeFiles::Look(const std::wstring& path) const {
 
 std::wstring FakeFiles::Resolve(const std::wstring& path) const {
     std::wstring full = FullPath(path);
+    if (!hasLinks_) {
+        return full;  // which is quick, however deep
+    }
     for (std::size_t end = full.find(L'\\', RootOf(full).size() + 1); end != full.npos;
          end = full.find(L'\\', end + 1)) {
         const Entry* const above = Look(full.substr(0, end));
@@ -128,6 +141,9 @@ std::wstring FakeFiles::Resolve(const std::wstring& path) const {
 DWORD FakeFiles::FindEntry(const std::wstring& resolved) const {
     if (resolved.find_first_of(L"?*<>|\"") != resolved.npos) {
         return ERROR_INVALID_NAME;
+    }
+    if (IsTooLong(resolved)) {
+        return ERROR_PATH_NOT_FOUND;
     }
     if (Look(resolved) != nullptr) {
         return kFound;
@@ -155,6 +171,9 @@ DWORD FakeFiles::MakeFolder(const std::wstring& path) {
         return ERROR_PATH_NOT_FOUND;
     }
     const std::wstring full = Resolve(path);
+    if (full.size() + kRoomForAName > longestPath_) {
+        return ERROR_FILENAME_EXCED_RANGE;
+    }
     const DWORD found = FindEntry(full);
     if (found == kFound) {
         return ERROR_ALREADY_EXISTS;
@@ -210,7 +229,7 @@ DWORD FakeFiles::RemoveFile(const std::wstring& path) {
 }
 
 DWORD FakeFiles::CheckTarget(const std::wstring& to, bool replace, bool sourceIsFolder) const {
-    const DWORD refused = CheckFolderAbove(to);
+    const DWORD refused = IsTooLong(to) ? ERROR_PATH_NOT_FOUND : CheckFolderAbove(to);
     const Entry* const present = Look(to);
     if (refused != 0 || present == nullptr) {
         return refused;

@@ -9,6 +9,7 @@
 
 #include <windows.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <map>
 #include <mutex>
@@ -41,6 +42,10 @@ public:
     void AddFolderLink(const std::wstring& path, const std::wstring& target);
     /// A symbolic link to a file.
     void AddFileLink(const std::wstring& path, const std::wstring& target);
+
+    /// From now on the functions do not reach paths that are longer, as Windows without long
+    /// paths; those of a test still do.
+    void LimitPaths(std::size_t length);
 
     void Give(const std::wstring& path, FileTrait trait);
     void Take(const std::wstring& path, FileTrait trait);
@@ -93,6 +98,7 @@ private:
     /// The path with every link above its last part replaced by the target.
     std::wstring Resolve(const std::wstring& path) const;
     DWORD FindEntry(const std::wstring& resolved) const;
+    bool IsTooLong(const std::wstring& path) const { return path.size() > longestPath_; }
     DWORD CheckFolderAbove(const std::wstring& resolved) const;
     bool IsEmptyFolder(const std::wstring& resolved) const;
     DWORD CheckTarget(const std::wstring& to, bool replace, bool sourceIsFolder) const;
@@ -101,6 +107,8 @@ private:
     std::recursive_mutex& mutex_;
     Entries entries_;
     HandleTable<Listing> listings_;
+    bool hasLinks_ = false;
+    std::size_t longestPath_ = 0;
 };
 
 #endif  // PLENXSDK_FAKES_PLATFORM_FAKE_FILES_H

@@ -18,7 +18,7 @@ DWORD FakeFiles::List(const std::wstring& pattern, std::uintptr_t& listing, Foun
         std::abort();
     }
     const Entry* const listed = Look(folder);
-    if (listed == nullptr) {
+    if (listed == nullptr || IsTooLong(full)) {
         return ERROR_PATH_NOT_FOUND;
     }
     if (!listed->folder) {
@@ -29,7 +29,8 @@ DWORD FakeFiles::List(const std::wstring& pattern, std::uintptr_t& listing, Foun
     }
     Listing made = {folder, {}, 0};
     for (const auto& [key, entry] : entries_) {
-        if (&entry != listed && Folded(FolderAbove(entry.path)) == Folded(folder)) {
+        const bool sameLength = entry.path.rfind(L'\\') == folder.size();
+        if (&entry != listed && sameLength && Folded(FolderAbove(entry.path)) == Folded(folder)) {
             made.entries.push_back(
                 {NameOf(entry.path), entry.Attributes(), static_cast<DWORD>(entry.content.size())});
         }

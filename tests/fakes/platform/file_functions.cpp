@@ -23,6 +23,7 @@ int ErrnoOf(DWORD error) {
     case ERROR_FILE_NOT_FOUND:
     case ERROR_PATH_NOT_FOUND:
     case ERROR_NO_MORE_FILES:
+    case ERROR_FILENAME_EXCED_RANGE:
         return ENOENT;
     case ERROR_ACCESS_DENIED:
     case ERROR_SHARING_VIOLATION:

@@ -1,0 +1,176 @@
+// Working folders that resist, and trees that somebody has made to be awkward.
+
+#include "service/file_utils.h"
+#include "service_manager_test.h"
+
+using DistributedFs::FileUtils;
+using DistributedFs::ServiceManager;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::ElementsAreArray;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+namespace {
+
+const std::string kForce = "FileUtils::ForceRemoveDirectory";
+const std::string kRemove = "FileUtils::RemoveDirectoryW";
+const std::string kMake = "FileUtils::MakeDirectory";
+
+std::wstring Deep(std::wstring path, int levels, const std::wstring& name) {
+    for (int level = 0; level != levels; ++level) {
+        path += L"\\" + name;
+    }
+    return path;
+}
+
+class HostileFolders : public ServiceManagerTest {
+protected:
+    /// The working folder that is chosen; empty when there is none.
+    std::wstring Choose(const std::wstring& dataFolder = kData) {
+        std::wstring out;
+        return ServiceManager::MakeSourcePath(dataFolder, out) == 0 ? out : L"";
+    }
+    static std::vector<std::string> Fresh(const std::string& folder) {
+        return {folder + "\\", folder + "\\pc\\", folder + "\\phone\\"};
+    }
+};
+
+TEST_F(HostileFolders, FolderHeldOpen_IsEmptiedAndPassedOver) {
+    files.AddFile(L"C:\\Data\\plenx\\pc\\left");
+    files.Give(L"C:\\Data\\plenx", FileTrait::kHeldOpen);
+    EXPECT_EQ(Choose(), L"C:\\Data\\plenx0");
+    EXPECT_THAT(Lines(), ElementsAre(Error("rmdir error 32", kRemove)));
+    EXPECT_THAT(files.Tree(L"C:\\Data\\plenx"), IsEmpty());
+}
+
+TEST_F(HostileFolders, SubfolderHeldOpen_StopsTheRemovalThere) {
+    files.AddFile(L"C:\\Data\\plenx\\pc\\left");
+    files.AddFile(L"C:\\Data\\plenx\\zed");
+    files.Give(L"C:\\Data\\plenx\\pc", FileTrait::kHeldOpen);
+    EXPECT_EQ(Choose(), L"C:\\Data\\plenx0");
+    EXPECT_THAT(Lines(),
+                ElementsAre(Error("rmdir error 32", kRemove), Error("rmdir error 13", kForce)));
+    EXPECT_THAT(files.Tree(L"C:\\Data\\plenx"),
+                ElementsAre("C:\\Data\\plenx\\pc\\", "C:\\Data\\plenx\\zed"));
+}
+
+TEST_F(HostileFolders, ReadOnlyFile_IsNotMadeWritable) {
+    files.AddFile(L"C:\\Data\\plenx\\phone\\kept", "content");
+    files.Give(L"C:\\Data\\plenx\\phone\\kept", FileTrait::kReadOnly);
+    EXPECT_EQ(Choose(), L"C:\\Data\\plenx0");
+    EXPECT_THAT(Lines(),
+                ElementsAre(Error("unlink error 13", kForce), Error("rmdir error 13", kForce)));
+    EXPECT_EQ(files.Content(L"C:\\Data\\plenx\\phone\\kept"), "content");
+}
+
+TEST_F(HostileFolders, DataFolderThatIsReadOnlyForUs_LeavesNoTrace) {
+    files.Give(kData, FileTrait::kDenied);
+    EXPECT_EQ(Choose(), L"");
+    EXPECT_THAT(files.Tree(kData), IsEmpty());
+    EXPECT_EQ(Lines(), Texts(101, Error("mkdir error 5", kMake)));
+}
+
+TEST_F(HostileFolders, TwoHundredLevels_AreRemoved) {
+    files.AddFile(Deep(L"C:\\Data\\plenx", 200, L"d") + L"\\file");
+    EXPECT_EQ(Choose(), L"C:\\Data\\plenx");
+    EXPECT_THAT(Lines(), IsEmpty());
+    EXPECT_THAT(files.Tree(kData), ElementsAreArray(Fresh("C:\\Data\\plenx")));
+}
+
+TEST_F(HostileFolders, PathOf32000Characters_IsRemoved) {
+    const std::wstring deepest = Deep(L"C:\\Data\\plenx", 125, std::wstring(255, L'n'));
+    ASSERT_GT(deepest.size(), 32000U);
+    files.AddFolder(deepest);
+    EXPECT_EQ(Choose(), L"C:\\Data\\plenx");
+    EXPECT_THAT(Lines(), IsEmpty());
+    EXPECT_THAT(files.Tree(kData), ElementsAreArray(Fresh("C:\\Data\\plenx")));
+}
+
+// Without long paths the inner folders do not exist for us, and those above them are not empty.
+TEST_F(HostileFolders, TreeBeyondTheReachOfTheSystem_IsPassedOver) {
+    files.AddFile(Deep(L"C:\\Data\\plenx", 2, std::wstring(200, L'n')) + L"\\file");
+    files.LimitPaths(MAX_PATH - 1);
+    EXPECT_EQ(Choose(), L"C:\\Data\\plenx0");
+    EXPECT_THAT(Lines(),
+                ElementsAre(Error("rmdir error 145", kRemove), Error("rmdir error 41", kForce)));
+    EXPECT_TRUE(files.Exists(Deep(L"C:\\Data\\plenx", 2, std::wstring(200, L'n')) + L"\\file"));
+}
+
+TEST_F(HostileFolders, DataFolderTooLongForAnyCandidate_LeavesNoTrace) {
+    const std::wstring data = Deep(L"C:", 1, std::wstring(250, L'n'));
+    files.AddFile(data + L"\\other");
+    files.LimitPaths(250);
+    EXPECT_EQ(Choose(data), L"");
+    EXPECT_EQ(Lines(), Texts(101, Error("mkdir error 206", kMake)));
+    EXPECT_THAT(files.Tree(data), ElementsAre(HasSubstr("\\other")));
+}
+
+TEST_F(HostileFolders, DataFolderTooLongForASubfolder_RemovesEachCandidateAgain) {
+    const std::wstring data = Deep(L"C:", 1, std::wstring(200, L'n'));
+    files.AddFolder(data);
+    files.LimitPaths(data.size() + std::wstring(L"\\plenx99\\pc").size() + 12);
+    EXPECT_EQ(Choose(data), L"");
+    EXPECT_EQ(Lines(), Texts(101, Error("mkdir error 206", kMake)));
+    EXPECT_THAT(files.Tree(data), IsEmpty());
+}
+
+TEST_F(HostileFolders, FoldersOutsideAscii_AreUsedUnitByUnit) {
+    const std::wstring install =
+        L"C:\\\x00DC"
+        L"bung";
+    const std::wstring data = L"C:\\\x65E5\x672C\\\xD83D\xDE00";  // the last is a pair
+    files.AddFile(install + L"\\upgrade\\dokan1.sys", "new");
+    files.AddFile(data + L"\\plenx\\\x0416\\left");
+    ServiceManager manager(install, data);
+    EXPECT_EQ(files.Content(install + L"\\dokan1.sys"), "new");
+    EXPECT_THAT(files.Tree(data), ElementsAreArray(Fresh("C:\\\u65E5\u672C\\\U0001F600\\plenx")));
+    EXPECT_EQ(scm.Find(L"PlenxPcSvc")->config.binaryPath, install + L"\\plenxservice.exe");
+    EXPECT_EQ(manager.StartPlenxService(kPc), 0);
+    EXPECT_THAT(scm.Find(L"PlenxPcSvc")->arguments,
+                ElementsAre(install, data + L"\\plenx\\pc", L"1"));
+}
+
+// Links. What they point to is never emptied, wherever they lie.
+
+TEST_F(HostileFolders, LinkToAFolderAboveItself_IsNotFollowed) {
+    files.AddFile(L"C:\\Data\\precious");
+    files.AddFolderLink(L"C:\\Data\\plenx\\pc\\up", L"C:\\Data");
+    files.AddFolderLink(L"C:\\Data\\plenx\\self", L"C:\\Data\\plenx");
+    EXPECT_EQ(Choose(), L"C:\\Data\\plenx");
+    EXPECT_THAT(Lines(), IsEmpty());
+    EXPECT_THAT(files.Tree(kData), Contains("C:\\Data\\precious"));
+}
+
+TEST_F(HostileFolders, LinksInPlaceOfTheSubfolders_AreReplaced) {
+    files.AddFile(L"C:\\Target\\keep");
+    files.AddFolderLink(L"C:\\Data\\plenx\\pc", L"C:\\Target");
+    files.AddFileLink(L"C:\\Data\\plenx\\phone", L"C:\\Target\\keep");
+    EXPECT_EQ(Choose(), L"C:\\Data\\plenx");
+    EXPECT_THAT(Lines(), IsEmpty());
+    EXPECT_THAT(files.Tree(L"C:\\Target"), ElementsAre("C:\\Target\\keep"));
+    EXPECT_THAT(files.Tree(kData), ElementsAreArray(Fresh("C:\\Data\\plenx")));
+}
+
+// The host has chosen it: its working folder goes there, and only that is emptied.
+TEST_F(HostileFolders, DataFolderThatIsALink_IsUsedAsItIs) {
+    files.AddFile(L"C:\\Target\\keep");
+    files.AddFile(L"C:\\Target\\plenx\\old");
+    files.AddFolderLink(L"C:\\Link", L"C:\\Target");
+    EXPECT_EQ(Choose(L"C:\\Link"), L"C:\\Link\\plenx");
+    EXPECT_THAT(Lines(), IsEmpty());
+    EXPECT_THAT(files.Tree(L"C:\\Target"),
+                ElementsAre("C:\\Target\\keep", "C:\\Target\\plenx\\", "C:\\Target\\plenx\\pc\\",
+                            "C:\\Target\\plenx\\phone\\"));
+}
+
+TEST_F(HostileFolders, LinkThatCannotBeRemoved_IsPassedOver) {
+    files.AddFile(L"C:\\Target\\keep");
+    files.AddFolderLink(L"C:\\Data\\plenx", L"C:\\Target");
+    files.Give(L"C:\\Data\\plenx", FileTrait::kHeldOpen);
+    EXPECT_EQ(Choose(), L"C:\\Data\\plenx0");
+    EXPECT_THAT(Lines(), ElementsAre(Error("rmdir error 13", kForce)));
+    EXPECT_THAT(files.Tree(L"C:\\Target"), ElementsAre("C:\\Target\\keep"));
+}
+
+}  // namespace
