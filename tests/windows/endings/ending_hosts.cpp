@@ -2,90 +2,37 @@
 
 #include <windows.h>
 
+#include <algorithm>
 #include <atomic>
 #include <cstdlib>
-#include <stdexcept>
+#include <filesystem>
+#include <initializer_list>
+#include <thread>
 
-#include "plenxsdk/plenx_manager.h"
+#include "endings/loaded_library.h"
+#include "support/install_folder.h"
 #include "support/service_state.h"
 
 namespace PlenxTest {
 namespace {
-
-using DistributedFs::PLENXManager;
-using DistributedFs::PLENXServiceObserver;
-using DistributedFs::ServiceType;
-
-// The DLL loaded by hand: members are called through their exported names.
-class Library {
-public:
-    Library() : module_(LoadLibraryW(L"plenxsdk.dll")) {
-        if (module_ == nullptr) {
-            throw std::runtime_error("plenxsdk.dll cannot be loaded");
-        }
-    }
-
-    void Free() { FreeLibrary(module_); }
-
-    PLENXManager& Manager() const {
-        return *Function<PLENXManager* (*)()>("_ZN13DistributedFs12PLENXManager11GetInstanceEv")();
-    }
-    void Init(const std::string& install, const std::string& data) const {
-        using Call =
-            void (*)(PLENXManager*, const std::string&, const std::string&, std::string, bool);
-        Function<Call>(
-            "_ZN13DistributedFs12PLENXManager4InitERKNSt7__cxx1112basic_stringIcSt11"
-            "char_traitsIcESaIcEEES8_S6_b")(&Manager(), install, data, "third", true);
-    }
-    void Start(ServiceType service) const {
-        using Call = int (*)(PLENXManager*, ServiceType, const std::string&, const std::string&);
-        Function<Call>(
-            "_ZN13DistributedFs12PLENXManager5StartENS_11ServiceTypeERKNSt7__cxx1112"
-            "basic_stringIcSt11char_traitsIcESaIcEEES9_")(&Manager(), service, "group", "argument");
-    }
-    void Rename(const std::string& name) const {
-        using Call = int (*)(PLENXManager*, const std::string&);
-        Function<Call>(
-            "_ZN13DistributedFs12PLENXManager17DeviceNameChangedERKNSt7__cxx1112basic_"
-            "stringIcSt11char_traitsIcESaIcEEE")(&Manager(), name);
-    }
-    std::int64_t NotRunning(ServiceType service) const {
-        using Call = std::int64_t (*)(PLENXManager*, ServiceType, DistributedFs::ConfigType);
-        return Function<Call>(
-            "_ZN13DistributedFs12PLENXManager14GetInt64ConfigENS_11ServiceTypeENS"
-            "_10ConfigTypeE")(&Manager(), service, DistributedFs::kServiceNotRunningConfig);
-    }
-    void Register(PLENXServiceObserver* observer) const {
-        using Call = void (*)(PLENXManager*, PLENXServiceObserver*);
-        Function<Call>(
-            "_ZN13DistributedFs12PLENXManager28RegisterPLENXServiceObserverEPNS_20PLENX"
-            "ServiceObserverE")(&Manager(), observer);
-    }
-
-private:
-    template <class Call>
-    Call Function(const char* name) const {
-        const FARPROC function = GetProcAddress(module_, name);
-        if (function == nullptr) {
-            throw std::runtime_error(std::string("not exported: ") + name);
-        }
-        return reinterpret_cast<Call>(reinterpret_cast<void*>(function));
-    }
-
-    HMODULE module_;
-};
 
 class CountingObserver : public PLENXServiceObserver {
 public:
     std::atomic<int> calls{0};
     std::atomic<bool> started{false};
     std::atomic<bool> exitInside{false};
+    std::atomic<bool> stayInStatus{false};
+    std::atomic<bool> stayInConnect{false};
+    std::atomic<bool> stays{false};
 
     int SendLocalMessage(DistributedFs::PLENXMessageType, unsigned int,
                          const std::string&) override {
         return Count();
     }
-    int NotifyConnect(ServiceType, const std::string&) override { return Count(); }
+    int NotifyConnect(ServiceType, const std::string&) override {
+        StayIf(stayInConnect);
+        return Count();
+    }
     int NotifyDisconnect(ServiceType, const std::string&) override { return Count(); }
     int NotifyReconnect(ServiceType, const std::string&) override { return Count(); }
     int QueryLinkStatus(ServiceType, const std::string&, unsigned int, std::int32_t&) override {
@@ -97,6 +44,7 @@ public:
             if (exitInside) {
                 std::exit(17);
             }
+            StayIf(stayInStatus);
         }
         return Count();
     }
@@ -104,6 +52,12 @@ public:
     int NotifyDiskName(const std::string&) override { return Count(); }
 
 private:
+    void StayIf(bool wanted) {
+        if (wanted) {
+            stays = true;
+            Sleep(INFINITE);  // until the process ends
+        }
+    }
     int Count() {
         ++calls;
         return 0;
@@ -210,6 +164,104 @@ int CallsArriving(const std::string& install, const std::string& data) {
                                                                                      : kNotReached;
 }
 
+// What the service is at, from its log: asking the Service Control Manager would get in the
+// worker's way, as Wine confuses two threads of a process that ask at once (error 6).
+bool PcServiceComesToSay(const std::string& data, std::initializer_list<const char*> oneOf) {
+    const auto file = std::filesystem::path(data) / "plenx" / "pc" / "service.log";
+    return WaitFor(
+        [&] {
+            const std::string log = ReadFile(file);
+            return std::any_of(oneOf.begin(), oneOf.end(), [&](const char* text) {
+                return log.find(text) != std::string::npos;
+            });
+        },
+        10000);
+}
+
+// The service takes its time to start: the worker polls its state.
+int WaitingForAStart(const std::string& install, const std::string& data) {
+    Library library;
+    library.Init(install, data);
+    library.Start(DistributedFs::kPcService);
+    return PcServiceComesToSay(data, {" pc starts, process"}) ? 19 : kNotReached;
+}
+
+// The service takes its time to stop, or never does.
+int WaitingForAStop(const std::string& install, const std::string& data) {
+    Library library;
+    library.Register(&Observer());
+    library.Init(install, data);
+    library.Start(DistributedFs::kPcService);
+    library.Stop(DistributedFs::kPcService);
+    return PcServiceComesToSay(data, {" pc stops", " pc never leaves stop pending"}) ? 20
+                                                                                     : kNotReached;
+}
+
+// The service has got a request and does not answer it.
+int WaitingForAnAnswer(const std::string& install, const std::string& data) {
+    Library library;
+    library.Register(&Observer());
+    library.Init(install, data);
+    library.Start(DistributedFs::kPcService);
+    if (!WaitFor([] { return Observer().started.load(); }, 10000)) {
+        return kNotReached;
+    }
+    library.RemoteDeviceOnline(DistributedFs::kPcService);
+    return PcServiceComesToSay(data, {" pc received DeviceOnline"}) ? 21 : kNotReached;
+}
+
+// The worker, or a thread of the RPC runtime, is in an observer and holds the observers' lock.
+int ObserverStays(std::atomic<bool>& where, const std::string& install, const std::string& data) {
+    Library library;
+    where = true;
+    library.Register(&Observer());
+    library.Init(install, data);
+    library.Start(DistributedFs::kPcService);
+    return WaitFor([] { return Observer().stays.load(); }, 10000) ? 22 : kNotReached;
+}
+
+int WorkerStaysInObserver(const std::string& install, const std::string& data) {
+    return ObserverStays(Observer().stayInStatus, install, data);
+}
+
+int RpcThreadStaysInObserver(const std::string& install, const std::string& data) {
+    return ObserverStays(Observer().stayInConnect, install, data);
+}
+
+int FreeOnAnotherThread(const std::string& install, const std::string& data) {
+    Library library;
+    library.Init(install, data);
+    std::thread([&] { library.Free(); }).join();
+    if (GetModuleHandleW(L"plenxsdk.dll") == nullptr) {
+        return kNotReached;
+    }
+    return WaitForEngine(library) ? 23 : kNotReached;
+}
+
+// Threads that are inside the library's functions, wherever that may be, when another one exits.
+int ExitWhileOthersCall(const std::string& install, const std::string& data) {
+    Library library;
+    library.Init(install, data);
+    if (!WaitForEngine(library)) {
+        return kNotReached;
+    }
+    std::atomic<int> rounds{0};
+    for (int i = 0; i != 3; ++i) {
+        std::thread([&] {
+            CountingObserver mine;
+            for (;;) {
+                library.Register(&mine);
+                library.Rename("name");
+                library.NotRunning(DistributedFs::kPcService);
+                library.Unregister(&mine);
+                ++rounds;
+            }
+        }).detach();
+    }
+    WaitFor([&] { return rounds >= 10; }, 10000);
+    ExitProcess(24);
+}
+
 constexpr HostMode kModes[] = {
     {"use-nothing", 11, UseNothing},
     {"load-and-free", 12, LoadAndFree},
@@ -219,6 +271,13 @@ constexpr HostMode kModes[] = {
     {"busy-with-queue", 16, BusyWithQueue},
     {"exit-inside-observer", 17, ExitInsideObserver},
     {"calls-arriving", 18, CallsArriving},
+    {"waiting-for-a-start", 19, WaitingForAStart},
+    {"waiting-for-a-stop", 20, WaitingForAStop},
+    {"waiting-for-an-answer", 21, WaitingForAnAnswer},
+    {"worker-stays-in-observer", 22, WorkerStaysInObserver},
+    {"rpc-thread-stays-in-observer", 22, RpcThreadStaysInObserver},
+    {"free-on-another-thread", 23, FreeOnAnotherThread},
+    {"exit-while-others-call", 24, ExitWhileOthersCall},
 };
 
 }  // namespace

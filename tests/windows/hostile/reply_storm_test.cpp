@@ -98,6 +98,8 @@ void ReplyStorm::Begin() {
     Init();
     ASSERT_TRUE(Start(kPhoneService));
     ASSERT_TRUE(observer.WaitFor("NotifyStatus(2, group, 100, 1)"));
+    // It keeps all that it hears.
+    manager.UnregisterPLENXServiceObserver(&observer);
     tally.TakeHeard();
 }
 
@@ -168,6 +170,7 @@ HOST_TEST(ReplyStorm, EveryAnswer_EndsItsRequestAsItDeservesAndLeavesNothingBehi
     const Footprint before = MeasureFootprint();
     Rage(seed, HostileMessages());
     ExpectNothingMore(before);
+    manager.RegisterPLENXServiceObserver(&observer);
     EXPECT_TRUE(Start(kPcService)) << "a round trip like any other";
 }
 

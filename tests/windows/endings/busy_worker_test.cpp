@@ -1,0 +1,56 @@
+// A host that ends while the library's threads are in the middle of something: it ends just as
+// well. Each of these takes its time, so they run less often than the others.
+
+#include <algorithm>
+
+#include "endings/endings.h"
+
+namespace PlenxTest {
+namespace {
+
+class BusyWorker : public Endings {
+protected:
+    void RunLessOften(const std::string& modeName, Left left = Left::kNothing) {
+        RunOften(modeName, left, std::max(Repetitions() / 16, 1));
+    }
+};
+
+// A service that is starting takes no stop, so it rightly stays; the next host takes it over.
+TEST_F(BusyWorker, HostThatExitsWhileAServiceStarts_ExitsAndLeavesThatServiceAlone) {
+    folder_.SetServiceControl("pc.start_delay=20000\n");
+    RunLessOften("waiting-for-a-start", Left::kThePcService);
+}
+
+TEST_F(BusyWorker, HostThatExitsWhileAServiceStops_ExitsAndUninstalls) {
+    folder_.SetServiceControl("pc.stop_delay=700\n");
+    RunLessOften("waiting-for-a-stop");
+}
+
+TEST_F(BusyWorker, HostThatExitsWhileAServiceHangsInItsStop_ExitsAndLeavesThatServiceAlone) {
+    folder_.SetServiceControl("pc.stop=never\n");
+    RunLessOften("waiting-for-a-stop", Left::kThePcService);
+}
+
+TEST_F(BusyWorker, HostThatExitsInACallThatIsNeverAnswered_ExitsAndUninstalls) {
+    folder_.SetServiceControl("pc.delay.DeviceOnline=60000\n");
+    RunLessOften("waiting-for-an-answer");
+}
+
+TEST_F(BusyWorker, HostThatExitsWhileTheWorkerIsInAnObserver_ExitsAndUninstalls) {
+    RunLessOften("worker-stays-in-observer");
+}
+
+TEST_F(BusyWorker, HostThatExitsWhileAServiceIsInAnObserver_ExitsAndUninstalls) {
+    RunLessOften("rpc-thread-stays-in-observer");
+}
+
+TEST_F(BusyWorker, HostThatFreesTheLibraryOnAnotherThread_KeepsItAndExits) {
+    RunLessOften("free-on-another-thread");
+}
+
+TEST_F(BusyWorker, HostThatExitsWhileOtherThreadsCall_ExitsAndUninstalls) {
+    RunLessOften("exit-while-others-call");
+}
+
+}  // namespace
+}  // namespace PlenxTest

@@ -1,0 +1,85 @@
+#include "endings/endings.h"
+
+#include <windows.h>
+
+#include <cstdlib>
+
+#include "support/child_process.h"
+#include "support/service_state.h"
+
+namespace PlenxTest {
+namespace {
+
+constexpr DWORD kDeadline = 5000;  // from the host's return to its exit, and then some
+constexpr DWORD kRunTime = 15000;  // for what the host does before it returns
+
+bool WaitUntilGone(const wchar_t* service) {
+    for (int i = 0; i != 100 && IsRegistered(service); ++i) {
+        Sleep(20);
+    }
+    return !IsRegistered(service);
+}
+
+}  // namespace
+
+int Repetitions() {
+    const char* const text = std::getenv("PLENX_TEST_ENDINGS");
+    return text != nullptr ? std::atoi(text) : 50;
+}
+
+Endings::Endings() {
+    SetEnvironmentVariableW(L"PLENX_LOG_FILE", libraryLog_.c_str());
+    SetEnvironmentVariableW(L"PLENX_OFFICE_LOG", officeLog_.c_str());
+}
+
+Endings::~Endings() {
+    SetEnvironmentVariableW(L"PLENX_LOG_FILE", nullptr);
+    SetEnvironmentVariableW(L"PLENX_OFFICE_LOG", nullptr);
+}
+
+bool Endings::CompanionWasReleased() const {
+    return ReadFile(officeLog_).find("~DistributedFileManager()") != std::string::npos;
+}
+
+void Endings::Run(const HostMode& mode) {
+    std::filesystem::remove(libraryLog_);
+    std::filesystem::remove(officeLog_);
+    const std::string arguments =
+        std::string("--host ") + mode.name + " " + folder_.Install() + " " + folder_.Data();
+    ChildProcess host(ChildProcess::Self(std::wstring(arguments.begin(), arguments.end())));
+    ASSERT_TRUE(host.Started()) << "error " << host.StartError();
+    const auto code = host.WaitForExit(kRunTime + kDeadline);
+    ASSERT_TRUE(code.has_value()) << "the host hangs";
+    ASSERT_EQ(*code, static_cast<DWORD>(mode.exitCode));
+}
+
+// A deleted service is gone when the last handle to it is closed; one that the worker died with is
+// closed by the system soon after the exit.
+void Endings::ExpectIsLeft(Left left) {
+    if (left == Left::kWhatInitHadMade) {
+        return;
+    }
+    EXPECT_TRUE(WaitUntilGone(L"PlenxPhoneSvc"));
+    if (left == Left::kNothing) {
+        EXPECT_TRUE(WaitUntilGone(L"PlenxPcSvc"));
+        EXPECT_FALSE(std::filesystem::exists(folder_.WorkingFolder()));
+    } else {
+        EXPECT_TRUE(IsRegistered(L"PlenxPcSvc"));
+        EndService(L"PlenxPcSvc");
+        EXPECT_TRUE(WaitUntilGone(L"PlenxPcSvc"));
+    }
+}
+
+void Endings::RunOften(const std::string& modeName, Left left, int times) {
+    const HostMode* const mode = FindHostMode(modeName);
+    ASSERT_NE(mode, nullptr);
+    for (int i = 0; i < times && !HasFailure(); ++i) {
+        Run(*mode);
+        ExpectIsLeft(left);
+        if (HasFailure()) {
+            ADD_FAILURE() << "in run " << i << "; the library wrote:\n" << ReadFile(libraryLog_);
+        }
+    }
+}
+
+}  // namespace PlenxTest
