@@ -1,6 +1,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <sys/resource.h>
+
+#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -109,6 +112,50 @@ TEST_F(CategoryIcons, RootOfUtf8IsUsedAsItsBytes) {
     EXPECT_EQ(ContentOf(root + "\\res\\plenx\\icon\\file\\desktop.ini").substr(19, 40),
               "IconResource=C:\\\xC3\x9C\\res\\plenx\\icon\\file\\f");
     EXPECT_THAT(IconTexts(), IsEmpty());
+}
+
+// A file that was opened but cannot be written brings no line, and the others are written.
+
+// While it lives, no file grows beyond the size.
+class FileSizeLimit {
+public:
+    explicit FileSizeLimit(rlim_t size) : signal_(std::signal(SIGXFSZ, SIG_IGN)) {
+        getrlimit(RLIMIT_FSIZE, &before_);
+        const rlimit limit{size, before_.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ~FileSizeLimit() {
+        setrlimit(RLIMIT_FSIZE, &before_);
+        std::signal(SIGXFSZ, signal_);
+    }
+    FileSizeLimit(const FileSizeLimit&) = delete;
+    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
+
+private:
+    void (*const signal_)(int);
+    rlimit before_{};
+};
+
+TEST_F(CategoryIcons, FileOnAFullDiskIsPassedOverSilently) {
+    std::filesystem::create_symlink("/dev/full", PathOf("file"));
+    Engine().Init("C:\\App", "C:\\Data");
+    EXPECT_THAT(IconTexts(), IsEmpty());
+    for (const char* const category : {"archive", "audio", "picture", "video"}) {
+        EXPECT_EQ(ContentOf(PathOf(category)), Expected(category));
+    }
+    EXPECT_TRUE(FakeRpc::Get().WaitUntilListening());
+}
+
+TEST_F(CategoryIcons, FileThatEndsShortIsLeftSo) {
+    {
+        const FileSizeLimit limit(30);
+        Engine().Init("C:\\App", "C:\\Data");
+    }
+    EXPECT_THAT(IconTexts(), IsEmpty());
+    for (const std::string& category : kCategories) {
+        EXPECT_EQ(ContentOf(PathOf(category)), Expected(category).substr(0, 30));
+    }
+    EXPECT_TRUE(FakeRpc::Get().WaitUntilListening());
 }
 
 }  // namespace
