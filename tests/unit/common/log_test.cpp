@@ -175,6 +175,17 @@ TEST(Log, ThrowingLoggerIsTolerated) {
     EXPECT_THAT(Texts(), IsEmpty());
 }
 
+TEST(Log, LoggerThatCannotBeMadeIsToleratedAndAskedForAgain) {
+    RecordedLog::Get().SetUnmakeable(true);
+    DistributedFs::TouchLogger();
+    errno = ENOENT;
+    EXPECT_NO_THROW(LogError(kFunction, "lost"));
+    EXPECT_EQ(errno, ENOENT);
+    RecordedLog::Get().SetUnmakeable(false);
+    LogError(kFunction, "kept");
+    EXPECT_THAT(Texts(), ElementsAre("L4 kept(DistributedFs::Room::Operation)"));
+}
+
 TEST(Log, LinesOfManyThreadsAreAllWrittenWhole) {
     std::vector<std::thread> threads;
     for (int i = 0; i != 8; ++i) {
