@@ -8,6 +8,9 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstddef>
+#include <string_view>
+#include <utility>
+#include <vector>
 
 #include "common/log.h"
 #include "common/result_code.h"
@@ -45,60 +48,94 @@ bool IsRoot(const std::wstring& path) {
     return std::all_of(afterShare, path.end(), IsSeparator);
 }
 
-std::int32_t RemoveFile(const std::wstring& path) {
-    if (_wunlink(path.c_str()) != 0) {
-        LogError(kForceRemove, "[PLENXSDK] unlink error ", errno);
+// Of a link the link itself: what it points to is not under the folder, and may be anything.
+std::int32_t RemoveFileOrLink(const std::wstring& path, unsigned attributes) {
+    const bool isFolder = (attributes & _A_SUBDIR) != 0;
+    if ((isFolder ? _wrmdir(path.c_str()) : _wunlink(path.c_str())) != 0) {
+        const int number = errno;
+        const char* const text = isFolder ? "[PLENXSDK] rmdir error " : "[PLENXSDK] unlink error ";
+        LogError(kForceRemove, text, number);
         return kNotRemoved;
     }
     return kSuccess;
 }
 
-// What a link points to is not under the folder, and may be anything.
-std::int32_t RemoveLink(const std::wstring& path, unsigned attributes) {
-    if ((attributes & _A_SUBDIR) == 0) {
-        return RemoveFile(path);
-    }
-    if (_wrmdir(path.c_str()) != 0) {
-        LogError(kForceRemove, "[PLENXSDK] rmdir error ", errno);
-        return kNotRemoved;
-    }
-    return kSuccess;
-}
+// Removes a folder and all that is in it, depth first. It does not call itself: how deep a tree
+// is lies with whoever made it, and the stack is not that deep.
+class TreeRemoval {
+public:
+    explicit TreeRemoval(std::wstring path) : path_(std::move(path)) {}
 
-std::int32_t RemoveEntry(const std::wstring& path, unsigned attributes) {
-    if (IsLink(attributes)) {
-        return RemoveLink(path, attributes);
-    }
-    if ((attributes & _A_SUBDIR) == 0) {
-        return RemoveFile(path);
-    }
-    if (FileUtils::ForceRemoveDirectory(path) != kSuccess) {
-        LogError(kForceRemove, "[PLENXSDK] rmdir error ", errno);
-        return kNotRemoved;
-    }
-    return kSuccess;
-}
-
-std::int32_t RemoveEntries(const std::wstring& path) {
-    _wfinddata64i32_t entry{};
-    const std::wstring pattern = path + L"\\*.*";
-    const ListingHandle listing(_wfindfirst64i32(pattern.c_str(), &entry));
-    if (!listing) {
-        LogError(kForceRemove, "[PLENXSDK] find first error ", errno);
-        return kNotRemoved;
-    }
-    // The first entry is "." and skipped unseen.
-    while (_wfindnext64i32(listing.Get(), &entry) == 0) {
-        const std::wstring name = entry.name;
-        if (name == L"." || name == L"..") {
-            continue;
+    std::int32_t Run() {
+        std::int32_t code = BeginFolder();
+        while (code == kSuccess && !levels_.empty()) {
+            code = RemoveNextEntry();
         }
-        if (RemoveEntry(path + L"\\" + name, entry.attrib) != kSuccess) {
+        // Each folder above what has failed says so too.
+        for (; !levels_.empty(); levels_.pop_back()) {
+            LogError(kForceRemove, "[PLENXSDK] rmdir error ", errno);
+        }
+        return code;
+    }
+
+private:
+    // A folder whose entries are being removed.
+    struct Level {
+        ListingHandle listing;
+        std::size_t pathLength;
+    };
+
+    // The folder of path_ is removed, or its listing begun.
+    std::int32_t BeginFolder() {
+        if (FileUtils::FileExists(path_) != kSuccess) {
+            return kSuccess;
+        }
+        const DWORD attributes = GetFileAttributesW(path_.c_str());
+        if (attributes == INVALID_FILE_ATTRIBUTES) {
+            // It may be a link: it is removed only if that takes nothing with it.
+            return FileUtils::RemoveDirectoryW(path_);
+        }
+        if (IsLink(attributes)) {
+            return RemoveFileOrLink(path_, attributes);
+        }
+        _wfinddata64i32_t first{};  // "." and skipped unseen
+        const std::wstring pattern = path_ + L"\\*.*";
+        ListingHandle listing(_wfindfirst64i32(pattern.c_str(), &first));
+        if (!listing) {
+            LogError(kForceRemove, "[PLENXSDK] find first error ", errno);
             return kNotRemoved;
         }
+        levels_.push_back({std::move(listing), path_.size()});
+        return kSuccess;
     }
-    return kSuccess;
-}
+
+    // Of the innermost folder; after its last entry the folder itself.
+    std::int32_t RemoveNextEntry() {
+        path_.resize(levels_.back().pathLength);
+        _wfinddata64i32_t entry{};
+        if (_wfindnext64i32(levels_.back().listing.Get(), &entry) != 0) {
+            levels_.pop_back();
+            return FileUtils::RemoveDirectoryW(path_);
+        }
+        const std::wstring_view name = entry.name;
+        if (name == L"." || name == L"..") {
+            return kSuccess;
+        }
+        path_.append(L"\\").append(name);
+        const bool isFolder = (entry.attrib & _A_SUBDIR) != 0;
+        if (isFolder && !IsLink(entry.attrib)) {
+            return BeginFolder();
+        }
+        const std::int32_t code = RemoveFileOrLink(path_, entry.attrib);
+        if (code != kSuccess) {
+            levels_.pop_back();  // the line is the folder's own
+        }
+        return code;
+    }
+
+    std::wstring path_;  // of the entry at hand
+    std::vector<Level> levels_;
+};
 
 }  // namespace
 
@@ -151,19 +188,7 @@ std::int32_t FileUtils::ForceRemoveDirectory(std::wstring path) {
     if (IsRoot(path)) {
         return kNotRemoved;
     }
-    if (FileExists(path) != kSuccess) {
-        return kSuccess;
-    }
-    const DWORD attributes = GetFileAttributesW(path.c_str());
-    // What cannot be looked at may be a link: it is removed only if that takes nothing with it.
-    const bool known = attributes != INVALID_FILE_ATTRIBUTES;
-    if (known && IsLink(attributes)) {
-        return RemoveLink(path, attributes);
-    }
-    if (known && RemoveEntries(path) != kSuccess) {
-        return kNotRemoved;
-    }
-    return RemoveDirectoryW(path);
+    return TreeRemoval(std::move(path)).Run();
 }
 
 }  // namespace DistributedFs

@@ -1,5 +1,10 @@
 // Working folders that resist, and trees that somebody has made to be awkward.
 
+#include <pthread.h>
+
+#include <cstddef>
+#include <functional>
+
 #include "service/file_utils.h"
 #include "service_manager_test.h"
 
@@ -22,6 +27,22 @@ std::wstring Deep(std::wstring path, int levels, const std::wstring& name) {
         path += L"\\" + name;
     }
     return path;
+}
+
+// Runs the action on a thread whose stack is smaller than any that the library gets.
+void RunOnSmallStack(std::function<void()> action) {
+    constexpr std::size_t kStack = 512 * 1024;
+    pthread_attr_t attributes;
+    ASSERT_EQ(pthread_attr_init(&attributes), 0);
+    ASSERT_EQ(pthread_attr_setstacksize(&attributes, kStack), 0);
+    pthread_t thread;
+    const auto run = [](void* function) -> void* {
+        (*static_cast<std::function<void()>*>(function))();
+        return nullptr;
+    };
+    ASSERT_EQ(pthread_create(&thread, &attributes, run, &action), 0);
+    pthread_join(thread, nullptr);
+    pthread_attr_destroy(&attributes);
 }
 
 class HostileFolders : public ServiceManagerTest {
@@ -85,6 +106,30 @@ TEST_F(HostileFolders, PathOf32000Characters_IsRemoved) {
     EXPECT_EQ(Choose(), L"C:\\Data\\plenx");
     EXPECT_THAT(Lines(), IsEmpty());
     EXPECT_THAT(files.Tree(kData), ElementsAreArray(Fresh("C:\\Data\\plenx")));
+}
+
+// How deep a tree is lies with whoever made it: the removal must not need more of the stack for
+// it. The worker's is 1 or 2 MB, and a path of 32767 characters has room for 16000 levels.
+TEST_F(HostileFolders, AThousandLevels_AreRemovedOnASmallStack) {
+    files.AddFile(Deep(L"C:\\Data\\plenx", 1000, L"d") + L"\\file");
+    std::int32_t code = -1;
+    RunOnSmallStack([&] { code = FileUtils::ForceRemoveDirectory(L"C:\\Data\\plenx"); });
+    EXPECT_EQ(code, 0);
+    EXPECT_THAT(Lines(), IsEmpty());
+    EXPECT_THAT(files.Tree(kData), IsEmpty());
+}
+
+TEST_F(HostileFolders, FailureBelowAThousandLevels_GivesOneLinePerLevel) {
+    const std::wstring held = Deep(L"C:\\Data\\plenx", 1000, L"d") + L"\\file";
+    files.AddFile(held);
+    files.Give(held, FileTrait::kHeldOpen);
+    std::int32_t code = -1;
+    RunOnSmallStack([&] { code = FileUtils::ForceRemoveDirectory(L"C:\\Data\\plenx"); });
+    EXPECT_EQ(code, 28);
+    Texts expected(1001, Error("rmdir error 13", kForce));
+    expected[0] = Error("unlink error 13", kForce);
+    EXPECT_EQ(Lines(), expected);
+    EXPECT_TRUE(files.Exists(held));
 }
 
 // Without long paths the inner folders do not exist for us, and those above them are not empty.
