@@ -113,6 +113,7 @@ command_test() {
         step "hold the table of tests against the tests" python3 docs/check_conformance.py
         test_native
         check_native_coverage
+        step "see the tests notice mutants" check_some_mutants
         test_windows
         ;;
     native) test_native "$@" ;;

@@ -41,7 +41,7 @@ _FLIPS = [
     (r" - ", " + "),
     (r"\breturn kSuccess\b", "return kReadFailed"),
     (r"\breturn k(?!Success\b)\w+(?=;)", "return kSuccess"),
-    (r"\bbreak;", ""),
+    (r"\bbreak;(?!\s*\})", ""),  # at the end of a switch it changes nothing
     (r"\bcontinue;", ""),
 ]
 _NUMBER = re.compile(r"(?<![\w.'])(0x[0-9a-fA-F]+|\d+)(?![\w.'])")

@@ -1,0 +1,38 @@
+# The long forms of what './plenx test' does briefly.
+
+stress_pools=100000
+stress_endings=300
+stress_messages=10000
+
+mutate_packages=("${native_packages[@]}" python3)
+
+# The tests, tested: how many of COUNT small changes of the sources they notice.
+command_mutate() {
+    need_packages "${mutate_packages[@]}"
+    build_native plain
+    python3 tests/mutation/mutate.py "$build_dir/native-plain" --count "${1:-250}" \
+        --seed "${2:-1}" --jobs "$(nproc)"
+}
+
+check_some_mutants() {
+    python3 tests/mutation/mutate.py "$build_dir/native-plain" --brief --count 8 --seed 2 \
+        --jobs "$(nproc)"
+}
+
+command_stress() {
+    results_dir=$build_dir/test-results
+    mkdir -p "$results_dir"
+    local flavour
+    for flavour in plain address thread; do
+        build_native "$flavour"
+        echo "  $stress_pools thread pools, $flavour"
+        step "destroy pools with jobs in flight, $flavour" env PLENX_TEST_POOLS=$stress_pools \
+            "$build_dir/native-$flavour/tests/unit/common/common_test" \
+            --gtest_filter='ThreadPool.PoolsAreDestroyedWithJobsInFlightWithoutALostWakeUp'
+    done
+    windows_test_seconds=7200
+    export PLENX_TEST_ENDINGS=$stress_endings PLENX_TEST_HOSTILE=$stress_messages
+    echo "  $stress_endings hosts that end in each way, then $stress_messages messages each way"
+    test_windows endings_test hostile_test
+    [ $all_failed -eq 0 ]
+}
