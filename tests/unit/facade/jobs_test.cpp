@@ -21,6 +21,7 @@
 using DistributedFs::PLENXMessageType;
 using DistributedFs::TriggerType;
 using testing::ElementsAre;
+using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::SizeIs;
 
@@ -151,6 +152,14 @@ TEST_P(EveryJob, OfTypes1And2GoesToTheEngine) {
     std::vector<std::string> texts = FacadeTexts();
     ASSERT_GE(texts.size(), 2U);
     EXPECT_EQ(std::vector<std::string>(texts.begin(), texts.begin() + 2), FirstLines("1"));
+}
+
+TEST_P(EveryJob, OfKnownTypesIsNotCalledInvalid) {
+    for (std::uint32_t type = 0; type <= 3; ++type) {
+        Param().call(type);
+    }
+    WaitForJobs();
+    EXPECT_THAT(FacadeTexts(), testing::Each(testing::Not(HasSubstr("invalid"))));
 }
 
 TEST_P(EveryJob, OfTypesAbove3OnlyLogs) {
