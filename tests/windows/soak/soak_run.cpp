@@ -110,8 +110,8 @@ int SoakRun::Execute() {
     threads.emplace_back([&] { MendServices(); });
     std::thread([this] { Watch(); }).detach();
 
-    // At least sixteen rests, and not more than one every 5 s nor less than one every 30 s.
-    const unsigned busySeconds = std::clamp(plan_.seconds / 24, 3u, 30u);
+    // Often: a rest also heals what has been broken, and what is broken slows everything down.
+    const unsigned busySeconds = std::clamp(plan_.seconds / 24, 3u, 10u);
     const unsigned showEvery = std::clamp(plan_.seconds / 12, 10u, 60u);
     unsigned nextShow = 0;
     Rest();

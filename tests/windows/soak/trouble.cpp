@@ -39,7 +39,7 @@ const Lines kTroubles[] = {
 };
 
 // Each of these costs the library seconds, and all other calls wait for it.
-constexpr std::size_t kOneCostlyIn = 20;
+constexpr std::size_t kOneCostlyIn = 40;
 const Lines kCostlyTroubles[] = {
     {"start_never=yes"}, {"serve=no"}, {"accept_stop=no"}, {"stop=ignore"}, {"stop=never"},
 };
