@@ -120,8 +120,8 @@ void DevService::RequestStop() {
 
 // The library may itself be ending and answer nobody any more, so nothing here waits long.
 void DevService::End() {
-    Progress(SERVICE_STOP_PENDING, kStopHint,
-             static_cast<DWORD>(control_.Read().Number("stop_delay")));
+    const Settings settings = control_.Read();
+    Progress(SERVICE_STOP_PENDING, kStopHint, static_cast<DWORD>(settings.Number("stop_delay")));
     const bool sent = sender_.Stop(kLastNotifications);
     if (!sent) {
         log_.Write("the library does not come back from a notification");
@@ -131,6 +131,7 @@ void DevService::End() {
     log_.Write("has stopped");
     log_.LeaveDataFolder();
     status_.Stopped();
+    Sleep(static_cast<DWORD>(settings.Number("linger")));
     if (!sent) {
         TerminateProcess(GetCurrentProcess(), 0);
     }

@@ -42,6 +42,7 @@ constexpr Key kKeys[] = {
     // when it is to stop
     {"stop", Kind::kStop, false},
     {"stop_delay", Kind::kNumber, false},
+    {"linger", Kind::kNumber, false},
     // always
     {"log", Kind::kText, false},
 };

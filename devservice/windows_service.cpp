@@ -7,13 +7,17 @@
 #include <vector>
 
 #include "dev_service.h"
+#include "handle.h"
 
 namespace PlenxService {
 namespace {
 
 constexpr DWORD kFirstHint = 3000;
 
+constexpr DWORD kLongestLinger = 60 * 1000;
+
 std::atomic<DevService*> running{nullptr};
+const Handle left = MakeEvent();  // the service's thread has done all that it wanted to
 
 DWORD WINAPI OnControl(DWORD control, DWORD, void*, void*) {
     switch (control) {
@@ -34,6 +38,7 @@ DWORD WINAPI OnControl(DWORD control, DWORD, void*, void*) {
 void WINAPI ServiceMain(DWORD count, wchar_t** arguments) {
     const SERVICE_STATUS_HANDLE handle = RegisterServiceCtrlHandlerExW(L"", OnControl, nullptr);
     if (!handle) {
+        SetEvent(left.Get());
         return;
     }
     // Kept until the process ends: controls and late requests may still come in.
@@ -44,11 +49,13 @@ void WINAPI ServiceMain(DWORD count, wchar_t** arguments) {
     const auto identity = IdentityFromStartArguments(own);
     if (!identity) {
         status.Stopped(ERROR_INVALID_PARAMETER);
+        SetEvent(left.Get());
         return;
     }
     auto& service = *new DevService(*identity, status, false);
     running = &service;
     service.Run();
+    SetEvent(left.Get());
 }
 
 }  // namespace
@@ -56,7 +63,12 @@ void WINAPI ServiceMain(DWORD count, wchar_t** arguments) {
 unsigned long RunAsService() {
     wchar_t name[] = L"";
     const SERVICE_TABLE_ENTRYW table[] = {{name, ServiceMain}, {nullptr, nullptr}};
-    return StartServiceCtrlDispatcherW(table) ? NO_ERROR : GetLastError();
+    if (!StartServiceCtrlDispatcherW(table)) {
+        return GetLastError();
+    }
+    // The dispatcher returns as soon as the service has reported that it stopped.
+    WaitForSingleObject(left.Get(), kLongestLinger);
+    return NO_ERROR;
 }
 
 }  // namespace PlenxService

@@ -17,7 +17,7 @@ namespace {
 
 constexpr DWORD kRestMilliseconds = 20000;
 constexpr std::size_t kMoreHandles = 8;
-constexpr std::size_t kMoreBytes = 2 * 1024 * 1024;
+constexpr std::size_t kMoreBytes = 4 * 1024 * 1024;
 
 // What Wine reports as the private usage is 0; the page file's is the same number on Windows.
 std::size_t PrivateBytes() {

@@ -15,7 +15,7 @@ struct Footprint {
 /// 0 where the system does not tell.
 Footprint MeasureFootprint();
 
-/// Fails the test when there is more now, by more than what comes and goes: 2 MiB and 8 handles.
+/// Fails the test when there is more now, by more than what comes and goes: 4 MiB and 8 handles.
 /// Waits, with a deadline, for what ends by itself; prints what it found.
 void ExpectNothingMore(const Footprint& before);
 

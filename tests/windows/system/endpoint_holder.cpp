@@ -12,11 +12,26 @@ namespace {
 constexpr wchar_t kServing[] = L"plenx-system-test-endpoint-is-held";
 constexpr DWORD kLongest = 60 * 1000;
 
+bool Serve() {
+    wchar_t protocol[] = L"ncalrpc";
+    wchar_t endpoint[] = L"Manager";
+    return RpcServerUseProtseqEpW(reinterpret_cast<RPC_WSTR>(protocol), 10,
+                                  reinterpret_cast<RPC_WSTR>(endpoint), nullptr) == RPC_S_OK &&
+           RpcServerListen(1, 10, TRUE) == RPC_S_OK;
+}
+
+// A pipe that has the one end that it may have.
+bool KeepOut() {
+    return CreateNamedPipeW(L"\\\\.\\pipe\\lrpc\\Manager", PIPE_ACCESS_DUPLEX,
+                            PIPE_TYPE_MESSAGE | PIPE_READMODE_MESSAGE, 1, 4096, 4096, 0,
+                            nullptr) != INVALID_HANDLE_VALUE;
+}
+
 }  // namespace
 
-EndpointHolder::EndpointHolder()
+EndpointHolder::EndpointHolder(By how)
     : serving_(CreateEventW(nullptr, TRUE, FALSE, kServing)),
-      process_(ChildProcess::Self(L"--hold-endpoint")) {}
+      process_(ChildProcess::Self(how == By::kServing ? L"--hold-endpoint" : L"--hold-pipe")) {}
 
 EndpointHolder::~EndpointHolder() {
     process_.Kill();
@@ -28,14 +43,11 @@ bool EndpointHolder::Holds() const {
 }
 
 bool RunAsEndpointHolder(int argc, char** argv) {
-    if (argc != 2 || std::string_view(argv[1]) != "--hold-endpoint") {
+    const std::string_view mode = argc == 2 ? argv[1] : "";
+    if (mode != "--hold-endpoint" && mode != "--hold-pipe") {
         return false;
     }
-    wchar_t protocol[] = L"ncalrpc";
-    wchar_t endpoint[] = L"Manager";
-    if (RpcServerUseProtseqEpW(reinterpret_cast<RPC_WSTR>(protocol), 10,
-                               reinterpret_cast<RPC_WSTR>(endpoint), nullptr) == RPC_S_OK &&
-        RpcServerListen(1, 10, TRUE) == RPC_S_OK) {
+    if (mode == "--hold-endpoint" ? Serve() : KeepOut()) {
         SetEvent(OpenEventW(EVENT_MODIFY_STATE, FALSE, kServing));
         Sleep(kLongest);
     }

@@ -1,4 +1,4 @@
-// Another process that serves the endpoint "Manager" with an interface of nobody's.
+// Another process that has the endpoint "Manager".
 
 #ifndef PLENXSDK_TESTS_WINDOWS_SYSTEM_ENDPOINT_HOLDER_H
 #define PLENXSDK_TESTS_WINDOWS_SYSTEM_ENDPOINT_HOLDER_H
@@ -9,10 +9,15 @@ namespace PlenxTest {
 
 class EndpointHolder {
 public:
-    EndpointHolder();
+    enum class By {
+        kServing,     // an interface of nobody's; Wine lets others serve there as well
+        kKeepingOut,  // the place where Wine makes the endpoint's pipe: nobody else can
+    };
+
+    explicit EndpointHolder(By how);
     ~EndpointHolder();
 
-    /// Waits until it serves.
+    /// Waits until it does.
     bool Holds() const;
 
 private:

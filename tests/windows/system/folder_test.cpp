@@ -86,6 +86,71 @@ HOST_TEST(WorkingFolder, FilesInThePlaceOfAllCandidates_LeaveNoServices) {
         1);
 }
 
+HOST_TEST(WorkingFolder, ReadOnlyFileInIt_MakesItPlenx0) {
+    const fs::path file = folder.WorkingFolder() / "sub" / "file";
+    fs::create_directories(file.parent_path());
+    WriteFile(file, "kept");
+    ASSERT_TRUE(SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_READONLY));
+    EXPECT_THAT(LinesBeforeInstallation(),
+                ElementsAre(kBegin, Error("FileUtils::ForceRemoveDirectory", "unlink error 13"),
+                            Error("FileUtils::ForceRemoveDirectory", "rmdir error 13")));
+    EXPECT_TRUE(Start(kPcService));
+    EXPECT_TRUE(fs::exists(data / "plenx0" / "pc" / "service.log"));
+    EXPECT_EQ(ReadFile(file), "kept");
+    SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_NORMAL);
+}
+
+// Beyond 260 characters paths are up to the system. Whatever it says, there is a working folder.
+HOST_TEST(WorkingFolder, OldContentOfAnyDepth_LeavesAWorkingFolder) {
+    std::wstring deep = L"\\\\?\\" + folder.WorkingFolder().wstring();
+    ASSERT_TRUE(CreateDirectoryW(deep.c_str(), nullptr));
+    for (int i = 0; i != 20; ++i) {
+        deep += L"\\" + std::wstring(50, L'd');
+        ASSERT_TRUE(CreateDirectoryW(deep.c_str(), nullptr)) << i;
+    }
+    Init();
+    EXPECT_TRUE(Start(kPcService));
+    const bool wiped = !fs::exists(folder.WorkingFolder() / std::wstring(50, L'd'));
+    EXPECT_TRUE(fs::exists(data / (wiped ? "plenx" : "plenx0") / "pc" / "service.log"));
+}
+
+class FolderNames : public Host {
+protected:
+    /// The installed files under another name, and an empty data folder.
+    void UseFolders(const std::wstring& install, const std::wstring& data);
+
+    fs::path dataFolder;
+};
+
+void FolderNames::UseFolders(const std::wstring& install, const std::wstring& data) {
+    const fs::path installFolder = folder.DataPath() / install;
+    dataFolder = folder.DataPath() / data;
+    fs::copy(folder.InstallPath(), installFolder, fs::copy_options::recursive);
+    fs::create_directories(dataFolder);
+    manager.Init(installFolder.u8string(), dataFolder.u8string(), "third", true);
+    ASSERT_TRUE(Settle());
+}
+
+// The icons' files alone are named in the code page of the system.
+HOST_TEST(FolderNames, ThatAreNotAscii_AreUsedForTheServices) {
+    UseFolders(L"\u00e4pp\u0142", L"\u65e5\u672c\U0001F4C1");
+    EXPECT_TRUE(Start(kPcService));
+    EXPECT_TRUE(fs::exists(dataFolder / "plenx" / "pc" / "service.log"));
+    EXPECT_EQ(ServiceLines("pc", "starts, process").size(), 1u);
+    manager.Stop(kPcService, "group");
+    EXPECT_TRUE(observer.WaitFor("NotifyDisconnect(1, group)"));
+}
+
+// A data folder of 250 characters leaves no room for what is made in it, where there is a limit.
+HOST_TEST(FolderNames, ThatAreLong_WorkOrLeaveNoServices) {
+    const std::wstring name(250 - folder.DataPath().wstring().size(), L'l');
+    UseFolders(L"app", name);
+    const bool installed = IsRegistered(L"PlenxPcSvc");
+    EXPECT_EQ(Start(kPcService), installed);
+    EXPECT_EQ(fs::exists(dataFolder / "plenx" / "pc" / "service.log"), installed);
+    EXPECT_TRUE(Start(kOfficeService));
+}
+
 /// A link to a folder beside its own. Wine neither makes nor removes such links, but knows those of
 /// the system that it runs on.
 class FolderLink {

@@ -3,10 +3,11 @@
 #include <gtest/gtest.h>
 
 #include "system/endpoint_holder.h"
+#include "system/other_host.h"
 #include "system/own_process.h"
 
 int main(int argc, char** argv) {
-    if (PlenxTest::RunAsEndpointHolder(argc, argv)) {
+    if (PlenxTest::RunAsEndpointHolder(argc, argv) || PlenxTest::RunAsOtherHost(argc, argv)) {
         return 0;
     }
     testing::InitGoogleTest(&argc, argv);

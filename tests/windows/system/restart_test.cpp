@@ -1,0 +1,96 @@
+// Services that come and go without the library: crashed, or started anew by somebody else.
+
+#include "support/service_state.h"
+#include "system/host.h"
+#include "system/process_id.h"
+
+namespace PlenxTest {
+namespace {
+
+namespace fs = std::filesystem;
+
+class Restarts : public Host {
+protected:
+    /// Stops the PC service and starts it again, as an administrator might.
+    void RestartByHand();
+    void CrashThePcService();
+};
+
+void Restarts::RestartByHand() {
+    const std::wstring data = (folder.WorkingFolder() / "pc").wstring();
+    const wchar_t* arguments[] = {folder.InstallPath().c_str(), data.c_str(), L"1"};
+    const SC_HANDLE manager = OpenSCManagerW(nullptr, nullptr, SC_MANAGER_CONNECT);
+    const SC_HANDLE service =
+        OpenServiceW(manager, L"PlenxPcSvc", SERVICE_STOP | SERVICE_START | SERVICE_QUERY_STATUS);
+    SERVICE_STATUS status{};
+    EXPECT_TRUE(ControlService(service, SERVICE_CONTROL_STOP, &status));
+    EXPECT_TRUE(WaitFor([] { return StateOf(L"PlenxPcSvc") == SERVICE_STOPPED; }));
+    EXPECT_TRUE(StartServiceW(service, 3, arguments)) << GetLastError();
+    EXPECT_TRUE(WaitFor([] { return StateOf(L"PlenxPcSvc") == SERVICE_RUNNING; }));
+    CloseServiceHandle(service);
+    CloseServiceHandle(manager);
+}
+
+void Restarts::CrashThePcService() {
+    Control("crash.DeviceOnline=yes\n");
+    manager.RemoteDeviceOnline(kPcService, "group", "there");
+    Settle();
+    Control("");
+    EXPECT_EQ(StateOf(L"PlenxPcSvc"), DWORD{SERVICE_STOPPED});
+}
+
+HOST_TEST(Restarts, ServiceThatIsRestartedBetweenCalls_IsReachedAgain) {
+    Init();
+    ASSERT_TRUE(Start(kPcService));
+    for (int i = 0; i != 5; ++i) {
+        RestartByHand();
+        const std::string text = "round" + std::to_string(i);
+        manager.RecvRemoteMessage(DistributedFs::PLENXMessageType{1}, 1, text);
+        EXPECT_TRUE(observer.WaitFor("SendLocalMessage(1, 1, " + text + ")"));
+    }
+    EXPECT_TRUE(Start(kPcService)) << "it runs already, and has forgotten its group";
+    EXPECT_EQ(CountLines(Info("ServiceManager::StartServiceByIndex", "service is running")), 1);
+    manager.Stop(kPcService, "group");
+    EXPECT_TRUE(observer.WaitFor("NotifyStatus(1, group, 1, 0)"));
+    EXPECT_EQ(StateOf(L"PlenxPcSvc"), DWORD{SERVICE_STOPPED});
+    EXPECT_EQ(CountLines(Info("ServiceManager::StopServiceByIndex", "force stop service")), 0);
+}
+
+// Before a start, the process that was last seen running is ended, should it linger. Its id may
+// have gone to a process that has nothing to do with it.
+HOST_TEST(Restarts, ProcessThatHasGotTheIdOfACrashedService_IsSpared) {
+    Init();
+    ASSERT_TRUE(Start(kPcService));
+    const DWORD former = ProcessIdOf(L"PlenxPcSvc");
+    CrashThePcService();
+    const ProcessOfId innocent(former);
+    if (!innocent.HasTheId()) {
+        GTEST_SKIP() << "the system does not hand out the id again";
+    }
+    EXPECT_TRUE(Start(kPcService));
+    EXPECT_EQ(
+        CountLines(Error("KillServiceProcess", "kill service process " + std::to_string(former))),
+        1);
+    EXPECT_TRUE(innocent.IsAlive());
+}
+
+// The other way round: a process that lingers is the one that was seen, and is ended.
+HOST_TEST(Restarts, ServiceProcessThatLingersAfterItsStop_IsEnded) {
+    Init();
+    ASSERT_TRUE(Start(kPcService));
+    const DWORD former = ProcessIdOf(L"PlenxPcSvc");
+    const HANDLE process = OpenProcess(SYNCHRONIZE, FALSE, former);
+    Control("linger=30000\n");
+    manager.Stop(kPcService, "group");
+    ASSERT_TRUE(observer.WaitFor("NotifyStatus(1, group, 1, 0)"));
+    ASSERT_EQ(StateOf(L"PlenxPcSvc"), DWORD{SERVICE_STOPPED});
+    ASSERT_EQ(WaitForSingleObject(process, 0), DWORD{WAIT_TIMEOUT});
+    Control("");
+    EXPECT_TRUE(Start(kPcService));
+    EXPECT_EQ(WaitForSingleObject(process, 0), DWORD{WAIT_OBJECT_0});
+    EXPECT_NE(ProcessIdOf(L"PlenxPcSvc"), former);
+    CloseHandle(process);
+}
+
+}  // namespace
+}  // namespace PlenxTest

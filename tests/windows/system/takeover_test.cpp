@@ -1,0 +1,109 @@
+// A host that was killed leaves its services and its working folder as they were. The next one
+// takes them over, or does without.
+
+#include "support/service_state.h"
+#include "system/held_file.h"
+#include "system/host.h"
+#include "system/other_host.h"
+
+namespace PlenxTest {
+namespace {
+
+namespace fs = std::filesystem;
+
+using testing::AnyOf;
+using testing::ElementsAreArray;
+using Does = OtherHost::Does;
+
+class Takeover : public Host {
+protected:
+    /// Another host does that, and is killed once the service's log says so.
+    void KillHost(Does what, const std::string& when);
+    /// The worker's lines of Init, with the PC service's own ones for its stop.
+    static Lines LinesOfInit(const Lines& stop);
+};
+
+void Takeover::KillHost(Does what, const std::string& when) {
+    OtherHost former(folder, what);
+    ASSERT_TRUE(ServiceComesToSay(when, 30000));
+    former.Kill();
+}
+
+Lines Takeover::LinesOfInit(const Lines& stop) {
+    const std::string create = "ServiceManager::CreateServiceByIndex";
+    const std::string install = "ServiceManager::InstallService";
+    return Lines{Info("PLENXManagerInner::Init", "service manager initialization")} + stop +
+           Lines{Info(create, "sevice has been created"),
+                 Info(install, "install service PlenxPcSvc success"),
+                 Info("ServiceManager::StopServiceByIndex", "service has stopped"),
+                 Info(create, "sevice has been created"),
+                 Info(install, "install service PlenxPhoneSvc success"),
+                 Info(create, "sevice has been created"),
+                 Info("ServiceManager::StartServiceByIndex", "service is running"),
+                 Info("ServiceManager::StartDokanService", "start dokan service success"),
+                 Info("PLENXManagerInner::Init", "rpc listen thread initialization")};
+}
+
+Lines StopWasRefusedWith(const std::string& error) {
+    return {Error("ServiceManager::StopServiceByIndex", "stop service error " + error),
+            Error("ServiceManager::InstallService", "stop service PlenxPcSvc error 6")};
+}
+
+HOST_TEST(Takeover, ServiceThatRuns_IsStoppedAndStartedAnew) {
+    KillHost(Does::kStart, "pc answered CreateGroup(0) result:0");
+    const DWORD former = ProcessIdOf(L"PlenxPcSvc");
+    const HANDLE process = OpenProcess(SYNCHRONIZE, FALSE, former);
+    ASSERT_NE(process, nullptr);
+    ASSERT_EQ(StateOf(L"PlenxPcSvc"), DWORD{SERVICE_RUNNING});
+    WriteFile(folder.WorkingFolder() / "pc" / "file", "old");
+    Init();
+    EXPECT_THAT(WorkerLines(),
+                ElementsAreArray(LinesOfInit(
+                    {Info("ServiceManager::StopServiceByIndex", "stop service successful")})));
+    EXPECT_EQ(WaitForSingleObject(process, 15000), DWORD{WAIT_OBJECT_0});
+    EXPECT_FALSE(fs::exists(folder.WorkingFolder() / "pc" / "file"));
+    EXPECT_FALSE(fs::exists(folder.DataPath() / "plenx0"));
+    EXPECT_TRUE(Start(kPcService));
+    EXPECT_NE(ProcessIdOf(L"PlenxPcSvc"), former);
+    EXPECT_TRUE(observer.WaitFor("NotifyConnect(1, group)")) << "the endpoint is ours now";
+    CloseHandle(process);
+}
+
+HOST_TEST(Takeover, FolderThatIsHeld_IsLeftAndTheNextOneTaken) {
+    KillHost(Does::kStart, "pc answered CreateGroup(0) result:0");
+    const HeldFile held(folder.WorkingFolder() / "pc" / "held");
+    Init();
+    EXPECT_TRUE(Start(kPcService));
+    EXPECT_TRUE(fs::exists(folder.WorkingFolder() / "pc" / "held"));
+    EXPECT_TRUE(fs::exists(folder.DataPath() / "plenx0" / "pc" / "service.log"));
+    EXPECT_FALSE(fs::exists(folder.DataPath() / "plenx1"));
+}
+
+// The start takes longer than the next host's Init, and less than its pings.
+HOST_TEST(Takeover, ServiceThatIsStarting_IsWaitedFor) {
+    Control("pc.start_delay=3000\n");
+    KillHost(Does::kStart, "pc starts, process");
+    ASSERT_EQ(StateOf(L"PlenxPcSvc"), DWORD{SERVICE_START_PENDING});
+    const DWORD former = ProcessIdOf(L"PlenxPcSvc");
+    Init();
+    // Windows says 1061 here as well, Wine has a reason of its own.
+    EXPECT_THAT(WorkerLines(), AnyOf(ElementsAreArray(LinesOfInit(StopWasRefusedWith("1061"))),
+                                     ElementsAreArray(LinesOfInit(StopWasRefusedWith("1052")))));
+    EXPECT_TRUE(Start(kPcService));
+    EXPECT_EQ(ProcessIdOf(L"PlenxPcSvc"), former);
+}
+
+HOST_TEST(Takeover, ServiceThatHangsInItsStop_FailsItsStartAndNothingElse) {
+    Control("pc.stop=never\n");
+    KillHost(Does::kStartAndStop, "pc never leaves stop pending");
+    Init();
+    EXPECT_THAT(WorkerLines(), ElementsAreArray(LinesOfInit(StopWasRefusedWith("1061"))));
+    EXPECT_FALSE(Start(kPcService));
+    EXPECT_EQ(CountLines(Error("ServiceManager::StartPlenxService",
+                               "start plenx service PlenxPcSvc error 5")),
+              1);
+    EXPECT_TRUE(Start(kPhoneService));
+}
+
+}  // namespace
+}  // namespace PlenxTest
