@@ -109,8 +109,14 @@ void RecordedLog::SetThrowing(bool throwing) {
     throwing_ = throwing;
 }
 
-bool RecordedLog::IsMissing() const {
+std::size_t RecordedLog::Requests() const {
     const std::lock_guard<std::mutex> lock(mutex_);
+    return requests_;
+}
+
+bool RecordedLog::IsMissing() {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    ++requests_;
     if (unmakeable_) {
         throw std::runtime_error("the logger cannot be made");
     }

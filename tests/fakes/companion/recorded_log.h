@@ -29,6 +29,8 @@ public:
     /// UTF-8, shows as "{D800}".
     std::vector<std::string> Texts() const;
     void Clear();
+    /// How often the logger was asked for.
+    std::size_t Requests() const;
 
     /// Waits until the line stands in the log, `times` times; line as Texts has it.
     /// @return false when the time is up before that.
@@ -44,8 +46,9 @@ public:
     void SetThrowing(bool throwing);
 
     // For the fake logger.
-    /// @throws std::runtime_error when the logger cannot be made.
-    bool IsMissing() const;
+    /// Somebody asks for the logger.
+    /// @throws std::runtime_error when it cannot be made.
+    bool IsMissing();
     void Take(int level, const std::wstring& text);
 
 private:
@@ -54,6 +57,7 @@ private:
     std::vector<RecordedLine> lines_;
     bool missing_ = false;
     bool unmakeable_ = false;
+    std::size_t requests_ = 0;
     bool throwing_ = false;
 };
 

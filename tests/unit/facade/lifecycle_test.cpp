@@ -22,6 +22,13 @@ const std::string kInitPushed = Info("plenx manager inner init is pushed into th
 const std::string kDestroyPushed =
     Info("plenx manager inner destroy is pushed into thread pool", "Destroy");
 
+// The facade is made when the library is loaded. What is made before it is destroyed after it, so
+// lines can be written to the very end.
+TEST(Facade, MakesTheLoggerBeforeItself) {
+    EXPECT_EQ(RecordedLog::Get().Requests(), 1U);
+    EXPECT_THAT(RecordedLog::Get().Texts(), IsEmpty());
+}
+
 TEST_F(FreshFacade, LoadingTheLibraryStartsNothing) {
     EXPECT_THAT(FakePlatform::Get().Calls(), IsEmpty());
     EXPECT_THAT(FakeRpc::Get().Calls(), IsEmpty());

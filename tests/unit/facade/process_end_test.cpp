@@ -45,6 +45,8 @@ void InitAll() {
         std::abort();
     }
     WaitForJobs();
+    // The worker tells that it is done before it is idle.
+    std::this_thread::sleep_for(std::chrono::seconds(1));
 }
 
 // Returns once the companion is inside a call, where it stays.
@@ -69,8 +71,6 @@ TEST(ProcessEnd, OfAnIdleLibraryReleasesTheCompanionAndUninstallsTheServices) {
     EXPECT_EXIT(
         {
             InitAll();
-            // The worker tells that it is done before it is idle.
-            std::this_thread::sleep_for(std::chrono::seconds(1));
             EndProcess();
         },
         kWell, "companions left: 0; services deleted: 2; handles open: 0");
