@@ -116,6 +116,13 @@ TEST(ExploreFlushNotify, UpperCaseLetterFlushesItsDrive) {
     EXPECT_EQ(RecordedLog::Get().Texts(), Lines("E", 2));
 }
 
+TEST(ExploreFlushNotify, EveryUpperCaseLetterIsADrive) {
+    for (char letter = 'A'; letter <= 'Z'; ++letter) {
+        ExploreFlush(std::string(1, letter), 2);
+    }
+    EXPECT_EQ(Notifications().size(), 26U);
+}
+
 TEST(ExploreFlushNotify, OnlyTheFirstByteCounts) {
     ExpectDefault(ExploreFlush("Zebra", 2));
     EXPECT_THAT(Notifications(), ElementsAre("1000 5 Z:\\"));
