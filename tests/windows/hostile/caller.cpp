@@ -26,12 +26,6 @@ std::wstring ComplaintFile(unsigned caller) {
     return L"C:\\plenx-system-logs\\caller" + std::to_wstring(caller) + L".txt";
 }
 
-// Windows compares the size that a caller states with the number of bytes that it sends and
-// refuses the call. Wine does not: there the library itself sees the size.
-bool RuntimeComparesSizes() {
-    return GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "wine_get_version") == nullptr;
-}
-
 // A size that is larger than the bytes is never stated to a library behind Wine's runtime: the
 // link is promised as many, and refuses to deliver fewer.
 bool Reaches(const Notification& notification) {

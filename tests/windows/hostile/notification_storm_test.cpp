@@ -6,9 +6,11 @@
 #include "hostile/caller.h"
 #include "hostile/expectation.h"
 #include "hostile/footprint.h"
+#include "hostile/raw_link.h"
 #include "hostile/scale.h"
 #include "hostile/tally_observer.h"
 #include "system/host.h"
+#include "wire/catalog.h"
 
 namespace PlenxTest {
 namespace {
@@ -81,6 +83,24 @@ HOST_TEST(NotificationStorm, TenCallers_AreAnsweredAsTheirBytesDeserveAndLeaveNo
     const Footprint before = MeasureFootprint();
     Rage({seed, each, each / 10});
     ExpectNothingMore(before);
+    manager.RegisterPLENXServiceObserver(&observer);
+    EXPECT_TRUE(Start(kPhoneService)) << "a round trip like any other";
+}
+
+// Such a size is the RPC runtime's to refuse. Where it does not, the library reads on behind the
+// bytes and what it finds there is anybody's guess; but it is the call that ends, not the host.
+HOST_TEST(NotificationStorm, SizeBeyondTheBytes_NeverEndsTheHost) {
+    Begin();
+    for (const std::int32_t size : {25, 100, 4096, 0x10000}) {
+        for (std::int32_t id = PlenxWire::kSendLocalMessage; id != 19; ++id) {
+            const Bytes message = PlenxWire::Encode({1});
+            const RawAnswer answer = CallManagerRaw(
+                RequestBytes(id, size, static_cast<std::uint32_t>(message.size()), message));
+            EXPECT_TRUE(answer.status != 0 || !RuntimeComparesSizes());
+        }
+    }
+    tally.TakeHeard();
+    Rage({HostileSeed(), 5, 5});
     manager.RegisterPLENXServiceObserver(&observer);
     EXPECT_TRUE(Start(kPhoneService)) << "a round trip like any other";
 }

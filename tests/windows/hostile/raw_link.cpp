@@ -121,6 +121,10 @@ RawAnswer Parse(const void* data, std::size_t length) {
 
 }  // namespace
 
+bool RuntimeComparesSizes() {
+    return GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "wine_get_version") == nullptr;
+}
+
 Bytes RequestBytes(std::int32_t id, std::int32_t size, std::uint32_t count, const Bytes& message) {
     Bytes bytes;
     bytes.reserve(12 + message.size());

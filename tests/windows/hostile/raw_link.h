@@ -18,6 +18,10 @@ namespace PlenxTest {
 
 using PlenxWire::Bytes;
 
+/// Windows compares the size that a caller states with the number of bytes that it sends, and
+/// refuses the call. Wine does not: there the receiver itself sees the size, and not the number.
+bool RuntimeComparesSizes();
+
 /// An honest request has size == count == message.size().
 Bytes RequestBytes(std::int32_t id, std::int32_t size, std::uint32_t count, const Bytes& message);
 

@@ -174,5 +174,34 @@ HOST_TEST(ReplyStorm, EveryAnswer_EndsItsRequestAsItDeservesAndLeavesNothingBehi
     EXPECT_TRUE(Start(kPcService)) << "a round trip like any other";
 }
 
+// The service process runs and serves nothing; the hostile one has its endpoint. A start goes on
+// whatever is answered, and only the answer about the group decides.
+HOST_TEST(ReplyStorm, StartsOfAHostileService_EndAsItsLastAnswerSays) {
+    constexpr int kMostPings = 26;
+    constexpr int kSettings = 3;
+    constexpr unsigned kStarts = 10;
+    Control("pc.serve=no\n");
+    Begin();
+    const std::uint32_t seed = HostileSeed() + 2;
+    SCOPED_TRACE("seed " + std::to_string(seed));
+    const HostileService service(seed, 1000000);
+    ASSERT_TRUE(service.Serves());
+    ReplyMaker maker(seed);
+    Tally expected;
+    for (unsigned i = 0; i != kStarts; ++i) {
+        const std::string name = "s" + std::to_string(i);
+        manager.Start(kPcService, name, "argument");
+        for (int pings = 1; maker.Next().Outcome() != 0 && pings != kMostPings; ++pings) {
+        }
+        for (int settings = 0; settings != kSettings; ++settings) {
+            maker.Next();
+        }
+        const bool started = maker.Next().Outcome() == 0;
+        ++expected["NotifyStatus(1, " + name + (started ? ", 0, 1)" : ", 0, 0)")];
+    }
+    EXPECT_TRUE(Settle(LongestStorm()));
+    EXPECT_EQ(Difference(expected, tally.TakeHeard()), "");
+}
+
 }  // namespace
 }  // namespace PlenxTest
