@@ -24,7 +24,7 @@ constexpr std::size_t kFewestSamples = 8;
 /// What may be gained between the two quarters.
 constexpr std::uint64_t kPrivateBytesTolerance = 1024 * 1024;
 constexpr std::uint64_t kHeapBytesTolerance = 32 * 1024;
-constexpr std::uint64_t kHandlesTolerance = 4;
+constexpr std::uint64_t kHandlesTolerance = 8;
 constexpr std::uint64_t kThreadsTolerance = 0;
 
 /// The medians of the second quarter and of the last one.

@@ -94,18 +94,12 @@ Sample Measure() {
     return {PrivateBytes(), HeapBytes(), Handles(), Threads()};
 }
 
-Sample MeasureAtRest() {
+Sample MeasureAtRest(std::uint64_t threads) {
     constexpr int kMostTries = 40;
-    constexpr int kTriesWithoutChange = 4;
-    Sample sample = Measure();
-    int unchanged = 0;
-    for (int i = 0; i != kMostTries && unchanged != kTriesWithoutChange; ++i) {
-        Sleep(250);
-        const Sample next = Measure();
-        unchanged = next.threads == sample.threads ? unchanged + 1 : 0;
-        sample = next;
+    for (int i = 0; i != kMostTries && Threads() > threads; ++i) {
+        Sleep(200);
     }
-    return sample;
+    return Measure();
 }
 
 }  // namespace PlenxSoak

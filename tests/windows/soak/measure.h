@@ -9,9 +9,9 @@ namespace PlenxSoak {
 
 Sample Measure();
 
-/// Measures again and again until the threads are no longer becoming fewer, for 10 s at most:
-/// those that the system keeps for calls end a while after the calls.
-Sample MeasureAtRest();
+/// Waits until there are no more than that many threads, for some seconds at most, then measures.
+/// The system keeps the threads of past calls for 5 s, in case that more calls come.
+Sample MeasureAtRest(std::uint64_t threads);
 
 }  // namespace PlenxSoak
 

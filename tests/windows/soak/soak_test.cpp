@@ -58,9 +58,9 @@ TEST(Judgement, SlowLeakOfHeapBytes_Fails) {
 TEST(Judgement, SlowLeakOfHandles_Fails) {
     auto samples = FlatSeries();
     for (std::size_t i = 0; i != samples.size(); ++i) {
-        samples[i].handles += i / 3;
+        samples[i].handles += i / 2;
     }
-    EXPECT_EQ(Judge(samples), std::vector<std::string>{"handles grew from 104 to 111"});
+    EXPECT_EQ(Judge(samples), std::vector<std::string>{"handles grew from 107 to 117"});
 }
 
 TEST(Judgement, OneThreadMore_Fails) {
