@@ -14,6 +14,8 @@ if(WIN32)
   set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
   set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
   set(CMAKE_ARCHIVE_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib)
+  include(hardening)
+  target_link_libraries(plenx_warnings INTERFACE plenx_hardening)
 endif()
 
 # plenx_system_headers(<target> <package>...): offers single header-only packages of the

@@ -1,0 +1,21 @@
+# What makes an attack on our binaries harder. All of our own sources get it with plenx_warnings.
+# tests/windows/hardening holds the shipped binaries to it.
+
+set(guard_library ${PROJECT_SOURCE_DIR}/cmake/stack_guard.c)
+add_library(plenx_stack_guard STATIC ${guard_library})
+target_compile_options(plenx_stack_guard PRIVATE -Wall -Wextra -Werror -fno-stack-protector)
+
+# Checked copies, archived one by one; what they call on failure is plenx_stack_guard's.
+execute_process(
+  COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=libssp.a
+  OUTPUT_VARIABLE checked_copies OUTPUT_STRIP_TRAILING_WHITESPACE)
+
+add_library(plenx_hardening INTERFACE)
+target_compile_options(plenx_hardening INTERFACE -fstack-protector-strong)
+# The checks of copies need an optimising compiler; those of containers do not.
+target_compile_definitions(plenx_hardening INTERFACE
+  $<$<NOT:$<CONFIG:Debug>>:_FORTIFY_SOURCE=2> $<$<COMPILE_LANGUAGE:CXX>:_GLIBCXX_ASSERTIONS>)
+# The linker's defaults today; written down, as they have not always been.
+target_link_options(plenx_hardening INTERFACE
+  -Wl,--dynamicbase,--high-entropy-va,--nxcompat)
+target_link_libraries(plenx_hardening INTERFACE plenx_stack_guard ${checked_copies})

@@ -1,0 +1,44 @@
+#include "hardening/victim.h"
+
+#include <cstddef>
+#include <cstring>
+#include <string>
+
+namespace PlenxTest {
+namespace {
+
+constexpr std::size_t kBufferSize = 16;
+
+volatile char sink;
+
+// Byte by byte, so that only the frame's guard can notice.
+__attribute__((noinline)) void OverwriteFrame(std::size_t count) {
+    char buffer[kBufferSize];
+    volatile char* const target = buffer;
+    for (std::size_t i = 0; i != count; ++i) {
+        target[i] = 'x';
+    }
+    sink = target[0];
+}
+
+// Too much for the buffer, which is no frame of a function.
+__attribute__((noinline)) void Copy(const char* from, std::size_t count) {
+    static char buffer[kBufferSize];
+    std::memcpy(buffer, from, count);
+    sink = buffer[0];
+}
+
+}  // namespace
+
+int RunVictim(const char* mode) {
+    const std::string text(2 * kBufferSize, 'x');
+    if (std::strcmp(mode, "--overwrite-frame") == 0) {
+        OverwriteFrame(text.size());
+    } else {
+        const bool tooMuch = std::strcmp(mode, "--copy-too-much") == 0;
+        Copy(text.data(), tooMuch ? kBufferSize + 1 : kBufferSize);
+    }
+    return 0;
+}
+
+}  // namespace PlenxTest
