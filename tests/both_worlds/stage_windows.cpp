@@ -1,0 +1,109 @@
+#include "both_worlds/stage.h"
+#include "support/child_process.h"
+#include "support/install_folder.h"
+#include "support/service_state.h"
+
+namespace BothWorlds {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+const fs::path kFolder = L"C:\\plenx-scenario";
+const fs::path kApp = L"C:\\plenx-stage\\app";
+
+// A read-only file would stay.
+void RemoveAll(const fs::path& folder) {
+    std::error_code ignored;
+    for (const auto& entry : fs::recursive_directory_iterator(folder, ignored)) {
+        SetFileAttributesW(entry.path().c_str(), FILE_ATTRIBUTE_NORMAL);
+    }
+    fs::remove_all(folder, ignored);
+}
+
+}  // namespace
+
+struct Stage::World {
+    PlenxTest::InstallFolder install{L"plenx-stage"};
+    HANDLE held = INVALID_HANDLE_VALUE;
+    std::vector<std::unique_ptr<PlenxTest::ChildProcess>> processes;
+};
+
+Stage::Stage() : world_(std::make_unique<World>()) {
+    RemoveAll(kFolder);
+    fs::create_directories(kFolder);
+}
+
+Stage::~Stage() {
+    Release();
+    RemoveAll(kFolder);
+}
+
+std::wstring Stage::Folder() const {
+    return kFolder.native();
+}
+
+void Stage::PutFolder(const std::wstring& path) {
+    fs::create_directories(path);
+}
+
+void Stage::PutFile(const std::wstring& path, const std::string& content) {
+    fs::create_directories(fs::path(path).parent_path());
+    PlenxTest::WriteFile(path, content);
+}
+
+void Stage::MakeReadOnly(const std::wstring& path) {
+    SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_READONLY);
+}
+
+std::string Stage::Content(const std::wstring& path) const {
+    return PlenxTest::ReadFile(path);
+}
+
+void Stage::Hold(const std::wstring& path) {
+    world_->held = CreateFileW(path.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+    ASSERT_NE(world_->held, INVALID_HANDLE_VALUE);
+}
+
+void Stage::Release() {
+    if (world_->held != INVALID_HANDLE_VALUE) {
+        CloseHandle(world_->held);
+        world_->held = INVALID_HANDLE_VALUE;
+    }
+}
+
+std::wstring Stage::ServiceProgram() {
+    return (kApp / L"plenxservice.exe").native();
+}
+
+std::wstring Stage::DriverFile() {
+    return (kApp / L"dokan1.sys").native();
+}
+
+std::vector<std::wstring> Stage::ServiceArguments() {
+    return {kApp.native(), L"C:\\plenx-stage\\data", L"1"};
+}
+
+void Stage::LetServiceIgnoreStop() {
+    world_->install.SetServiceControl("stop=ignore\n");
+}
+
+// The next scenario wants the name.
+void Stage::RemoveService(const std::wstring& name) {
+    PlenxTest::EndService(name);
+    for (int i = 0; i != 200 && PlenxTest::IsRegistered(name); ++i) {
+        Sleep(50);
+    }
+}
+
+DWORD Stage::StartProcess() {
+    world_->processes.push_back(std::make_unique<PlenxTest::ChildProcess>(
+        PlenxTest::ChildProcess::Self(L"--wait-to-be-ended")));
+    return world_->processes.back()->Id();
+}
+
+bool Stage::IsWine() {
+    return GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "wine_get_version") != nullptr;
+}
+
+}  // namespace BothWorlds
