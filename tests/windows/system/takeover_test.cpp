@@ -93,6 +93,27 @@ HOST_TEST(Takeover, ServiceThatIsStarting_IsWaitedFor) {
     EXPECT_EQ(ProcessIdOf(L"PlenxPcSvc"), former);
 }
 
+// In the middle of Init, of a service's start, of a call, of a stop.
+HOST_TEST(Takeover, HostsThatAreKilledAtAnyMoment_LeaveNothingThatIsInTheWay) {
+    constexpr DWORD kMoments[] = {0, 50, 100, 150, 200, 250, 300, 400, 600, 900};
+    for (const DWORD moment : kMoments) {
+        OtherHost former(folder, Does::kStartAndStop);
+        // Its first line is the beginning of that time.
+        const fs::path log = LibraryLogFile().string() + ".other";
+        ASSERT_TRUE(WaitFor([&] { return fs::exists(log); }, 30000));
+        Sleep(moment);
+        former.Kill();
+        fs::remove(log);
+    }
+    Init();
+    EXPECT_TRUE(Start(kPcService));
+    EXPECT_TRUE(observer.WaitFor("NotifyConnect(1, group)"));
+    EXPECT_TRUE(Start(kPhoneService));
+    manager.Stop(kPcService, "group");
+    EXPECT_TRUE(observer.WaitFor("NotifyStatus(1, group, 1, 0)"));
+    EXPECT_EQ(StateOf(L"PlenxPcSvc"), DWORD{SERVICE_STOPPED});
+}
+
 HOST_TEST(Takeover, ServiceThatHangsInItsStop_FailsItsStartAndNothingElse) {
     Control("pc.stop=never\n");
     KillHost(Does::kStartAndStop, "pc never leaves stop pending");
