@@ -115,4 +115,34 @@ TEST_F(ManagerFaultTable, Destruction) {
     });
 }
 
+// A process that dies anywhere while it makes its manager, and the next one on the same machine.
+TEST_F(ManagerFaultTable, DeathBeforeAnyCall_IsMadeGoodByTheNextConstruction) {
+    struct Death {};
+    unsigned calls = 0;
+    for (bool died = true; died && !HasFailure(); ++calls) {
+        SCOPED_TRACE(testing::Message() << "before call " << calls + 1);
+        StartAfresh();
+        PrepareMachine();
+        files.AddFile(kInstall + L"\\upgrade\\dokan1.sys", "new");
+        files.AddFile(L"C:\\Data\\plenx\\pc\\left");
+        platform.Faults().Before("", calls + 1, [] { throw Death(); });
+        died = false;
+        try {
+            MakeManager();
+        } catch (const Death&) {
+            died = true;
+        }
+        platform.Faults().Reset();
+
+        const auto manager = MakeManager();
+        EXPECT_EQ(files.Content(kInstall + L"\\dokan1.sys"), "new");
+        EXPECT_THAT(files.Tree(kData),
+                    testing::ElementsAre("C:\\Data\\plenx\\", "C:\\Data\\plenx\\pc\\",
+                                         "C:\\Data\\plenx\\phone\\"));
+        EXPECT_THAT(scm.Names(), testing::ElementsAre(L"Dokan1", L"PlenxPcSvc", L"PlenxPhoneSvc"));
+        EXPECT_EQ(manager->StartPlenxService(kPc), 0);
+    }
+    EXPECT_GT(calls, 40U);
+}
+
 }  // namespace
