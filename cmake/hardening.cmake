@@ -1,11 +1,10 @@
 # What makes an attack on our binaries harder. All of our own sources get it with plenx_warnings.
 # tests/windows/hardening holds the shipped binaries to it.
 
-set(guard_library ${PROJECT_SOURCE_DIR}/cmake/stack_guard.c)
-add_library(plenx_stack_guard STATIC ${guard_library})
+add_library(plenx_stack_guard STATIC ${PROJECT_SOURCE_DIR}/cmake/stack_guard.c)
 target_compile_options(plenx_stack_guard PRIVATE -Wall -Wextra -Werror -fno-stack-protector)
 
-# Checked copies, archived one by one; what they call on failure is plenx_stack_guard's.
+# The compiler's checked copies; what they call on failure is plenx_stack_guard's.
 execute_process(
   COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=libssp.a
   OUTPUT_VARIABLE checked_copies OUTPUT_STRIP_TRAILING_WHITESPACE)
