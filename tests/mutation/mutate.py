@@ -180,23 +180,25 @@ def main() -> int:
     build.prepare(mutants)
     known = known_survivors()
     counts = {"caught": 0, "survived": 0, "does": 0}
-    unexplained = 0
+    equivalent = 0
     with concurrent.futures.ThreadPoolExecutor(options.jobs) as pool:
         verdicts = pool.map(lambda mutant: judge(build, mutant), mutants)
         for number, (mutant, verdict) in enumerate(zip(mutants, verdicts), 1):
             counts[verdict.split()[0]] += 1
             if verdict == "survived":
                 key = (mutant.file, mutant.code, mutant.old.strip(), mutant.new.strip())
-                unexplained += key not in known
+                equivalent += key in known
                 print(f"  survived: {mutant.name()}\n    {mutant.code}\n    ", end="")
                 print(known.get(key, "NOT KNOWN: no test notices this"), flush=True)
             if number % 25 == 0:
                 print(f"  {number} of {len(mutants)}: {counts['caught']} caught", flush=True)
-    valid = counts["caught"] + counts["survived"]
+    # Those that change nothing that a test could see do not count.
+    valid = counts["caught"] + counts["survived"] - equivalent
     share = counts["caught"] / valid if valid else 0
     print(
-        f"{valid} mutants, {counts['caught']} caught ({share:.1%}), {counts['survived']} survived"
-        f" ({unexplained} of them without a known reason), {counts['does']} did not compile"
+        f"{valid + equivalent} mutants: {counts['caught']} caught, {equivalent} change nothing that"
+        f" can be seen, {valid - counts['caught']} missed; {share:.1%} of {valid} caught"
+        f" ({counts['does']} more did not compile)"
     )
     if options.brief:  # too few to tell a share: that the tests are at work at all
         return 0 if share > 0.5 else 1
