@@ -32,7 +32,7 @@ public:
     /// @return false when an outcome has not come in time.
     bool Round();
 
-    /// The call that is being made and since when, for the watch-dog; 0: none.
+    /// The call that is being made and since when (0: none), for the watch-dog.
     std::atomic<const char*> call{""};
     std::atomic<std::uint64_t> callSince{0};
 

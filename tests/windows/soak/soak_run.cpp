@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <deque>
 #include <memory>
+#include <mutex>
 #include <string>
 #include <thread>
 #include <vector>
@@ -81,6 +82,7 @@ private:
     std::vector<Sample> samples_;
     Sample first_;
     std::vector<std::uint64_t> goodStarts_;
+    std::mutex givingUp_;
 };
 
 SoakRun::SoakRun(const Plan& plan) : plan_(plan) {
@@ -276,15 +278,18 @@ int SoakRun::Close() {
     return failures.empty() ? 0 : 1;
 }
 
-// What hangs would also hang the end of the process: it is ended at once.
+// What hangs would also hang the end of the process: it is ended at once, by whoever comes first.
 void SoakRun::GiveUp(const std::string& why) {
-    std::printf("STUCK after %u s with seed %llu: %s\n", SecondsSinceStart(),
-                static_cast<unsigned long long>(plan_.seed), why.c_str());
+    givingUp_.lock();
+    std::string text = "STUCK after " + std::to_string(SecondsSinceStart()) + " s with seed " +
+                       std::to_string(plan_.seed) + ": " + why + "\n";
     for (unsigned i = 0; i != books_.size(); ++i) {
-        const std::uint64_t since = i < hosts_.size() ? hosts_[i]->callSince.load() : 0;
-        std::printf(" thread %u%s%s\n%s", i, since != 0 ? " is inside " : " is in no call",
-                    since != 0 ? hosts_[i]->call.load() : "", books_[i].Missing().c_str());
+        const bool inCall = i < hosts_.size() && hosts_[i]->callSince != 0;
+        text += " thread " + std::to_string(i) +
+                (inCall ? std::string(" is inside ") + hosts_[i]->call.load() : " is in no call") +
+                "\n" + books_[i].Missing();
     }
+    std::fwrite(text.data(), 1, text.size(), stdout);
     std::fflush(stdout);
     TerminateProcess(GetCurrentProcess(), kStuck);
     std::abort();
