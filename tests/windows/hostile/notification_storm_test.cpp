@@ -79,7 +79,7 @@ HOST_TEST(NotificationStorm, TenCallers_AreAnsweredAsTheirBytesDeserveAndLeaveNo
     const std::uint32_t seed = HostileSeed();
     SCOPED_TRACE("seed " + std::to_string(seed));
     const unsigned each = HostileMessages() / kCallers;
-    Rage({seed + 1, each / 2, 1});  // what is made once is made now
+    Rage({seed + 1, each, each / 10});  // what is made once is made now
     const Footprint before = MeasureFootprint();
     Rage({seed, each, each / 10});
     ExpectNothingMore(before);

@@ -1,8 +1,7 @@
 #include "system/library_log.h"
 
-#include <sstream>
+#include <fstream>
 
-#include "support/install_folder.h"
 #include "system/own_process.h"
 
 namespace PlenxTest {
@@ -36,8 +35,9 @@ std::string Error(const std::string& function, const std::string& text) {
     return Line("error", function, text);
 }
 
-std::vector<LogLine> ReadLibraryLog() {
-    std::istringstream file(ReadFile(LibraryLogFile()));
+std::vector<LogLine> ReadLibraryLog(std::size_t from) {
+    std::ifstream file(LibraryLogFile(), std::ios::binary);
+    file.seekg(static_cast<std::streamoff>(from));
     std::vector<LogLine> lines;
     LogLine parsed;
     for (std::string line; std::getline(file, line);) {

@@ -6,6 +6,7 @@
 
 #include <windows.h>
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -22,8 +23,8 @@ struct LogLine {
     DWORD thread;
 };
 
-/// All lines of the running test so far.
-std::vector<LogLine> ReadLibraryLog();
+/// All lines of the running test so far, or those from a byte of the file on.
+std::vector<LogLine> ReadLibraryLog(std::size_t from = 0);
 
 }  // namespace PlenxTest
 
