@@ -2,7 +2,11 @@
 
 #include <windows.h>
 
+#include <tlhelp32.h>
+
+#include <cwchar>
 #include <iterator>
+#include <vector>
 
 #include "support/service_state.h"
 
@@ -28,6 +32,21 @@ void End(DWORD processId) {
         WaitForSingleObject(process, 5000);
         CloseHandle(process);
     }
+}
+
+std::vector<DWORD> ServiceProcesses() {
+    std::vector<DWORD> processes;
+    const HANDLE snapshot = CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0);
+    PROCESSENTRY32W entry{};
+    entry.dwSize = sizeof(entry);
+    for (BOOL more = Process32FirstW(snapshot, &entry); more;
+         more = Process32NextW(snapshot, &entry)) {
+        if (std::wcscmp(entry.szExeFile, L"plenxservice.exe") == 0) {
+            processes.push_back(entry.th32ProcessID);
+        }
+    }
+    CloseHandle(snapshot);
+    return processes;
 }
 
 // Wine takes a service's status from everybody who has opened the service for it.
@@ -58,11 +77,13 @@ void Mender::MendDead() {
     }
 }
 
+// Also those that the service manager has lost sight of.
 void Mender::EndAll() {
+    for (const DWORD process : ServiceProcesses()) {
+        End(process);
+    }
     for (const wchar_t* service : kServices) {
-        const DWORD process = PlenxTest::ProcessIdOf(service);
-        if (process != 0) {
-            End(process);
+        if (PlenxTest::StateOf(service).value_or(SERVICE_STOPPED) != SERVICE_STOPPED) {
             ReportStopped(service);
             tally_.Count("mended", "at rest");
         }

@@ -16,7 +16,7 @@ public:
 
     /// Mends the services whose process has ended.
     void MendDead();
-    /// Ends the process of every service that has one, and mends the service.
+    /// Ends every process of a service, and mends the services.
     void EndAll();
     /// Ends the process of one service and leaves it at that.
     void Kill(std::size_t service);
