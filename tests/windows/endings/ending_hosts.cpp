@@ -11,7 +11,6 @@
 
 #include "endings/loaded_library.h"
 #include "support/install_folder.h"
-#include "support/service_state.h"
 
 namespace PlenxTest {
 namespace {
@@ -86,6 +85,20 @@ bool WaitForEngine(const Library& library) {
     return WaitFor([&] { return library.NotRunning(DistributedFs::kPcService) == 1; }, 10000);
 }
 
+// What the service is at, from its log: asking the Service Control Manager would get in the
+// worker's way, as Wine confuses two threads of a process that ask at once (error 6).
+bool PcServiceComesToSay(const std::string& data, std::initializer_list<const char*> oneOf) {
+    const auto file = std::filesystem::path(data) / "plenx" / "pc" / "service.log";
+    return WaitFor(
+        [&] {
+            const std::string log = ReadFile(file);
+            return std::any_of(oneOf.begin(), oneOf.end(), [&](const char* text) {
+                return log.find(text) != std::string::npos;
+            });
+        },
+        10000);
+}
+
 constexpr int kNotReached = 99;
 
 int UseNothing(const std::string&, const std::string&) {
@@ -140,8 +153,7 @@ int BusyWithQueue(const std::string& install, const std::string& data) {
         library.Rename("name");
     }
     // A service that is still starting takes no stop request and would rightly be left behind.
-    return WaitFor([] { return StateOf(L"PlenxPcSvc") == SERVICE_RUNNING; }, 10000) ? 16
-                                                                                    : kNotReached;
+    return PcServiceComesToSay(data, {" pc runs"}) ? 16 : kNotReached;
 }
 
 int ExitInsideObserver(const std::string& install, const std::string& data) {
@@ -162,20 +174,6 @@ int CallsArriving(const std::string& install, const std::string& data) {
     library.Start(DistributedFs::kPcService);
     return WaitFor([] { return Observer().started && Observer().calls > 1; }, 10000) ? 18
                                                                                      : kNotReached;
-}
-
-// What the service is at, from its log: asking the Service Control Manager would get in the
-// worker's way, as Wine confuses two threads of a process that ask at once (error 6).
-bool PcServiceComesToSay(const std::string& data, std::initializer_list<const char*> oneOf) {
-    const auto file = std::filesystem::path(data) / "plenx" / "pc" / "service.log";
-    return WaitFor(
-        [&] {
-            const std::string log = ReadFile(file);
-            return std::any_of(oneOf.begin(), oneOf.end(), [&](const char* text) {
-                return log.find(text) != std::string::npos;
-            });
-        },
-        10000);
 }
 
 // The service takes its time to start: the worker polls its state.
