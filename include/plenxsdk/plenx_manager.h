@@ -184,7 +184,7 @@ public:
     /// afterwards: the process must be allowed to control services (elevated), first and
     /// second must be valid UTF-8, and second must be a folder that exists.
     ///
-    /// @param first   Install folder, without a trailing backslash: it holds
+    /// @param first   Install folder, without a trailing backslash or a NUL: it holds
     ///                plenxservice.exe, dokan1.sys, dokan1.dll, dokanfuse1.dll and
     ///                res\plenx\icon. It and its "upgrade" folder must be writable
     ///                by administrators only, and its path should be ASCII and free

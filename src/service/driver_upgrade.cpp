@@ -67,6 +67,11 @@ bool MoveIn(const std::wstring& file, const std::wstring& source, const std::wst
 }  // namespace
 
 std::int32_t ServiceManager::UpgradeDriver(const std::wstring& installFolder) {
+    // Where the system sees a path end at a NUL, every path here would be the same: the file to
+    // be replaced and the one to replace it.
+    if (installFolder.find(L'\0') != std::wstring::npos) {
+        return kDriverNotReplaced;
+    }
     for (const std::wstring file : kDriverFiles) {
         const std::wstring source = installFolder + L"\\upgrade" + file;
         const std::wstring target = installFolder + file;

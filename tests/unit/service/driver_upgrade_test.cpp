@@ -43,6 +43,15 @@ TEST_F(DriverUpgradeTest, NoUpgradeFolder_Returns0AndTouchesNothing) {
                                               "_waccess(\"C:\\App\\upgrade\\dokanfuse1.dll\", 0)"));
 }
 
+TEST_F(DriverUpgradeTest, FolderWithANul_Returns24AndTouchesNothing) {
+    files.AddFile(L"C:\\App\\host.exe", "the host's");
+    const std::wstring folder = std::wstring(L"C:\\App\\host.exe") + L'\0' + L"more";
+    EXPECT_EQ(ServiceManager::UpgradeDriver(folder), 24);
+    EXPECT_THAT(Lines(), IsEmpty());
+    EXPECT_THAT(platform.Calls(), IsEmpty());
+    EXPECT_EQ(files.Content(L"C:\\App\\host.exe"), "the host's");
+}
+
 TEST_F(DriverUpgradeTest, UpgradeCopyThatCannotBeAccessed_IsSkippedSilently) {
     AddInstalled(L"\\dokan1.sys");
     AddUpgrade(L"\\dokan1.sys");

@@ -343,6 +343,16 @@ HOST_TEST(BadFolders, DataFolderWithANul_IsNotTouchedAndLeavesNoServices) {
     StartFailsWith16(kPcService);
 }
 
+// The same for the install folder: what the driver upgrade would delete is the file itself.
+HOST_TEST(BadFolders, InstallFolderWithANul_IsNotTouchedAndLeavesNoServices) {
+    const std::filesystem::path file = folder.DataPath() / L"file.txt";
+    WriteFile(file, "the host's");
+    manager.Init(folder.Data() + "\\file.txt" + std::string(1, '\0'), folder.Data(), "third", true);
+    EXPECT_TRUE(Settle());
+    EXPECT_EQ(ReadFile(file), "the host's");
+    StartFailsWith16(kPcService);
+}
+
 HOST_TEST(BadFolders, EmptyDataFolder_LeavesNoServices) {
     manager.Init(folder.Install(), "", "third", true);
     Settle();
