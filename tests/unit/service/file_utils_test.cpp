@@ -349,6 +349,13 @@ TEST_F(FileUtilsTest, DriveAndShareRoots_AreRefusedWith28BeforeAnyListing) {
     EXPECT_TRUE(files.Exists(L"\\\\server\\share\\b"));
 }
 
+// Only the second character of it is a separator.
+TEST_F(FileUtilsTest, RelativePathWithAnInitialOfOneLetter_IsNoRoot) {
+    platform.Files().AddFolder(L"a\\b");
+    EXPECT_EQ(FileUtils::ForceRemoveDirectory(L"a\\b"), 0);
+    EXPECT_FALSE(platform.Files().Exists(L"a\\b"));
+}
+
 TEST_F(FileUtilsTest, FolderRightUnderARoot_IsRemoved) {
     files.AddFile(L"\\\\server\\share\\plenx\\a");
     EXPECT_EQ(FileUtils::ForceRemoveDirectory(L"\\\\server\\share\\plenx"), 0);
