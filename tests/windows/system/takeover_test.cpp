@@ -19,6 +19,9 @@ class Takeover : public Host {
 protected:
     /// Another host does that, and is killed once the service's log says so.
     void KillHost(Does what, const std::string& when);
+    /// What the service still has to say it would write into the folder that the next host is
+    /// removing.
+    bool ServiceFallsSilent() const;
     /// The worker's lines of Init, with the PC service's own ones for its stop.
     static Lines LinesOfInit(const Lines& stop);
 };
@@ -27,6 +30,18 @@ void Takeover::KillHost(Does what, const std::string& when) {
     OtherHost former(folder, what);
     ASSERT_TRUE(ServiceComesToSay(when, 30000));
     former.Kill();
+    ASSERT_TRUE(ServiceFallsSilent());
+}
+
+bool Takeover::ServiceFallsSilent() const {
+    for (int seconds = 0; seconds != 60; ++seconds) {
+        const std::string before = ReadFile(ServiceLogFile());
+        Sleep(1000);
+        if (ReadFile(ServiceLogFile()) == before) {
+            return true;
+        }
+    }
+    return false;
 }
 
 Lines Takeover::LinesOfInit(const Lines& stop) {
