@@ -1,6 +1,7 @@
 # All tests, and the closing line that counts them.
 
 windows_test_seconds=900
+show_each_test=false  # under Wine, for runs of many minutes
 failure_lines='^[^ ].*(Failure|FAILED|WARNING: ThreadSanitizer|ERROR: AddressSanitizer|runtime error)'
 failure_lines+='|\*\*\*(Failed|Timeout|Exception)'
 all_passed=0 all_failed=0 all_skipped=0
@@ -66,12 +67,18 @@ test_windows() {
 
 # A test program runs in the folder of everything that was built, in a prefix of its own.
 run_windows_test() {
-    local prefix status=0
+    local prefix run status=0
     local log=$log_dir/windows-$1.txt xml=$results_dir/windows-$1.xml
     [ -e "$windows_build/bin/$1.exe" ] || fail "no such test program: $1"
     prefix=$(new_prefix "$1")
-    (cd "$windows_build/bin" && WINEPREFIX=$prefix timeout -k 10 $windows_test_seconds \
-        wine "$1.exe" --gtest_output=xml:"Z:${xml//\//\\}") >"$log" 2>&1 </dev/null || status=$?
+    : >"$log"
+    (cd "$windows_build/bin" && WINEPREFIX=$prefix exec timeout -k 10 $windows_test_seconds \
+        wine "$1.exe" --gtest_output=xml:"Z:${xml//\//\\}") >"$log" 2>&1 </dev/null &
+    run=$!
+    if $show_each_test; then
+        tail -n +1 -f --pid=$run "$log" | grep --line-buffered -aE '^\[ *(RUN|OK|FAILED) ' | sed 's/^/    /' || true
+    fi
+    wait $run || status=$?
     drop_prefix "$prefix"
     report "windows-$1" "$1 under Wine" $status "$log"
 }
