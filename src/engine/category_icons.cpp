@@ -29,8 +29,12 @@ void PLENXManagerInner::CreateFileIcon(const std::string& rootDir) {
     for (const std::string category : kCategories) {
         const std::string folder = rootDir + "\\res\\plenx\\icon\\" + category;
         const std::string path = folder + "\\desktop.ini";
-        std::ofstream file(path, std::ios::binary | std::ios::trunc);
-        if (!file) {
+        std::ofstream file;
+        // The system would open what the path names up to a NUL, and that would be lost.
+        if (path.find('\0') == std::string::npos) {
+            file.open(path, std::ios::binary | std::ios::trunc);
+        }
+        if (!file.is_open()) {
             LogError("DistributedFs::PLENXManagerInner::CreateFileIcon", "[PLENXSDK] open file",
                      path, " error");
             continue;

@@ -93,6 +93,18 @@ TEST_F(CategoryIcons, MissingFoldersAreNotMadeAndLoggedInOrder) {
     EXPECT_FALSE(std::filesystem::exists("missing"));
 }
 
+TEST_F(CategoryIcons, RootWithANulOpensNoFile) {
+    std::ofstream("host.txt") << "the host's";
+    const std::string root = std::string("host.txt") + '\0' + "more";
+    Engine().Init(root, "C:\\Data");
+    EXPECT_EQ(ContentOf("host.txt"), "the host's");
+    std::vector<std::string> expected;
+    for (const std::string& category : kCategories) {
+        expected.push_back(ErrorLine(root + "\\res\\plenx\\icon\\" + category + "\\desktop.ini"));
+    }
+    EXPECT_EQ(IconTexts(), expected);
+}
+
 TEST_F(CategoryIcons, ExistingFileIsOverwrittenEntirely) {
     std::ofstream(PathOf("video")) << std::string(5000, 'x');
     Engine().Init("C:\\App", "C:\\Data");
