@@ -32,6 +32,7 @@ command_stress() {
     done
     windows_test_seconds=7200
     show_each_test=true
+    windows_jobs=1
     export PLENX_TEST_ENDINGS=$stress_endings PLENX_TEST_HOSTILE=$stress_messages
     echo "  $stress_endings hosts that end in each way, then $stress_messages messages each way"
     test_windows endings_test hostile_test

@@ -1,6 +1,7 @@
 # All tests, and the closing line that counts them.
 
 windows_test_seconds=900
+windows_jobs=3          # they mostly wait
 show_each_test=false  # under Wine, for runs of many minutes
 failure_lines='^[^ ].*(Failure|FAILED|WARNING: ThreadSanitizer|ERROR: AddressSanitizer|runtime error)'
 failure_lines+='|\*\*\*(Failed|Timeout|Exception)'
@@ -60,27 +61,43 @@ test_windows() {
         mapfile -t names < <(cd "$windows_build/bin" && ls ./*_test.exe | sed 's|^\./||; s|\.exe$||')
     fi
     local name
+    local -A running=()  # process to name
     for name in "${names[@]}"; do
-        run_windows_test "$name"
+        [ -e "$windows_build/bin/$name.exe" ] || fail "no such test program: $name"
+        [ ${#running[@]} -lt $windows_jobs ] || finish_windows_test
+        run_windows_test "$name" &
+        running[$!]=$name
     done
+    while [ ${#running[@]} -gt 0 ]; do
+        finish_windows_test
+    done
+}
+
+# Waits for the next one of `running` to end.
+finish_windows_test() {
+    local process name status=0
+    wait -n -p process "${!running[@]}" || status=$?
+    name=${running[$process]}
+    unset "running[$process]"
+    report "windows-$name" "$name under Wine" $status "$log_dir/windows-$name.txt"
 }
 
 # A test program runs in the folder of everything that was built, in a prefix of its own.
 run_windows_test() {
     local prefix run status=0
     local log=$log_dir/windows-$1.txt xml=$results_dir/windows-$1.xml
-    [ -e "$windows_build/bin/$1.exe" ] || fail "no such test program: $1"
     prefix=$(new_prefix "$1")
     : >"$log"
     (cd "$windows_build/bin" && WINEPREFIX=$prefix exec timeout -k 10 $windows_test_seconds \
         wine "$1.exe" --gtest_output=xml:"Z:${xml//\//\\}") >"$log" 2>&1 </dev/null &
     run=$!
     if $show_each_test; then
-        tail -n +1 -f --pid=$run "$log" | grep --line-buffered -aE '^\[ *(RUN|OK|FAILED) ' | sed 's/^/    /' || true
+        tail -n +1 -f --pid=$run "$log" |
+            grep --line-buffered -aE '^\[ *(RUN|OK|FAILED) ' | sed 's/^/    /' || true
     fi
     wait $run || status=$?
     drop_prefix "$prefix"
-    report "windows-$1" "$1 under Wine" $status "$log"
+    return $status
 }
 
 # count_results FILE: "passed failed skipped". The head of a JUnit file counts them; GoogleTest's
