@@ -21,10 +21,8 @@ struct Sample {
 /// Fewer samples than that are no judgement.
 constexpr std::size_t kFewestSamples = 8;
 
-/// What may be gained between the two quarters. Wine itself leaks: of each service handle whose
-/// closing fails because two threads used the service manager at once, it keeps some hundred bytes,
-/// which are in none of the heaps that the product allocates from. An hour gains 1 MiB that way.
-constexpr std::uint64_t kPrivateBytesTolerance = 2 * 1024 * 1024;
+/// What may be gained between the two quarters.
+constexpr std::uint64_t kPrivateBytesTolerance = 1024 * 1024;
 constexpr std::uint64_t kHeapBytesTolerance = 32 * 1024;
 constexpr std::uint64_t kHandlesTolerance = 8;
 constexpr std::uint64_t kThreadsTolerance = 0;
