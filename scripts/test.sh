@@ -1,7 +1,7 @@
 # All tests, and the closing line that counts them.
 
 windows_test_seconds=900
-windows_jobs=3          # they mostly wait
+windows_jobs=3        # at a time: they mostly wait
 show_each_test=false  # under Wine, for runs of many minutes
 failure_lines='^[^ ].*(Failure|FAILED|WARNING: ThreadSanitizer|ERROR: AddressSanitizer|runtime error)'
 failure_lines+='|\*\*\*(Failed|Timeout|Exception)'
