@@ -34,6 +34,8 @@ command_coverage() {
     count_native
     windows_build=$coverage_windows_build
     windows_options=(-DPLENX_COVERAGE=ON)
+    windows_jobs=1  # programs that run at once would spoil each other's counts there
+    mkdir -p "$windows_build"
     forget_counts "$windows_build"
     test_windows
     step "count the lines run under Wine" count_lines x86_64-w64-mingw32-gcov-posix \
