@@ -7,14 +7,7 @@
 
 namespace PlenxTest {
 
-using DistributedFs::PLENXMessageType;
-using DistributedFs::ServiceType;
-
 namespace {
-
-std::string OfGroup(const char* name, ServiceType service, const std::string& group) {
-    return std::string(name) + "(" + std::to_string(service) + ", " + Shown(group);
-}
 
 int CountIn(const Tally& tally, const std::string& call) {
     const auto found = tally.find(call);
@@ -59,49 +52,18 @@ Tally TallyObserver::TakeHeard() {
     return std::exchange(heard_, Tally());
 }
 
-int TallyObserver::Count(const std::string& call) {
+int TallyObserver::Take(const std::string& call) {
     const std::lock_guard<std::mutex> lock(mutex_);
     ++heard_[call];
     return 0;
 }
 
-int TallyObserver::SendLocalMessage(PLENXMessageType type, unsigned int length,
-                                    const std::string& message) {
-    return Count("SendLocalMessage(" + std::to_string(type) + ", " + std::to_string(length) + ", " +
-                 Shown(message) + ")");
+std::int32_t TallyObserver::AnswerLink(unsigned int linkType) {
+    return LinkStatusFor(linkType);
 }
 
-int TallyObserver::NotifyConnect(ServiceType service, const std::string& group) {
-    return Count(OfGroup("NotifyConnect", service, group) + ")");
-}
-
-int TallyObserver::NotifyDisconnect(ServiceType service, const std::string& group) {
-    return Count(OfGroup("NotifyDisconnect", service, group) + ")");
-}
-
-int TallyObserver::NotifyReconnect(ServiceType service, const std::string& group) {
-    return Count(OfGroup("NotifyReconnect", service, group) + ")");
-}
-
-int TallyObserver::QueryLinkStatus(ServiceType service, const std::string& group,
-                                   unsigned int linkType, std::int32_t& status) {
-    status = LinkStatusFor(linkType);
-    return Count(OfGroup("QueryLinkStatus", service, group) + ", " + std::to_string(linkType) +
-                 ")");
-}
-
-int TallyObserver::NotifyStatus(ServiceType service, const std::string& group, unsigned int kind,
-                                bool value) {
-    return Count(OfGroup("NotifyStatus", service, group) + ", " + std::to_string(kind) +
-                 (value ? ", 1)" : ", 0)"));
-}
-
-int TallyObserver::NotifyError(int code) {
-    return Count("NotifyError(" + std::to_string(code) + ")");
-}
-
-int TallyObserver::NotifyDiskName(const std::string& name) {
-    return Count("NotifyDiskName(" + Shown(name) + ")");
+std::string TallyObserver::Show(const std::string& text) const {
+    return Shown(text);
 }
 
 }  // namespace PlenxTest

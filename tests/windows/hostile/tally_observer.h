@@ -1,8 +1,5 @@
-// An observer that counts what it hears, each call as a line of text:
-//
-//     NotifyConnect(1, group)        QueryLinkStatus(1, group, 0)
-//
-// A long text is shown by its size and a hash.
+// An observer that counts what it hears, each call as a line of text. A long text is shown by its
+// size and a hash.
 
 #ifndef PLENXSDK_TESTS_WINDOWS_HOSTILE_TALLY_OBSERVER_H
 #define PLENXSDK_TESTS_WINDOWS_HOSTILE_TALLY_OBSERVER_H
@@ -11,7 +8,7 @@
 #include <mutex>
 #include <string>
 
-#include "plenxsdk/plenx_manager.h"
+#include "support/text_observer.h"
 
 namespace PlenxTest {
 
@@ -22,7 +19,7 @@ using Tally = std::map<std::string, int>;
 /// Empty: nothing.
 std::string Difference(const Tally& expected, const Tally& heard);
 
-class TallyObserver : public DistributedFs::PLENXServiceObserver {
+class TallyObserver : public TextObserver {
 public:
     /// What has come so far.
     Tally Heard() const;
@@ -30,20 +27,10 @@ public:
     /// The same, and forgets it.
     Tally TakeHeard();
 
-    int SendLocalMessage(DistributedFs::PLENXMessageType type, unsigned int length,
-                         const std::string& message) override;
-    int NotifyConnect(DistributedFs::ServiceType service, const std::string& group) override;
-    int NotifyDisconnect(DistributedFs::ServiceType service, const std::string& group) override;
-    int NotifyReconnect(DistributedFs::ServiceType service, const std::string& group) override;
-    int QueryLinkStatus(DistributedFs::ServiceType service, const std::string& group,
-                        unsigned int linkType, std::int32_t& status) override;
-    int NotifyStatus(DistributedFs::ServiceType service, const std::string& group,
-                     unsigned int kind, bool value) override;
-    int NotifyError(int code) override;
-    int NotifyDiskName(const std::string& name) override;
-
 private:
-    int Count(const std::string& call);
+    int Take(const std::string& call) override;
+    std::int32_t AnswerLink(unsigned int linkType) override;
+    std::string Show(const std::string& text) const override;
 
     mutable std::mutex mutex_;
     Tally heard_;

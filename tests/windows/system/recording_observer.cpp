@@ -7,29 +7,6 @@
 
 namespace PlenxTest {
 
-using DistributedFs::PLENXMessageType;
-using DistributedFs::ServiceType;
-
-namespace {
-
-std::string Text(const std::string& text) {
-    return text;
-}
-
-template <class Number>
-std::string Text(Number number) {
-    return std::to_string(number);
-}
-
-template <class... Rest>
-std::string CallText(const char* name, const Rest&... arguments) {
-    std::string list;
-    ((list += (list.empty() ? "" : ", ") + Text(arguments)), ...);
-    return name + ("(" + list + ")");
-}
-
-}  // namespace
-
 void RecordingObserver::Behave(Behaviour behaviour) {
     const std::lock_guard<std::mutex> lock(mutex_);
     behaviour_ = std::move(behaviour);
@@ -76,42 +53,6 @@ int RecordingObserver::Take(const std::string& call) {
         behaviour = behaviour_;
     }
     return behaviour ? behaviour(call) : 0;
-}
-
-int RecordingObserver::SendLocalMessage(PLENXMessageType type, unsigned int length,
-                                        const std::string& message) {
-    return Take(CallText("SendLocalMessage", type, length, message));
-}
-
-int RecordingObserver::NotifyConnect(ServiceType service, const std::string& group) {
-    return Take(CallText("NotifyConnect", service, group));
-}
-
-int RecordingObserver::NotifyDisconnect(ServiceType service, const std::string& group) {
-    return Take(CallText("NotifyDisconnect", service, group));
-}
-
-int RecordingObserver::NotifyReconnect(ServiceType service, const std::string& group) {
-    return Take(CallText("NotifyReconnect", service, group));
-}
-
-int RecordingObserver::QueryLinkStatus(ServiceType service, const std::string& group,
-                                       unsigned int linkType, std::int32_t& status) {
-    status = linkStatus;
-    return Take(CallText("QueryLinkStatus", service, group, linkType));
-}
-
-int RecordingObserver::NotifyStatus(ServiceType service, const std::string& group,
-                                    unsigned int kind, bool value) {
-    return Take(CallText("NotifyStatus", service, group, kind, value));
-}
-
-int RecordingObserver::NotifyError(int code) {
-    return Take(CallText("NotifyError", code));
-}
-
-int RecordingObserver::NotifyDiskName(const std::string& name) {
-    return Take(CallText("NotifyDiskName", name));
 }
 
 }  // namespace PlenxTest

@@ -1,9 +1,5 @@
-// An observer that writes down every call as a line of text:
-//
-//     NotifyConnect(1, group)           NotifyStatus(1, group, 0, 1)
-//     SendLocalMessage(7, 3, abc)       QueryLinkStatus(1, group, 0)
-//
-// and then behaves as it was told. Calls come from any thread.
+// An observer that writes down every call as a line of text, and then behaves as it was told. Calls
+// come from any thread.
 
 #ifndef PLENXSDK_TESTS_WINDOWS_SYSTEM_RECORDING_OBSERVER_H
 #define PLENXSDK_TESTS_WINDOWS_SYSTEM_RECORDING_OBSERVER_H
@@ -16,11 +12,11 @@
 #include <string>
 #include <vector>
 
-#include "plenxsdk/plenx_manager.h"
+#include "support/text_observer.h"
 
 namespace PlenxTest {
 
-class RecordingObserver : public DistributedFs::PLENXServiceObserver {
+class RecordingObserver : public TextObserver {
 public:
     /// Runs after the call was written down; its result is the observer's. May throw.
     using Behaviour = std::function<int(const std::string& call)>;
@@ -36,25 +32,15 @@ public:
     /// Waits until the call has come at least so often. @return false when it has not.
     bool WaitFor(const std::string& call, int times = 1, DWORD milliseconds = 15000) const;
 
-    int SendLocalMessage(DistributedFs::PLENXMessageType type, unsigned int length,
-                         const std::string& message) override;
-    int NotifyConnect(DistributedFs::ServiceType service, const std::string& group) override;
-    int NotifyDisconnect(DistributedFs::ServiceType service, const std::string& group) override;
-    int NotifyReconnect(DistributedFs::ServiceType service, const std::string& group) override;
-    int QueryLinkStatus(DistributedFs::ServiceType service, const std::string& group,
-                        unsigned int linkType, std::int32_t& status) override;
-    int NotifyStatus(DistributedFs::ServiceType service, const std::string& group,
-                     unsigned int kind, bool value) override;
-    int NotifyError(int code) override;
-    int NotifyDiskName(const std::string& name) override;
-
 private:
     struct Call {
         std::string text;
         DWORD thread;
     };
 
-    int Take(const std::string& call);
+    int Take(const std::string& call) override;
+    std::int32_t AnswerLink(unsigned int) override { return linkStatus; }
+
     template <class Condition>
     std::vector<std::string> Texts(Condition condition) const;
 
