@@ -1,0 +1,123 @@
+#!/usr/bin/env python3
+"""Shows what the benchmark programs have measured, and which goals that meets.
+
+usage: bench/table.py [--json FILE] RESULTS...
+
+results.py tells what the files of results hold; goals.py holds the rows and their goals.
+--json writes all records, with what was worked out from them, and the goals.
+"""
+
+import argparse
+import json
+
+from goals import ROWS, number
+from results import Results, derive_fan_out
+
+WIDTH = 100
+LINE = "  {:<30} {:>11} {:>9} {:>11} {:>11} {:>12}"
+SCALES = {"ns": ((1e9, "s"), (1e6, "ms"), (1e3, "us"), (1, "ns")),
+          "B": ((2**20, "MiB"), (2**10, "KiB"), (1, "B"))}
+
+
+def quantity(value, unit):
+    for size, name in SCALES.get(unit, ()):
+        if abs(value) >= size:
+            return f"{number(value / size)} {name}"
+    return f"{number(value)} {unit}"
+
+
+def ratio(record, other):
+    if other is None or other.median == 0:
+        return ""
+    return f"{record.median / other.median:.2f}"
+
+
+def order(record):
+    place = {"ours": 0, "limit": 1}.get(record.contender, 3 if record.is_for_scale else 2)
+    return place, -record.median if record.more_is_better else record.median
+
+
+def show_row(results, row, world):
+    records = results.of_row(row.name, world)
+    if not any(record.is_size for record in records):
+        records.sort(key=order)
+    limit = results.get(row.name, world, "limit")
+    peer = results.best_peer(row.name, world)
+    print()
+    print(f"{row.name} · {row.work}".ljust(WIDTH - len(world) - 1), world)
+    for record in records:
+        allocations = "" if record.allocations is None else number(record.allocations)
+        print(LINE.format(record.contender, quantity(record.median, record.unit),
+                          f"±{100 * record.spread:.1f} %", ratio(record, limit),
+                          ratio(record, peer), allocations).rstrip())
+    show_goals(results, row, world)
+
+
+def verdict(outcome):
+    if outcome is None:
+        return "not measured"
+    reached, is_met = outcome
+    return f"{reached}  {'met' if is_met else 'NOT MET'}"
+
+
+def show_goals(results, row, world):
+    for goal in row.goals:
+        print(f"  goal: {goal.text}: {verdict(goal.check(results, row.name, world))}")
+
+
+def worlds_of(results, row):
+    return [world for world in ("native", "wine") if results.of_row(row.name, world)]
+
+
+def outcomes(results):
+    """(row, world, goal, outcome) of all that was measured."""
+    return [(row, world, goal, goal.check(results, row.name, world))
+            for row in ROWS for world in worlds_of(results, row) for goal in row.goals]
+
+
+def show_summary(results):
+    held = [outcome for outcome in outcomes(results) if outcome[3] is not None]
+    met = sum(outcome[1] for *_, outcome in held)
+    print(f"\n{met} of {len(held)} goals are met.")
+    for row, world, goal, outcome in held:
+        if not outcome[1]:
+            print(f"  not met: {row.name} ({world}): {goal.text}: {outcome[0]}")
+    missing = [row.name for row in ROWS if not worlds_of(results, row)]
+    if missing:
+        print("Not measured in this run: " + ", ".join(missing) + ".")
+
+
+def write_json(results, path):
+    records = [dict(vars(record), median=record.median, spread=record.spread)
+               for record in results.records.values() if record.samples]
+    goals = [{"row": row.name, "world": world, "goal": goal.text,
+              "reached": outcome and outcome[0], "met": bool(outcome and outcome[1])}
+             for row, world, goal, outcome in outcomes(results)]
+    with open(path, "w", encoding="utf-8") as file:
+        json.dump({"records": records, "goals": goals}, file, indent=1)
+        file.write("\n")
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
+    parser.add_argument("--json", metavar="FILE")
+    parser.add_argument("results", nargs="+")
+    arguments = parser.parse_args()
+
+    results = Results()
+    for path in arguments.results:
+        results.read(path)
+    derive_fan_out(results)
+
+    print(LINE.format("", "median", "spread", "to limit", "to best", "allocations"))
+    print(LINE.format("", "", "", "", "peer", "per op"))
+    for row in ROWS:
+        for world in worlds_of(results, row):
+            show_row(results, row, world)
+    show_summary(results)
+    if arguments.json:
+        write_json(results, arguments.json)
+
+
+if __name__ == "__main__":
+    main()
