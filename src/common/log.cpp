@@ -1,8 +1,10 @@
 #include "common/log.h"
 
+#include <algorithm>
 #include <cerrno>
-#include <locale>
+#include <memory>
 
+#include "common/log_stream.h"
 #include "common/utf8.h"
 
 #ifdef _WIN32
@@ -33,52 +35,82 @@ private:
     int errno_;
 };
 
-void AppendDecimal(std::wstring& line, std::uint64_t number) {
-    wchar_t digits[20];
-    wchar_t* const end = digits + 20;
+constexpr std::size_t kMostDigits = 20;
+
+wchar_t* WriteDecimal(wchar_t* out, std::uint64_t number) noexcept {
+    wchar_t digits[kMostDigits];
+    wchar_t* const end = digits + kMostDigits;
     wchar_t* first = end;
     do {
         *--first = static_cast<wchar_t>(L'0' + number % 10);
         number /= 10;
     } while (number != 0);
-    line.append(first, end);
+    return std::copy(first, end, out);
 }
+
+// Room for the characters of a line; most fit without an allocation.
+class LineRoom {
+public:
+    explicit LineRoom(std::size_t characters) {
+        if (characters > LogStream::kMostKept) {
+            long_ = std::make_unique<wchar_t[]>(characters);
+        }
+    }
+    wchar_t* Begin() noexcept { return long_ ? long_.get() : short_; }
+
+private:
+    wchar_t short_[LogStream::kMostKept];
+    std::unique_ptr<wchar_t[]> long_;
+};
 
 }  // namespace
 
-void LogValue::AppendTo(std::wstring& line) const {
+std::size_t LogValue::MostCharacters() const noexcept {
     switch (kind_) {
     case Kind::kNarrow:
-        AppendLenientUtf8(line, narrow_);
-        break;
+        return narrow_.size();
     case Kind::kWide:
-        line.append(wide_);
-        break;
+        return wide_.size();
     case Kind::kLetter:
-        line.push_back(static_cast<wchar_t>(static_cast<unsigned char>(letter_)));
-        break;
+        return 1;
     case Kind::kSigned:
-        if (static_cast<std::int64_t>(number_) < 0) {
-            line.push_back(L'-');
-            AppendDecimal(line, 0 - number_);
-            break;
-        }
-        [[fallthrough]];
     case Kind::kUnsigned:
-        AppendDecimal(line, number_);
         break;
     }
+    return kMostDigits;
+}
+
+wchar_t* LogValue::Write(wchar_t* out) const noexcept {
+    switch (kind_) {
+    case Kind::kNarrow:
+        return WriteLenientUtf8(out, narrow_);
+    case Kind::kWide:
+        return std::copy(wide_.begin(), wide_.end(), out);
+    case Kind::kLetter:
+        *out = static_cast<wchar_t>(static_cast<unsigned char>(letter_));
+        return out + 1;
+    case Kind::kSigned:
+        if (static_cast<std::int64_t>(number_) < 0) {
+            *out = L'-';
+            return WriteDecimal(out + 1, 0 - number_);
+        }
+        break;
+    case Kind::kUnsigned:
+        break;
+    }
+    return WriteDecimal(out, number_);
 }
 
 void TouchLogger() noexcept {
     try {
+        LogStream::Keep();
         OvLogger::GetInstance();
     } catch (...) {
         // Each line tries again.
     }
 }
 
-void WriteLogLine(LOG_MESSAGE_LEVEL level, const char* function, const LogValue* parts,
+void WriteLogLine(LOG_MESSAGE_LEVEL level, std::string_view function, const LogValue* parts,
                   std::size_t count) noexcept {
     const KeepErrors keep;
     try {
@@ -86,18 +118,22 @@ void WriteLogLine(LOG_MESSAGE_LEVEL level, const char* function, const LogValue*
         if (logger == nullptr) {
             return;
         }
-        std::wstring line;
+        std::size_t most = function.size() + 2;
         for (std::size_t i = 0; i != count; ++i) {
-            parts[i].AppendTo(line);
+            most += parts[i].MostCharacters();
         }
-        line.push_back(L'(');
-        LogValue(function).AppendTo(line);
-        line.push_back(L')');
+        LineRoom line(most);
+        wchar_t* end = line.Begin();
+        for (std::size_t i = 0; i != count; ++i) {
+            end = parts[i].Write(end);
+        }
+        *end++ = L'(';
+        end = LogValue(function).Write(end);
+        *end++ = L')';
 
-        std::wostringstream stream;
-        stream.imbue(std::locale::classic());
-        stream << line;
-        logger->Log(level, stream);
+        LogStream stream(most);
+        stream.Get().rdbuf()->sputn(line.Begin(), end - line.Begin());
+        logger->Log(level, stream.Get());
     } catch (...) {
         // A line that cannot be written must not fail the operation it tells about.
     }

@@ -27,7 +27,12 @@ namespace DistributedFs {
 class LogValue {
 public:
     LogValue(std::string_view text) noexcept : kind_(Kind::kNarrow), narrow_(text) {}
-    LogValue(const char* text) noexcept : LogValue(std::string_view(text)) {}
+    /// A literal: its length is known without looking for its end.
+    template <std::size_t Size>
+    LogValue(const char (&literal)[Size]) noexcept
+        : LogValue(std::string_view(literal, Size - 1)) {}
+    template <class Text, std::enable_if_t<std::is_same_v<Text, const char*>, int> = 0>
+    LogValue(const Text& text) noexcept : LogValue(std::string_view(text)) {}
     LogValue(const std::string& text) noexcept : LogValue(std::string_view(text)) {}
     LogValue(const std::wstring& text) noexcept : kind_(Kind::kWide), wide_(text) {}
     LogValue(char letter) noexcept : kind_(Kind::kLetter), letter_(letter) {}
@@ -40,7 +45,10 @@ public:
     template <class Enum, std::enable_if_t<std::is_enum_v<Enum>, int> = 0>
     LogValue(Enum value) noexcept : LogValue(static_cast<std::underlying_type_t<Enum>>(value)) {}
 
-    void AppendTo(std::wstring& line) const;
+    /// The most characters that Write writes.
+    std::size_t MostCharacters() const noexcept;
+    /// Returns the end of what it wrote.
+    wchar_t* Write(wchar_t* out) const noexcept;
 
 private:
     enum class Kind { kNarrow, kWide, kLetter, kSigned, kUnsigned };
@@ -58,19 +66,19 @@ private:
 /// its constructor, so that the logger outlives it.
 void TouchLogger() noexcept;
 
-void WriteLogLine(LOG_MESSAGE_LEVEL level, const char* function, const LogValue* parts,
+void WriteLogLine(LOG_MESSAGE_LEVEL level, std::string_view function, const LogValue* parts,
                   std::size_t count) noexcept;
 
 /// Progress and success.
 template <class... Parts>
-void LogInfo(const char* function, const Parts&... parts) noexcept {
+void LogInfo(std::string_view function, const Parts&... parts) noexcept {
     const LogValue line[] = {LogValue(parts)...};
     WriteLogLine(LOG_MESSAGE_LEVEL_INFO, function, line, sizeof...(parts));
 }
 
 /// Invalid arguments and failures.
 template <class... Parts>
-void LogError(const char* function, const Parts&... parts) noexcept {
+void LogError(std::string_view function, const Parts&... parts) noexcept {
     const LogValue line[] = {LogValue(parts)...};
     WriteLogLine(LOG_MESSAGE_LEVEL_ERROR, function, line, sizeof...(parts));
 }

@@ -13,8 +13,10 @@ namespace DistributedFs {
 /// @throws std::range_error when the string is not valid UTF-8.
 std::wstring Utf8ToWide(const std::string& text);
 
-/// Appends the text; each malformed byte shows as U+FFFD.
-void AppendLenientUtf8(std::wstring& out, std::string_view text);
+/// Writes the text; each malformed byte shows as U+FFFD.
+/// @param out  Room for as many units as the text has bytes.
+/// @return The end of what was written.
+wchar_t* WriteLenientUtf8(wchar_t* out, std::string_view text) noexcept;
 
 }  // namespace DistributedFs
 

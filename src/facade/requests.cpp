@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstring>
+#include <string_view>
 #include <utility>
 
 #include "common/log.h"
@@ -21,7 +22,7 @@ std::shared_ptr<const unsigned char[]> CopyBlock(const unsigned char* data, int 
     return copy;
 }
 
-int Refuse(const char* function, const char* text) {
+int Refuse(std::string_view function, const char* text) {
     LogError(function, text);
     return kInvalidParameter;
 }
@@ -29,8 +30,8 @@ int Refuse(const char* function, const char* text) {
 // Queues the job if there is a pool; logPushed writes the line that says so. The lock is held
 // across the test and the queueing. The future is dropped: nobody waits for a job.
 template <class LogPushed, class... Job>
-int Push(std::mutex& poolMutex, const std::shared_ptr<ThreadPool>& threadPool, const char* function,
-         LogPushed logPushed, Job&&... job) {
+int Push(std::mutex& poolMutex, const std::shared_ptr<ThreadPool>& threadPool,
+         std::string_view function, LogPushed logPushed, Job&&... job) {
     const std::lock_guard<std::mutex> lock(poolMutex);
     if (threadPool) {
         logPushed();

@@ -35,7 +35,7 @@ struct Group {
 };
 
 // "name_3" is group "name" of service 3; the name may hold underscores itself.
-bool SplitGroupName(const char* function, const std::string& grpName, Group& group) {
+bool SplitGroupName(std::string_view function, const std::string& grpName, Group& group) {
     const std::size_t underscore = grpName.rfind('_');
     std::int32_t number = 0;
     if (underscore == std::string::npos ||
@@ -49,7 +49,7 @@ bool SplitGroupName(const char* function, const std::string& grpName, Group& gro
 }
 
 // The message of the three connection notifications: a group name and nothing else.
-std::int32_t ReadGroup(const char* function, const RpcMessage& message, Group& group) {
+std::int32_t ReadGroup(std::string_view function, const RpcMessage& message, Group& group) {
     RpcMessageReader reader = MakeReader(message);
     std::string grpName;
     if (!WasRead(reader.ReadString(0, &grpName), function, "[PLENXSDK] read grpName error")) {
@@ -59,7 +59,7 @@ std::int32_t ReadGroup(const char* function, const RpcMessage& message, Group& g
 }
 
 // Leaves a reply of one int32.
-std::int32_t ReplyInt32(RpcMessage& message, std::int32_t value, const char* function,
+std::int32_t ReplyInt32(RpcMessage& message, std::int32_t value, std::string_view function,
                         const char* failure) {
     message.respSize = kInt32ReplySize;
     RpcMessageWriter writer(kInt32ReplySize, 1);

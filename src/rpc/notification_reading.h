@@ -3,6 +3,8 @@
 #ifndef PLENXSDK_RPC_NOTIFICATION_READING_H
 #define PLENXSDK_RPC_NOTIFICATION_READING_H
 
+#include <string_view>
+
 #include "common/log.h"
 #include "common/result_code.h"
 #include "rpc/rpc_message.h"
@@ -15,7 +17,7 @@ inline RpcMessageReader MakeReader(const RpcMessage& message) {
 }
 
 /// code: of the read; logs its failure.
-inline bool WasRead(std::int32_t code, const char* function, const char* failure) {
+inline bool WasRead(std::int32_t code, std::string_view function, const char* failure) {
     if (code != kSuccess) {
         LogError(function, failure);
     }

@@ -10,6 +10,7 @@
 #include <limits>
 #include <memory>
 #include <new>
+#include <string_view>
 #include <utility>
 
 #include "common/log.h"
@@ -24,7 +25,7 @@ namespace DistributedFs {
 
 struct RpcRequest {
     std::int32_t msgType;
-    const char* function;
+    std::string_view function;
     const char* int64Failure = nullptr;
 };
 
@@ -97,7 +98,7 @@ std::int32_t KeepReply(const PlenxServiceReply& reply, RpcMessage& message) {
     return kSuccess;
 }
 
-std::int32_t CallService(const char* function, RpcMessage& message) {
+std::int32_t CallService(std::string_view function, RpcMessage& message) {
     PlenxServiceReply reply{};
     PlenxCallService(message.msgType, message.msgSize, message.msgBuffer, &reply);
     const RuntimeBlock block(reply.block, &MIDL_user_free);

@@ -4,6 +4,7 @@
 #include <windows.h>
 
 #include <cstring>
+#include <string_view>
 
 #include "common/log.h"
 #include "common/result_code.h"
@@ -31,7 +32,7 @@ static_assert(sizeof(SERVICE_STATUS) == 28);
 constexpr DWORD kPollsPerWaitHint = 200;
 constexpr DWORD kStopWaitMilliseconds = 2000;  // without progress
 
-ServiceHandle OpenManager(const char* function) {
+ServiceHandle OpenManager(std::string_view function) {
     ServiceHandle manager(OpenSCManagerW(nullptr, nullptr, SC_MANAGER_ALL_ACCESS));
     if (!manager) {
         const DWORD error = GetLastError();
@@ -40,7 +41,7 @@ ServiceHandle OpenManager(const char* function) {
     return manager;
 }
 
-ServiceHandle OpenRow(const char* function, const ServiceHandle& manager,
+ServiceHandle OpenRow(std::string_view function, const ServiceHandle& manager,
                       const ServiceRecord& record, DWORD access) {
     ServiceHandle service(OpenServiceW(manager.Get(), record.name.c_str(), access));
     if (!service) {
@@ -50,7 +51,7 @@ ServiceHandle OpenRow(const char* function, const ServiceHandle& manager,
     return service;
 }
 
-bool QueryStatus(const char* function, SC_HANDLE service, SERVICE_STATUS_PROCESS& status,
+bool QueryStatus(std::string_view function, SC_HANDLE service, SERVICE_STATUS_PROCESS& status,
                  DWORD& bytesNeeded) {
     if (!QueryServiceStatusEx(service, SC_STATUS_PROCESS_INFO, reinterpret_cast<LPBYTE>(&status),
                               sizeof(status), &bytesNeeded)) {

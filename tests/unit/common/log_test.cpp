@@ -13,6 +13,7 @@
 #include <thread>
 #include <vector>
 
+#include "common/log_stream.h"
 #include "companion/recorded_log.h"
 #include "plenxsdk/plenx_manager.h"
 
@@ -155,6 +156,50 @@ TEST(Log, HostsLocaleDoesNotDecideHowNumbersLook) {
     LogError(kFunction, "timeout (", 5000, " ms)");
     std::locale::global(before);
     EXPECT_THAT(Texts(), ElementsAre("L4 timeout (5000 ms)(DistributedFs::Room::Operation)"));
+}
+
+// Around the strides and the room that lines are built in.
+TEST(Log, LinesOfEveryLengthAreWhole) {
+    for (const std::size_t length :
+         {0U, 1U, 7U, 8U, 9U, 63U, 465U, 478U, 479U, 480U, 481U, 5000U, 3U}) {
+        RecordedLog::Get().Clear();
+        const std::string text(length, 'x');
+        LogInfo(kFunction, text, 7);
+        EXPECT_THAT(Texts(), ElementsAre("L3 " + text + "7(DistributedFs::Room::Operation)"));
+    }
+}
+
+TEST(Log, OddByteIsFoundAtEveryPlace) {
+    for (std::size_t place = 0; place != 20; ++place) {
+        RecordedLog::Get().Clear();
+        std::string text(20, 'x');
+        text[place] = '\xFF';
+        std::wstring expected(20, L'x');
+        expected[place] = 0xFFFD;
+        LogInfo(kFunction, text);
+        EXPECT_EQ(OnlyText(), expected + L"(DistributedFs::Room::Operation)");
+    }
+}
+
+TEST(Log, LineIsWrittenWhileTheStreamOfAnotherIsInUse) {
+    DistributedFs::LogStream held(10);
+    held.Get() << L"held";
+    LogInfo(kFunction, "text ", 5);
+    EXPECT_THAT(Texts(), ElementsAre("L3 text 5(DistributedFs::Room::Operation)"));
+    EXPECT_EQ(held.Get().str(), L"held");
+}
+
+TEST(LogStream, IsEmptyAndInTheClassicLocaleForEveryLine) {
+    const std::locale before =
+        std::locale::global(std::locale(std::locale::classic(), new GroupedDigits));
+    for (const std::size_t length : {1U, 1U, 100000U, 1U}) {
+        DistributedFs::LogStream stream(length);
+        EXPECT_EQ(stream.Get().str(), L"");
+        stream.Get() << 5000;
+        EXPECT_EQ(stream.Get().str(), L"5000");
+        EXPECT_EQ(stream.Get().tellp(), 4);
+    }
+    std::locale::global(before);
 }
 
 TEST(Log, MissingLoggerIsTolerated) {
