@@ -26,11 +26,10 @@ RpcMessageReader::RpcMessageReader(const std::uint8_t* buffer, std::int32_t size
                  "[PLENXSDK] Short Message Size rpcMsgSize:", size);
         return;
     }
-    rpcMsgBuf_.reset(new (std::nothrow) std::uint8_t[static_cast<std::size_t>(size)]);
-    if (!rpcMsgBuf_) {
+    if (!rpcMsgBuf_.Make(static_cast<std::size_t>(size))) {
         return;
     }
-    std::memcpy(rpcMsgBuf_.get(), buffer, static_cast<std::size_t>(size));
+    std::memcpy(rpcMsgBuf_.Get(), buffer, static_cast<std::size_t>(size));
     rpcMsgArgs_ = static_cast<std::int32_t>(count);
     rpcMsgSize_ = size;
     msgCursor_ = static_cast<std::int32_t>(RpcDataOffset(count));
@@ -47,7 +46,7 @@ std::int32_t RpcMessageReader::ReadInt32(std::uint32_t index, std::int32_t* out)
                  " rpcReqArgSize:", argument.size, " rpcMsgSize_:", rpcMsgSize_);
         return kMessageCheckFailed;
     }
-    std::memcpy(out, &rpcMsgBuf_[argument.offset], sizeof(*out));
+    std::memcpy(out, rpcMsgBuf_.Get() + argument.offset, sizeof(*out));
     Advance(argument);
     return kSuccess;
 }
@@ -64,7 +63,7 @@ std::int32_t RpcMessageReader::ReadString(std::uint32_t index, std::string* out)
         return kMessageCheckFailed;
     }
     // The last byte is the sender's NUL and not looked at.
-    const auto* const text = reinterpret_cast<const char*>(&rpcMsgBuf_[argument.offset]);
+    const auto* const text = reinterpret_cast<const char*>(rpcMsgBuf_.Get() + argument.offset);
     out->assign(text, argument.size - 1);
     Advance(argument);
     return kSuccess;
@@ -92,14 +91,14 @@ std::int32_t RpcMessageReader::ReadInt8Array(std::uint32_t index, std::uint8_t**
         return kMessageCheckFailed;
     }
     if (argument.size > 0) {
-        std::memcpy(block, &rpcMsgBuf_[argument.offset], argument.size);
+        std::memcpy(block, rpcMsgBuf_.Get() + argument.offset, argument.size);
     }
     *out = block;
     Advance(argument);
     return kSuccess;
 }
 
-bool RpcMessageReader::FindDescriptor(const char* function, std::uint32_t index, bool hasOut,
+bool RpcMessageReader::FindDescriptor(std::string_view function, std::uint32_t index, bool hasOut,
                                       RpcArgType type, Descriptor& found) const {
     if (!hasOut || index != static_cast<std::uint32_t>(argCursor_) ||
         index >= static_cast<std::uint32_t>(rpcMsgArgs_)) {
@@ -108,7 +107,7 @@ bool RpcMessageReader::FindDescriptor(const char* function, std::uint32_t index,
                  " rpcMsgSize_:", rpcMsgSize_);
         return false;
     }
-    const std::uint8_t* const descriptor = &rpcMsgBuf_[RpcDataOffset(index)];
+    const std::uint8_t* const descriptor = rpcMsgBuf_.Get() + RpcDataOffset(index);
     found = {Load32(descriptor), Load32(descriptor + 4), Load32(descriptor + 8)};
     if (found.type != static_cast<std::uint32_t>(type)) {
         LogError(function, "[PLENXSDK] Invalid Args rpcReqArgType:", found.type);

@@ -8,9 +8,10 @@
 #define PLENXSDK_RPC_RPC_MESSAGE_READER_H
 
 #include <cstdint>
-#include <memory>
 #include <string>
+#include <string_view>
 
+#include "rpc/message_block.h"
 #include "rpc/rpc_message_layout.h"
 
 namespace DistributedFs {
@@ -36,12 +37,12 @@ private:
         std::uint32_t size;
     };
 
-    bool FindDescriptor(const char* function, std::uint32_t index, bool hasOut, RpcArgType type,
-                        Descriptor& found) const;
+    bool FindDescriptor(std::string_view function, std::uint32_t index, bool hasOut,
+                        RpcArgType type, Descriptor& found) const;
     bool IsInside(const Descriptor& argument) const noexcept;
     void Advance(const Descriptor& argument) noexcept;
 
-    std::unique_ptr<std::uint8_t[]> rpcMsgBuf_;
+    MessageBlock rpcMsgBuf_;
     std::int32_t rpcMsgArgs_;
     std::int32_t rpcMsgSize_;
     std::int32_t argCursor_;

@@ -1,7 +1,7 @@
 #include "rpc/rpc_message_writer.h"
 
+#include <algorithm>
 #include <cstring>
-#include <new>
 
 #include "common/log.h"
 #include "common/result_code.h"
@@ -23,15 +23,29 @@ RpcMessageWriter::RpcMessageWriter(std::int32_t size, std::int32_t args)
                  "[PLENXSDK] Short Message Size rpcMsgSize:", size, " rpcMsgArgs:", args);
         return;
     }
-    rpcMsgBuf_.reset(new (std::nothrow) std::uint8_t[static_cast<std::size_t>(size)]());
-    if (!rpcMsgBuf_) {
+    if (!rpcMsgBuf_.Make(static_cast<std::size_t>(size))) {
         return;
     }
     rpcMsgArgs_ = args;
     rpcMsgSize_ = size;
     msgCursor_ = static_cast<std::int32_t>(RpcDataOffset(args));
-    Store32(&rpcMsgBuf_[0], size);
-    Store32(&rpcMsgBuf_[4], args);
+    ClearTo(msgCursor_);
+    Store32(rpcMsgBuf_.Get(), size);
+    Store32(rpcMsgBuf_.Get() + 4, args);
+}
+
+std::uint8_t* RpcMessageWriter::Buffer() noexcept {
+    ClearTo(rpcMsgSize_);
+    return rpcMsgBuf_.Get();
+}
+
+// Only what would stay unwritten is cleared: clearing all of a large message first would be a
+// second pass over it.
+void RpcMessageWriter::ClearTo(std::int32_t end) noexcept {
+    if (rawFrom_ < end) {
+        std::memset(rpcMsgBuf_.Get() + rawFrom_, 0, static_cast<std::size_t>(end - rawFrom_));
+        rawFrom_ = end;
+    }
 }
 
 std::int32_t RpcMessageWriter::WriteInt32(std::uint32_t index, std::int32_t value) {
@@ -57,25 +71,27 @@ std::int32_t RpcMessageWriter::WriteInt8Array(std::uint32_t index, const std::ui
 
 // The index is not held against the argument count: what must fit is the descriptor and
 // the data.
-std::int32_t RpcMessageWriter::Write(const char* function, std::uint32_t index, RpcArgType type,
-                                     const void* data, std::int64_t size) {
+std::int32_t RpcMessageWriter::Write(std::string_view function, std::uint32_t index,
+                                     RpcArgType type, const void* data, std::int64_t size) {
     const bool inOrder = index == static_cast<std::uint32_t>(argCursor_);
     const bool hasBytes = size == 0 || (size > 0 && data != nullptr);
-    const bool fits =
-        msgCursor_ + size <= rpcMsgSize_ && RpcDataOffset(std::int64_t{index} + 1) <= rpcMsgSize_;
-    if (!rpcMsgBuf_ || !inOrder || !hasBytes || !fits) {
+    const std::int64_t descriptorEnd = RpcDataOffset(std::int64_t{index} + 1);
+    const bool fits = msgCursor_ + size <= rpcMsgSize_ && descriptorEnd <= rpcMsgSize_;
+    if (rpcMsgBuf_.Get() == nullptr || !inOrder || !hasBytes || !fits) {
         LogError(function, "[PLENXSDK] index:", index, " argCursor_:", argCursor_,
                  " msgCursor_:", msgCursor_, " rpcMsgSize_:", rpcMsgSize_);
         return kMessageCheckFailed;
     }
-    std::uint8_t* const descriptor = &rpcMsgBuf_[RpcDataOffset(index)];
+    ClearTo(static_cast<std::int32_t>(descriptorEnd));  // it may lie behind the table
+    std::uint8_t* const descriptor = rpcMsgBuf_.Get() + RpcDataOffset(index);
     Store32(descriptor, static_cast<std::int64_t>(type));
     Store32(descriptor + 4, msgCursor_);
     Store32(descriptor + 8, size);
     if (size > 0) {
-        std::memcpy(&rpcMsgBuf_[msgCursor_], data, static_cast<std::size_t>(size));
+        std::memcpy(rpcMsgBuf_.Get() + msgCursor_, data, static_cast<std::size_t>(size));
     }
     msgCursor_ += static_cast<std::int32_t>(size);
+    rawFrom_ = std::max(rawFrom_, msgCursor_);
     ++argCursor_;
     return kSuccess;
 }

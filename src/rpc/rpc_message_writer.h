@@ -12,9 +12,10 @@
 #define PLENXSDK_RPC_RPC_MESSAGE_WRITER_H
 
 #include <cstdint>
-#include <memory>
 #include <string>
+#include <string_view>
 
+#include "rpc/message_block.h"
 #include "rpc/rpc_message_layout.h"
 
 namespace DistributedFs {
@@ -35,19 +36,23 @@ public:
     std::int32_t WriteInt8Array(std::uint32_t index, const std::uint8_t* bytes,
                                 std::int32_t length);
 
-    /// The finished message, owned by the writer; null when construction failed.
-    std::uint8_t* Buffer() const noexcept { return rpcMsgBuf_.get(); }
+    /// The finished message, owned by the writer; null when construction failed. What was not
+    /// written is zero.
+    std::uint8_t* Buffer() noexcept;
     std::int32_t Size() const noexcept { return rpcMsgSize_; }
 
 private:
-    std::int32_t Write(const char* function, std::uint32_t index, RpcArgType type, const void* data,
-                       std::int64_t size);
+    std::int32_t Write(std::string_view function, std::uint32_t index, RpcArgType type,
+                       const void* data, std::int64_t size);
 
-    std::unique_ptr<std::uint8_t[]> rpcMsgBuf_;
+    void ClearTo(std::int32_t end) noexcept;
+
+    MessageBlock rpcMsgBuf_;
     std::int32_t rpcMsgArgs_;
     std::int32_t rpcMsgSize_;
     std::int32_t argCursor_;
     std::int32_t msgCursor_;
+    std::int32_t rawFrom_ = 0;  // bytes from here on are neither written nor zero yet
 };
 
 }  // namespace DistributedFs

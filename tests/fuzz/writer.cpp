@@ -105,7 +105,7 @@ void WriteOne(FuzzInput& input, DistributedFs::RpcMessageWriter& writer, Model& 
     }
 }
 
-void RequireReadable(const DistributedFs::RpcMessageWriter& writer, const Model& model) {
+void RequireReadable(DistributedFs::RpcMessageWriter& writer, const Model& model) {
     const PlenxWire::Decoded decoded =
         PlenxWire::Decode(writer.Buffer(), static_cast<std::size_t>(writer.Size()));
     REQUIRE(decoded.Ok());

@@ -25,7 +25,7 @@ std::vector<std::string> Texts() {
     return RecordedLog::Get().Texts();
 }
 
-Bytes Written(const RpcMessageWriter& writer) {
+Bytes Written(RpcMessageWriter& writer) {
     return Bytes(writer.Buffer(), writer.Buffer() + writer.Size());
 }
 
@@ -62,11 +62,39 @@ TEST(RpcMessageWriter, AllFourTypesArePackedOneAfterTheOther) {
 }
 
 TEST(RpcMessageWriter, FreshMessageHoldsSizeAndCountAndZeros) {
-    const RpcMessageWriter writer(40, 2);
+    RpcMessageWriter writer(40, 2);
     Bytes expected(40, 0);
     expected[0] = 40;
     expected[4] = 2;
     EXPECT_EQ(Written(writer), expected);
+}
+
+TEST(RpcMessageWriter, WhatIsNotWrittenIsZeroInMessagesOfAnySize) {
+    for (const std::int32_t size : {40, 256, 257, 5000}) {
+        // The message is built where another one has left its bytes.
+        { RpcMessageWriter(size, 1).WriteString(0, std::string(size - 21, 'x')); }
+        RpcMessageWriter writer(size, 2);
+        EXPECT_EQ(writer.WriteInt32(0, 0x01020304), 0);
+        Bytes expected = FromHex("00000000 02000000 02000000 20000000 04000000");
+        expected[0] = static_cast<std::uint8_t>(size);
+        expected[1] = static_cast<std::uint8_t>(size >> 8);
+        expected.resize(size);
+        expected[32] = 4;
+        expected[33] = 3;
+        expected[34] = 2;
+        expected[35] = 1;
+        EXPECT_EQ(Written(writer), expected);
+    }
+}
+
+// A descriptor behind the table lies in the data, written or not.
+TEST(RpcMessageWriter, DescriptorBehindTheTableLeavesTheRestZero) {
+    RpcMessageWriter writer(48, 1);
+    EXPECT_EQ(writer.WriteInt8Array(0, nullptr, 0), 0);
+    EXPECT_EQ(writer.WriteInt8Array(1, nullptr, 0), 0);
+    EXPECT_EQ(Written(writer), FromHex("30000000 01000000 05000000 14000000 00000000"
+                                       "05000000 14000000 00000000"
+                                       "00000000 00000000 00000000 00000000"));
 }
 
 TEST(RpcMessageWriter, StringOfLengthLTakesLPlus1BytesAlsoWhenEmpty) {

@@ -191,13 +191,12 @@ TEST(RpcAllocations, EveryRequestToAService) {
                 return true;
             }
             const bool hit = failing.End();
-            EXPECT_THAT(code, AnyOf(0, 19, 22));
-            EXPECT_EQ(FakeRpc::Get().ServiceCalls().size(), code == 19 ? 0U : 1U);
+            EXPECT_THAT(code, AnyOf(0, 22));
+            EXPECT_EQ(FakeRpc::Get().ServiceCalls().size(), 1U);
             codes.insert(code);
             return hit;
         });
-        EXPECT_GE(allocations, 3U);
-        EXPECT_THAT(codes, Contains(19));  // its message
+        EXPECT_GE(allocations, 1U);
         EXPECT_THAT(codes, Contains(22));  // its reply
         EXPECT_EQ(each.send(), 0);
     }
@@ -217,7 +216,7 @@ TEST(RpcAllocations, EveryNotificationOfAService) {
                 Rpc().HandleServiceMessage(each.id, static_cast<std::int32_t>(each.message.size()),
                                            each.message.data(), &size, &block);
             const bool hit = failing.End();
-            EXPECT_THAT(code, AnyOf(0, 19, 20, 22));
+            EXPECT_THAT(code, AnyOf(0, 20, 22));
             EXPECT_EQ(size, code == 0 ? 24 : 0);
             EXPECT_EQ(block != nullptr, code == 0);
             if (block != nullptr) {
@@ -226,8 +225,7 @@ TEST(RpcAllocations, EveryNotificationOfAService) {
             codes.insert(code);
             return hit;
         });
-        EXPECT_GE(allocations, 2U);
-        EXPECT_THAT(codes, Contains(19));  // the reply's message
+        EXPECT_GE(allocations, 1U);
         EXPECT_THAT(codes, Contains(22));  // its block
         EXPECT_EQ(CallManager(each.id, each.message).result, 0);
     }

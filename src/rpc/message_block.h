@@ -1,0 +1,42 @@
+// MessageBlock: the bytes of one RPC message. Most messages are small and need no allocation.
+
+#ifndef PLENXSDK_RPC_MESSAGE_BLOCK_H
+#define PLENXSDK_RPC_MESSAGE_BLOCK_H
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <new>
+
+namespace DistributedFs {
+
+class MessageBlock {
+public:
+    MessageBlock() noexcept = default;
+    MessageBlock(const MessageBlock&) = delete;
+    MessageBlock& operator=(const MessageBlock&) = delete;
+
+    /// Makes the block, once. The bytes are not initialised.
+    /// @return false when there is no memory; there is no block then.
+    bool Make(std::size_t size) noexcept {
+        if (size > kSmall) {
+            large_.reset(new (std::nothrow) std::uint8_t[size]);
+        }
+        bytes_ = size > kSmall ? large_.get() : small_;
+        return bytes_ != nullptr;
+    }
+
+    /// Null before Make.
+    std::uint8_t* Get() const noexcept { return bytes_; }
+
+private:
+    static constexpr std::size_t kSmall = 256;
+
+    std::uint8_t* bytes_ = nullptr;
+    std::unique_ptr<std::uint8_t[]> large_;
+    std::uint8_t small_[kSmall];
+};
+
+}  // namespace DistributedFs
+
+#endif  // PLENXSDK_RPC_MESSAGE_BLOCK_H
