@@ -37,7 +37,7 @@ ThreadPool::~ThreadPool() noexcept(false) {
     }
     std::deque<Task> discarded;
     {
-        const std::lock_guard<std::mutex> lock(state_->queueMutex);
+        const std::lock_guard<SlimMutex> lock(state_->queueMutex);
         discarded.swap(state_->tasks);
     }
     discarded.clear();
@@ -50,13 +50,13 @@ void ThreadPool::WakeAllToStop() {
     state_->stop = true;
     // A worker that has tested the condition but is not asleep yet still holds the mutex;
     // passing through it once makes sure that no worker misses the wake-up.
-    { const std::lock_guard<std::mutex> lock(state_->queueMutex); }
+    { const std::lock_guard<SlimMutex> lock(state_->queueMutex); }
     state_->condition.notify_all();
 }
 
 void ThreadPool::Append(Task task) {
     {
-        const std::lock_guard<std::mutex> lock(state_->queueMutex);
+        const std::lock_guard<SlimMutex> lock(state_->queueMutex);
         if (state_->stop) {
             throw std::runtime_error("thread pool has stopped");
         }
@@ -70,7 +70,7 @@ void ThreadPool::Work(const std::shared_ptr<State>& state) {
     while (!state->stop) {
         Task task;
         {
-            std::unique_lock<std::mutex> lock(state->queueMutex);
+            std::unique_lock<SlimMutex> lock(state->queueMutex);
             state->condition.wait(lock, [&] { return state->stop || !state->tasks.empty(); });
             if (state->stop) {
                 return;
@@ -79,7 +79,7 @@ void ThreadPool::Work(const std::shared_ptr<State>& state) {
             state->tasks.pop_front();
         }
         task();
-        task = nullptr;  // what the job owns is released before the job counts as done
+        task = Task();  // what the job owns is released before the job counts as done
         --state->unfinished;
     }
 }

@@ -8,7 +8,6 @@
 #define PLENXSDK_COMMON_THREAD_POOL_H
 
 #include <atomic>
-#include <condition_variable>
 #include <cstddef>
 #include <deque>
 #include <functional>
@@ -20,6 +19,8 @@
 #include <type_traits>
 #include <utility>
 #include <vector>
+
+#include "common/slim_lock.h"
 
 namespace DistributedFs {
 
@@ -41,20 +42,19 @@ public:
     /// @throws std::runtime_error "thread pool has stopped" once destruction has begun.
     template <class Function, class... Arguments>
     auto Enqueue(Function&& function, Arguments&&... arguments) {
-        auto call =
-            [stored = std::make_tuple(
-                 std::decay_t<Function>(std::forward<Function>(function)),
-                 std::decay_t<Arguments>(std::forward<Arguments>(arguments))...)]() mutable {
-                return std::apply(
-                    [](auto& storedFunction, auto&... storedArguments) {
-                        return std::invoke(storedFunction, storedArguments...);
-                    },
-                    stored);
-            };
+        using Stored = std::tuple<std::decay_t<Function>, std::decay_t<Arguments>...>;
+        auto call = [stored = Stored(std::forward<Function>(function),
+                                     std::forward<Arguments>(arguments)...)]() mutable {
+            return std::apply(
+                [](auto& storedFunction, auto&... storedArguments) {
+                    return std::invoke(storedFunction, storedArguments...);
+                },
+                stored);
+        };
         using Result = std::invoke_result_t<decltype(call)&>;
         auto task = std::make_shared<std::packaged_task<Result()>>(std::move(call));
         auto future = task->get_future();
-        Append([task = std::move(task)] { (*task)(); });
+        Append(Task(std::move(task)));
         return future;
     }
 
@@ -63,14 +63,37 @@ public:
     bool IsIdle() const noexcept { return state_->unfinished == 0; }
 
 private:
-    using Task = std::function<void()>;
+    // Any callable without arguments and result, by its shared pointer. Unlike std::function it
+    // needs no allocation for that, and cannot be copied.
+    class Task {
+    public:
+        Task() noexcept = default;
+        template <class Callable>
+        explicit Task(std::shared_ptr<Callable> callable) noexcept
+            : callable_(std::move(callable)),
+              run_([](void* target) { (*static_cast<Callable*>(target))(); }) {}
+        Task(Task&&) noexcept = default;
+        Task& operator=(Task&&) noexcept = default;
+
+        /// @throws std::bad_function_call when there is nothing to run.
+        void operator()() const {
+            if (run_ == nullptr) {
+                throw std::bad_function_call();
+            }
+            run_(callable_.get());
+        }
+
+    private:
+        std::shared_ptr<void> callable_;
+        void (*run_)(void*) = nullptr;
+    };
 
     // Shared with the workers, so that one that could not be joined never touches freed
     // memory.
     struct State {
         std::atomic<bool> stop{false};
-        std::mutex queueMutex;
-        std::condition_variable condition;
+        SlimMutex queueMutex;
+        SlimCondition condition;
         std::deque<Task> tasks;
         std::atomic<std::size_t> unfinished{0};
     };
