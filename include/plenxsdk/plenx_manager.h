@@ -34,8 +34,8 @@
 #include <cstdint>
 #include <memory>
 #include <mutex>
-#include <set>
 #include <string>
+#include <vector>
 
 #if !defined(_WIN32)
 #define PLENXSDK_API __attribute__((visibility("default")))
@@ -336,8 +336,8 @@ private:
     void MarkStarted(ServiceType svcType);
     void MarkStopped(ServiceType svcType);
 
-    std::set<PLENXServiceObserver*> observers;
-    std::mutex observerMutex;  // held for the whole of every fan-out
+    std::vector<PLENXServiceObserver*> observers;  // ascending, each once
+    std::mutex observerMutex;                      // held for the whole of every fan-out
     std::uint32_t startedMask = 0;
     std::shared_ptr<ThreadPool> threadPool;
     std::mutex poolMutex;  // guards threadPool, every queueing, and the four arguments of Init

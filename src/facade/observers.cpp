@@ -1,5 +1,10 @@
 // The observers, and the fan-out of each notification to all of them.
 
+#include <algorithm>
+#include <functional>
+#include <string_view>
+#include <vector>
+
 #include "common/log.h"
 #include "plenxsdk/plenx_manager.h"
 
@@ -7,10 +12,10 @@ namespace DistributedFs {
 namespace {
 
 struct FanOutTexts {
-    const char* function;
-    const char* begin;
-    const char* error;
-    const char* end;
+    std::string_view function;
+    std::string_view begin;
+    std::string_view error;
+    std::string_view end;
 };
 
 constexpr FanOutTexts kSendLocalMessage{
@@ -65,7 +70,7 @@ constexpr FanOutTexts kNotifyDiskName{
 // The lock is held while observers run: that is what makes it safe to delete one once it is
 // unregistered. An observer's exception passes through and skips what follows.
 template <class Slot>
-void FanOut(std::mutex& observerMutex, const std::set<PLENXServiceObserver*>& observers,
+void FanOut(std::mutex& observerMutex, const std::vector<PLENXServiceObserver*>& observers,
             const FanOutTexts& texts, Slot slot) {
     const std::lock_guard<std::mutex> lock(observerMutex);
     LogInfo(texts.function, texts.begin);
@@ -88,7 +93,11 @@ void PLENXManager::RegisterPLENXServiceObserver(PLENXServiceObserver* observer) 
     LogInfo(kFunction, "[PLENXSDK] plenx manager register observer invoked");
     const std::lock_guard<std::mutex> lock(observerMutex);
     LogInfo(kFunction, "[PLENXSDK] plenx manager register observer begin");
-    observers.insert(observer);
+    const auto place =
+        std::lower_bound(observers.begin(), observers.end(), observer, std::less<>());
+    if (place == observers.end() || *place != observer) {
+        observers.insert(place, observer);
+    }
     LogInfo(kFunction, "[PLENXSDK] plenx manager register observer end");
 }
 
@@ -97,7 +106,7 @@ void PLENXManager::UnregisterPLENXServiceObserver(PLENXServiceObserver* observer
     LogInfo(kFunction, "[PLENXSDK] plenx manager unregister observer invoked");
     const std::lock_guard<std::mutex> lock(observerMutex);
     LogInfo(kFunction, "[PLENXSDK] plenx manager unregister observer begin");
-    observers.erase(observer);
+    observers.erase(std::remove(observers.begin(), observers.end(), observer), observers.end());
     LogInfo(kFunction, "[PLENXSDK] plenx manager unregister observer end");
 }
 

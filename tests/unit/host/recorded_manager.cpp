@@ -1,6 +1,7 @@
 #include "recorded_manager.h"
 
 #include <map>
+#include <set>
 
 namespace RecordedManager {
 namespace {
