@@ -1,0 +1,135 @@
+// The least work: the line composed on the stack, and one call that takes it; to a file, one
+// fwrite and one fflush. "limit" composes with snprintf; "by hand" has each piece put in its
+// place by code that knows the line.
+
+#include <sys/syscall.h>
+#include <time.h>
+#include <unistd.h>
+
+#include <charconv>
+#include <cstdio>
+#include <cstring>
+
+#include "log/log_line.h"
+
+namespace bench {
+namespace {
+
+constexpr std::size_t kRoom = 256;
+
+std::size_t Print(char* line, const LineValues& values) {
+    const int length = std::snprintf(
+        line, kRoom,
+        "[PLENXSDK] Invalid Args offset:%u rpcReqArgSize:%u rpcMsgSize_:%d argLen:%d(%s)",
+        values.offset, values.argumentSize, values.messageSize, values.length, kLineFunction);
+    return static_cast<std::size_t>(length);
+}
+
+class Composer {
+public:
+    explicit Composer(char* line) : begin_(line), at_(line) {}
+
+    template <std::size_t size>
+    Composer& Add(const char (&text)[size]) {
+        std::memcpy(at_, text, size - 1);
+        at_ += size - 1;
+        return *this;
+    }
+    template <class Number>
+    Composer& AddNumber(Number number) {
+        at_ = std::to_chars(at_, at_ + 16, number).ptr;
+        return *this;
+    }
+    std::size_t Length() const { return static_cast<std::size_t>(at_ - begin_); }
+
+private:
+    char* begin_;
+    char* at_;
+};
+
+std::size_t Compose(char* line, const LineValues& values) {
+    return Composer(line)
+        .Add("[PLENXSDK] Invalid Args offset:")
+        .AddNumber(values.offset)
+        .Add(" rpcReqArgSize:")
+        .AddNumber(values.argumentSize)
+        .Add(" rpcMsgSize_:")
+        .AddNumber(values.messageSize)
+        .Add(" argLen:")
+        .AddNumber(values.length)
+        .Add("(")
+        .Add(kLineFunction)
+        .Add(")")
+        .Length();
+}
+
+// The text of a second is made once in it.
+class Clock {
+public:
+    std::size_t Print(char* out, std::size_t room) {
+        timespec now{};
+        clock_gettime(CLOCK_REALTIME, &now);
+        if (now.tv_sec != second_) {
+            second_ = now.tv_sec;
+            tm parts{};
+            localtime_r(&second_, &parts);
+            std::strftime(text_, sizeof(text_), "%Y-%m-%d %H:%M:%S", &parts);
+        }
+        return static_cast<std::size_t>(
+            std::snprintf(out, room, "%s.%03ld [info] [%ld] ", text_, now.tv_nsec / 1000000,
+                          thread_));
+    }
+
+private:
+    const long thread_ = syscall(SYS_gettid);
+    time_t second_ = 0;
+    char text_[32];
+};
+
+template <std::size_t (*PutLine)(char*, const LineValues&)>
+class Limit {
+public:
+    explicit Limit(const Destination& there) : text_(there.text) {
+        if (!there.file.empty()) {
+            file_ = std::fopen(there.file.c_str(), "w");
+        }
+    }
+    ~Limit() {
+        if (file_ != nullptr) {
+            std::fclose(file_);
+        }
+    }
+    Limit(const Limit&) = delete;
+    Limit& operator=(const Limit&) = delete;
+
+    void Line(const LineValues& values) {
+        char line[2 * kRoom];
+        if (file_ == nullptr) {
+            Take(line, PutLine(line, values));
+            return;
+        }
+        std::size_t size = clock_.Print(line, kRoom);
+        size += PutLine(line + size, values);
+        line[size++] = '\n';
+        std::fwrite(line, 1, size, file_);
+        std::fflush(file_);
+    }
+
+private:
+    __attribute__((noinline)) void Take(const char* line, std::size_t size) {
+        Escape(line);
+        if (text_ != nullptr) {
+            text_->assign(line, size);
+        }
+    }
+
+    std::string* text_;
+    std::FILE* file_ = nullptr;
+    Clock clock_;
+};
+
+[[maybe_unused]] const int registered =
+    RegisterLogger<Limit<Print>>("limit") + RegisterLogger<Limit<Compose>>("(by hand)");
+
+}  // namespace
+}  // namespace bench
