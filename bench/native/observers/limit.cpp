@@ -1,0 +1,38 @@
+// The least work: a lock, and a virtual call of each pointer of an array.
+
+#include <mutex>
+
+#include "observers/fan_out_work.h"
+
+namespace bench {
+namespace {
+
+using DistributedFs::PLENXServiceObserver;
+
+class Limit {
+public:
+    explicit Limit(Observers& observers) {
+        for (CountingObserver& observer : observers) {
+            observers_.push_back(&observer);
+        }
+    }
+
+    void Notify() {
+        const std::lock_guard<std::mutex> lock(mutex_);
+        for (PLENXServiceObserver* const observer : observers_) {
+            const int code = observer->NotifyConnect(DistributedFs::kPcService, GroupName());
+            if (code != 0) {
+                ReportCode(code);
+            }
+        }
+    }
+
+private:
+    std::mutex mutex_;
+    std::vector<PLENXServiceObserver*> observers_;
+};
+
+[[maybe_unused]] const int registered = RegisterFanOut<Limit>("limit");
+
+}  // namespace
+}  // namespace bench
