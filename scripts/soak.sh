@@ -7,7 +7,7 @@ command_soak() {
     local seconds=${1:-$soak_seconds} seed=${2:-$(date +%s)} prefix run status=0
     local log=$log_dir/soak.txt kept=$build_dir/soak
     [[ $seconds =~ ^[0-9]+$ && $seed =~ ^[0-9]+$ ]] || fail "soak: SECONDS and SEED are numbers"
-    compile_windows all
+    compile_windows soak_test
     make_prefix_template
     prefix=$(new_prefix soak)
     # Not through a pipe: Wine's own processes would keep it open when the run is over.

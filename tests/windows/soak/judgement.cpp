@@ -18,6 +18,7 @@ constexpr Limit kLimits[] = {
     {"heap bytes", &Sample::heapBytes, kHeapBytesTolerance},
     {"handles", &Sample::handles, kHandlesTolerance},
     {"threads", &Sample::threads, kThreadsTolerance},
+    {"service handles", &Sample::serviceHandles, kServiceHandlesTolerance},
 };
 
 // The lower of two middle values, so that a figure is one that was measured.
@@ -27,14 +28,19 @@ std::uint64_t Median(std::vector<std::uint64_t> values) {
     return *middle;
 }
 
+// The limits' fields and those that are only shown.
+constexpr Field kFields[] = {&Sample::privateBytes, &Sample::heapBytes,      &Sample::handles,
+                             &Sample::threads,      &Sample::serviceHandles, &Sample::wineRecords,
+                             &Sample::measuredBytes};
+
 Sample Medians(const std::vector<Sample>& samples, std::size_t begin, std::size_t end) {
     Sample medians;
-    for (const Limit& limit : kLimits) {
+    for (const Field field : kFields) {
         std::vector<std::uint64_t> values;
         for (std::size_t i = begin; i != end; ++i) {
-            values.push_back(samples[i].*limit.field);
+            values.push_back(samples[i].*field);
         }
-        medians.*limit.field = values.empty() ? 0 : Median(std::move(values));
+        medians.*field = values.empty() ? 0 : Median(std::move(values));
     }
     return medians;
 }

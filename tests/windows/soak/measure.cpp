@@ -8,7 +8,10 @@
 #include <winternl.h>
 
 #include <cstring>
+#include <iterator>
 #include <vector>
+
+#include "soak/service_handles.h"
 
 namespace PlenxSoak {
 namespace {
@@ -55,6 +58,29 @@ std::uint64_t HeapBytes() {
     return bytes;
 }
 
+// When two threads use the service manager at once, Wine at times fails to close a service handle,
+// and its RPC client then keeps what it knew of it: a record, a binding and three strings.
+std::uint64_t WineRecords() {
+    constexpr char kMark[] = {'N', 'D', 'R', 'C'};
+    constexpr std::size_t kMarkAt = 16;
+    HANDLE heaps[64] = {};
+    const DWORD count = GetProcessHeaps(static_cast<DWORD>(std::size(heaps)), heaps);
+    std::uint64_t records = 0;
+    for (DWORD i = 0; i < count && i < std::size(heaps); ++i) {
+        PROCESS_HEAP_ENTRY entry{};
+        HeapLock(heaps[i]);
+        while (HeapWalk(heaps[i], &entry)) {
+            if ((entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) != 0 &&
+                entry.cbData >= kMarkAt + sizeof(kMark)) {
+                const auto* const mark = static_cast<const char*>(entry.lpData) + kMarkAt;
+                records += std::memcmp(mark, kMark, sizeof(kMark)) == 0 ? 1 : 0;
+            }
+        }
+        HeapUnlock(heaps[i]);
+    }
+    return records;
+}
+
 // GetProcessHandleCount would be simpler, but under Wine it says 0.
 std::uint64_t Handles() {
     std::vector<unsigned char> buffer(1024 * 1024);
@@ -91,7 +117,15 @@ std::uint64_t Threads() {
 }  // namespace
 
 Sample Measure() {
-    return {PrivateBytes(), HeapBytes(), Handles(), Threads()};
+    const std::uint64_t records = WineRecords();
+    const std::uint64_t measured = PrivateBytes();
+    return {measured - records * kBytesOfAWineRecord,
+            HeapBytes(),
+            Handles(),
+            Threads(),
+            ServiceHandles(),
+            records,
+            measured};
 }
 
 Sample MeasureAtRest(std::uint64_t threads) {

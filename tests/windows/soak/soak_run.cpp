@@ -16,11 +16,14 @@
 #include "soak/closing_table.h"
 #include "soak/complaints.h"
 #include "soak/host_thread.h"
+#include "soak/listener.h"
 #include "soak/measure.h"
 #include "soak/mender.h"
 #include "soak/observers.h"
 #include "soak/outcome_book.h"
 #include "soak/rest_gate.h"
+#include "soak/service_handles.h"
+#include "soak/silence.h"
 #include "soak/tally.h"
 #include "soak/trouble.h"
 #include "support/install_folder.h"
@@ -59,6 +62,8 @@ private:
     void Rest();
     void ComeToRest();
     void StopServices();
+    void MendListener();
+    void NoteWhatCame();
     void LetCallsBreak();
     void ShowProgress(const Sample& sample) const;
     int Close();
@@ -86,6 +91,7 @@ private:
         std::uint64_t phone;
     };
     std::vector<GoodStarts> goodStarts_;
+    Silence silence_;
     std::mutex givingUp_;
 };
 
@@ -104,6 +110,7 @@ int SoakRun::Execute() {
     std::printf("soak: %u s with seed %llu\n", plan_.seconds,
                 static_cast<unsigned long long>(plan_.seed));
     std::fflush(stdout);
+    CountServiceHandles();
     manager_.RegisterPLENXServiceObserver(&bookKeeper_);
     manager_.Init(folder_.Install(), folder_.Data(), "third", true);
 
@@ -126,7 +133,8 @@ int SoakRun::Execute() {
     Rest();
     first_ = samples_.front();
     // On a slow machine until there is enough to judge by.
-    while (SecondsSinceStart() < plan_.seconds || samples_.size() < kFewestSamples) {
+    while (!silence_.TooLong() &&
+           (SecondsSinceStart() < plan_.seconds || samples_.size() < kFewestSamples)) {
         gate_.Open();
         Sleep(busySeconds * 1000);
         Rest();
@@ -204,13 +212,40 @@ void SoakRun::Rest() {
     mender_.Kill(samples_.size());
     StopServices();
     mender_.EndAll();
+    MendListener();
     for (const wchar_t* service : {L"pc", L"phone"}) {
         std::error_code ignored;
         fs::remove(folder_.WorkingFolder() / service / L"service.log", ignored);
     }
     samples_.push_back(MeasureAtRest(samples_.empty() ? 0 : samples_.front().threads));
+    NoteWhatCame();
+}
+
+// Now that no client is left, a healthy server waits for the next one.
+void SoakRun::MendListener() {
+    constexpr const wchar_t* kNotifications = L"Manager";
+    if (TakesConnections(kNotifications)) {
+        return;
+    }
+    for (std::size_t i = ReviveListener(kNotifications); i != 0; --i) {
+        tally_.Count("revived", "between two rests");
+    }
+    if (!TakesConnections(kNotifications)) {
+        complaints_.Add("nobody can notify the library any more, after " +
+                        std::to_string(SecondsSinceStart()) + " s");
+    }
+}
+
+void SoakRun::NoteWhatCame() {
     Tally::Names outcomes = tally_.Of("outcomes");
-    goodStarts_.push_back({outcomes["start 1 true"], outcomes["start 2 true"]});
+    const GoodStarts starts = {outcomes["start 1 true"], outcomes["start 2 true"]};
+    goodStarts_.push_back(starts);
+    silence_.AtRest(starts.pc + starts.phone, tally_.Total("notifications"));
+    if (silence_.TooLong()) {
+        complaints_.Add("services were started, but no notification came for " +
+                        std::to_string(Silence::kMostRests) + " rests; ended after " +
+                        std::to_string(SecondsSinceStart()) + " s");
+    }
 }
 
 // The last part of the run: what is left of it is not measured, but all is answered.
@@ -247,14 +282,15 @@ void SoakRun::StopServices() {
 void SoakRun::ShowProgress(const Sample& sample) const {
     std::printf(
         "%5u s  %8llu calls  %8llu outcomes  %9llu notifications  %6.1f MiB private"
-        "  %6.2f MiB heap  %4llu handles  %3llu threads\n",
+        "  %6.2f MiB heap  %4llu handles  %3llu threads  %5llu Wine's\n",
         SecondsSinceStart(), static_cast<unsigned long long>(tally_.Total("calls")),
         static_cast<unsigned long long>(tally_.Total("outcomes")),
         static_cast<unsigned long long>(tally_.Total("notifications")),
         static_cast<double>(sample.privateBytes) / (1024 * 1024),
         static_cast<double>(sample.heapBytes) / (1024 * 1024),
         static_cast<unsigned long long>(sample.handles),
-        static_cast<unsigned long long>(sample.threads));
+        static_cast<unsigned long long>(sample.threads),
+        static_cast<unsigned long long>(sample.wineRecords));
     std::fflush(stdout);
 }
 

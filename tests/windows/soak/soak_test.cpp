@@ -1,11 +1,18 @@
 // The soak, and what holds its own parts: that leaks are seen, that outcomes are missed.
 
 #include <gtest/gtest.h>
+#include <windows.h>
+
+#include <rpc.h>
 
 #include <cstring>
 
 #include "soak/judgement.h"
+#include "soak/listener.h"
+#include "soak/measure.h"
 #include "soak/outcome_book.h"
+#include "soak/service_handles.h"
+#include "soak/silence.h"
 #include "soak/soak_run.h"
 #include "support/child_process.h"
 #include "support/service_state.h"
@@ -14,7 +21,7 @@ namespace PlenxSoak {
 namespace {
 
 constexpr std::uint64_t kMebibyte = 1024 * 1024;
-constexpr Sample kFlat{30 * kMebibyte, kMebibyte, 100, 12};
+constexpr Sample kFlat{30 * kMebibyte, kMebibyte, 100, 12, 0, 0, 0};
 
 std::vector<Sample> FlatSeries(std::size_t count = 40) {
     return std::vector<Sample>(count, kFlat);
@@ -27,14 +34,14 @@ TEST(Judgement, FlatSeries_Holds) {
 TEST(Judgement, GrowthWhileWarmingUp_Holds) {
     auto samples = FlatSeries();
     for (std::size_t i = 0; i != 10; ++i) {
-        samples[i] = {i * kMebibyte, i * 1000, i, i};
+        samples[i] = {i * kMebibyte, i * 1000, i, i, 0, 0, 0};
     }
     EXPECT_EQ(Judge(samples), std::vector<std::string>());
 }
 
 TEST(Judgement, SinglePeaks_Hold) {
     auto samples = FlatSeries();
-    samples[34] = {90 * kMebibyte, 5 * kMebibyte, 200, 20};
+    samples[34] = {90 * kMebibyte, 5 * kMebibyte, 200, 20, 0, 0, 0};
     EXPECT_EQ(Judge(samples), std::vector<std::string>());
 }
 
@@ -71,8 +78,36 @@ TEST(Judgement, OneThreadMore_Fails) {
     EXPECT_EQ(Judge(samples), std::vector<std::string>{"threads grew from 12 to 13"});
 }
 
+TEST(Judgement, OneServiceHandleMore_Fails) {
+    auto samples = FlatSeries();
+    for (std::size_t i = 30; i != samples.size(); ++i) {
+        ++samples[i].serviceHandles;
+    }
+    EXPECT_EQ(Judge(samples), std::vector<std::string>{"service handles grew from 0 to 1"});
+}
+
 TEST(Judgement, TooFewSamples_IsNoJudgement) {
     EXPECT_EQ(Judge(FlatSeries(7)), std::vector<std::string>{"only 7 samples"});
+}
+
+// Wine's record of a handle is there while the handle is open, too. What is taken off the private
+// bytes is therefore safe only beside a count of the open handles.
+TEST(Measure, OpenServiceHandles_AreCountedAndAreWinesRecords) {
+    CountServiceHandles();
+    const Sample before = Measure();
+    const SC_HANDLE manager = OpenSCManagerW(nullptr, nullptr, SC_MANAGER_CONNECT);
+    const SC_HANDLE service = OpenServiceW(manager, L"PlugPlay", SERVICE_QUERY_STATUS);
+    ASSERT_NE(service, nullptr);
+    EXPECT_EQ(OpenServiceW(manager, L"no such service", SERVICE_QUERY_STATUS), nullptr);
+    const Sample held = Measure();
+    EXPECT_EQ(held.serviceHandles, before.serviceHandles + 2);
+    EXPECT_EQ(held.wineRecords, before.wineRecords + 2);
+    EXPECT_EQ(held.privateBytes, held.measuredBytes - held.wineRecords * kBytesOfAWineRecord);
+    CloseServiceHandle(service);
+    CloseServiceHandle(manager);
+    const Sample after = Measure();
+    EXPECT_EQ(after.serviceHandles, before.serviceHandles);
+    EXPECT_EQ(after.wineRecords, before.wineRecords);
 }
 
 TEST(OutcomeBook, OutcomesInOrder_AreTaken) {
@@ -113,6 +148,51 @@ TEST(OutcomeBook, OutcomeThatDoesNotCome_EndsTheWait) {
     book.Expect({1, "g", 0}, OutcomeBook::kCertain);
     EXPECT_FALSE(book.WaitForAll(std::chrono::milliseconds(1)));
     EXPECT_EQ(book.Missing(), "  missing  NotifyStatus(1, g, 0)\n");
+}
+
+TEST(Silence, NotificationsThatCome_EndIt) {
+    Silence silence;
+    for (std::uint64_t i = 1; i != 100; ++i) {
+        silence.AtRest(i, i / Silence::kMostRests);
+        EXPECT_FALSE(silence.TooLong()) << i;
+    }
+}
+
+TEST(Silence, ServicesThatStartAndSayNothing_AreNoticed) {
+    Silence silence;
+    silence.AtRest(1, 1);
+    for (int i = 0; i != Silence::kMostRests; ++i) {
+        EXPECT_FALSE(silence.TooLong());
+        silence.AtRest(2 + static_cast<std::uint64_t>(i), 1);
+    }
+    EXPECT_TRUE(silence.TooLong());
+}
+
+TEST(Silence, NobodyWhoCouldSaySomething_IsNoSilence) {
+    Silence silence;
+    for (int i = 0; i != 100; ++i) {
+        silence.AtRest(1, 1);
+    }
+    EXPECT_FALSE(silence.TooLong());
+}
+
+// Nothing of the library is in this: a client that comes and goes before the server listens.
+TEST(Listener, ServerThatWineLeftDeaf_IsRevived) {
+    wchar_t protocol[] = L"ncalrpc";
+    wchar_t endpoint[] = L"PlenxSoakListener";
+    ASSERT_EQ(RpcServerUseProtseqEpW(reinterpret_cast<RPC_WSTR>(protocol), 10,
+                                     reinterpret_cast<RPC_WSTR>(endpoint), nullptr),
+              RPC_S_OK);
+    const HANDLE client =
+        CreateFileW(L"\\\\.\\pipe\\lrpc\\PlenxSoakListener", GENERIC_READ | GENERIC_WRITE, 0,
+                    nullptr, OPEN_EXISTING, 0, nullptr);
+    ASSERT_NE(client, INVALID_HANDLE_VALUE);
+    CloseHandle(client);
+    ASSERT_EQ(RpcServerListen(1, 10, TRUE), RPC_S_OK);
+    EXPECT_FALSE(TakesConnections(endpoint)) << "this Wine needs no reviving any more";
+    EXPECT_EQ(ReviveListener(endpoint), 1u);
+    EXPECT_TRUE(TakesConnections(endpoint));
+    EXPECT_EQ(RpcMgmtStopServerListening(nullptr), RPC_S_OK);
 }
 
 // The host is a process of its own: what hangs in it must not hang the test.
