@@ -66,3 +66,23 @@ function(plenx_counted target)
     target_link_options(${target} PUBLIC --coverage)
   endif()
 endfunction()
+
+# plenx_late_import(<target> <library> <function>...): the target loads the system library with
+# its first call of one of the functions, not when it is loaded itself.
+function(plenx_late_import target library)
+  if(MSVC)
+    target_link_libraries(${target} PRIVATE ${library} delayimp)
+    target_link_options(${target} PRIVATE /DELAYLOAD:${library}.dll)
+    return()
+  endif()
+  set(definition ${PROJECT_BINARY_DIR}/generated/${library}-late.def)
+  set(archive ${CMAKE_ARCHIVE_OUTPUT_DIRECTORY}/lib${library}-late.a)
+  list(JOIN ARGN "\n" functions)
+  file(CONFIGURE OUTPUT ${definition}
+    CONTENT "LIBRARY ${library}.dll\nEXPORTS\n${functions}\n")
+  add_custom_command(OUTPUT ${archive} DEPENDS ${definition} VERBATIM
+    COMMAND ${CMAKE_COMMAND} -E make_directory ${CMAKE_ARCHIVE_OUTPUT_DIRECTORY}
+    COMMAND ${CMAKE_DLLTOOL} -d ${definition} --output-delaylib ${archive})
+  target_sources(${target} PRIVATE ${archive})
+  target_link_libraries(${target} PRIVATE ${archive} delayimp)
+endfunction()

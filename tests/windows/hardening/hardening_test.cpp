@@ -15,7 +15,9 @@ namespace PlenxTest {
 namespace {
 
 using testing::AnyOf;
+using testing::Contains;
 using testing::Each;
+using testing::Not;
 
 // The least number of guarded functions: half of what is there. Without the guard there are none.
 struct Shipped {
@@ -71,6 +73,13 @@ TEST_P(Hardening, Imports_AreTheSystemOurOwnAndTheRunTime) {
                            "USER32.dll", "msvcrt.dll", "ntdll.dll", "plenxsdk.dll", "LogHelper.dll",
                            "distributedfile.dll", "libstdc++-6.dll", "libgcc_s_seh-1.dll",
                            "libwinpthread-1.dll")));
+}
+
+// It takes longer to load than everything else together.
+TEST(LibraryImage, LeavesTheShellUntilItIsNeeded) {
+    const ImageFile image("plenxsdk.dll");
+    ASSERT_TRUE(image.IsRead());
+    EXPECT_THAT(image.Imports(), Not(Contains("SHELL32.dll")));
 }
 
 TEST(ServiceImage, BringsItsRunTimeAlong) {
