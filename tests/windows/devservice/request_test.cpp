@@ -174,11 +174,11 @@ TEST_F(Request, LinkTypeQuery_LogsTheStatusThatTheLibraryAnswers) {
 }
 
 TEST_F(Request, QueuedNotifications_AreStillSentWhenItStops) {
-    service.Control("repeat=20\n");
+    service.Control("repeat=5\n");
     Send(PlenxWire::kDeleteGroup, {std::string("g_1")});
     service.SendStop();
     EXPECT_TRUE(service.Reaches(SERVICE_STOPPED, 2000));
-    EXPECT_EQ(FakeManager::Received().size(), 20u);
+    EXPECT_EQ(FakeManager::Received().size(), 5u);
 }
 
 struct Misbehaviour {
