@@ -1,0 +1,18 @@
+#include "queue/limit_queue.h"
+#include "queue/queue_work.h"
+
+namespace bench {
+namespace {
+
+class Limit : public LimitQueue {
+public:
+    void Enqueue(Target& target, const std::string& first, const std::string& second) {
+        // Named anew, so that the copies are no constants, which a move would copy.
+        Post([&target, first = first, second = second] { target.Run(first, second); });
+    }
+};
+
+[[maybe_unused]] const int registered = RegisterQueue<Limit>("limit");
+
+}  // namespace
+}  // namespace bench

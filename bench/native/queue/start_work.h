@@ -1,0 +1,37 @@
+// Row 8: a whole call like PLENXManager::Start while the worker is busy: look at the arguments,
+// write the line, queue the job with its copies, return.
+
+#ifndef PLENXSDK_BENCH_QUEUE_START_WORK_H
+#define PLENXSDK_BENCH_QUEUE_START_WORK_H
+
+#include "queue/queue_work.h"
+
+namespace bench {
+
+/// A type of service that no service has, so that the jobs which are left in the end do nothing
+/// but write a line. The call itself treats all types alike.
+constexpr std::uint32_t kNoService = 9;
+
+template <class Contender>
+void StartWhileBusy(benchmark::State& state) {
+    const JobStrings strings;
+    Contender contender;
+    contender.Occupy();
+    Measure(state, [&] {
+        std::uint32_t svcType = kNoService;
+        benchmark::DoNotOptimize(svcType);
+        benchmark::DoNotOptimize(contender.Start(svcType, strings.first, strings.second));
+    });
+    contender.Release();
+}
+
+template <class Contender>
+int RegisterStart(const std::string& contender) {
+    benchmark::RegisterBenchmark(("8 Start/" + contender).c_str(), StartWhileBusy<Contender>)
+        ->Iterations(kEnqueued);
+    return 0;
+}
+
+}  // namespace bench
+
+#endif  // PLENXSDK_BENCH_QUEUE_START_WORK_H
