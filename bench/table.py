@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Shows what the benchmark programs have measured, and which goals that meets.
 
-usage: bench/table.py [--json FILE] RESULTS...
+usage: bench/table.py [--json FILE] [--quick] RESULTS...
 
 results.py tells what the files of results hold; goals.py holds the rows and their goals.
 --json writes all records, with what was worked out from them, and the goals.
@@ -9,8 +9,9 @@ results.py tells what the files of results hold; goals.py holds the rows and the
 
 import argparse
 import json
+import textwrap
 
-from goals import ROWS, number
+from goals import ROWS, Row, number
 from results import Results, derive_fan_out
 
 WIDTH = 100
@@ -32,19 +33,27 @@ def ratio(record, other):
     return f"{record.median / other.median:.2f}"
 
 
+def size_of(name):
+    """Of "1,000" or "64 MiB"."""
+    count, *unit = name.split()
+    return int(count.replace(",", "")) * (2 ** (10 * "KMG".index(unit[0][0]) + 10) if unit else 1)
+
+
 def order(record):
+    if record.is_size:
+        return 0, size_of(record.contender)
     place = {"ours": 0, "limit": 1}.get(record.contender, 3 if record.is_for_scale else 2)
     return place, -record.median if record.more_is_better else record.median
 
 
 def show_row(results, row, world):
     records = results.of_row(row.name, world)
-    if not any(record.is_size for record in records):
-        records.sort(key=order)
+    records.sort(key=order)
     limit = results.get(row.name, world, "limit")
     peer = results.best_peer(row.name, world)
     print()
-    print(f"{row.name} · {row.work}".ljust(WIDTH - len(world) - 1), world)
+    title = f"{row.name} · {row.work}" if row.work else row.name
+    print(title.ljust(WIDTH - len(world) - 1), world)
     for record in records:
         allocations = "" if record.allocations is None else number(record.allocations)
         print(LINE.format(record.contender, quantity(record.median, record.unit),
@@ -69,6 +78,13 @@ def worlds_of(results, row):
     return [world for world in ("native", "wine") if results.of_row(row.name, world)]
 
 
+def unknown_rows(results):
+    """Rows that goals.py does not know are shown as well, so that none gets lost."""
+    known = {row.name for row in ROWS} | {"5 three lines"}
+    names = dict.fromkeys(row for row, *_ in results.records if row not in known)
+    return tuple(Row(name, "") for name in names)
+
+
 def outcomes(results):
     """(row, world, goal, outcome) of all that was measured."""
     return [(row, world, goal, goal.check(results, row.name, world))
@@ -84,7 +100,7 @@ def show_summary(results):
             print(f"  not met: {row.name} ({world}): {goal.text}: {outcome[0]}")
     missing = [row.name for row in ROWS if not worlds_of(results, row)]
     if missing:
-        print("Not measured in this run: " + ", ".join(missing) + ".")
+        print(textwrap.fill("Not measured in this run: " + ", ".join(missing) + ".", WIDTH))
 
 
 def write_json(results, path):
@@ -101,6 +117,7 @@ def write_json(results, path):
 def main():
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
     parser.add_argument("--json", metavar="FILE")
+    parser.add_argument("--quick", action="store_true", help="say that the run was quick")
     parser.add_argument("results", nargs="+")
     arguments = parser.parse_args()
 
@@ -111,10 +128,12 @@ def main():
 
     print(LINE.format("", "median", "spread", "to limit", "to best", "allocations"))
     print(LINE.format("", "", "", "", "peer", "per op"))
-    for row in ROWS:
+    for row in ROWS + unknown_rows(results):
         for world in worlds_of(results, row):
             show_row(results, row, world)
     show_summary(results)
+    if arguments.quick:
+        print("A quick run: short repetitions, and a million jobs are 100,000.")
     if arguments.json:
         write_json(results, arguments.json)
 

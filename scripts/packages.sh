@@ -7,6 +7,11 @@ windows_packages=("${base_packages[@]}"
     googletest libspdlog-dev libfmt-dev libcli11-dev nlohmann-json3-dev)
 native_packages=("${base_packages[@]}" g++ googletest libspdlog-dev libfmt-dev)
 demo_packages=(python3)
+bench_packages=("${native_packages[@]}" "${windows_packages[@]}" python3 pkg-config libbenchmark-dev
+    libflatbuffers-dev flatbuffers-compiler libmsgpack-cxx-dev libprotobuf-dev protobuf-compiler
+    libcapnp-dev capnproto nlohmann-json3-dev
+    libboost-log-dev liblog4cplus-dev libgoogle-glog-dev
+    'libsigc++-2.0-dev' libboost-dev libpoco-dev libconcurrentqueue-dev)
 
 need_packages() {
     local package missing=()

@@ -59,8 +59,8 @@ public:
     void Line(const LineValues& values) {
         BOOST_LOG(logger_) << "[PLENXSDK] Invalid Args offset:" << values.offset
                            << " rpcReqArgSize:" << values.argumentSize
-                           << " rpcMsgSize_:" << values.messageSize
-                           << " argLen:" << values.length << "(" << kLineFunction << ")";
+                           << " rpcMsgSize_:" << values.messageSize << " argLen:" << values.length
+                           << "(" << kLineFunction << ")";
     }
 
 private:
@@ -68,8 +68,7 @@ private:
         const auto backend = boost::make_shared<sinks::text_file_backend>(
             boost::log::keywords::file_name = there.file.string(),
             boost::log::keywords::auto_flush = true);
-        auto sink =
-            boost::make_shared<sinks::synchronous_sink<sinks::text_file_backend>>(backend);
+        auto sink = boost::make_shared<sinks::synchronous_sink<sinks::text_file_backend>>(backend);
         sink->set_formatter(expressions::stream
                             << expressions::format_date_time<boost::posix_time::ptime>(
                                    "TimeStamp", "%Y-%m-%d %H:%M:%S.%f")

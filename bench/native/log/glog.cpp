@@ -54,9 +54,8 @@ public:
 private:
     static void Compose(std::ostream& stream, const LineValues& values) {
         stream << "[PLENXSDK] Invalid Args offset:" << values.offset
-               << " rpcReqArgSize:" << values.argumentSize
-               << " rpcMsgSize_:" << values.messageSize << " argLen:" << values.length << "("
-               << kLineFunction << ")";
+               << " rpcReqArgSize:" << values.argumentSize << " rpcMsgSize_:" << values.messageSize
+               << " argLen:" << values.length << "(" << kLineFunction << ")";
     }
 
     TakingSink sink_;

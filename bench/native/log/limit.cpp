@@ -75,9 +75,8 @@ public:
             localtime_r(&second_, &parts);
             std::strftime(text_, sizeof(text_), "%Y-%m-%d %H:%M:%S", &parts);
         }
-        return static_cast<std::size_t>(
-            std::snprintf(out, room, "%s.%03ld [info] [%ld] ", text_, now.tv_nsec / 1000000,
-                          thread_));
+        return static_cast<std::size_t>(std::snprintf(out, room, "%s.%03ld [info] [%ld] ", text_,
+                                                      now.tv_nsec / 1000000, thread_));
     }
 
 private:

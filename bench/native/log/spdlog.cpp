@@ -35,10 +35,10 @@ public:
     Spdlog& operator=(const Spdlog&) = delete;
 
     void Line(const LineValues& values) {
-        logger_.info("[PLENXSDK] Invalid Args offset:{} rpcReqArgSize:{} rpcMsgSize_:{} argLen:{}"
-                     "({})",
-                     values.offset, values.argumentSize, values.messageSize, values.length,
-                     kLineFunction);
+        logger_.info(
+            "[PLENXSDK] Invalid Args offset:{} rpcReqArgSize:{} rpcMsgSize_:{} argLen:{}"
+            "({})",
+            values.offset, values.argumentSize, values.messageSize, values.length, kLineFunction);
     }
 
 private:

@@ -120,7 +120,8 @@ struct Limit {
     }
 };
 
-[[maybe_unused]] const int registered = RegisterMessages<Limit>("limit");
+[[maybe_unused]] const int registered =
+    RegisterMessages<Limit>("limit") + RegisterGrowth<Limit>("12 messages, the limit");
 
 }  // namespace
 }  // namespace bench

@@ -140,6 +140,26 @@ int RegisterMessages(const std::string& contender) {
     return 0;
 }
 
+/// Row 12 of one contender: the cost of a KiB.
+template <class Codec>
+int RegisterGrowth(const std::string& row) {
+    const auto add = [&](const std::string& size, std::int64_t kibibytes) {
+        benchmark::RegisterBenchmark(
+            (row + "/" + size).c_str(), [kibibytes](benchmark::State& state) {
+                using Delivered = DeviceOnlineWith<typename Codec::Bytes>;
+                const DeviceOnline in = DeviceOnlineOf(static_cast<std::size_t>(kibibytes) << 10);
+                RoundTrip<Codec, Delivered>(in);
+                while (state.KeepRunningBatch(kibibytes)) {
+                    RoundTrip<Codec, Delivered>(in);
+                }
+            });
+    };
+    add("1 KiB", 1);
+    add("256 KiB", 256);
+    add("64 MiB", 64 << 10);
+    return 0;
+}
+
 }  // namespace bench
 
 #endif  // PLENXSDK_BENCH_MESSAGES_MESSAGE_WORK_H

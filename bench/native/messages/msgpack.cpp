@@ -73,8 +73,8 @@ struct MessagePack {
     template <class Message>
     static bool Decode(const std::uint8_t* bytes, std::size_t size, Message& out) {
         bool refers = false;
-        const msgpack::object_handle handle = msgpack::unpack(
-            reinterpret_cast<const char*>(bytes), size, refers, ReferToAll);
+        const msgpack::object_handle handle =
+            msgpack::unpack(reinterpret_cast<const char*>(bytes), size, refers, ReferToAll);
         Take(handle.get(), out);
         return true;
     }

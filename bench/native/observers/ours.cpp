@@ -84,8 +84,7 @@ void MemoryAfterObservers(benchmark::State& state) {
     for (auto _ : state) {
         NotifyTenThousand();
     }
-    state.counters["bytes_left"] =
-        static_cast<double>(BytesInUse()) - static_cast<double>(before);
+    state.counters["bytes_left"] = static_cast<double>(BytesInUse()) - static_cast<double>(before);
 }
 
 [[maybe_unused]] const int registered = [] {

@@ -25,10 +25,10 @@ class Signals2 {
 public:
     explicit Signals2(Observers& observers) {
         for (CountingObserver& observer : observers) {
-            signal_.connect([&observer](DistributedFs::ServiceType svcType,
-                                        const std::string& first) {
-                return observer.NotifyConnect(svcType, first);
-            });
+            signal_.connect(
+                [&observer](DistributedFs::ServiceType svcType, const std::string& first) {
+                    return observer.NotifyConnect(svcType, first);
+                });
         }
     }
 

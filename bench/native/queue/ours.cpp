@@ -36,14 +36,12 @@ void QueueAndRun(Ours& ours, std::int64_t jobs) {
 // Row 12: the cost of one job, and the memory that is left while the pool goes on.
 void RegisterGrowth(const std::string& size, std::int64_t jobs) {
     const std::string name = "12 queued jobs/" + size;
-    benchmark::RegisterBenchmark(name.c_str(),
-                                 [jobs](benchmark::State& state) {
-                                     Ours ours;
-                                     while (state.KeepRunningBatch(jobs)) {
-                                         QueueAndRun(ours, jobs);
-                                     }
-                                 })
-        ->MeasureProcessCPUTime();
+    benchmark::RegisterBenchmark(name.c_str(), [jobs](benchmark::State& state) {
+        Ours ours;
+        while (state.KeepRunningBatch(jobs)) {
+            QueueAndRun(ours, jobs);
+        }
+    })->MeasureProcessCPUTime();
 }
 
 void MemoryAfterJobs(benchmark::State& state) {
@@ -53,8 +51,7 @@ void MemoryAfterJobs(benchmark::State& state) {
     for (auto _ : state) {
         QueueAndRun(ours, 1000000);
     }
-    state.counters["bytes_left"] =
-        static_cast<double>(BytesInUse()) - static_cast<double>(before);
+    state.counters["bytes_left"] = static_cast<double>(BytesInUse()) - static_cast<double>(before);
 }
 
 [[maybe_unused]] const int registered = [] {

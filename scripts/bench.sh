@@ -1,0 +1,81 @@
+# How fast it is, beside its peers.
+
+bench_build=$build_dir/bench-native
+bench_dir=$build_dir/bench
+bench_programs=(messages log observers queue)
+
+# command_bench [--quick] [--json FILE] [native | windows]
+command_bench() {
+    local quick=false world=all
+    local -a table=()
+    while [ $# -gt 0 ]; do
+        case $1 in
+        --quick) quick=true ;;
+        --json)
+            [ $# -gt 1 ] || fail "bench: --json needs the name of a file"
+            table+=(--json "$2")
+            shift
+            ;;
+        native | windows) world=$1 ;;
+        *) fail "bench: what is '$1'? [--quick] [--json FILE] [native | windows]" ;;
+        esac
+        shift
+    done
+    if $quick; then
+        table+=(--quick)
+    fi
+    need_packages "${bench_packages[@]}"
+    rm -rf "$bench_dir"
+    mkdir -p "$bench_dir"
+    [ $world = windows ] || bench_native
+    [ $world = native ] || bench_windows
+    python3 -B bench/table.py "${table[@]}" "$bench_dir"/*.json
+}
+
+# Every benchmark in a turn that changes from one repetition to the next; then once more with
+# the calls of the allocator counted.
+bench_native() {
+    local program folder
+    local -a often=(--benchmark_repetitions=15 --benchmark_min_time=0.05)
+    if $quick; then
+        often=(--benchmark_repetitions=9 --benchmark_min_time=0.004)
+        export PLENX_BENCH_QUICK=1
+    fi
+    configure "$bench_build" -DPLENX_BENCH=ON -DCMAKE_BUILD_TYPE=RelWithDebInfo
+    step "build the native benchmarks" ninja -C "$bench_build" bench
+    for program in "${bench_programs[@]}"; do
+        folder=$bench_build/bench/native/$program
+        step "measure natively: $program" in_folder "$bench_dir" "$folder/bench_$program" \
+            --benchmark_enable_random_interleaving=true "${often[@]}" \
+            --benchmark_out="$bench_dir/$program.json"
+        step "count allocations: $program" in_folder "$bench_dir" env \
+            LD_PRELOAD="$bench_build/bench/native/libbench_count_allocations.so" \
+            "$folder/bench_$program" --benchmark_min_time=0 --benchmark_filter=-^12 \
+            --benchmark_out="$bench_dir/$program-allocations.json"
+    done
+}
+
+in_folder() {
+    cd "$1"
+    shift
+    timeout 1200 "$@"
+}
+
+# The programs measure what build/windows holds, each in a prefix of its own.
+bench_windows() {
+    local program name prefix
+    local -a how=()
+    if $quick; then
+        how=(--quick)
+    fi
+    compile_windows bench_windows
+    make_prefix_template
+    for program in "$windows_build"/bin/*_bench.exe; do
+        name=$(basename "$program" .exe)
+        prefix=$(new_prefix "$name")
+        step "measure under Wine: ${name%_bench}" env WINEPREFIX="$prefix" \
+            timeout -k 10 1200 wine "$program" "${how[@]}" \
+            --json "$(windows_path "$bench_dir/$name.json")"
+        drop_prefix "$prefix"
+    done
+}
