@@ -22,11 +22,12 @@ void BindWidl(const wchar_t* endpoint, RPC_BINDING_HANDLE& binding) {
     }
 }
 
-void CallWidl(WidlProcedure procedure, long msgType, std::vector<unsigned char>& message) {
+void CallWidl(WidlProcedure procedure, long msgType, const std::vector<unsigned char>& message) {
     long size = 0;
     unsigned char* block = nullptr;
     const error_status_t result =
-        procedure(msgType, static_cast<long>(message.size()), message.data(), &size, &block);
+        procedure(msgType, static_cast<long>(message.size()),
+                  const_cast<unsigned char*>(message.data()), &size, &block);
     MIDL_user_free(block);
     if (result != 0 || size != sizeof(kReply)) {
         throw std::runtime_error("not the reply that was expected");

@@ -28,7 +28,7 @@ void BindWidl(const wchar_t* endpoint, RPC_BINDING_HANDLE& binding);
 
 /// Calls and releases the reply.
 /// @throws std::runtime_error when the reply is not the one that all servers give.
-void CallWidl(WidlProcedure procedure, long msgType, std::vector<unsigned char>& message);
+void CallWidl(WidlProcedure procedure, long msgType, const std::vector<unsigned char>& message);
 
 }  // namespace PlenxBench
 
