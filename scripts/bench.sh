@@ -55,11 +55,12 @@ bench_native() {
     done
 }
 
-in_folder() {
+# in_folder FOLDER COMMAND...
+in_folder() (
     cd "$1"
     shift
     timeout 1200 "$@"
-}
+)
 
 # The programs measure what build/windows holds, each in a prefix of its own.
 bench_windows() {

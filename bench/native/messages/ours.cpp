@@ -113,7 +113,8 @@ void MemoryAfterMessages(benchmark::State& state) {
     RegisterMessages<Ours>("ours");
     RegisterGrowth<Ours>("12 messages");
     benchmark::RegisterBenchmark("12 memory after messages/ours", MemoryAfterMessages)
-        ->Iterations(1);
+        ->Iterations(1)
+        ->Repetitions(1);
     return 0;
 }();
 

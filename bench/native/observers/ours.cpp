@@ -96,7 +96,8 @@ void MemoryAfterObservers(benchmark::State& state) {
     RegisterGrowth("100", 100);
     RegisterGrowth("10,000", 10000);
     benchmark::RegisterBenchmark("12 memory after observers/ours", MemoryAfterObservers)
-        ->Iterations(1);
+        ->Iterations(1)
+        ->Repetitions(1);
     return 0;
 }();
 

@@ -59,7 +59,9 @@ void MemoryAfterJobs(benchmark::State& state) {
     RegisterGrowth("1,000", 1000);
     RegisterGrowth("32,000", 32000);
     RegisterGrowth("1,000,000", 1000000);
-    benchmark::RegisterBenchmark("12 memory after jobs/ours", MemoryAfterJobs)->Iterations(1);
+    benchmark::RegisterBenchmark("12 memory after jobs/ours", MemoryAfterJobs)
+        ->Iterations(1)
+        ->Repetitions(1);
     return 0;
 }();
 
