@@ -1,10 +1,11 @@
 #!/usr/bin/env python3
 """Shows what the benchmark programs have measured, and which goals that meets.
 
-usage: bench/table.py [--json FILE] [--quick] RESULTS...
+usage: bench/table.py [--json FILE] [--quick] [--markdown] RESULTS...
 
 results.py tells what the files of results hold; goals.py holds the rows and their goals.
---json writes all records, with what was worked out from them, and the goals.
+--json writes all records, with what was worked out from them, and the goals; such a file is a file
+of results, too. --markdown writes one line for each row, for docs/performance.md.
 """
 
 import argparse
@@ -103,6 +104,38 @@ def show_summary(results):
         print(textwrap.fill("Not measured in this run: " + ", ".join(missing) + ".", WIDTH))
 
 
+def cell(record):
+    return quantity(record.median, record.unit) if record else ""
+
+
+def markdown_lines(results, row, world):
+    """One line for a row; for a row of sizes, one for each size."""
+    sizes = sorted((record for record in results.of_row(row.name, world) if record.is_size),
+                   key=order)
+    for record in sizes:
+        yield [f"{row.name}: {record.contender}", world, cell(record), "", "", "", ""]
+    ours = results.get(row.name, world, "ours")
+    peer = results.best_peer(row.name, world)
+    if not sizes:
+        yield [row.name, world, f"{cell(ours)} ±{100 * ours.spread:.0f} %" if ours else "",
+               cell(results.get(row.name, world, "limit")),
+               f"{cell(peer)} ({peer.contender})" if peer else "",
+               "" if ours is None or ours.allocations is None else number(ours.allocations), ""]
+
+
+def show_markdown(results):
+    print("| Row | World | Ours | Limit | Best peer | Allocations | Goals |")
+    print("|---|---|---|---|---|---|---|")
+    for row in ROWS:
+        for world in worlds_of(results, row):
+            lines = list(markdown_lines(results, row, world))
+            lines[-1][-1] = "; ".join(
+                f"{goal.text}: {verdict(goal.check(results, row.name, world))}"
+                for goal in row.goals).replace("  ", ", ")
+            for line in lines:
+                print("| " + " | ".join(line) + " |")
+
+
 def write_json(results, path):
     records = [dict(vars(record), median=record.median, spread=record.spread)
                for record in results.records.values() if record.samples]
@@ -114,10 +147,22 @@ def write_json(results, path):
         file.write("\n")
 
 
+def show_all(results, quick):
+    print(LINE.format("", "median", "spread", "to limit", "to best", "allocations"))
+    print(LINE.format("", "", "", "", "peer", "per op"))
+    for row in ROWS + unknown_rows(results):
+        for world in worlds_of(results, row):
+            show_row(results, row, world)
+    show_summary(results)
+    if quick:
+        print("A quick run: short repetitions, and a million jobs are 100,000.")
+
+
 def main():
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
     parser.add_argument("--json", metavar="FILE")
     parser.add_argument("--quick", action="store_true", help="say that the run was quick")
+    parser.add_argument("--markdown", action="store_true")
     parser.add_argument("results", nargs="+")
     arguments = parser.parse_args()
 
@@ -125,15 +170,10 @@ def main():
     for path in arguments.results:
         results.read(path)
     derive_fan_out(results)
-
-    print(LINE.format("", "median", "spread", "to limit", "to best", "allocations"))
-    print(LINE.format("", "", "", "", "peer", "per op"))
-    for row in ROWS + unknown_rows(results):
-        for world in worlds_of(results, row):
-            show_row(results, row, world)
-    show_summary(results)
-    if arguments.quick:
-        print("A quick run: short repetitions, and a million jobs are 100,000.")
+    if arguments.markdown:
+        show_markdown(results)
+    else:
+        show_all(results, arguments.quick)
     if arguments.json:
         write_json(results, arguments.json)
 

@@ -36,9 +36,9 @@ command_bench() {
 # the calls of the allocator counted.
 bench_native() {
     local program folder
-    local -a often=(--benchmark_repetitions=15 --benchmark_min_time=0.05)
+    local -a often=(--benchmark_repetitions=21 --benchmark_min_time=0.02)
     if $quick; then
-        often=(--benchmark_repetitions=9 --benchmark_min_time=0.004)
+        often=(--benchmark_repetitions=15 --benchmark_min_time=0.002)
         export PLENX_BENCH_QUICK=1
     fi
     configure "$bench_build" -DPLENX_BENCH=ON -DCMAKE_BUILD_TYPE=RelWithDebInfo
