@@ -22,8 +22,12 @@ namespace {
 class Spdlog {
 public:
     explicit Spdlog(const Destination& there) : text_(there.text), logger_("bench", Sink(there)) {
-        logger_.set_pattern(there.file.empty() ? "%v" : "%Y-%m-%d %H:%M:%S.%e [%l] [%t] %v");
-        logger_.flush_on(spdlog::level::info);
+        if (there.file.empty()) {
+            logger_.set_pattern("%v");
+        } else {
+            logger_.set_pattern("%Y-%m-%d %H:%M:%S.%e [%l] [%t] %v");
+            logger_.flush_on(spdlog::level::info);
+        }
     }
     ~Spdlog() {
         if (text_ != nullptr) {
