@@ -14,7 +14,8 @@ constexpr DWORD kProbeMilliseconds = 30000;
 
 double Load(const std::wstring& dll) {
     const std::wstring folder = PlenxTest::ProgramFolder() + L"\\";
-    PlenxTest::ChildProcess probe(L"\"" + folder + L"load_probe.exe\" " + dll);
+    PlenxTest::ChildProcess probe(L"\"" + folder + L"load_probe.exe\" \"" + folder + L"stripped\\" +
+                                  dll + L"\"");
     const DWORD nanoseconds = probe.WaitForExit(kProbeMilliseconds).value_or(0);
     if (nanoseconds == 0) {
         throw std::runtime_error("a DLL cannot be loaded");

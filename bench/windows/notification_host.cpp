@@ -49,7 +49,7 @@ int main(int argc, char** argv) {
     PLENXManager::GetInstance().RegisterPLENXServiceObserver(&observer);
     std::thread([] { RpcManager::GetInstance().Start(); }).detach();
     if (argc >= 2 && Listens()) {
-        ServeUntilStopped(argv[argc - 1]);
+        ServerLife(argv[argc - 1]).ServeUntilStopped();
     }
     ExitProcess(0);  // the thread listens for ever
 }

@@ -52,6 +52,6 @@ int main(int argc, char** argv) {
     for (DWORD i = 0; i != kPipes; ++i) {
         std::thread(ServePipe).detach();
     }
-    ServeUntilStopped(argv[argc - 1]);
+    ServerLife(argv[argc - 1]).ServeUntilStopped();
     ExitProcess(0);  // the pipes' threads wait for ever
 }

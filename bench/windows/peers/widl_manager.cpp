@@ -33,6 +33,6 @@ int main(int argc, char** argv) {
     if (argc < 2 || Serve(WidlServe_PlenxManager_v1_0_s_ifspec, L"WidlManager") != RPC_S_OK) {
         return 1;
     }
-    ServeUntilStopped(argv[argc - 1]);
+    ServerLife(argv[argc - 1]).ServeUntilStopped();
     ExitProcess(0);
 }

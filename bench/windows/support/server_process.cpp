@@ -5,8 +5,8 @@
 namespace PlenxBench {
 namespace {
 
-constexpr DWORD kReadyMilliseconds = 30000;
-constexpr DWORD kStopMilliseconds = 5000;
+constexpr DWORD kReadyMilliseconds = 120000;
+constexpr DWORD kStopMilliseconds = 60000;
 constexpr DWORD kLifeMilliseconds = 600000;
 
 std::wstring UniqueName() {
@@ -39,11 +39,13 @@ ServerProcess::~ServerProcess() {
     CloseHandle(ready_);
 }
 
-void ServeUntilStopped(const std::string& name) {
-    const std::wstring wide(name.begin(), name.end());
-    const HANDLE stop = EventOf(wide, L"-stop");
-    SetEvent(EventOf(wide, L"-ready"));
-    WaitForSingleObject(stop, kLifeMilliseconds);
+ServerLife::ServerLife(const std::string& name)
+    : ready_(EventOf({name.begin(), name.end()}, L"-ready")),
+      stop_(EventOf({name.begin(), name.end()}, L"-stop")) {}
+
+void ServerLife::ServeUntilStopped() const {
+    SetEvent(ready_);
+    WaitForSingleObject(stop_, kLifeMilliseconds);
 }
 
 }  // namespace PlenxBench

@@ -14,12 +14,16 @@ namespace PlenxBench {
 
 class ServerProcess {
 public:
-    /// Returns when it serves. arguments: come before the one that ServeUntilStopped takes.
+    /// Returns when it serves. arguments: come before the one that ServerLife takes.
     /// @throws std::runtime_error when it does not come to that.
     explicit ServerProcess(const std::wstring& program, const std::wstring& arguments = L"");
     ~ServerProcess();
     ServerProcess(const ServerProcess&) = delete;
     ServerProcess& operator=(const ServerProcess&) = delete;
+
+    /// In its command line and in no other one.
+    const std::wstring& Name() const { return name_; }
+    DWORD Id() const { return process_.Id(); }
 
 private:
     std::wstring name_;
@@ -28,8 +32,19 @@ private:
     PlenxTest::ChildProcess process_;
 };
 
-/// The server's side of it: says that it serves, and waits. name: its last argument.
-void ServeUntilStopped(const std::string& name);
+/// The server's side of it.
+class ServerLife {
+public:
+    /// name: its last argument.
+    explicit ServerLife(const std::string& name);
+
+    /// Says that it serves, and returns when it is to end.
+    void ServeUntilStopped() const;
+
+private:
+    HANDLE ready_;
+    HANDLE stop_;
+};
 
 }  // namespace PlenxBench
 
