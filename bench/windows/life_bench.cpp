@@ -58,6 +58,7 @@ Life Live(const InstallFolder& folder, const std::wstring& more) {
 }
 
 int Run(const Options& options) {
+    SetEnvironmentVariableW(L"PLENX_LOG_LEVEL", L"off");  // the hosts' lines go nowhere
     const InstallFolder folder(L"plenx-bench-life");
     Series init{"13 Init", "ours", "ns", {}};
     Series ready{"13 Init", "(until the engine is ready)", "ns", {}};
