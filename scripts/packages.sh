@@ -31,5 +31,7 @@ need_packages() {
     fi
     local -a apt=("${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get)
     step "read the package lists" "${apt[@]}" update
-    step "install ${missing[*]}" "${apt[@]}" install -y --no-install-recommends "${missing[@]}"
+    # By their number: the names of many are too long for the name of a log.
+    step "install ${#missing[@]} packages" \
+        "${apt[@]}" install -y --no-install-recommends "${missing[@]}"
 }
