@@ -40,6 +40,8 @@ constexpr unsigned kHostThreads = 4;
 constexpr unsigned kMender = kHostThreads;  // the book of the calls at rest
 constexpr std::uint64_t kGuestStream = 1000000;
 constexpr int kStuck = 2;
+// Wine's pools fill with what is done: on a busy machine seconds alone would not warm up.
+constexpr std::uint64_t kWarmUpCalls = 600;
 
 std::uint64_t Number(const wchar_t* variable, std::uint64_t otherwise) {
     wchar_t text[32];
@@ -132,12 +134,19 @@ int SoakRun::Execute() {
     goodStarts_.reserve(plan_.seconds);
     Rest();
     first_ = samples_.front();
-    // On a slow machine until there is enough to judge by.
-    while (!silence_.TooLong() &&
-           (SecondsSinceStart() < plan_.seconds || samples_.size() < kFewestSamples)) {
+    const auto beBusy = [&] {
         gate_.Open();
         Sleep(busySeconds * 1000);
         Rest();
+    };
+    while (tally_.Total("calls") < kWarmUpCalls) {
+        beBusy();
+    }
+    samples_.clear();
+    // On a slow machine until there is enough to judge by.
+    while (!silence_.TooLong() &&
+           (SecondsSinceStart() < plan_.seconds || samples_.size() < kFewestSamples)) {
+        beBusy();
         if (SecondsSinceStart() >= nextShow) {
             ShowProgress(samples_.back());
             nextShow = SecondsSinceStart() + showEvery;
@@ -217,7 +226,7 @@ void SoakRun::Rest() {
         std::error_code ignored;
         fs::remove(folder_.WorkingFolder() / service / L"service.log", ignored);
     }
-    samples_.push_back(MeasureAtRest(samples_.empty() ? 0 : samples_.front().threads));
+    samples_.push_back(MeasureAtRest(first_.threads));
     NoteWhatCame();
 }
 
