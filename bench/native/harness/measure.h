@@ -11,7 +11,7 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <string>
+#include <cstdlib>
 
 extern "C" __attribute__((weak)) std::uint64_t BenchAllocations();
 
@@ -54,6 +54,14 @@ inline void Escape(const void* memory) {
 inline std::size_t BytesInUse() {
     const struct mallinfo2 info = mallinfo2();
     return info.uordblks + info.hblkhd;
+}
+
+/// Joins the small pieces that were freed before. What queues many jobs is to meet the heap in the
+/// same state, whoever has used it before.
+inline void TidyHeap() {
+    void* const large = std::malloc(std::size_t{1} << 20);
+    benchmark::DoNotOptimize(large);
+    std::free(large);
 }
 
 /// A program's quick form: the same work, less often.
