@@ -4,6 +4,7 @@
 #include <windows.h>
 
 #include <cstdio>
+#include <cstring>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -59,9 +60,14 @@ double Jobs(std::size_t count) {
     return time / static_cast<double>(count);
 }
 
+const std::vector<std::uint8_t>& Bytes() {
+    static const std::vector<std::uint8_t> bytes(64 * kKibibyte * kKibibyte, 1);
+    return bytes;
+}
+
 // Encodes and decodes one message: the time of one KiB.
 double Message(std::int32_t kibibytes) {
-    static const std::vector<std::uint8_t> bytes(64 * kKibibyte * kKibibyte, 1);
+    const std::vector<std::uint8_t>& bytes = Bytes();
     const std::int32_t size = kibibytes * kKibibyte;
     const std::int64_t start = Now();
     RpcMessageWriter writer(kArrayMessageRest + size, 1);
@@ -72,6 +78,22 @@ double Message(std::int32_t kibibytes) {
     const std::unique_ptr<std::uint8_t[]> owner(array);
     if (!written || !read) {
         throw std::runtime_error("a message failed");
+    }
+    return Nanoseconds(Now() - start) / kibibytes;
+}
+
+// The least that has the same effect: a fresh block that holds the bytes, and one that takes them
+// out again.
+double Limit(std::int32_t kibibytes) {
+    const std::vector<std::uint8_t>& bytes = Bytes();
+    const auto size = static_cast<std::size_t>(kibibytes) * kKibibyte;
+    const std::int64_t start = Now();
+    const std::unique_ptr<std::uint8_t[]> message(new std::uint8_t[size]);
+    std::memcpy(message.get(), bytes.data(), size);
+    const std::unique_ptr<std::uint8_t[]> array(new std::uint8_t[size]);
+    std::memcpy(array.get(), message.get(), size);
+    if (array[size - 1] != bytes[size - 1]) {
+        throw std::runtime_error("a copy failed");
     }
     return Nanoseconds(Now() - start) / kibibytes;
 }
@@ -100,19 +122,28 @@ Series MemoryAfter(const std::string& row, Work work) {
     return {row, "ours", "B", {BytesInUse() - before}};
 }
 
+void Append(std::vector<Series>& all, const std::vector<Series>& more) {
+    all.insert(all.end(), more.begin(), more.end());
+}
+
+template <class Work>
+std::vector<Series> MeasureMessages(const std::string& row, const Options& options, Work work) {
+    constexpr std::size_t kValues = 2;
+    return Measure(row, "ns",
+                   {{"1 KiB", [=] { return work(1); }},
+                    {"256 KiB", [=] { return work(256); }},
+                    {"64 MiB", [=] { return work(64 * kKibibyte); }}},
+                   options.repetitions, kValues);
+}
+
 int Run(const Options& options) {
     std::vector<Series> all = Measure("12 queued jobs", "ns",
                                       {{"1,000", [] { return Jobs(1000); }},
                                        {"32,000", [] { return Jobs(32000); }},
                                        {"1,000,000", [] { return Jobs(1000000); }}},
                                       options.repetitions, 1);
-    for (Series& series : Measure("12 messages", "ns",
-                                  {{"1 KiB", [] { return Message(1); }},
-                                   {"256 KiB", [] { return Message(256); }},
-                                   {"64 MiB", [] { return Message(64 * kKibibyte); }}},
-                                  options.repetitions, 4)) {
-        all.push_back(std::move(series));
-    }
+    Append(all, MeasureMessages("12 messages", options, Message));
+    Append(all, MeasureMessages("12 messages, the limit", options, Limit));
     all.push_back(MemoryAfter("12 memory after jobs", [] { Jobs(1000000); }));
     all.push_back(MemoryAfter("12 memory after messages", [] { Message(64 * kKibibyte); }));
     return Finish(options, all);
