@@ -21,7 +21,8 @@ unsigned long ProcessId() noexcept {
 }
 
 unsigned long ThreadId() noexcept {
-    return static_cast<unsigned long>(syscall(SYS_gettid));
+    thread_local const auto id = static_cast<unsigned long>(syscall(SYS_gettid));
+    return id;
 }
 
 bool ProcessIsEnding() noexcept {

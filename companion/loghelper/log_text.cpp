@@ -1,7 +1,7 @@
 #include "loghelper/log_text.h"
 
-#include <algorithm>
 #include <cstddef>
+#include <cstring>
 
 #include "log_helper.h"
 
@@ -79,18 +79,40 @@ void AppendEscape(std::string& line, char32_t point) {
 }
 
 bool IsPlain(wchar_t unit) {
-    return unit >= 0x20 && unit < 0x7F;
+    return static_cast<char32_t>(unit) - 0x20 < 0x7F - 0x20;
+}
+
+constexpr std::size_t kStride = 16;
+
+// Appends so many characters in one go, if all of them are plain.
+bool AppendStride(std::string& line, const wchar_t* in) {
+    wchar_t wide[kStride];  // of our own: the compiler takes all at once
+    std::memcpy(wide, in, sizeof(wide));
+    char32_t odd = 0;
+    for (std::size_t i = 0; i != kStride; ++i) {
+        odd |= static_cast<char32_t>(!IsPlain(wide[i]));
+    }
+    if (odd != 0) {
+        return false;
+    }
+    char narrow[kStride];
+    for (std::size_t i = 0; i != kStride; ++i) {
+        narrow[i] = static_cast<char>(wide[i]);
+    }
+    line.append(narrow, kStride);
+    return true;
 }
 
 // Takes the plain characters off the front of text; nearly all of a line is these.
 void TakePlain(std::string& line, std::wstring_view& text) {
-    const auto end = std::find_if_not(text.begin(), text.end(), IsPlain);
-    const auto size = static_cast<std::size_t>(end - text.begin());
-    const std::size_t before = line.size();
-    line.resize(before + size);
-    std::transform(text.begin(), end, line.begin() + static_cast<std::ptrdiff_t>(before),
-                   [](wchar_t unit) { return static_cast<char>(unit); });
-    text.remove_prefix(size);
+    std::size_t done = 0;
+    while (done + kStride <= text.size() && AppendStride(line, text.data() + done)) {
+        done += kStride;
+    }
+    for (; done != text.size() && IsPlain(text[done]); ++done) {
+        line.push_back(static_cast<char>(text[done]));
+    }
+    text.remove_prefix(done);
 }
 
 // Takes the code point at the front of text, which is not empty, off it.

@@ -35,17 +35,16 @@ private:
     int errno_;
 };
 
-constexpr std::size_t kMostDigits = 20;
-
 wchar_t* WriteDecimal(wchar_t* out, std::uint64_t number) noexcept {
-    wchar_t digits[kMostDigits];
-    wchar_t* const end = digits + kMostDigits;
-    wchar_t* first = end;
-    do {
-        *--first = static_cast<wchar_t>(L'0' + number % 10);
+    std::size_t digits = 1;
+    for (std::uint64_t rest = number; rest >= 10; rest /= 10) {
+        ++digits;
+    }
+    for (std::size_t i = digits; i != 0; --i) {
+        out[i - 1] = static_cast<wchar_t>(L'0' + number % 10);
         number /= 10;
-    } while (number != 0);
-    return std::copy(first, end, out);
+    }
+    return out + digits;
 }
 
 // Room for the characters of a line; most fit without an allocation.
@@ -64,21 +63,6 @@ private:
 };
 
 }  // namespace
-
-std::size_t LogValue::MostCharacters() const noexcept {
-    switch (kind_) {
-    case Kind::kNarrow:
-        return narrow_.size();
-    case Kind::kWide:
-        return wide_.size();
-    case Kind::kLetter:
-        return 1;
-    case Kind::kSigned:
-    case Kind::kUnsigned:
-        break;
-    }
-    return kMostDigits;
-}
 
 wchar_t* LogValue::Write(wchar_t* out) const noexcept {
     switch (kind_) {

@@ -46,7 +46,12 @@ public:
     LogValue(Enum value) noexcept : LogValue(static_cast<std::underlying_type_t<Enum>>(value)) {}
 
     /// The most characters that Write writes.
-    std::size_t MostCharacters() const noexcept;
+    std::size_t MostCharacters() const noexcept {
+        constexpr std::size_t kNumber = 20;
+        return kind_ == Kind::kNarrow ? narrow_.size()
+               : kind_ == Kind::kWide ? wide_.size()
+                                      : kNumber;
+    }
     /// Returns the end of what it wrote.
     wchar_t* Write(wchar_t* out) const noexcept;
 

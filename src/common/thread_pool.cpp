@@ -1,5 +1,6 @@
 #include "common/thread_pool.h"
 
+#include <algorithm>
 #include <exception>
 #include <stdexcept>
 #include <system_error>
@@ -61,9 +62,20 @@ void ThreadPool::Append(Task task) {
             throw std::runtime_error("thread pool has stopped");
         }
         state_->tasks.push_back(std::move(task));
-        ++state_->unfinished;
+        state_->longest = std::max(state_->longest, state_->tasks.size());
+        state_->enqueued.store(state_->enqueued.load(std::memory_order_relaxed) + 1,
+                               std::memory_order_release);
     }
     state_->condition.notify_one();
+}
+
+// An emptied queue keeps the table of its blocks, as long as the queue ever was.
+void ThreadPool::GiveBackMemory(State& state) {
+    constexpr std::size_t kLong = 1024;
+    if (state.tasks.empty() && state.longest > kLong) {
+        std::deque<Task>().swap(state.tasks);
+        state.longest = 0;
+    }
 }
 
 void ThreadPool::Work(const std::shared_ptr<State>& state) {
@@ -77,10 +89,11 @@ void ThreadPool::Work(const std::shared_ptr<State>& state) {
             }
             task = std::move(state->tasks.front());
             state->tasks.pop_front();
+            GiveBackMemory(*state);
         }
         task();
         task = Task();  // what the job owns is released before the job counts as done
-        --state->unfinished;
+        ++state->finished;
     }
 }
 

@@ -9,6 +9,7 @@
 
 #include <atomic>
 #include <cstddef>
+#include <cstdint>
 #include <deque>
 #include <functional>
 #include <future>
@@ -60,7 +61,10 @@ public:
 
     /// True when every job that was queued has been run to its end. Takes no lock, so it
     /// also answers while the process is ending.
-    bool IsIdle() const noexcept { return state_->unfinished == 0; }
+    bool IsIdle() const noexcept {
+        const std::uint64_t finished = state_->finished;  // first: it never overtakes the other
+        return finished == state_->enqueued;
+    }
 
 private:
     // Any callable without arguments and result, by its shared pointer. Unlike std::function it
@@ -95,10 +99,13 @@ private:
         SlimMutex queueMutex;
         SlimCondition condition;
         std::deque<Task> tasks;
-        std::atomic<std::size_t> unfinished{0};
+        std::size_t longest = 0;                 // tasks, since its memory was last given back
+        std::atomic<std::uint64_t> enqueued{0};  // changed under queueMutex only
+        std::atomic<std::uint64_t> finished{0};
     };
 
     static void Work(const std::shared_ptr<State>& state);
+    static void GiveBackMemory(State& state);
     void Append(Task task);
     void WakeAllToStop();
 

@@ -2,7 +2,6 @@
 
 #include <codecvt>
 #include <cstddef>
-#include <cstdint>
 #include <cstring>
 #include <locale>
 #include <stdexcept>
@@ -28,28 +27,50 @@ bool IsContinuation(char byte) {
     return (static_cast<unsigned char>(byte) & 0xC0) == 0x80;
 }
 
-// Writes the ASCII characters at the front of text and takes them off. Nearly all text is
-// these, so they go by eights: one test, and one copy that the compiler makes wide.
-wchar_t* TakeAscii(wchar_t* out, std::string_view& text) noexcept {
-    constexpr std::size_t kStride = 8;
-    constexpr std::uint64_t kHighBits = 0x8080808080808080;
-    const char* in = text.data();
-    const char* const end = in + text.size();
-    for (; end - in >= static_cast<std::ptrdiff_t>(kStride); in += kStride, out += kStride) {
-        std::uint64_t bytes = 0;
-        std::memcpy(&bytes, in, kStride);
-        if ((bytes & kHighBits) != 0) {
-            break;
-        }
-        for (std::size_t i = 0; i != kStride; ++i) {
-            out[i] = static_cast<wchar_t>(in[i]);
+// Widens count characters in one go. False when not all of them are ASCII.
+template <std::size_t count>
+bool WidenStride(wchar_t* out, const char* in) noexcept {
+    unsigned char stride[count];  // out cannot overlap it: the compiler takes all at once
+    std::memcpy(stride, in, count);
+    unsigned char bits = 0;
+    for (std::size_t i = 0; i != count; ++i) {
+        out[i] = static_cast<wchar_t>(stride[i]);
+    }
+    for (std::size_t i = 0; i != count; ++i) {
+        bits |= stride[i];
+    }
+    return bits < 0x80;
+}
+
+// The same for a text of at least stride characters.
+template <std::size_t stride>
+bool WidenByStrides(wchar_t* out, std::string_view text) noexcept {
+    const std::size_t last = text.size() - stride;
+    for (std::size_t at = 0; at < last; at += stride) {
+        if (!WidenStride<stride>(out + at, text.data() + at)) {
+            return false;
         }
     }
-    while (in != end && static_cast<unsigned char>(*in) < 0x80) {
-        *out++ = static_cast<wchar_t>(*in++);
+    return WidenStride<stride>(out + last, text.data() + last);  // may overlap the one before
+}
+
+// Nearly all text is ASCII.
+bool WidenAscii(wchar_t* out, std::string_view text) noexcept {
+    if (text.size() >= 16) {
+        return WidenByStrides<16>(out, text);
     }
-    text.remove_prefix(static_cast<std::size_t>(in - text.data()));
-    return out;
+    if (text.size() >= 8) {
+        return WidenByStrides<8>(out, text);
+    }
+    if (text.size() >= 4) {
+        return WidenByStrides<4>(out, text);
+    }
+    unsigned char bits = 0;
+    for (const char character : text) {
+        *out++ = static_cast<wchar_t>(character);
+        bits |= static_cast<unsigned char>(character);
+    }
+    return bits < 0x80;
 }
 
 // Decodes the code point at the front of text and sets length to its bytes; kMalformed
@@ -104,11 +125,10 @@ std::wstring Utf8ToWide(const std::string& text) {
 }
 
 wchar_t* WriteLenientUtf8(wchar_t* out, std::string_view text) noexcept {
-    while (true) {
-        out = TakeAscii(out, text);
-        if (text.empty()) {
-            return out;
-        }
+    if (WidenAscii(out, text)) {
+        return out + text.size();
+    }
+    while (!text.empty()) {
         std::size_t length = 1;
         const char32_t point = DecodeFront(text, length);
         if (point == kMalformed) {
@@ -122,6 +142,7 @@ wchar_t* WriteLenientUtf8(wchar_t* out, std::string_view text) noexcept {
         }
         text.remove_prefix(length);
     }
+    return out;
 }
 
 }  // namespace DistributedFs

@@ -37,6 +37,16 @@ TEST(LogTextTest, PrintableAsciiStaysAsItIs) {
     EXPECT_EQ(Text(wide), narrow);
 }
 
+TEST(LogTextTest, OddCharacterIsFoundAtEveryPlace) {
+    for (std::size_t place = 0; place != 40; ++place) {
+        std::wstring text(40, L'x');
+        text[place] = 0xE4;
+        EXPECT_EQ(Text(text), std::string(place, 'x') + "\xC3\xA4" + std::string(39 - place, 'x'));
+        text[place] = L'\n';
+        EXPECT_EQ(Text(text), std::string(place, 'x') + "\\u000A" + std::string(39 - place, 'x'));
+    }
+}
+
 TEST(LogTextTest, BackslashesAreNotDoubled) {
     EXPECT_EQ(Text(L"C:\\new\\u"), "C:\\new\\u");
 }
