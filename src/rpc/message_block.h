@@ -1,4 +1,5 @@
 // MessageBlock: the bytes of one RPC message. Most messages are small and need no allocation.
+// Its owners live on the stack, and one thread never has more than a few.
 
 #ifndef PLENXSDK_RPC_MESSAGE_BLOCK_H
 #define PLENXSDK_RPC_MESSAGE_BLOCK_H
@@ -12,6 +13,8 @@ namespace DistributedFs {
 
 class MessageBlock {
 public:
+    static constexpr std::size_t kSmall = 8 * 1024;
+
     MessageBlock() noexcept = default;
     MessageBlock(const MessageBlock&) = delete;
     MessageBlock& operator=(const MessageBlock&) = delete;
@@ -30,8 +33,6 @@ public:
     std::uint8_t* Get() const noexcept { return bytes_; }
 
 private:
-    static constexpr std::size_t kSmall = 256;
-
     std::uint8_t* bytes_ = nullptr;
     std::unique_ptr<std::uint8_t[]> large_;
     std::uint8_t small_[kSmall];

@@ -35,6 +35,36 @@ RpcMessageReader::RpcMessageReader(const std::uint8_t* buffer, std::int32_t size
     msgCursor_ = static_cast<std::int32_t>(RpcDataOffset(count));
 }
 
+inline bool RpcMessageReader::FindDescriptor(std::string_view function, std::uint32_t index,
+                                             bool hasOut, RpcArgType type,
+                                             Descriptor& found) const {
+    if (!hasOut || index != static_cast<std::uint32_t>(argCursor_) ||
+        index >= static_cast<std::uint32_t>(rpcMsgArgs_)) {
+        LogError(function, "[PLENXSDK] Invalid Args Error index:", index,
+                 " argCursor_:", argCursor_, " msgCursor_:", msgCursor_,
+                 " rpcMsgSize_:", rpcMsgSize_);
+        return false;
+    }
+    const std::uint8_t* const descriptor = rpcMsgBuf_.Get() + RpcDataOffset(index);
+    found = {Load32(descriptor), Load32(descriptor + 4), Load32(descriptor + 8)};
+    if (found.type != static_cast<std::uint32_t>(type)) {
+        LogError(function, "[PLENXSDK] Invalid Args rpcReqArgType:", found.type);
+        return false;
+    }
+    return true;
+}
+
+inline bool RpcMessageReader::IsInside(const Descriptor& argument) const noexcept {
+    return std::uint64_t{argument.offset} + argument.size <=
+           static_cast<std::uint64_t>(rpcMsgSize_);
+}
+
+inline void RpcMessageReader::Advance(const Descriptor& argument) noexcept {
+    // Arguments may overlap, so the sum may pass 31 bits; it is only logged.
+    msgCursor_ = static_cast<std::int32_t>(static_cast<std::uint32_t>(msgCursor_) + argument.size);
+    ++argCursor_;
+}
+
 std::int32_t RpcMessageReader::ReadInt32(std::uint32_t index, std::int32_t* out) {
     constexpr char kFunction[] = "DistributedFs::RpcMessageReader::ReadInt32";
     Descriptor argument;
@@ -64,7 +94,7 @@ std::int32_t RpcMessageReader::ReadString(std::uint32_t index, std::string* out)
     }
     // The last byte is the sender's NUL and not looked at.
     const auto* const text = reinterpret_cast<const char*>(rpcMsgBuf_.Get() + argument.offset);
-    out->assign(text, argument.size - 1);
+    std::string(text, argument.size - 1).swap(*out);
     Advance(argument);
     return kSuccess;
 }
@@ -96,35 +126,6 @@ std::int32_t RpcMessageReader::ReadInt8Array(std::uint32_t index, std::uint8_t**
     *out = block;
     Advance(argument);
     return kSuccess;
-}
-
-bool RpcMessageReader::FindDescriptor(std::string_view function, std::uint32_t index, bool hasOut,
-                                      RpcArgType type, Descriptor& found) const {
-    if (!hasOut || index != static_cast<std::uint32_t>(argCursor_) ||
-        index >= static_cast<std::uint32_t>(rpcMsgArgs_)) {
-        LogError(function, "[PLENXSDK] Invalid Args Error index:", index,
-                 " argCursor_:", argCursor_, " msgCursor_:", msgCursor_,
-                 " rpcMsgSize_:", rpcMsgSize_);
-        return false;
-    }
-    const std::uint8_t* const descriptor = rpcMsgBuf_.Get() + RpcDataOffset(index);
-    found = {Load32(descriptor), Load32(descriptor + 4), Load32(descriptor + 8)};
-    if (found.type != static_cast<std::uint32_t>(type)) {
-        LogError(function, "[PLENXSDK] Invalid Args rpcReqArgType:", found.type);
-        return false;
-    }
-    return true;
-}
-
-bool RpcMessageReader::IsInside(const Descriptor& argument) const noexcept {
-    return std::uint64_t{argument.offset} + argument.size <=
-           static_cast<std::uint64_t>(rpcMsgSize_);
-}
-
-void RpcMessageReader::Advance(const Descriptor& argument) noexcept {
-    // Arguments may overlap, so the sum may pass 31 bits; it is only logged.
-    msgCursor_ = static_cast<std::int32_t>(static_cast<std::uint32_t>(msgCursor_) + argument.size);
-    ++argCursor_;
 }
 
 }  // namespace DistributedFs

@@ -29,22 +29,29 @@ RpcMessageWriter::RpcMessageWriter(std::int32_t size, std::int32_t args)
     rpcMsgArgs_ = args;
     rpcMsgSize_ = size;
     msgCursor_ = static_cast<std::int32_t>(RpcDataOffset(args));
-    ClearTo(msgCursor_);
+    rawFrom_ = msgCursor_;
     Store32(rpcMsgBuf_.Get(), size);
     Store32(rpcMsgBuf_.Get() + 4, args);
 }
 
-std::uint8_t* RpcMessageWriter::Buffer() noexcept {
-    ClearTo(rpcMsgSize_);
-    return rpcMsgBuf_.Get();
-}
-
 // Only what would stay unwritten is cleared: clearing all of a large message first would be a
 // second pass over it.
-void RpcMessageWriter::ClearTo(std::int32_t end) noexcept {
+std::uint8_t* RpcMessageWriter::Buffer() noexcept {
+    std::uint8_t* const message = rpcMsgBuf_.Get();
+    const std::int64_t described = RpcDataOffset(argCursor_);
+    const std::int64_t tableEnd = RpcDataOffset(rpcMsgArgs_);
+    if (described < tableEnd) {
+        std::memset(message + described, 0, static_cast<std::size_t>(tableEnd - described));
+    }
+    ClearTo(rpcMsgSize_);
+    return message;
+}
+
+// Of the data, from its end so far.
+void RpcMessageWriter::ClearTo(std::int64_t end) noexcept {
     if (rawFrom_ < end) {
         std::memset(rpcMsgBuf_.Get() + rawFrom_, 0, static_cast<std::size_t>(end - rawFrom_));
-        rawFrom_ = end;
+        rawFrom_ = static_cast<std::int32_t>(end);
     }
 }
 
@@ -69,20 +76,15 @@ std::int32_t RpcMessageWriter::WriteInt8Array(std::uint32_t index, const std::ui
                  bytes, length);
 }
 
-// The index is not held against the argument count: what must fit is the descriptor and
-// the data.
-std::int32_t RpcMessageWriter::Write(std::string_view function, std::uint32_t index,
-                                     RpcArgType type, const void* data, std::int64_t size) {
-    const bool inOrder = index == static_cast<std::uint32_t>(argCursor_);
+inline std::int32_t RpcMessageWriter::Write(std::string_view function, std::uint32_t index,
+                                            RpcArgType type, const void* data, std::int64_t size) {
     const bool hasBytes = size == 0 || (size > 0 && data != nullptr);
-    const std::int64_t descriptorEnd = RpcDataOffset(std::int64_t{index} + 1);
-    const bool fits = msgCursor_ + size <= rpcMsgSize_ && descriptorEnd <= rpcMsgSize_;
-    if (rpcMsgBuf_.Get() == nullptr || !inOrder || !hasBytes || !fits) {
+    if (!hasBytes || !HasRoom(index, size)) {
         LogError(function, "[PLENXSDK] index:", index, " argCursor_:", argCursor_,
                  " msgCursor_:", msgCursor_, " rpcMsgSize_:", rpcMsgSize_);
         return kMessageCheckFailed;
     }
-    ClearTo(static_cast<std::int32_t>(descriptorEnd));  // it may lie behind the table
+    ClearTo(RpcDataOffset(std::int64_t{index} + 1));  // a descriptor may lie behind the table
     std::uint8_t* const descriptor = rpcMsgBuf_.Get() + RpcDataOffset(index);
     Store32(descriptor, static_cast<std::int64_t>(type));
     Store32(descriptor + 4, msgCursor_);
@@ -94,6 +96,14 @@ std::int32_t RpcMessageWriter::Write(std::string_view function, std::uint32_t in
     rawFrom_ = std::max(rawFrom_, msgCursor_);
     ++argCursor_;
     return kSuccess;
+}
+
+// The index is not held against the argument count: what must fit is the descriptor and
+// the data.
+bool RpcMessageWriter::HasRoom(std::uint32_t index, std::int64_t size) const noexcept {
+    return rpcMsgBuf_.Get() != nullptr && index == static_cast<std::uint32_t>(argCursor_) &&
+           msgCursor_ + size <= rpcMsgSize_ &&
+           RpcDataOffset(std::int64_t{index} + 1) <= rpcMsgSize_;
 }
 
 }  // namespace DistributedFs

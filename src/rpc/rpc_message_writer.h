@@ -44,15 +44,15 @@ public:
 private:
     std::int32_t Write(std::string_view function, std::uint32_t index, RpcArgType type,
                        const void* data, std::int64_t size);
-
-    void ClearTo(std::int32_t end) noexcept;
+    bool HasRoom(std::uint32_t index, std::int64_t size) const noexcept;
+    void ClearTo(std::int64_t end) noexcept;
 
     MessageBlock rpcMsgBuf_;
     std::int32_t rpcMsgArgs_;
     std::int32_t rpcMsgSize_;
     std::int32_t argCursor_;
     std::int32_t msgCursor_;
-    std::int32_t rawFrom_ = 0;  // bytes from here on are neither written nor zero yet
+    std::int32_t rawFrom_ = 0;  // data from here on is neither written nor zero yet
 };
 
 }  // namespace DistributedFs

@@ -26,7 +26,7 @@ using testing::EndsWith;
 using testing::IsEmpty;
 
 // A message that holds it needs an allocation.
-const std::string kLong(300, 'l');
+const std::string kLong(DistributedFs::MessageBlock::kSmall, 'l');
 
 // One array allocation fails, after so many that succeed.
 class FailingArray {
@@ -42,7 +42,7 @@ std::vector<std::string> Texts() {
 TEST(Allocation, WriterWithoutABufferFailsEveryWrite) {
     const std::uint8_t array[] = {1};
     const FailingArray failing(0);
-    DistributedFs::RpcMessageWriter writer(257, 1);
+    DistributedFs::RpcMessageWriter writer(DistributedFs::MessageBlock::kSmall + 1, 1);
     EXPECT_EQ(writer.Buffer(), nullptr);
     EXPECT_EQ(writer.Size(), 0);
     EXPECT_EQ(writer.WriteInt32(0, 1), 21);
@@ -174,7 +174,7 @@ TEST(Allocation, ReplyOfALinkTypeQuery) {
 }
 
 TEST(Allocation, PathOfAnExplorerUpdate) {
-    ExpectRounds(17, MessageOf({Int32Arg(300), ArrayArg(Bytes(300))}),
+    ExpectRounds(17, MessageOf({Int32Arg(9000), ArrayArg(Bytes(9000))}),
                  {{20,
                    "L4 [PLENXSDK] read msgLen error"
                    "(DistributedFs::RpcManager::UpdateWindowsExplore)"},
