@@ -1,0 +1,1 @@
+// Owns the precompiled headers that the tests share.
