@@ -2,6 +2,7 @@
 
 windows_test_seconds=900
 windows_jobs=3        # at a time: they mostly wait
+long_windows_tests=(endings_test system_test soak_test)  # begin first, so that none is left alone
 show_each_test=false  # under Wine, for runs of many minutes
 failure_lines='^[^ ].*(Failure|FAILED|WARNING: ThreadSanitizer|ERROR: AddressSanitizer|runtime error)'
 failure_lines+='|\*\*\*(Failed|Timeout|Exception)'
@@ -53,12 +54,18 @@ report() {
     all_skipped=$((all_skipped + skipped))
 }
 
+all_windows_tests() {
+    (cd "$windows_build/bin" && ls ./*_test.exe | sed 's|^\./||; s|\.exe$||')
+}
+
 test_windows() {
     compile_windows all
     make_prefix_template
     local -a names=("$@")
     if [ ${#names[@]} -eq 0 ]; then
-        mapfile -t names < <(cd "$windows_build/bin" && ls ./*_test.exe | sed 's|^\./||; s|\.exe$||')
+        # Each once, the long ones in front.
+        mapfile -t names < <({ printf '%s\n' "${long_windows_tests[@]}"; all_windows_tests; } |
+            awk '!seen[$0]++')
     fi
     local name
     local -A running=()  # process to name
@@ -131,7 +138,7 @@ command_test() {
     case $which in
     all)
         need_packages "${native_packages[@]}" "${windows_packages[@]}" "${demo_packages[@]}" \
-            clang-format
+            "${coverage_packages[@]}" "${mutate_packages[@]}" clang-format
         step "check the format of the sources" check_format
         step "compile the public header alone" check_public_header
         step "hold the table of tests against the tests" python3 docs/check_conformance.py
