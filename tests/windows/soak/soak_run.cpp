@@ -27,6 +27,7 @@
 #include "soak/tally.h"
 #include "soak/trouble.h"
 #include "support/install_folder.h"
+#include "support/service_state.h"
 
 namespace PlenxSoak {
 
@@ -55,6 +56,7 @@ public:
     int Execute();
 
 private:
+    void FillConnections();
     void Busy(HostThread& thread);
     void LetGuestsIn();
     void MakeTrouble();
@@ -139,6 +141,7 @@ int SoakRun::Execute() {
         Sleep(busySeconds * 1000);
         Rest();
     };
+    FillConnections();
     while (tally_.Total("calls") < kWarmUpCalls) {
         beBusy();
     }
@@ -159,6 +162,24 @@ int SoakRun::Execute() {
     }
     manager_.UnregisterPLENXServiceObserver(&bookKeeper_);
     return Close();
+}
+
+// Wine keeps a connection to the service manager for each thread that was ever there while others
+// were. When that happens first is chance, so it happens here.
+void SoakRun::FillConnections() {
+    constexpr int kThreads = 6;
+    constexpr int kQueries = 100;
+    std::vector<std::thread> threads;
+    for (int i = 0; i != kThreads; ++i) {
+        threads.emplace_back([] {
+            for (int query = 0; query != kQueries; ++query) {
+                PlenxTest::StateOf(L"PlenxPcSvc");
+            }
+        });
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
 }
 
 void SoakRun::Busy(HostThread& thread) {
