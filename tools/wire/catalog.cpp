@@ -24,26 +24,27 @@ Decoded Checked(Decoded decoded, const MessageShape& shape) {
     return decoded;
 }
 
-std::string CheckArgument(const ArgumentShape& shape, const Arguments& arguments,
-                          std::size_t index) {
+bool StatesSize(const Argument& argument, std::size_t size) {
+    const std::int32_t* const stated = std::get_if<std::int32_t>(&argument);
+    return stated && *stated >= 0 && static_cast<std::uint32_t>(*stated) == size;
+}
+
+std::string ValueProblem(const ArgumentShape& shape, const Arguments& arguments,
+                         std::size_t index) {
     const Argument& argument = arguments[index];
-    const std::string who = "argument " + std::to_string(index) + " (" + shape.name + "): ";
-    if (TypeOf(argument) != shape.type) {
-        return who + NameOf(TypeOf(argument)) + " where it must be " + NameOf(shape.type);
-    }
     if (shape.always && std::get<std::int32_t>(argument) != *shape.always) {
-        return who + std::to_string(std::get<std::int32_t>(argument)) +
-               " where it must always be " + std::to_string(*shape.always);
+        return std::to_string(std::get<std::int32_t>(argument)) + " where it must always be " +
+               std::to_string(*shape.always);
     }
-    if (shape.type == kInt8Array) {
-        const std::int64_t stated = std::get<std::int32_t>(arguments[index - 1]);
-        const std::size_t size = std::get<Bytes>(argument).size();
-        if (stated < 0 || static_cast<std::uint64_t>(stated) != size) {
-            return who + std::to_string(size) + " bytes where the argument before it says " +
-                   std::to_string(stated);
-        }
+    if (shape.type != kInt8Array || TypeOf(arguments[index - 1]) != kInt32) {
+        return {};
     }
-    return {};
+    const std::size_t size = std::get<Bytes>(argument).size();
+    if (StatesSize(arguments[index - 1], size)) {
+        return {};
+    }
+    return std::to_string(size) + " bytes where the argument before it says " +
+           std::to_string(std::get<std::int32_t>(arguments[index - 1]));
 }
 
 }  // namespace
@@ -121,18 +122,35 @@ const MessageShape* FindMessage(std::string_view name) {
     return found == all.end() ? nullptr : &*found;
 }
 
-std::string CheckShape(const MessageShape& shape, const Arguments& arguments) {
+const MessageShape& ReplyShape() {
+    return kReply;
+}
+
+std::vector<ShapeProblem> ShapeProblems(const MessageShape& shape, const Arguments& arguments) {
     if (arguments.size() != shape.arguments.size()) {
-        return std::to_string(arguments.size()) + " arguments where " + shape.name + " has " +
-               std::to_string(shape.arguments.size());
+        return {{std::nullopt, false,
+                 std::to_string(arguments.size()) + " arguments where " + shape.name + " has " +
+                     std::to_string(shape.arguments.size())}};
     }
+    std::vector<ShapeProblem> problems;
     for (std::size_t i = 0; i < arguments.size(); ++i) {
-        std::string error = CheckArgument(shape.arguments[i], arguments, i);
-        if (!error.empty()) {
-            return error;
+        const ArgumentShape& expected = shape.arguments[i];
+        const ArgumentType type = TypeOf(arguments[i]);
+        const bool ofType = type != expected.type;
+        const std::string text =
+            ofType ? std::string(NameOf(type)) + " where it must be " + NameOf(expected.type)
+                   : ValueProblem(expected, arguments, i);
+        if (!text.empty()) {
+            problems.push_back(
+                {i, ofType, "argument " + std::to_string(i) + " (" + expected.name + "): " + text});
         }
     }
-    return {};
+    return problems;
+}
+
+std::string CheckShape(const MessageShape& shape, const Arguments& arguments) {
+    const std::vector<ShapeProblem> problems = ShapeProblems(shape, arguments);
+    return problems.empty() ? std::string() : problems.front().text;
 }
 
 Decoded DecodeAs(const MessageShape& shape, const std::uint8_t* data, std::size_t size) {

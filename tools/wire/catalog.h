@@ -60,8 +60,20 @@ const std::vector<MessageShape>& Catalog();
 const MessageShape* FindMessage(std::int32_t id);
 const MessageShape* FindMessage(std::string_view name);
 
-/// What is wrong with the arguments of such a message; empty: nothing. An array's size must
-/// stand in the argument before it.
+/// What a reply holds: one int32, in either direction.
+const MessageShape& ReplyShape();
+
+struct ShapeProblem {
+    std::optional<std::size_t> argument;  // empty: their number is wrong
+    bool ofType = false;
+    std::string text;
+};
+
+/// All that is wrong with the arguments of such a message. An array's size must stand in the
+/// argument before it.
+std::vector<ShapeProblem> ShapeProblems(const MessageShape& shape, const Arguments& arguments);
+
+/// The first of these problems; empty: none.
 std::string CheckShape(const MessageShape& shape, const Arguments& arguments);
 
 /// Decodes a message of the given id strictly: the layout, then the shape.

@@ -2,7 +2,9 @@
 
 #include <limits>
 #include <stdexcept>
-#include <string_view>
+#include <utility>
+
+#include "wire/inspect.h"
 
 namespace PlenxWire {
 namespace {
@@ -40,144 +42,6 @@ struct DataSize {
     std::uint64_t operator()(std::int64_t) const { return 8; }
     std::uint64_t operator()(const std::string& value) const { return value.size() + 1; }
     std::uint64_t operator()(const Bytes& value) const { return value.size(); }
-};
-
-// Words in plain text, with the numbers in decimal.
-std::string Say(std::initializer_list<std::string_view> parts) {
-    std::string text;
-    for (const std::string_view part : parts) {
-        text.append(part);
-    }
-    return text;
-}
-
-std::string Number(std::uint64_t value) {
-    return std::to_string(value);
-}
-
-class Decoder {
-public:
-    Decoder(const std::uint8_t* data, std::size_t size) : data_(data), size_(size) {}
-
-    Decoded Run() {
-        if (ReadHeader()) {
-            for (std::uint64_t i = 0; i < count_ && result_.Ok(); ++i) {
-                ReadArgument(i);
-            }
-        }
-        if (result_.Ok() && cursor_ != size_) {
-            Fail({Number(size_ - cursor_), " bytes are left over after the last argument, which ",
-                  "ends at ", Number(cursor_)});
-        }
-        if (!result_.Ok()) {
-            result_.arguments.clear();
-        }
-        return std::move(result_);
-    }
-
-private:
-    bool ReadHeader() {
-        if (size_ < kHeaderSize) {
-            return Fail({Number(size_), " bytes are no message: the header alone has ",
-                         Number(kHeaderSize)});
-        }
-        if (const std::uint64_t stated = Word(0); stated != size_) {
-            return Fail({"the total size at offset 0 says ", Number(stated), ", the buffer has ",
-                         Number(size_), " bytes"});
-        }
-        count_ = Word(4);
-        cursor_ = TableEnd(count_);
-        if (cursor_ >= size_) {
-            return Fail({"the table of ", Number(count_), " arguments ends at ", Number(cursor_),
-                         " and leaves no data in ", Number(size_), " bytes"});
-        }
-        result_.arguments.reserve(count_);  // bounded: the table lies within the buffer
-        return true;
-    }
-
-    void ReadArgument(std::uint64_t index) {
-        const std::uint64_t descriptor = TableEnd(index);
-        const std::uint64_t tag = Word(descriptor);
-        const std::uint64_t offset = Word(descriptor + 4);
-        const std::uint64_t size = Word(descriptor + 8);
-
-        if (tag < static_cast<std::uint64_t>(ArgumentType::kInt32) ||
-            tag > static_cast<std::uint64_t>(ArgumentType::kInt8Array)) {
-            Fail({"argument ", Number(index), ": unknown type tag ", Number(tag), " at offset ",
-                  Number(descriptor)});
-            return;
-        }
-        const auto type = static_cast<ArgumentType>(tag);
-        const std::string who = Say({"argument ", Number(index), " (", NameOf(type), "): "});
-        if (offset != cursor_) {
-            Fail({who, "its data is said to begin at ", Number(offset), ", it begins at ",
-                  Number(cursor_)});
-        } else if (size > size_ - offset) {
-            Fail({who, Number(size), " bytes at offset ", Number(offset), " do not end within ",
-                  Number(size_)});
-        } else if (CheckSize(type, who, size)) {
-            TakeData(type, who, size);
-            cursor_ += size;
-        }
-    }
-
-    bool CheckSize(ArgumentType type, const std::string& who, std::uint64_t size) {
-        if (type == ArgumentType::kInt32 && size != 4) {
-            return Fail({who, "size ", Number(size), " where it must be 4"});
-        }
-        if (type == ArgumentType::kInt64 && size != 8) {
-            return Fail({who, "size ", Number(size), " where it must be 8"});
-        }
-        if (type == ArgumentType::kString && size == 0) {
-            return Fail({who, "size 0 where at least its NUL must be"});
-        }
-        return true;
-    }
-
-    void TakeData(ArgumentType type, const std::string& who, std::uint64_t size) {
-        const std::uint8_t* const begin = data_ + cursor_;
-        const std::uint8_t* const end = begin + size;
-        switch (type) {
-        case ArgumentType::kInt32:
-            result_.arguments.emplace_back(static_cast<std::int32_t>(Word(cursor_)));
-            break;
-        case ArgumentType::kInt64:
-            result_.arguments.emplace_back(static_cast<std::int64_t>(
-                std::uint64_t{Word(cursor_)} | std::uint64_t{Word(cursor_ + 4)} << 32));
-            break;
-        case ArgumentType::kString:
-            if (*(end - 1) != 0) {
-                Fail({who, "its last byte, at offset ", Number(cursor_ + size - 1), ", is ",
-                      Number(*(end - 1)), " where a NUL must be"});
-                return;
-            }
-            result_.arguments.emplace_back(std::string(begin, end - 1));
-            break;
-        case ArgumentType::kInt8Array:
-            result_.arguments.emplace_back(Bytes(begin, end));
-            break;
-        }
-    }
-
-    // Only for offsets that have been checked against size_.
-    std::uint32_t Word(std::uint64_t offset) const {
-        std::uint32_t word = 0;
-        for (unsigned i = 0; i < 4; ++i) {
-            word |= std::uint32_t{data_[offset + i]} << (8 * i);
-        }
-        return word;
-    }
-
-    bool Fail(std::initializer_list<std::string_view> parts) {
-        result_.error = Say(parts);
-        return false;
-    }
-
-    const std::uint8_t* const data_;
-    const std::uint64_t size_;
-    std::uint64_t count_ = 0;
-    std::uint64_t cursor_ = 0;  // where the next argument's data must begin
-    Decoded result_;
 };
 
 }  // namespace
@@ -229,7 +93,17 @@ Bytes Encode(const Arguments& arguments) {
 }
 
 Decoded Decode(const std::uint8_t* data, std::size_t size) {
-    return Decoder(data, size).Run();
+    Layout layout = Inspect(data, size);
+    Decoded decoded;
+    if (!layout.problems.empty()) {
+        decoded.error = std::move(layout.problems.front().text);
+        return decoded;
+    }
+    decoded.arguments.reserve(layout.fields.size());
+    for (Field& field : layout.fields) {
+        decoded.arguments.push_back(std::move(*field.value));
+    }
+    return decoded;
 }
 
 }  // namespace PlenxWire

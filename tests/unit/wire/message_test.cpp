@@ -5,18 +5,10 @@
 #include <random>
 #include <stdexcept>
 
+#include "words.h"
+
 namespace PlenxWire {
 namespace {
-
-Bytes Words(std::initializer_list<std::uint32_t> words) {
-    Bytes out;
-    for (const std::uint32_t word : words) {
-        for (int shift = 0; shift < 32; shift += 8) {
-            out.push_back(static_cast<std::uint8_t>(word >> shift));
-        }
-    }
-    return out;
-}
 
 Bytes With(Bytes bytes, std::initializer_list<std::uint8_t> more) {
     bytes.insert(bytes.end(), more);

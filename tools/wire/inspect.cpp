@@ -1,0 +1,203 @@
+#include "wire/inspect.h"
+
+#include <initializer_list>
+#include <string_view>
+#include <utility>
+
+namespace PlenxWire {
+namespace {
+
+constexpr std::uint64_t kHeaderSize = DescriptorOffset(0);
+
+std::string Say(std::initializer_list<std::string_view> parts) {
+    std::string text;
+    for (const std::string_view part : parts) {
+        text.append(part);
+    }
+    return text;
+}
+
+std::string Number(std::uint64_t value) {
+    return std::to_string(value);
+}
+
+bool IsTypeTag(std::uint32_t tag) {
+    return tag >= static_cast<std::uint32_t>(ArgumentType::kInt32) &&
+           tag <= static_cast<std::uint32_t>(ArgumentType::kInt8Array);
+}
+
+class Inspector {
+public:
+    Inspector(const std::uint8_t* data, std::size_t size) : data_(data), size_(size) {}
+
+    Layout Run() {
+        if (!ReadHeader()) {
+            return std::move(layout_);
+        }
+        for (std::uint64_t i = 0; i < *layout_.count; ++i) {
+            layout_.fields.push_back(ReadField(i));
+        }
+        if (!misplaced_ && end_ != size_) {
+            Add(end_,
+                {Number(size_ - end_),
+                 " bytes are left over after the last argument, which ends at ", Number(end_)});
+        }
+        return std::move(layout_);
+    }
+
+private:
+    bool ReadHeader() {
+        if (size_ < kHeaderSize) {
+            Add(size_, {Number(size_), " bytes are no message: the header alone has ",
+                        Number(kHeaderSize)});
+            return false;
+        }
+        layout_.statedSize = Word(0);
+        layout_.count = Word(4);
+        if (*layout_.statedSize != size_) {
+            Add(0, {"the total size at offset 0 says ", Number(*layout_.statedSize),
+                    ", the buffer has ", Number(size_), " bytes"});
+        }
+        const std::uint64_t tableEnd = DescriptorOffset(*layout_.count);
+        if (tableEnd >= size_) {
+            Add(4, {"the table of ", Number(*layout_.count), " arguments ends at ",
+                    Number(tableEnd), " and leaves no data in ", Number(size_), " bytes"});
+            return false;
+        }
+        end_ = tableEnd;
+        layout_.fields.reserve(*layout_.count);  // bounded: the table lies within the buffer
+        return true;
+    }
+
+    Field ReadField(std::uint64_t index) {
+        const std::uint64_t descriptor = DescriptorOffset(index);
+        Field field;
+        field.tag = Word(descriptor);
+        field.offset = Word(descriptor + 4);
+        field.size = Word(descriptor + 8);
+        const bool inside = std::uint64_t{field.offset} + field.size <= size_;
+        if (!IsTypeTag(field.tag)) {
+            Add(descriptor, {"argument ", Number(index), ": unknown type tag ", Number(field.tag),
+                             " at offset ", Number(descriptor)});
+        } else {
+            const auto type = static_cast<ArgumentType>(field.tag);
+            const std::string who = Say({"argument ", Number(index), " (", NameOf(type), "): "});
+            CheckPlace(who, descriptor, field, inside);
+            if (inside && CheckSize(type, who, descriptor, field.size) && MayTake(field.size)) {
+                field.value = ValueOf(type, who, field);
+            }
+        }
+        // One wrong place is told once: the next argument may begin where this one says it ends.
+        misplaced_ = misplaced_ || field.offset != end_ || !inside;
+        end_ = std::uint64_t{field.offset} + field.size;
+        return field;
+    }
+
+    void CheckPlace(const std::string& who, std::uint64_t descriptor, const Field& field,
+                    bool inside) {
+        if (field.offset != end_) {
+            Add(descriptor + 4, {who, "its data is said to begin at ", Number(field.offset),
+                                 ", it begins at ", Number(end_)});
+        } else if (!inside) {
+            Add(descriptor + 8, {who, Number(field.size), " bytes at offset ", Number(field.offset),
+                                 " do not end within ", Number(size_)});
+        }
+    }
+
+    bool CheckSize(ArgumentType type, const std::string& who, std::uint64_t descriptor,
+                   std::uint32_t size) {
+        if (type == ArgumentType::kString && size == 0) {
+            Add(descriptor + 8, {who, "size 0 where at least its NUL must be"});
+            return false;
+        }
+        const std::uint32_t needed = type == ArgumentType::kInt32   ? 4
+                                     : type == ArgumentType::kInt64 ? 8
+                                                                    : size;
+        if (size != needed) {
+            Add(descriptor + 8, {who, "size ", Number(size), " where it must be ", Number(needed)});
+        }
+        return size == needed;
+    }
+
+    // Arguments that overlap must not make a short message fill the memory.
+    bool MayTake(std::uint32_t size) {
+        taken_ += size;
+        return taken_ <= size_;
+    }
+
+    std::optional<Argument> ValueOf(ArgumentType type, const std::string& who, const Field& field) {
+        const std::uint8_t* const begin = data_ + field.offset;
+        const std::uint8_t* const end = begin + field.size;
+        switch (type) {
+        case ArgumentType::kInt32:
+            return static_cast<std::int32_t>(Word(field.offset));
+        case ArgumentType::kInt64:
+            return static_cast<std::int64_t>(std::uint64_t{Word(field.offset)} |
+                                             std::uint64_t{Word(std::uint64_t{field.offset} + 4)}
+                                                 << 32);
+        case ArgumentType::kString:
+            if (*(end - 1) != 0) {
+                const std::uint64_t last = std::uint64_t{field.offset} + field.size - 1;
+                Add(last, {who, "its last byte, at offset ", Number(last), ", is ",
+                           Number(*(end - 1)), " where a NUL must be"});
+                return std::nullopt;
+            }
+            return std::string(begin, end - 1);
+        case ArgumentType::kInt8Array:
+            return Bytes(begin, end);
+        }
+        return std::nullopt;
+    }
+
+    // Only for offsets that have been checked against size_.
+    std::uint32_t Word(std::uint64_t offset) const {
+        std::uint32_t word = 0;
+        for (unsigned i = 0; i < 4; ++i) {
+            word |= std::uint32_t{data_[offset + i]} << (8 * i);
+        }
+        return word;
+    }
+
+    void Add(std::uint64_t offset, std::initializer_list<std::string_view> parts) {
+        layout_.problems.push_back({offset, Say(parts)});
+    }
+
+    const std::uint8_t* const data_;
+    const std::uint64_t size_;
+    std::uint64_t end_ = 0;  // where the next argument's data must begin
+    bool misplaced_ = false;
+    std::uint64_t taken_ = 0;  // bytes of data that were copied into values
+    Layout layout_;
+};
+
+// Wrong types are seen in the descriptor, wrong values in the data, a wrong count in the header.
+std::uint64_t PlaceOf(const ShapeProblem& problem, const Layout& layout) {
+    if (!problem.argument) {
+        return 4;
+    }
+    return problem.ofType ? DescriptorOffset(*problem.argument)
+                          : layout.fields[*problem.argument].offset;
+}
+
+}  // namespace
+
+Layout Inspect(const std::uint8_t* data, std::size_t size) {
+    return Inspector(data, size).Run();
+}
+
+Layout InspectAs(const MessageShape& shape, const std::uint8_t* data, std::size_t size) {
+    Layout layout = Inspect(data, size);
+    if (!layout.problems.empty()) {
+        return layout;
+    }
+    Arguments arguments;
+    for (const Field& field : layout.fields) {
+        arguments.push_back(*field.value);
+    }
+    for (ShapeProblem& problem : ShapeProblems(shape, arguments)) {
+        layout.problems.push_back({PlaceOf(problem, layout), std::move(problem.text)});
+    }
+    return layout;
+}
+
+}  // namespace PlenxWire
