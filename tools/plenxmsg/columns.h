@@ -1,0 +1,27 @@
+// Text in columns.
+
+#ifndef PLENXMSG_COLUMNS_H
+#define PLENXMSG_COLUMNS_H
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace PlenxMsg {
+
+constexpr std::size_t kPageWidth = 100;
+
+/// Cuts text into lines of so many characters at most, after a comma or else a blank where
+/// there is one in the last third.
+std::vector<std::string> Wrapped(std::string_view text, std::size_t width);
+
+/// Two blanks, then the label, then the text, wrapped to the page beside the label.
+std::string Hanging(const std::string& label, std::string_view text);
+
+std::string PadLeft(const std::string& text, std::size_t width);
+std::string PadRight(const std::string& text, std::size_t width);
+
+}  // namespace PlenxMsg
+
+#endif  // PLENXMSG_COLUMNS_H

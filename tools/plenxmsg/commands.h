@@ -1,0 +1,47 @@
+// What the program does, once it is known what was asked for. Each returns an exit code and
+// throws UsageError.
+
+#ifndef PLENXMSG_COMMANDS_H
+#define PLENXMSG_COMMANDS_H
+
+#include <istream>
+#include <ostream>
+#include <string>
+#include <vector>
+
+namespace PlenxMsg {
+
+struct DecodeOptions {
+    std::vector<std::string> hex;
+    std::string file = "-";  // unless hex is given
+    std::string as;
+    bool json = false;
+};
+
+struct EncodeOptions {
+    std::string message;
+    std::vector<std::string> fields;
+    std::string from;  // JSON, in place of the two above
+    std::string output = "-";
+    bool binary = false;
+};
+
+struct LogOptions {
+    std::string file = "-";
+    bool brokenOnly = false;
+    bool json = false;
+};
+
+struct ListOptions {
+    std::string message;
+    bool json = false;
+};
+
+int RunDecode(const DecodeOptions& options, std::istream& in, std::ostream& out);
+int RunEncode(const EncodeOptions& options, std::istream& in, std::ostream& out);
+int RunLog(const LogOptions& options, std::istream& in, std::ostream& out);
+int RunList(const ListOptions& options, std::ostream& out);
+
+}  // namespace PlenxMsg
+
+#endif  // PLENXMSG_COMMANDS_H

@@ -1,0 +1,26 @@
+// Builds messages from descriptions: field=value words, or JSON.
+
+#ifndef PLENXMSG_DESCRIPTION_H
+#define PLENXMSG_DESCRIPTION_H
+
+#include <string>
+#include <vector>
+
+#include "subject.h"
+
+namespace PlenxMsg {
+
+/// Words as "groupName=g_1". Text is taken as it is; an array is hex, "utf16:" with a text, or
+/// empty. What can only have one value (the kind of CreateGroup, an array's length) may be
+/// left out.
+/// @throws UsageError that names the field and what is wrong with it.
+Message MessageFromWords(const std::string& name, const std::vector<std::string>& words);
+
+/// {"message": "CreateGroup", "arguments": {"groupName": "g_1", ...}}, or what decode --json
+/// printed. Text that is not UTF-8, and arrays: {"hex": "00 ff"}.
+/// @throws UsageError likewise.
+Message MessageFromJson(const std::string& text);
+
+}  // namespace PlenxMsg
+
+#endif  // PLENXMSG_DESCRIPTION_H

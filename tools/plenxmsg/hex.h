@@ -1,0 +1,27 @@
+// Bytes as text of hexadecimal digits.
+
+#ifndef PLENXMSG_HEX_H
+#define PLENXMSG_HEX_H
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+#include "wire/message.h"
+
+namespace PlenxMsg {
+
+/// "18 00 ff", so many bytes in a line; 0: all in one line. No blank or line end at the end.
+std::string ToHex(const PlenxWire::Bytes& bytes, std::size_t bytesPerLine = 0);
+
+/// Pairs of digits, together or apart; blanks, line ends and , ; : between them and a 0x before
+/// each group are passed over.
+/// @throws UsageError that says what is no hex.
+PlenxWire::Bytes FromHex(std::string_view text);
+
+/// A binary message holds zeros and is never mistaken for hex.
+bool LooksLikeHex(std::string_view content);
+
+}  // namespace PlenxMsg
+
+#endif  // PLENXMSG_HEX_H

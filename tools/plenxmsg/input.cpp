@@ -1,0 +1,36 @@
+#include "input.h"
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+#include "hex.h"
+#include "usage.h"
+
+namespace PlenxMsg {
+
+std::string ContentOf(const std::string& file, std::istream& standardInput) {
+    if (file == "-") {
+        return {std::istreambuf_iterator<char>(standardInput), {}};
+    }
+    const std::filesystem::path path = std::filesystem::u8path(file);
+    std::ifstream stream(path, std::ios::binary);
+    if (!stream || std::filesystem::is_directory(path)) {
+        throw UsageError("cannot read " + file);
+    }
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+PlenxWire::Bytes MessageBytes(const std::string& content) {
+    return LooksLikeHex(content) ? FromHex(content)
+                                 : PlenxWire::Bytes(content.begin(), content.end());
+}
+
+void WriteFile(const std::string& file, const std::string& content) {
+    std::ofstream stream(std::filesystem::u8path(file), std::ios::binary);
+    if (!stream.write(content.data(), static_cast<std::streamsize>(content.size())).flush()) {
+        throw UsageError("cannot write " + file);
+    }
+}
+
+}  // namespace PlenxMsg

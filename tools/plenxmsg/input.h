@@ -1,0 +1,26 @@
+// Where the bytes come from.
+
+#ifndef PLENXMSG_INPUT_H
+#define PLENXMSG_INPUT_H
+
+#include <istream>
+#include <string>
+#include <vector>
+
+#include "wire/message.h"
+
+namespace PlenxMsg {
+
+/// The whole of a file; "-" is the given stream.
+/// @throws UsageError when it cannot be read.
+std::string ContentOf(const std::string& file, std::istream& standardInput);
+
+/// Hex text or the message itself; which of them it is shows.
+PlenxWire::Bytes MessageBytes(const std::string& content);
+
+/// @throws UsageError when it cannot be written.
+void WriteFile(const std::string& file, const std::string& content);
+
+}  // namespace PlenxMsg
+
+#endif  // PLENXMSG_INPUT_H

@@ -1,0 +1,53 @@
+// plenxmsg: decodes, checks and builds the messages between the library and its services.
+
+#include <iostream>
+
+#include "command_line.h"
+
+#ifdef _WIN32
+#include <fcntl.h>
+#include <io.h>
+#include <windows.h>
+#endif
+
+namespace PlenxMsg {
+namespace {
+
+int RunOnStandardStreams(const std::vector<std::string>& arguments) {
+    std::ios::sync_with_stdio(false);
+    const int code = Run(arguments, {std::cin, std::cout, std::cerr});
+    std::cout.flush();
+    return code;
+}
+
+#ifdef _WIN32
+std::string ToUtf8(const std::wstring& wide) {
+    const int units = static_cast<int>(wide.size());
+    const int bytes =
+        WideCharToMultiByte(CP_UTF8, 0, wide.data(), units, nullptr, 0, nullptr, nullptr);
+    std::string text(static_cast<std::size_t>(bytes), '\0');
+    WideCharToMultiByte(CP_UTF8, 0, wide.data(), units, text.data(), bytes, nullptr, nullptr);
+    return text;
+}
+#endif
+
+}  // namespace
+}  // namespace PlenxMsg
+
+#ifdef _WIN32
+extern "C" int wmain(int count, wchar_t** arguments) {
+    SetConsoleOutputCP(CP_UTF8);
+    // Messages pass unchanged; text gets the same line ends as on every other system.
+    _setmode(_fileno(stdin), _O_BINARY);
+    _setmode(_fileno(stdout), _O_BINARY);
+    std::vector<std::string> texts;
+    for (int i = 1; i < count; ++i) {
+        texts.push_back(PlenxMsg::ToUtf8(arguments[i]));
+    }
+    return PlenxMsg::RunOnStandardStreams(texts);
+}
+#else
+int main(int count, char** arguments) {
+    return PlenxMsg::RunOnStandardStreams({arguments + 1, arguments + count});
+}
+#endif

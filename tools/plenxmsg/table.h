@@ -1,0 +1,23 @@
+// Messages and the catalog as text for people: columns, at most 100 wide, UTF-8.
+
+#ifndef PLENXMSG_TABLE_H
+#define PLENXMSG_TABLE_H
+
+#include <string>
+
+#include "subject.h"
+
+namespace PlenxMsg {
+
+/// Every part of the message with its place, then what is wrong. Ends with a line end.
+std::string ToTable(const Message& message, const PlenxWire::Layout& layout);
+
+/// All messages, one line each.
+std::string CatalogTable();
+
+/// One message, of which the arguments are known, with a line for each of them.
+std::string ShapeTable(const Subject& subject);
+
+}  // namespace PlenxMsg
+
+#endif  // PLENXMSG_TABLE_H
