@@ -6,7 +6,7 @@ windows_packages=("${base_packages[@]}"
     wine wine64
     googletest libspdlog-dev libfmt-dev libcli11-dev nlohmann-json3-dev)
 native_packages=("${base_packages[@]}" g++ clang libclang-rt-14-dev lld
-    googletest libspdlog-dev libfmt-dev)
+    googletest libspdlog-dev libfmt-dev libcli11-dev nlohmann-json3-dev)
 demo_packages=(python3)
 bench_packages=("${native_packages[@]}" "${windows_packages[@]}" python3 pkg-config libbenchmark-dev
     libflatbuffers-dev flatbuffers-compiler libmsgpack-cxx-dev libprotobuf-dev protobuf-compiler
