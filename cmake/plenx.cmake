@@ -35,8 +35,8 @@ function(plenx_system_headers target)
   target_include_directories(${target} SYSTEM PRIVATE ${folder})
 endfunction()
 
-# GoogleTest from the source that Debian ships, built with our own flags; but fast rather than
-# fast, and nobody steps through it.
+# GoogleTest from the source that Debian ships, built with our own flags; but compiled quickly
+# rather than made quick, and nobody steps through it.
 macro(plenx_googletest)
   if(NOT TARGET gtest)
     set(BUILD_GMOCK ON CACHE BOOL "" FORCE)

@@ -87,8 +87,8 @@ wchar_t* LogValue::Write(wchar_t* out) const noexcept {
 
 void TouchLogger() noexcept {
     try {
-        LogStream::Keep();
         OvLogger::GetInstance();
+        LogStream::Keep();
     } catch (...) {
         // Each line tries again.
     }

@@ -27,7 +27,8 @@ namespace DistributedFs {
 class LogValue {
 public:
     LogValue(std::string_view text) noexcept : kind_(Kind::kNarrow), narrow_(text) {}
-    /// A literal: its length is known without looking for its end.
+    /// A literal: its length is known without looking for its end. An array that is none is to
+    /// come as a string_view.
     template <std::size_t Size>
     LogValue(const char (&literal)[Size]) noexcept
         : LogValue(std::string_view(literal, Size - 1)) {}
@@ -67,8 +68,8 @@ private:
     };
 };
 
-/// Makes sure that the logger exists. A static object that logs in its destructor calls this in
-/// its constructor, so that the logger outlives it.
+/// Makes sure that the logger exists, and what lines need. A static object that logs in its
+/// destructor calls this in its constructor, so that the logger outlives it.
 void TouchLogger() noexcept;
 
 void WriteLogLine(LOG_MESSAGE_LEVEL level, std::string_view function, const LogValue* parts,

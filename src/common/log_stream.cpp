@@ -14,7 +14,7 @@ std::atomic_flag keptIsTaken = ATOMIC_FLAG_INIT;
 struct KeptStream {
     KeptStream() {
         stream.imbue(std::locale::classic());
-        stream.str(std::wstring(LogStream::kMostKept, L' '));  // it keeps the room
+        stream.str(std::wstring(LogStream::kMostKept, L' '));  // most libraries keep the room
     }
     ~KeptStream() { keptIsTaken.test_and_set(); }  // later lines use their own
     void OnProcessEnd() noexcept {}
@@ -30,10 +30,13 @@ std::wostringstream& Kept() {
 }  // namespace
 
 LogStream::LogStream(std::size_t length) {
-    if (length <= kMostKept && !keptIsTaken.test_and_set(std::memory_order_acquire)) {
-        stream_ = &Kept();
-        stream_->str({});
-        return;
+    if (length <= kMostKept) {
+        std::wostringstream& kept = Kept();
+        if (!keptIsTaken.test_and_set(std::memory_order_acquire)) {
+            stream_ = &kept;
+            stream_->str({});
+            return;
+        }
     }
     stream_ = &own_.emplace();
     stream_->imbue(std::locale::classic());

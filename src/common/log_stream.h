@@ -19,7 +19,7 @@ public:
     /// Lines up to this many characters use the kept stream; it never holds room for more.
     static constexpr std::size_t kMostKept = 512;
 
-    /// length: of the line.
+    /// length: of the line, at most.
     explicit LogStream(std::size_t length);
     ~LogStream();
     LogStream(const LogStream&) = delete;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <exception>
+#include <new>
 #include <stdexcept>
 #include <system_error>
 
@@ -72,9 +73,14 @@ void ThreadPool::Append(Task task) {
 // An emptied queue keeps the table of its blocks, as long as the queue ever was.
 void ThreadPool::GiveBackMemory(State& state) {
     constexpr std::size_t kLong = 1024;
-    if (state.tasks.empty() && state.longest > kLong) {
-        std::deque<Task>().swap(state.tasks);
+    if (!state.tasks.empty() || state.longest <= kLong) {
+        return;
+    }
+    try {
+        std::deque<Task>().swap(state.tasks);  // an empty one has memory as well
         state.longest = 0;
+    } catch (const std::bad_alloc&) {
+        // Tried again when the queue is empty the next time.
     }
 }
 

@@ -81,7 +81,7 @@ private:
 
         /// @throws std::bad_function_call when there is nothing to run.
         void operator()() const {
-            if (run_ == nullptr) {
+            if (!callable_) {
                 throw std::bad_function_call();
             }
             run_(callable_.get());

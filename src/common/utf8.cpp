@@ -27,31 +27,31 @@ bool IsContinuation(char byte) {
     return (static_cast<unsigned char>(byte) & 0xC0) == 0x80;
 }
 
-// Widens count characters in one go. False when not all of them are ASCII.
-template <std::size_t count>
+// Widens so many characters in one go. False when not all of them are ASCII.
+template <std::size_t kStride>
 bool WidenStride(wchar_t* out, const char* in) noexcept {
-    unsigned char stride[count];  // out cannot overlap it: the compiler takes all at once
-    std::memcpy(stride, in, count);
-    unsigned char bits = 0;
-    for (std::size_t i = 0; i != count; ++i) {
-        out[i] = static_cast<wchar_t>(stride[i]);
+    unsigned char bytes[kStride];  // out cannot overlap it: the compiler takes all at once
+    std::memcpy(bytes, in, kStride);
+    for (std::size_t i = 0; i != kStride; ++i) {
+        out[i] = static_cast<wchar_t>(bytes[i]);
     }
-    for (std::size_t i = 0; i != count; ++i) {
-        bits |= stride[i];
+    unsigned char bits = 0;
+    for (std::size_t i = 0; i != kStride; ++i) {
+        bits |= bytes[i];
     }
     return bits < 0x80;
 }
 
-// The same for a text of at least stride characters.
-template <std::size_t stride>
+// The same for a text of at least one stride.
+template <std::size_t kStride>
 bool WidenByStrides(wchar_t* out, std::string_view text) noexcept {
-    const std::size_t last = text.size() - stride;
-    for (std::size_t at = 0; at < last; at += stride) {
-        if (!WidenStride<stride>(out + at, text.data() + at)) {
+    const std::size_t last = text.size() - kStride;
+    for (std::size_t at = 0; at < last; at += kStride) {
+        if (!WidenStride<kStride>(out + at, text.data() + at)) {
             return false;
         }
     }
-    return WidenStride<stride>(out + last, text.data() + last);  // may overlap the one before
+    return WidenStride<kStride>(out + last, text.data() + last);  // may overlap the one before
 }
 
 // Nearly all text is ASCII.

@@ -94,7 +94,7 @@ std::int32_t RpcMessageReader::ReadString(std::uint32_t index, std::string* out)
     }
     // The last byte is the sender's NUL and not looked at.
     const auto* const text = reinterpret_cast<const char*>(rpcMsgBuf_.Get() + argument.offset);
-    std::string(text, argument.size - 1).swap(*out);
+    std::string(text, argument.size - 1).swap(*out);  // out is empty as a rule: cheaper than assign
     Advance(argument);
     return kSuccess;
 }

@@ -37,10 +37,10 @@ private:
         std::uint32_t size;
     };
 
-    bool FindDescriptor(std::string_view function, std::uint32_t index, bool hasOut,
-                        RpcArgType type, Descriptor& found) const;
-    bool IsInside(const Descriptor& argument) const noexcept;
-    void Advance(const Descriptor& argument) noexcept;
+    inline bool FindDescriptor(std::string_view function, std::uint32_t index, bool hasOut,
+                               RpcArgType type, Descriptor& found) const;
+    inline bool IsInside(const Descriptor& argument) const noexcept;
+    inline void Advance(const Descriptor& argument) noexcept;
 
     MessageBlock rpcMsgBuf_;
     std::int32_t rpcMsgArgs_;

@@ -17,7 +17,7 @@ void Store32(std::uint8_t* at, std::int64_t value) {
 }  // namespace
 
 RpcMessageWriter::RpcMessageWriter(std::int32_t size, std::int32_t args)
-    : rpcMsgArgs_(0), rpcMsgSize_(0), argCursor_(0), msgCursor_(0) {
+    : rpcMsgArgs_(0), rpcMsgSize_(0), argCursor_(0), msgCursor_(0), rawFrom_(0) {
     if (args < 0 || RpcDataOffset(args) >= size) {
         LogError("DistributedFs::RpcMessageWriter::RpcMessageWriter",
                  "[PLENXSDK] Short Message Size rpcMsgSize:", size, " rpcMsgArgs:", args);

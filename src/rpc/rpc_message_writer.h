@@ -42,8 +42,8 @@ public:
     std::int32_t Size() const noexcept { return rpcMsgSize_; }
 
 private:
-    std::int32_t Write(std::string_view function, std::uint32_t index, RpcArgType type,
-                       const void* data, std::int64_t size);
+    inline std::int32_t Write(std::string_view function, std::uint32_t index, RpcArgType type,
+                              const void* data, std::int64_t size);
     bool HasRoom(std::uint32_t index, std::int64_t size) const noexcept;
     void ClearTo(std::int64_t end) noexcept;
 
@@ -52,7 +52,7 @@ private:
     std::int32_t rpcMsgSize_;
     std::int32_t argCursor_;
     std::int32_t msgCursor_;
-    std::int32_t rawFrom_ = 0;  // data from here on is neither written nor zero yet
+    std::int32_t rawFrom_;  // data from here on is neither written nor zero yet
 };
 
 }  // namespace DistributedFs

@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <limits>
 #include <locale>
+#include <numeric>
 #include <ostream>
 #include <string>
 #include <thread>
@@ -158,26 +159,40 @@ TEST(Log, HostsLocaleDoesNotDecideHowNumbersLook) {
     EXPECT_THAT(Texts(), ElementsAre("L4 timeout (5000 ms)(DistributedFs::Room::Operation)"));
 }
 
-// Around the strides and the room that lines are built in.
+std::string Letters(std::size_t length) {
+    std::string text(length, 'a');
+    for (std::size_t i = 0; i != length; ++i) {
+        text[i] = static_cast<char>('a' + i % 26);
+    }
+    return text;
+}
+
+// Around the strides that text is taken in, and the room that a line is built in: with the number
+// counted as 20 characters, 460 are the most that need no allocation.
 TEST(Log, LinesOfEveryLengthAreWhole) {
-    for (const std::size_t length :
-         {0U, 1U, 7U, 8U, 9U, 63U, 465U, 478U, 479U, 480U, 481U, 5000U, 3U}) {
+    std::vector<std::size_t> lengths(70);
+    std::iota(lengths.begin(), lengths.end(), std::size_t{0});
+    lengths.insert(lengths.end(), {459, 460, 461, 462, 479, 480, 481, 5000, 3});
+    for (const std::size_t length : lengths) {
         RecordedLog::Get().Clear();
-        const std::string text(length, 'x');
-        LogInfo(kFunction, text, 7);
-        EXPECT_THAT(Texts(), ElementsAre("L3 " + text + "7(DistributedFs::Room::Operation)"));
+        LogInfo(kFunction, Letters(length), 7);
+        EXPECT_THAT(Texts(),
+                    ElementsAre("L3 " + Letters(length) + "7(DistributedFs::Room::Operation)"));
     }
 }
 
-TEST(Log, OddByteIsFoundAtEveryPlace) {
-    for (std::size_t place = 0; place != 20; ++place) {
-        RecordedLog::Get().Clear();
-        std::string text(20, 'x');
-        text[place] = '\xFF';
-        std::wstring expected(20, L'x');
-        expected[place] = 0xFFFD;
-        LogInfo(kFunction, text);
-        EXPECT_EQ(OnlyText(), expected + L"(DistributedFs::Room::Operation)");
+TEST(Log, OddCharacterIsFoundAtEveryPlace) {
+    for (std::size_t length = 2; length != 40; ++length) {
+        for (std::size_t place = 0; place + 1 < length; ++place) {
+            RecordedLog::Get().Clear();
+            const std::string letters = Letters(length);
+            const std::string front = letters.substr(0, place);
+            const std::string back = letters.substr(place + 2);
+            const std::wstring expected = std::wstring(front.begin(), front.end()) + L"\xE4" +
+                                          L"\xFFFD" + std::wstring(back.begin(), back.end());
+            LogInfo(kFunction, front + "\xC3\xA4\xFF" + back);
+            EXPECT_EQ(OnlyText(), expected + L"(DistributedFs::Room::Operation)");
+        }
     }
 }
 
@@ -187,6 +202,25 @@ TEST(Log, LineIsWrittenWhileTheStreamOfAnotherIsInUse) {
     LogInfo(kFunction, "text ", 5);
     EXPECT_THAT(Texts(), ElementsAre("L3 text 5(DistributedFs::Room::Operation)"));
     EXPECT_EQ(held.Get().str(), L"held");
+}
+
+TEST(LogStream, OneIsKeptForAllLinesThatFit) {
+    const auto address = [](std::size_t length) {
+        DistributedFs::LogStream stream(length);
+        return &stream.Get();
+    };
+    const std::wostringstream* const kept = address(1);
+    EXPECT_EQ(address(512), kept);
+    EXPECT_NE(address(513), kept);
+    {
+        DistributedFs::LogStream first(1);
+        EXPECT_EQ(&first.Get(), kept);
+        EXPECT_NE(address(1), kept);
+    }
+    RecordedLog::Get().SetThrowing(true);
+    LogError(kFunction, "lost");
+    RecordedLog::Get().SetThrowing(false);
+    EXPECT_EQ(address(1), kept);
 }
 
 TEST(LogStream, IsEmptyAndInTheClassicLocaleForEveryLine) {

@@ -137,6 +137,20 @@ TEST(RpcMessageReader, StringKeepsEmbeddedNuls) {
     EXPECT_EQ(text, std::string("a\0b\0", 4));
 }
 
+// Around the size up to which a message lies inside its reader.
+TEST(RpcMessageReader, ReadsTheLastByteOfMessagesOfAnySize) {
+    for (const std::size_t size : {100U, 8191U, 8192U, 8193U, 70000U}) {
+        std::string text(size - 21, 'a');
+        text.back() = 'z';
+        const Bytes message = MessageOf({StringArg(text)});
+        ASSERT_EQ(message.size(), size);
+        Reader reader(message);
+        std::string read;
+        EXPECT_EQ(reader.ReadString(0, &read), 0);
+        EXPECT_EQ(read, text);
+    }
+}
+
 TEST(RpcMessageReader, StringOfSize1IsEmpty) {
     Reader reader(MessageOf({StringArg("")}));
     std::string text = "old";

@@ -97,6 +97,18 @@ TEST(RpcMessageWriter, DescriptorBehindTheTableLeavesTheRestZero) {
                                        "00000000 00000000 00000000 00000000"));
 }
 
+TEST(RpcMessageWriter, DataOverlaysADescriptorBehindTheTable) {
+    { RpcMessageWriter(60, 1).WriteString(0, std::string(39, 'x')); }
+    RpcMessageWriter writer(60, 1);
+    EXPECT_EQ(writer.WriteInt32(0, 0x11111111), 0);
+    EXPECT_EQ(writer.WriteInt32(1, 0x22222222), 0);
+    Bytes expected = FromHex(
+        "3C000000 01000000 02000000 14000000 04000000"
+        "02000000 22222222 04000000");
+    expected.resize(60);
+    EXPECT_EQ(Written(writer), expected);
+}
+
 TEST(RpcMessageWriter, StringOfLengthLTakesLPlus1BytesAlsoWhenEmpty) {
     RpcMessageWriter writer(21, 1);
     EXPECT_EQ(writer.WriteString(0, ""), 0);
