@@ -107,6 +107,9 @@ void PLENXManager::UnregisterPLENXServiceObserver(PLENXServiceObserver* observer
     const std::lock_guard<std::mutex> lock(observerMutex);
     LogInfo(kFunction, "[PLENXSDK] plenx manager unregister observer begin");
     observers.erase(std::remove(observers.begin(), observers.end(), observer), observers.end());
+    if (observers.empty()) {
+        observers.shrink_to_fit();
+    }
     LogInfo(kFunction, "[PLENXSDK] plenx manager unregister observer end");
 }
 
