@@ -13,7 +13,7 @@ namespace DistributedFs {
 
 class MessageBlock {
 public:
-    static constexpr std::size_t kSmall = 8 * 1024;
+    static constexpr std::size_t kSmall = 8192;
 
     MessageBlock() noexcept = default;
     MessageBlock(const MessageBlock&) = delete;
