@@ -90,3 +90,25 @@ function(plenx_late_import target library)
   target_sources(${target} PRIVATE ${archive})
   target_link_libraries(${target} PRIVATE ${archive} delayimp)
 endfunction()
+
+# plenx_widl(<variable>): the IDL compiler's stubs of both RPC interfaces, made in a folder of the
+# build that the variable then names. All in them has names of its own, so that they fit into one
+# program with ours.
+function(plenx_widl variable)
+  find_program(PLENX_WIDL NAMES x86_64-w64-mingw32-widl REQUIRED)
+  set(stubs ${CMAKE_CURRENT_BINARY_DIR}/widl)
+  file(MAKE_DIRECTORY ${stubs})
+  set(widl ${PLENX_WIDL} --prefix-client=WidlCall_ --prefix-server=WidlServe_)
+  foreach(name service manager)
+    set(idl ${PROJECT_SOURCE_DIR}/src/rpc/interface/${name}.idl)
+    add_custom_command(
+      OUTPUT ${stubs}/${name}.h ${stubs}/${name}_c.c ${stubs}/${name}_s.c
+      COMMAND ${widl} -h -H ${stubs}/${name}.h ${idl}
+      COMMAND ${widl} -c -C ${stubs}/${name}_c.c ${idl}
+      COMMAND ${widl} -s -S ${stubs}/${name}_s.c ${idl}
+      WORKING_DIRECTORY ${stubs}
+      DEPENDS ${idl}
+      COMMENT "Compiling ${name}.idl")
+  endforeach()
+  set(${variable} ${stubs} PARENT_SCOPE)
+endfunction()

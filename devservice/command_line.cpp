@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "settings.h"
-#include "text.h"
+#include "text/text.h"
 
 namespace PlenxService {
 namespace {
@@ -46,11 +46,11 @@ CommandLine FromOptions(const Options& options, const std::wstring& programFolde
         options.data.empty() ? install + L"\\console\\" + options.console : options.data;
     line.console = MakeIdentity(RowOf(options.console), install, data);
     if (!line.console) {
-        return Refused("there is no service " + ToUtf8(options.console));
+        return Refused("there is no service " + PlenxText::ToUtf8(options.console));
     }
     if (!options.seconds.empty()) {
         std::int64_t seconds = 0;
-        if (!ParseNumber(ToUtf8(options.seconds), seconds) || seconds < 1 ||
+        if (!ParseNumber(PlenxText::ToUtf8(options.seconds), seconds) || seconds < 1 ||
             seconds > kLongestRun) {
             return Refused("--seconds takes 1 to " + std::to_string(kLongestRun));
         }
@@ -88,10 +88,10 @@ CommandLine ParseCommandLine(const std::vector<std::wstring>& arguments,
         }
         std::wstring* const value = ValueOf(arguments[i], options);
         if (!value) {
-            return Refused("unknown argument " + ToUtf8(arguments[i]));
+            return Refused("unknown argument " + PlenxText::ToUtf8(arguments[i]));
         }
         if (i + 1 == arguments.size() || arguments[i + 1].empty()) {
-            return Refused(ToUtf8(arguments[i]) + " needs a value");
+            return Refused(PlenxText::ToUtf8(arguments[i]) + " needs a value");
         }
         *value = arguments[i + 1];
     }

@@ -3,7 +3,7 @@
 #include <windows.h>
 
 #include "handle.h"
-#include "text.h"
+#include "text/text.h"
 #include "wire/render.h"
 
 namespace PlenxService {
@@ -66,7 +66,7 @@ Settings ControlFile::Read() {
 }
 
 std::wstring ControlFile::Absolute(const std::string& path) const {
-    const std::wstring wide = ToWide(path);
+    const std::wstring wide = PlenxText::ToWide(path);
     const bool absolute = wide.size() > 1 && (wide[1] == L':' || wide[0] == L'\\');
     return wide.empty() || absolute ? wide : folder_ + L"\\" + wide;
 }

@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "endpoint.h"
-#include "text.h"
+#include "text/text.h"
 #include "wire/render.h"
 
 namespace PlenxService {
@@ -44,8 +44,8 @@ bool DevService::Start() {
     std::filesystem::create_directories(identity_.dataFolder, error);
     const Settings settings = control_.Read();
     log_.Write("starts, process " + std::to_string(GetCurrentProcessId()) + ", install folder " +
-               PlenxWire::RenderText(ToUtf8(identity_.installFolder)) + ", data folder " +
-               PlenxWire::RenderText(ToUtf8(identity_.dataFolder)));
+               PlenxWire::RenderText(PlenxText::ToUtf8(identity_.installFolder)) +
+               ", data folder " + PlenxWire::RenderText(PlenxText::ToUtf8(identity_.dataFolder)));
     if (error) {
         Fail("no data folder", static_cast<DWORD>(error.value()));
         return false;
@@ -81,7 +81,7 @@ bool DevService::StartUnpunctually(const Settings& settings) {
 }
 
 bool DevService::ServeEndpoint(const Settings& settings) {
-    const std::string name = ToUtf8(identity_.endpoint);
+    const std::string name = PlenxText::ToUtf8(identity_.endpoint);
     if (!settings.Flag("serve")) {
         log_.Write("does not serve " + name);
         return true;

@@ -4,8 +4,6 @@
 
 #include <windows.h>
 
-#include <winternl.h>
-
 #include <cstdint>
 #include <cstdio>
 #include <filesystem>
@@ -16,6 +14,7 @@
 #include <string>
 #include <vector>
 
+#include "support/process_size.h"
 #include "support/samples.h"
 #include "support/server_process.h"
 
@@ -60,37 +59,6 @@ std::int64_t NumberOf(const std::string& name, const std::string& status) {
     return sum;
 }
 
-struct HandleEntry {
-    ULONG processId;
-    UCHAR type;
-    UCHAR flags;
-    USHORT value;
-    void* object;
-    ULONG access;
-};
-
-struct HandleList {
-    ULONG count;
-    HandleEntry entries[1];
-};
-
-std::int64_t HandlesOf(DWORD processId) {
-    constexpr auto kSystemHandleInformation = static_cast<SYSTEM_INFORMATION_CLASS>(16);
-    std::vector<std::uint64_t> buffer(1 << 18);
-    ULONG needed = 0;
-    if (NtQuerySystemInformation(kSystemHandleInformation, buffer.data(),
-                                 static_cast<ULONG>(buffer.size() * sizeof(buffer[0])),
-                                 &needed) != 0) {
-        throw std::runtime_error("the system does not list the handles");
-    }
-    const auto* const list = reinterpret_cast<const HandleList*>(buffer.data());
-    std::int64_t count = 0;
-    for (ULONG i = 0; i != list->count; ++i) {
-        count += list->entries[i].processId == processId ? 1 : 0;
-    }
-    return count;
-}
-
 // Since the process started, or what it holds now.
 struct Cost {
     std::int64_t nanoseconds = 0;  // on a processor
@@ -107,7 +75,7 @@ Cost CostOf(const fs::path& process, DWORD processId) {
     }
     const std::string status = ReadAll(process / L"status");
     cost.bytes = (NumberOf("RssAnon", status) + NumberOf("VmSwap", status)) * 1024;
-    cost.handles = HandlesOf(processId);
+    cost.handles = static_cast<std::int64_t>(PlenxTest::HandlesOf(processId));
     if (cost.nanoseconds == 0 || cost.switches == 0 || cost.bytes == 0 || cost.handles == 0) {
         throw std::runtime_error("the system does not tell what a process costs");
     }

@@ -46,7 +46,7 @@ long PlenxHandleServiceMessage(long, long, unsigned char*, long* respSize,
 
 int main(int argc, char** argv) {
     using namespace PlenxBench;
-    if (argc < 2 || Serve(plenxServiceInterface, L"PLENXPCService") != RPC_S_OK) {
+    if (argc < 2 || PlenxTest::Serve(plenxServiceInterface, L"PLENXPCService") != RPC_S_OK) {
         return 1;
     }
     for (DWORD i = 0; i != kPipes; ++i) {

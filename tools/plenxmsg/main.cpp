@@ -8,6 +8,8 @@
 #include <fcntl.h>
 #include <io.h>
 #include <windows.h>
+
+#include "text/text.h"
 #endif
 
 namespace PlenxMsg {
@@ -20,17 +22,6 @@ int RunOnStandardStreams(const std::vector<std::string>& arguments) {
     return code;
 }
 
-#ifdef _WIN32
-std::string ToUtf8(const std::wstring& wide) {
-    const int units = static_cast<int>(wide.size());
-    const int bytes =
-        WideCharToMultiByte(CP_UTF8, 0, wide.data(), units, nullptr, 0, nullptr, nullptr);
-    std::string text(static_cast<std::size_t>(bytes), '\0');
-    WideCharToMultiByte(CP_UTF8, 0, wide.data(), units, text.data(), bytes, nullptr, nullptr);
-    return text;
-}
-#endif
-
 }  // namespace
 }  // namespace PlenxMsg
 
@@ -42,7 +33,7 @@ extern "C" int wmain(int count, wchar_t** arguments) {
     _setmode(_fileno(stdout), _O_BINARY);
     std::vector<std::string> texts;
     for (int i = 1; i < count; ++i) {
-        texts.push_back(PlenxMsg::ToUtf8(arguments[i]));
+        texts.push_back(PlenxText::ToUtf8(arguments[i]));
     }
     return PlenxMsg::RunOnStandardStreams(texts);
 }

@@ -30,7 +30,8 @@ error_status_t WidlServe_HandleServiceMessage(long, long, unsigned char*, long* 
 
 int main(int argc, char** argv) {
     using namespace PlenxBench;
-    if (argc < 2 || Serve(WidlServe_PlenxManager_v1_0_s_ifspec, L"WidlManager") != RPC_S_OK) {
+    if (argc < 2 ||
+        PlenxTest::Serve(WidlServe_PlenxManager_v1_0_s_ifspec, L"WidlManager") != RPC_S_OK) {
         return 1;
     }
     ServerLife(argv[argc - 1]).ServeUntilStopped();

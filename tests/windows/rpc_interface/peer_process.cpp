@@ -2,12 +2,13 @@
 
 #include <atomic>
 
+#include "support/serve.h"
+
 namespace PlenxTest {
 namespace {
 
 constexpr DWORD kReadyMilliseconds = 20000;
 constexpr DWORD kPeerLifeMilliseconds = 120000;
-constexpr unsigned kMaximumCalls = 10;
 
 // The events are named after the endpoint, which is unique.
 HANDLE EventOf(const std::wstring& endpoint, const wchar_t* what) {
@@ -18,21 +19,6 @@ std::wstring CommandLine(Stubs stubs, Interface which, const std::wstring& endpo
     return ChildProcess::Self(
         std::wstring(L"--peer ") + (stubs == Stubs::kOurs ? L"ours " : L"widl ") +
         (which == Interface::kService ? L"service " : L"manager ") + endpoint);
-}
-
-// As the library serves its own interface.
-RPC_STATUS Serve(RPC_IF_HANDLE which, std::wstring endpoint) {
-    std::wstring protocol = L"ncalrpc";
-    RPC_STATUS status =
-        RpcServerUseProtseqEpW(reinterpret_cast<RPC_WSTR>(protocol.data()), kMaximumCalls,
-                               reinterpret_cast<RPC_WSTR>(endpoint.data()), nullptr);
-    if (status == RPC_S_OK) {
-        status = RpcServerRegisterIf(which, nullptr, nullptr);
-    }
-    if (status == RPC_S_OK) {
-        status = RpcServerListen(1, kMaximumCalls, 1);
-    }
-    return status;
 }
 
 }  // namespace

@@ -3,44 +3,16 @@
 #include <windows.h>
 
 #include <malloc.h>
-#include <psapi.h>
 #include <tlhelp32.h>
-#include <winternl.h>
 
 #include <cstring>
 #include <iterator>
-#include <vector>
 
 #include "soak/service_handles.h"
+#include "support/process_size.h"
 
 namespace PlenxSoak {
 namespace {
-
-constexpr auto kExtendedHandleInformation = static_cast<SYSTEM_INFORMATION_CLASS>(64);
-constexpr auto kLengthMismatch = static_cast<NTSTATUS>(0xC0000004);
-
-// The list of all handles of all processes, as the system gives it.
-struct HandleListHead {
-    ULONG_PTR count;
-    ULONG_PTR reserved;
-};
-struct HandleListEntry {
-    void* object;
-    ULONG_PTR processId;
-    ULONG_PTR handle;
-    ULONG access;
-    USHORT traceIndex;
-    USHORT type;
-    ULONG attributes;
-    ULONG reserved;
-};
-
-// The commit charge. PrivateUsage says the same, but Wine leaves it at 0.
-std::uint64_t PrivateBytes() {
-    PROCESS_MEMORY_COUNTERS counters{};
-    K32GetProcessMemoryInfo(GetCurrentProcess(), &counters, sizeof(counters));
-    return counters.PagefileUsage;
-}
 
 // Exact, where private bytes also move with the shape of the heap. Every malloc and new of the
 // program, of the library and of the companions lies there.
@@ -81,27 +53,6 @@ std::uint64_t WineRecords() {
     return records;
 }
 
-// GetProcessHandleCount would be simpler, but under Wine it says 0.
-std::uint64_t Handles() {
-    std::vector<unsigned char> buffer(1024 * 1024);
-    ULONG length = 0;
-    NTSTATUS status = 0;
-    while ((status = NtQuerySystemInformation(kExtendedHandleInformation, buffer.data(),
-                                              static_cast<ULONG>(buffer.size()), &length)) ==
-           kLengthMismatch) {
-        buffer.resize(2 * buffer.size());
-    }
-    HandleListHead head{};
-    std::memcpy(&head, buffer.data(), sizeof(head));
-    std::uint64_t own = 0;
-    for (ULONG_PTR i = 0; status == 0 && i != head.count; ++i) {
-        HandleListEntry entry{};
-        std::memcpy(&entry, buffer.data() + sizeof(head) + i * sizeof(entry), sizeof(entry));
-        own += entry.processId == GetCurrentProcessId() ? 1 : 0;
-    }
-    return own;
-}
-
 std::uint64_t Threads() {
     const HANDLE snapshot = CreateToolhelp32Snapshot(TH32CS_SNAPTHREAD, 0);
     THREADENTRY32 entry{};
@@ -118,10 +69,10 @@ std::uint64_t Threads() {
 
 Sample Measure() {
     const std::uint64_t records = WineRecords();
-    const std::uint64_t measured = PrivateBytes();
+    const std::uint64_t measured = PlenxTest::PrivateBytes();
     return {measured - records * kBytesOfAWineRecord,
             HeapBytes(),
-            Handles(),
+            PlenxTest::HandlesOf(GetCurrentProcessId()),
             Threads(),
             ServiceHandles(),
             records,

@@ -24,7 +24,7 @@ const char* KindName(unsigned kind) {
 
 }  // namespace
 
-int BookKeeper::Count(const char* notification) {
+int BookKeeper::Count(const std::string& notification) {
     if (inside_.fetch_add(1) != 0) {
         complaints_.Add("two notifications overlap");
     }
@@ -33,26 +33,9 @@ int BookKeeper::Count(const char* notification) {
     return 0;
 }
 
-int BookKeeper::SendLocalMessage(PLENXMessageType, unsigned int, const std::string&) {
-    return Count("SendLocalMessage");
-}
-
-int BookKeeper::NotifyConnect(ServiceType, const std::string&) {
-    return Count("NotifyConnect");
-}
-
-int BookKeeper::NotifyDisconnect(ServiceType, const std::string&) {
-    return Count("NotifyDisconnect");
-}
-
-int BookKeeper::NotifyReconnect(ServiceType, const std::string&) {
-    return Count("NotifyReconnect");
-}
-
-int BookKeeper::QueryLinkStatus(ServiceType, const std::string&, unsigned int,
-                                std::int32_t& status) {
-    status = 1;
-    return Count("QueryLinkStatus");
+// A line begins with the notification's name and a parenthesis.
+int BookKeeper::Take(const std::string& call) {
+    return Count(call.substr(0, call.find('(')));
 }
 
 int BookKeeper::NotifyStatus(ServiceType service, const std::string& group, unsigned int kind,
@@ -68,14 +51,6 @@ int BookKeeper::NotifyStatus(ServiceType service, const std::string& group, unsi
                         ", group " + group.substr(0, 40) + ", kind " + std::to_string(kind));
     }
     return 0;
-}
-
-int BookKeeper::NotifyError(int) {
-    return Count("NotifyError");
-}
-
-int BookKeeper::NotifyDiskName(const std::string&) {
-    return Count("NotifyDiskName");
 }
 
 // The calls that a notification may make and that do not lead to further notifications.
@@ -105,45 +80,20 @@ int Guest::Misbehave() {
     }
 }
 
-int Guest::MisbehaveOrThrow() {
+int Guest::Take(const std::string&) {
     if (dice_.OneIn(16)) {
         throw std::runtime_error("a guest throws");
     }
     return Misbehave();
 }
 
-int Guest::SendLocalMessage(PLENXMessageType, unsigned int, const std::string&) {
-    return MisbehaveOrThrow();
-}
-
-int Guest::NotifyConnect(ServiceType, const std::string&) {
-    return MisbehaveOrThrow();
-}
-
-int Guest::NotifyDisconnect(ServiceType, const std::string&) {
-    return MisbehaveOrThrow();
-}
-
-int Guest::NotifyReconnect(ServiceType, const std::string&) {
-    return MisbehaveOrThrow();
-}
-
-int Guest::QueryLinkStatus(ServiceType, const std::string&, unsigned int, std::int32_t& status) {
-    status = static_cast<std::int32_t>(dice_.Bits());
-    return MisbehaveOrThrow();
+std::int32_t Guest::AnswerLink(unsigned int) {
+    return static_cast<std::int32_t>(dice_.Bits());
 }
 
 // On the worker an exception would take the rest of the job with it, outcomes included.
 int Guest::NotifyStatus(ServiceType, const std::string&, unsigned int, bool) {
     return Misbehave();
-}
-
-int Guest::NotifyError(int) {
-    return MisbehaveOrThrow();
-}
-
-int Guest::NotifyDiskName(const std::string&) {
-    return MisbehaveOrThrow();
 }
 
 }  // namespace PlenxSoak

@@ -9,11 +9,11 @@
 #include <string>
 #include <vector>
 
-#include "plenxsdk/plenx_manager.h"
 #include "soak/complaints.h"
 #include "soak/dice.h"
 #include "soak/outcome_book.h"
 #include "soak/tally.h"
+#include "support/text_observer.h"
 
 namespace PlenxSoak {
 
@@ -21,25 +21,18 @@ namespace PlenxSoak {
 constexpr char kGroupPrefix[] = "soak";
 
 /// Gives each outcome to the book of the thread that it belongs to; counts everything.
-class BookKeeper : public DistributedFs::PLENXServiceObserver {
+class BookKeeper : public PlenxTest::TextObserver {
 public:
     BookKeeper(std::vector<OutcomeBook>& books, Tally& tally, Complaints& complaints)
         : books_(books), tally_(tally), complaints_(complaints) {}
 
-    int SendLocalMessage(DistributedFs::PLENXMessageType type, unsigned int length,
-                         const std::string& message) override;
-    int NotifyConnect(DistributedFs::ServiceType service, const std::string& group) override;
-    int NotifyDisconnect(DistributedFs::ServiceType service, const std::string& group) override;
-    int NotifyReconnect(DistributedFs::ServiceType service, const std::string& group) override;
-    int QueryLinkStatus(DistributedFs::ServiceType service, const std::string& group,
-                        unsigned int linkType, std::int32_t& status) override;
     int NotifyStatus(DistributedFs::ServiceType service, const std::string& group,
                      unsigned int kind, bool value) override;
-    int NotifyError(int code) override;
-    int NotifyDiskName(const std::string& name) override;
 
 private:
-    int Count(const char* notification);
+    int Take(const std::string& call) override;
+    std::int32_t AnswerLink(unsigned int) override { return 1; }
+    int Count(const std::string& notification);
 
     std::vector<OutcomeBook>& books_;
     Tally& tally_;
@@ -49,28 +42,20 @@ private:
 
 /// Is slow, fails, throws where nobody waits for an outcome, and calls the library back. Complains
 /// when it is called after it was told that it has left.
-class Guest : public DistributedFs::PLENXServiceObserver {
+class Guest : public PlenxTest::TextObserver {
 public:
     Guest(std::uint64_t seed, std::uint64_t number, Complaints& complaints)
         : dice_(seed, number), complaints_(complaints) {}
 
     void HasLeft() { hasLeft_ = true; }
 
-    int SendLocalMessage(DistributedFs::PLENXMessageType type, unsigned int length,
-                         const std::string& message) override;
-    int NotifyConnect(DistributedFs::ServiceType service, const std::string& group) override;
-    int NotifyDisconnect(DistributedFs::ServiceType service, const std::string& group) override;
-    int NotifyReconnect(DistributedFs::ServiceType service, const std::string& group) override;
-    int QueryLinkStatus(DistributedFs::ServiceType service, const std::string& group,
-                        unsigned int linkType, std::int32_t& status) override;
     int NotifyStatus(DistributedFs::ServiceType service, const std::string& group,
                      unsigned int kind, bool value) override;
-    int NotifyError(int code) override;
-    int NotifyDiskName(const std::string& name) override;
 
 private:
     int Misbehave();
-    int MisbehaveOrThrow();
+    int Take(const std::string& call) override;
+    std::int32_t AnswerLink(unsigned int linkType) override;
 
     Dice dice_;  // notifications never overlap
     Complaints& complaints_;

@@ -1,7 +1,7 @@
 // Serving an RPC interface as the library serves its own.
 
-#ifndef PLENXBENCH_WINDOWS_SUPPORT_SERVE_H
-#define PLENXBENCH_WINDOWS_SUPPORT_SERVE_H
+#ifndef PLENXSDK_TESTS_WINDOWS_SUPPORT_SERVE_H
+#define PLENXSDK_TESTS_WINDOWS_SUPPORT_SERVE_H
 
 #include <windows.h>
 
@@ -9,7 +9,7 @@
 
 #include <string>
 
-namespace PlenxBench {
+namespace PlenxTest {
 
 /// Returns at once; the runtime's threads serve. @return the status of the RPC runtime.
 inline RPC_STATUS Serve(RPC_IF_HANDLE which, std::wstring endpoint) {
@@ -27,6 +27,6 @@ inline RPC_STATUS Serve(RPC_IF_HANDLE which, std::wstring endpoint) {
     return status;
 }
 
-}  // namespace PlenxBench
+}  // namespace PlenxTest
 
-#endif  // PLENXBENCH_WINDOWS_SUPPORT_SERVE_H
+#endif  // PLENXSDK_TESTS_WINDOWS_SUPPORT_SERVE_H

@@ -1,8 +1,8 @@
-#include "text.h"
+#include "text/text.h"
 
 #include <windows.h>
 
-namespace PlenxService {
+namespace PlenxText {
 
 std::string ToUtf8(std::wstring_view text) {
     const int length = static_cast<int>(text.size());
@@ -21,4 +21,4 @@ std::wstring ToWide(std::string_view text) {
     return wide;
 }
 
-}  // namespace PlenxService
+}  // namespace PlenxText
