@@ -38,7 +38,7 @@ bench_native() {
     local program folder
     local -a often=(--benchmark_repetitions=21 --benchmark_min_time=0.02)
     if $quick; then
-        often=(--benchmark_repetitions=15 --benchmark_min_time=0.002)
+        often=(--benchmark_repetitions=9 --benchmark_min_time=0.002)
         export PLENX_BENCH_QUICK=1
     fi
     configure "$bench_build" -DPLENX_BENCH=ON -DCMAKE_BUILD_TYPE=RelWithDebInfo

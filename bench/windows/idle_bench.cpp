@@ -26,7 +26,7 @@ namespace fs = std::filesystem;
 // The system ends the threads of past calls after some seconds.
 constexpr DWORD kSettleMilliseconds = 8000;
 constexpr DWORD kIdleMilliseconds = 60000;
-constexpr DWORD kQuickIdleMilliseconds = 10000;
+constexpr DWORD kQuickIdleMilliseconds = 6000;
 
 std::string ReadAll(const fs::path& path) {
     std::ifstream file(path, std::ios::binary);

@@ -54,7 +54,7 @@ template <class Request>
 std::vector<Series> MeasureRequest(const std::string& row, const Options& options, std::size_t size,
                                    Request ours) {
     std::vector<unsigned char> message(size);
-    const std::size_t values = options.quick ? 40 : 200;
+    const std::size_t values = options.quick ? 20 : 200;
     return Measure(row, "ns",
                    {{"ours", [&] { return Time([&] { Expect(ours() == 0); }); }},
                     {"bare widl call", [&] { return Time([&] { BareCall(message); }); }},
