@@ -1,15 +1,16 @@
-// The companion library distributedfile.dll: the office service.
-//
-// This header declares what plenxsdk uses of it and nothing else. Every operation
-// that returns an int returns 0 on success and the companion library's own code
-// otherwise. plenxsdk makes one object per process and never makes two calls at
-// once; calls come from the host's threads and from plenxsdk's worker. The
-// destructor runs while the process is ending, with all other threads gone.
-//
-// The class crosses a DLL border, so both sides must share one compiler family
-// and one C++ runtime; and as plenxsdk makes the object, what it keeps must lie
-// outside the object, which has no members here. A library that was built
-// otherwise, or whose objects have members, needs an adapter DLL under this name.
+/// @file
+/// The companion library distributedfile.dll: the office service.
+///
+/// This header declares what plenxsdk uses of it and nothing else. Every operation
+/// that returns an int returns 0 on success and the companion library's own code
+/// otherwise. plenxsdk makes one object per process and never makes two calls at
+/// once; calls come from the host's threads and from plenxsdk's worker. The
+/// destructor runs while the process is ending, with all other threads gone.
+///
+/// The class crosses a DLL border, so both sides must share one compiler family
+/// and one C++ runtime; and as plenxsdk makes the object, what it keeps must lie
+/// outside the object, which has no members here. A library that was built
+/// otherwise, or whose objects have members, needs an adapter DLL under this name.
 
 #ifndef COMPANION_DISTRIBUTED_FILE_MANAGER_H
 #define COMPANION_DISTRIBUTED_FILE_MANAGER_H
@@ -24,26 +25,59 @@
 #define DISTRIBUTEDFILE_API __declspec(dllimport)
 #endif
 
+/// The office service. Each operation returns 0 on success and the library's own code otherwise.
 class DISTRIBUTEDFILE_API DistributedFileManager {
 public:
-    /// first: install folder; second: data folder; third and flag: the library's own.
+    /// Gets the arguments of PLENXManager::Init.
+    /// @param first   Install folder.
+    /// @param second  Data folder.
+    /// @param third   The library's own.
+    /// @param flag    The library's own.
     DistributedFileManager(const std::string& first, const std::string& second,
                            const std::string& third, bool flag);
     ~DistributedFileManager();
     DistributedFileManager(const DistributedFileManager&) = delete;
     DistributedFileManager& operator=(const DistributedFileManager&) = delete;
 
+    /// Starts the office service.
+    /// @return 0 on success.
     int Start();
+    /// Stops the office service.
+    /// @return 0 on success.
     int Stop();
-    /// data: size bytes, at most 16, null when size is 0; valid during the call only.
+    /// The local device is online.
+    /// @param first   Group name.
+    /// @param second  Device id.
+    /// @param type    Always 1.
+    /// @param data    size bytes, null when size is 0; valid during the call only.
+    /// @param size    0 to 16.
+    /// @return 0 on success.
     int LocalDeviceOnline(const std::string& first, const std::string& second, int type,
                           const unsigned char* data, int size);
+    /// A remote device is online.
+    /// @param first   Group name.
+    /// @param second  Device id.
+    /// @return 0 on success.
     int RemoteDeviceOnline(const std::string& first, const std::string& second);
+    /// The local device goes offline.
+    /// @param first   Group name.
+    /// @param second  Device id.
+    /// @return 0 on success.
     int LocalDeviceOffline(const std::string& first, const std::string& second);
+    /// A remote device goes offline.
+    /// @param first   Group name.
+    /// @param second  Device id.
+    /// @return 0 on success.
     int RemoteDeviceOffline(const std::string& first, const std::string& second);
-    /// dir receives the folder of device second in group first.
+    /// Tells the folder of a device of a group.
+    /// @param first   Group name.
+    /// @param second  Device id.
+    /// @param dir     Receives the folder.
+    /// @return 0 on success.
     int GetGroupNeighborDistributedDir(const std::string& first, const std::string& second,
                                        std::string& dir);
+    /// Uninstalls the office service's packages. Called by PLENXManager::Destroy.
+    /// @return 0 on success.
     int UninstallPackages();
 };
 

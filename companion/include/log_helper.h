@@ -1,9 +1,10 @@
-// The logging library LogHelper.dll.
-//
-// This header declares what plenxsdk uses of it and nothing else. Log may be called
-// from any thread, and while the process is ending: any lock may then belong for
-// ever to a thread that is gone. The class crosses a DLL border, so both sides must
-// share one compiler family and one C++ runtime.
+/// @file
+/// The logging library LogHelper.dll.
+///
+/// This header declares what plenxsdk uses of it and nothing else. Log may be called
+/// from any thread, and while the process is ending: any lock may then belong for
+/// ever to a thread that is gone. The class crosses a DLL border, so both sides must
+/// share one compiler family and one C++ runtime.
 
 #ifndef COMPANION_LOG_HELPER_H
 #define COMPANION_LOG_HELPER_H
@@ -18,17 +19,22 @@
 #define LOGHELPER_API __declspec(dllimport)
 #endif
 
+/// How grave a line is; plenxsdk uses these two.
 enum LOG_MESSAGE_LEVEL : int {
     LOG_MESSAGE_LEVEL_INFO = 3,   ///< progress and success
     LOG_MESSAGE_LEVEL_ERROR = 4,  ///< invalid arguments and failures
 };
 
+/// The logger.
 class OvLogger {
 public:
     /// The process-wide logger.
+    /// @return Null is allowed: lines are dropped then.
     LOGHELPER_API static OvLogger* GetInstance();
 
     /// Writes the text of the stream as one line.
+    /// @param level   3 or 4.
+    /// @param stream  Holds the text of the line, without a line end.
     LOGHELPER_API void Log(LOG_MESSAGE_LEVEL level, const std::wostringstream& stream);
 };
 

@@ -1,32 +1,52 @@
-// plenxsdk: run a distributed file system on this PC.
-//
-// This is the whole interface of plenxsdk.dll: one singleton, PLENXManager, and
-// one observer class, PLENXServiceObserver, that the host implements.
-//
-// How it works
-//   Every operation that changes something checks its arguments, queues a job
-//   and returns at once. One private worker runs the jobs one at a time, in the
-//   order of the calls. The outcome of a job comes back through the observers.
-//
-// Threads
-//   All operations of PLENXManager may be called from any thread at any time.
-//   Observers are called on the worker and on threads of the RPC runtime, never
-//   two at once.
-//
-// Strings
-//   Every std::string holds UTF-8.
-//
-// Life
-//   The instance exists from the moment the DLL is loaded. Init keeps the DLL
-//   loaded until the process ends (FreeLibrary then has no effect). When the
-//   process ends in an orderly way (main returns, exit), the PC and phone services
-//   are uninstalled and the working folder is removed. After a crash they stay; the
-//   next Init takes over what was left.
-//
-// Toolchain
-//   C++ classes and std::string cross the DLL's border. Host and library must be
-//   built by the same compiler family and share one C++ runtime, which is why
-//   that runtime is shipped as a DLL beside this one.
+/// @file
+/// Run a distributed file system on this PC: the whole interface of plenxsdk.dll.
+///
+/// There is one singleton, PLENXManager, and one observer class, PLENXServiceObserver, that the
+/// host implements. A host registers its observer, calls Init once, then Start, and hears through
+/// the observer what came of it.
+///
+/// **How it works.** Every operation that changes something checks its arguments, queues a job and
+/// returns at once. One private worker runs the jobs one at a time, in the order of the calls. The
+/// outcome of a job comes back through the observers. Nothing is ever retried, and nothing that is
+/// queued can be taken back.
+///
+/// **Threads.** All operations of PLENXManager may be called from any thread at any time. Observers
+/// are called on the worker and on threads of the RPC runtime, never two at once, and never on a
+/// thread of the host. What an observer may do is said at PLENXServiceObserver.
+///
+/// **What 0 means.** That the call was taken: its job is queued, or, before Init, dropped with a
+/// line in the log. It never means that the work succeeded.
+///
+/// **When the outcome comes.** Outcomes of jobs come in the order of the calls. There is no upper
+/// limit to the time: a job waits for the service, and later jobs wait behind it, so a host sets
+/// deadlines of its own. What a service reports by itself comes in between, in no fixed order: it
+/// may overtake the outcome of the call that caused it. Which job has which outcome is said at each
+/// operation; where none is said, a failure shows in the log only.
+///
+/// **Strings.** A std::string holds UTF-8. Strings and data that the host passes are copied before
+/// the call returns; what an observer gets is valid during the notification only. Group names,
+/// device ids and messages are not checked, have no limit of their own (a request of 2 GiB fails as
+/// a whole), may hold a NUL, and reach the service as they are. What a service sends is the
+/// service's own and need not be valid UTF-8. The install and data folders of Init are stricter.
+///
+/// **Life.** The instance exists from the moment the DLL is loaded. Init keeps the DLL loaded until
+/// the process ends; FreeLibrary then has no effect. There is nothing to close or release.
+///
+/// **The end of the process.** When the process ends in an orderly way (main returns, exit,
+/// ExitProcess), the PC and phone services are stopped and uninstalled and the working folder is
+/// removed, on the thread that ends the process. A service that takes the stop and then makes no
+/// progress for 2 s is ended by force; one that refuses the stop, because it is still starting or
+/// hangs in a stop, is left. Jobs that are queued are not run, one that is running is cut off, and
+/// no observer is called any more. The driver and the office service stay registered. After a crash
+/// or TerminateProcess all of it stays. The next Init takes over what was left.
+///
+/// **Exceptions.** No operation throws because of its arguments. std::system_error,
+/// std::bad_alloc and whatever the companion library throws may pass through. What goes wrong
+/// inside a job never reaches the caller.
+///
+/// **Toolchain.** C++ classes and std::string cross the DLL's border. Host and library must be
+/// built by the same compiler family and share one C++ runtime, which is why that runtime is
+/// shipped as a DLL beside this one.
 
 #ifndef PLENXSDK_PLENX_MANAGER_H
 #define PLENXSDK_PLENX_MANAGER_H
@@ -78,14 +98,18 @@ enum ConfigType : std::uint32_t {
 };
 
 /// Why a device goes offline. Any 32-bit value; passed on to the service as it is.
-enum TriggerType : std::int32_t { kDefaultTrigger = 0 };
+enum TriggerType : std::int32_t {
+    kDefaultTrigger = 0  ///< No particular reason.
+};
 
 /// The type of a message exchanged with the services. Any 32-bit value; passed
 /// on as it is in both directions.
-enum PLENXMessageType : std::int32_t { kDefaultMessage = 0 };
+enum PLENXMessageType : std::int32_t {
+    kDefaultMessage = 0  ///< No particular type.
+};
 
 /// The status kinds that the library itself raises through NotifyStatus. The
-/// services may send further kinds.
+/// services may send further kinds, and these too.
 enum StatusKind : std::uint32_t {
     kStatusStart = 0,         ///< A start ended; value tells whether it succeeded.
     kStatusStop = 1,          ///< A stop ended. Office: value tells whether it
@@ -114,50 +138,81 @@ enum PLENXResult : int {
 /// owns or deletes it. Keep it alive until UnregisterPLENXServiceObserver has
 /// returned; after that no call to it is running or will come.
 ///
-/// Threading contract
-///   - Calls come on the library's worker and on threads of the RPC runtime. They
-///     never overlap: while one notification runs, every other one waits, so a
-///     slow observer delays all of them, and the services that sent them.
-///   - From inside a notification do not call RegisterPLENXServiceObserver,
-///     UnregisterPLENXServiceObserver, GetOfficeDir, Init or Destroy, and do not wait
-///     for another thread that is calling one of them: they would wait for a lock that
-///     is held while the notification runs, for ever. Every other operation is allowed.
+/// **Where and when.** Calls come on the library's worker and on threads of the RPC runtime, to one
+/// observer after the other, in no order that a host could choose. They never overlap: while one
+/// notification runs, every other one waits. A slow observer therefore delays all outcomes, and the
+/// services that wait for their answer. Copy what is needed, hand it to a thread of your own, and
+/// return.
 ///
-/// Results
-///   Each notification returns 0 when it was handled; any other value is logged
-///   as an error code. The other observers are called all the same.
+/// **What an observer may call.** From inside a notification do not call
+/// RegisterPLENXServiceObserver, UnregisterPLENXServiceObserver, GetOfficeDir, Init or Destroy, and
+/// do not wait for another thread that is calling one of them: they would wait for a lock that is
+/// held while the notification runs, for ever. So an observer can never unregister itself from
+/// inside a notification. Every other operation is allowed; those that queue a job return at once.
+/// But do not wait there for the outcome of a job: it is a notification too and cannot come.
 ///
-/// Exceptions
-///   Do not throw. An exception skips the observers that follow. On an RPC thread
-///   the service gets an error as the result of its call; on the worker the rest
-///   of the job is lost.
+/// **Results.** Each notification returns 0 when it was handled; any other value is logged as an
+/// error code and has no other effect. The other observers are called all the same.
+///
+/// **Exceptions.** Do not throw. An exception skips the observers that follow. On an RPC thread the
+/// service gets an error as the result of its call; on the worker the rest of the job is lost.
+///
+/// **Trust.** Any local process that reaches the endpoint "Manager" can cause every one of these
+/// notifications, also those that the library raises itself. Treat what they say as hints: ask
+/// GetInt64Config whether a service runs.
 class PLENXServiceObserver {
 public:
     virtual ~PLENXServiceObserver() = default;
 
-    /// A service sends a message to this device. msgLen is the sender's own
-    /// number: never use it as the length of message, use message.size().
+    /// A service sends a message to this device.
+    /// @param msgType  The sender's own number.
+    /// @param msgLen   The sender's own number: never use it as the length of message, use
+    ///                 message.size().
+    /// @param message  Any bytes.
+    /// @return 0 when handled.
     virtual int SendLocalMessage(PLENXMessageType msgType, unsigned int msgLen,
                                  const std::string& message) = 0;
-    /// A group (first: its name) of a service is connected.
+    /// A group of a service is connected.
+    /// @param svcType  The service, by the number that it put into the group's name; not checked.
+    /// @param first    The group's name, as it was given to Start.
+    /// @return 0 when handled.
     virtual int NotifyConnect(ServiceType svcType, const std::string& first) = 0;
     /// A group of a service has lost its connection.
+    /// @param svcType  As for NotifyConnect.
+    /// @param first    The group's name.
+    /// @return 0 when handled.
     virtual int NotifyDisconnect(ServiceType svcType, const std::string& first) = 0;
     /// A group of a service is connected again.
+    /// @param svcType  As for NotifyConnect.
+    /// @param first    The group's name.
+    /// @return 0 when handled.
     virtual int NotifyReconnect(ServiceType svcType, const std::string& first) = 0;
-    /// A service asks for the status of a link of a group. linkStatus holds 0, or
-    /// what an observer before this one has written; the value left in it by the
-    /// last observer goes back to the service, whatever this returns.
+    /// A service asks for the status of a link of a group, and waits for the answer.
+    /// @param svcType   As for NotifyConnect.
+    /// @param first     The group's name.
+    /// @param linkType  Which link; the service's own number.
+    /// @param linkStatus  Holds 0, or what an observer before this one has written; the value left
+    ///                    in it by the last observer goes back to the service, whatever this
+    ///                    returns.
+    /// @return 0 when handled.
     virtual int QueryLinkStatus(ServiceType svcType, const std::string& first,
                                 unsigned int linkType, std::int32_t& linkStatus) = 0;
-    /// Something started, stopped, came online or went offline (first: the group).
-    /// sttsType is a StatusKind or a kind of the service's own.
+    /// Something started, stopped, came online or went offline: the outcome of a job, or what a
+    /// service reports by itself.
+    /// @param svcType   The service; 3 with kind 1 and value true when everything is stopped.
+    /// @param first     The group's name, as it was given to the operation.
+    /// @param sttsType  A StatusKind, or a kind of the service's own.
+    /// @param value     What StatusKind says of the kind.
+    /// @return 0 when handled.
     virtual int NotifyStatus(ServiceType svcType, const std::string& first, unsigned int sttsType,
                              bool value) = 0;
-    /// A service reports an error of its own.
+    /// A service reports an error of its own. The library itself never calls this.
+    /// @param errCode  The service's own code, none of the library's.
+    /// @return 0 when handled.
     virtual int NotifyError(int errCode) = 0;
-    /// A service tells the name under which its disk is mounted. The bytes are the
-    /// service's own; they need not be valid UTF-8.
+    /// A service tells the name under which its disk is mounted.
+    /// @param diskName  The bytes are the service's own; they need not be valid UTF-8.
+    /// @return 0 when handled.
     virtual int NotifyDiskName(const std::string& diskName) = 0;
 };
 
@@ -167,17 +222,22 @@ public:
 /// Before Init every queueing operation is checked, logged, dropped, and answered
 /// with 0; configuration set before Init is lost silently.
 ///
-/// No operation throws because of its arguments. std::system_error, std::bad_alloc and
-/// whatever the companion library throws may pass through.
+/// In all operations on groups and devices, svcType is the service that is meant, first the name of
+/// the group and second the id of the device. A service sees the group's name followed by '_' and
+/// its own number, `home_1`.
 class PLENXManager {
 public:
-    /// The process-wide instance.
+    /// The process-wide instance. It may be used as soon as the DLL is loaded.
+    /// @return Always the same object; never delete it.
     PLENXSDK_API static PLENXManager& GetInstance();
 
     /// Makes the library ready: makes the companion object on the caller's thread, then
     /// queues the service side (driver files, working folder, services, driver, icon
     /// files, RPC endpoint). Returns before any of that is done. Do not call it from
     /// DllMain.
+    ///
+    /// No notification tells that the job is done. Operations may be called at once: they wait
+    /// behind it in the queue. GetInt64Config waits for it if it is at work.
     ///
     /// Once the service side is there, a later call queues a job that finds everything
     /// done. What goes wrong in the job is logged, and shows in every Start that fails
@@ -186,8 +246,8 @@ public:
     ///
     /// @param first   Install folder, without a trailing backslash or a NUL: it holds
     ///                plenxservice.exe, dokan1.sys, dokan1.dll, dokanfuse1.dll and
-    ///                res\plenx\icon. It and its "upgrade" folder must be writable
-    ///                by administrators only, and its path should be ASCII and free
+    ///                the icon folders under `res\plenx\icon`. It and its "upgrade" folder must be
+    ///                writable by administrators only, and its path should be ASCII and free
     ///                of blanks (service paths are registered unquoted).
     /// @param second  Data folder, without a trailing backslash or a NUL, not empty. Its
     ///                sub-folder "plenx", and "plenx0" to "plenx99" as needed, are
@@ -199,72 +259,122 @@ public:
 
     /// Asks the companion library to uninstall its packages (on the caller's
     /// thread) and queues the initialisation once more, which finds everything done if
-    /// Init succeeded. Releases nothing: the library keeps working.
+    /// Init succeeded. Releases nothing: the library keeps working. A host need not call it before
+    /// it ends.
     PLENXSDK_API void Destroy();
 
     /// Reads an integer setting on the caller's thread. Only key 5 has an answer of
     /// its own: 1 while the service is not running, else 0 (service type 3 asks
-    /// about the driver). Every other key, an invalid service type, and any call
-    /// before Init gives 0. Waits while the first Init is at work.
+    /// about the driver). A service that is starting or stopping counts as running; one that cannot
+    /// be asked does not. Waits while the first Init is at work.
+    /// @param svcType  Type 1, 2 or 3.
+    /// @param cfgType  Key 5.
+    /// @return Every other key, an invalid service type, and any call before Init gives 0.
     PLENXSDK_API std::int64_t GetInt64Config(ServiceType svcType, ConfigType cfgType);
 
-    /// Always the empty string: string settings cannot be read back. Waits while
-    /// the first Init is at work.
+    /// String settings cannot be read back. Waits while the first Init is at work.
+    /// @param svcType  Makes no difference.
+    /// @param cfgType  Makes no difference.
+    /// @return Always the empty string.
     PLENXSDK_API std::string GetStringConfig(ServiceType svcType, ConfigType cfgType);
 
-    /// Queues a change of a setting of service 1 or 2, or of both (3). The service
-    /// hears of it at its next Start. Keys that the service does not have are
-    /// ignored.
+    /// Queues a change of a string setting. The service hears of it at its next Start, one that is
+    /// called after this included. The value stays until the process ends.
+    /// @param svcType   Service 1 or 2, or both (3). The office service has no settings.
+    /// @param cfgType   Keys that the service does not have are ignored.
+    /// @param cfgValue  Handed to the service as it is.
     PLENXSDK_API void SetConfig(ServiceType svcType, ConfigType cfgType, std::string cfgValue);
+    /// Queues a change of an integer setting, in the same way.
+    /// @param svcType   Service 1 or 2, or both (3). The office service has no settings.
+    /// @param cfgType   Keys that the service does not have are ignored.
+    /// @param cfgValue  Handed to the service as it is.
     PLENXSDK_API void SetConfig(ServiceType svcType, ConfigType cfgType, std::int64_t cfgValue);
 
     /// Queues the start of a service and the creation of a group in it. The outcome
-    /// comes as NotifyStatus with kind 0.
-    /// @param first   Group name, not empty.
-    /// @param second  Group argument, not empty; handed to the service as it is.
+    /// comes as NotifyStatus with kind 0; with kCombinedService there are two, of the PC and of the
+    /// office service. A service that runs already is not started again; it gets its settings and
+    /// the group.
+    ///
+    /// The job waits until the service reports running, as long as the service asks for, and then
+    /// up to about 5 s until it answers.
+    /// @param svcType  Service 0 to 3.
+    /// @param first    Group name, not empty.
+    /// @param second   Group argument, not empty; handed to the service as it is. The office
+    ///                 service does not get it.
+    /// @return kAccepted or kInvalidParameter.
     PLENXSDK_API int Start(ServiceType svcType, const std::string& first,
                            const std::string& second);
 
-    /// Queues the deletion of the group and the stop of its service. The outcome
-    /// comes as NotifyStatus with kind 1.
-    /// @param first   Group name, not empty.
+    /// Queues the deletion of the group and the stop of its service, whatever other groups the
+    /// service has. The outcome comes as NotifyStatus with kind 1, which for the PC and phone
+    /// services always says false; another one, of type 3 with value true, follows when everything
+    /// is stopped. A service that does not stop within 2 s without progress is ended.
+    /// @param svcType  Service 0 to 3.
+    /// @param first    Group name, not empty.
+    /// @return kAccepted or kInvalidParameter.
     PLENXSDK_API int Stop(ServiceType svcType, const std::string& first);
 
     /// Queues the news that the local device is online. With kCombinedService only the
     /// office service hears of it; the rest fails as NotifyStatus(3, first, 2, false). Call
-    /// it for kPcService as well.
+    /// it for kPcService as well. A failure at the PC or phone service comes as NotifyStatus with
+    /// kind 2; success brings no notification, and the office service none at all.
+    /// @param svcType  Service 0 to 3.
     /// @param first   Group name, not empty.
     /// @param second  Device id, not empty.
     /// @param size    Length of data in bytes; only its low 32 bits count. From 2^31 the
     ///                request to the PC or phone service fails and the office service gets
     ///                no bytes; otherwise the office service gets at most 16.
     /// @param data    Copied before the call returns; null means no bytes.
+    /// @return kAccepted or kInvalidParameter.
     PLENXSDK_API int LocalDeviceOnline(ServiceType svcType, const std::string& first,
                                        const std::string& second, std::uint64_t size,
                                        const unsigned char* data);
 
-    /// Queues the news that a remote device (second: its id) is online.
+    /// Queues the news that a remote device is online. The office service's outcome comes as
+    /// NotifyStatus with kind 2, of the PC and phone services only a failure.
+    /// @param svcType  Service 0 to 3.
+    /// @param first   Group name, not empty.
+    /// @param second  Device id, not empty.
+    /// @return kAccepted or kInvalidParameter.
     PLENXSDK_API int RemoteDeviceOnline(ServiceType svcType, const std::string& first,
                                         const std::string& second);
 
-    /// Queues the news that the local device goes offline, and why.
+    /// Queues the news that the local device goes offline, and why. The office service's outcome
+    /// comes as NotifyStatus with kind 3, of the PC and phone services only a failure.
+    /// @param svcType  Service 0 to 3.
+    /// @param first   Group name, not empty.
+    /// @param second  Device id, not empty.
+    /// @param trigger  Handed to the PC or phone service as it is.
+    /// @return kAccepted or kInvalidParameter.
     PLENXSDK_API int LocalDeviceOffline(ServiceType svcType, const std::string& first,
                                         const std::string& second, TriggerType trigger);
 
-    /// Queues the news that a remote device goes offline, and why.
+    /// Queues the news that a remote device goes offline, and why. A failure at the PC or phone
+    /// service comes as NotifyStatus with kind 3; of the office service nothing comes.
+    /// @param svcType  Service 0 to 3.
+    /// @param first   Group name, not empty.
+    /// @param second  Device id, not empty.
+    /// @param trigger  Handed to the PC or phone service as it is.
+    /// @return kAccepted or kInvalidParameter.
     PLENXSDK_API int RemoteDeviceOffline(ServiceType svcType, const std::string& first,
                                          const std::string& second, TriggerType trigger);
 
-    /// Queues the device's new name for the PC service. Not empty.
+    /// Queues the device's new name for the PC service. No notification tells the outcome.
+    /// @param name  Not empty.
+    /// @return kAccepted or kInvalidParameter.
     PLENXSDK_API int DeviceNameChanged(const std::string& name);
 
-    /// Queues a message from a remote device for the PC service. Always 0.
-    /// @param msgLen  Handed on as it is, never compared with message.size().
+    /// Queues a message from a remote device for the PC service. No notification tells the outcome.
+    /// @param msgType  Handed on as it is.
+    /// @param msgLen   Handed on as it is, never compared with message.size().
+    /// @param message  Any bytes; may be empty.
+    /// @return Always 0.
     PLENXSDK_API int RecvRemoteMessage(PLENXMessageType msgType, unsigned int msgLen,
                                        const std::string& message);
 
     /// Asks the companion library, on the caller's thread, for the folder of a
-    /// device of a group.
+    /// device of a group. Waits while the office service is being started, stopped or told of a
+    /// device.
     /// @param first   Group name.
     /// @param second  Device id.
     /// @param dir     In: a relative name. Out: the folder, a backslash, and that
@@ -274,11 +384,14 @@ public:
                                   std::string& dir);
 
     /// Adds an observer; one that is registered already is not added again. Waits
-    /// for a notification that is being delivered.
+    /// for a notification that is being delivered. Register before Init, or early notifications
+    /// are missed: none is kept for later.
+    /// @param observer  Not owned. Null is ignored.
     PLENXSDK_API void RegisterPLENXServiceObserver(PLENXServiceObserver* observer);
 
     /// Removes an observer; an unknown one is no error. Waits for a notification
     /// that is being delivered: once this has returned, the observer may be deleted.
+    /// @param observer  As it was registered.
     PLENXSDK_API void UnregisterPLENXServiceObserver(PLENXServiceObserver* observer);
 
     PLENXManager(const PLENXManager&) = delete;

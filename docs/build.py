@@ -1,0 +1,218 @@
+#!/usr/bin/env python3
+"""Makes the documentation as HTML that needs no network: the reference from the headers with
+Doxygen, and the Markdown pages with cmark-gfm, which reads them as GitHub does.
+
+usage: docs/build.py BUILD_FOLDER VERSION
+
+The result is BUILD_FOLDER/html/index.html. Links between pages are written for GitHub; here they
+are turned to the HTML files, and every heading gets the anchor that GitHub gives it. A linked file
+of the repository that is no page is put beside the pages. A link to something that is not there
+stays as it is, for check_links.py to find.
+"""
+
+import html
+import os
+import re
+import shutil
+import subprocess
+import sys
+import xml.etree.ElementTree as ElementTree
+from pathlib import Path
+
+ROOT = Path(__file__).resolve().parent.parent
+SITE = ROOT / "docs" / "site"
+
+# In reading order. Pages of docs/ that are not named here join the last group.
+NAVIGATION = {
+    "Begin": ["docs/index.md", "docs/getting-started.md", "docs/life-of-a-call.md",
+              "docs/services.md"],
+    "Look up": ["docs/result-codes.md", "docs/configuration.md", "docs/log-lines.md",
+                "docs/troubleshooting.md", "docs/security.md", "docs/driver-upgrade.md"],
+    "Write a service": ["docs/wire-protocol.md", "docs/plenxmsg.md", "docs/scenarios.md",
+                        "devservice/README.md"],
+    "Tools": ["docs/plenxhost.md", "docs/plenxhost-json.md", "docs/plenxtrace.md",
+              "host/README.md"],
+    "The project": ["README.md", "CHANGELOG.md", "CONTRIBUTING.md", "docs/performance.md",
+                    "docs/reliability.md", "docs/conformance.md", "companion/README.md",
+                    "tests/both_worlds/README.md"],
+}
+REFERENCE = {
+    "PLENXManager": "classDistributedFs_1_1PLENXManager.html",
+    "PLENXServiceObserver": "classDistributedFs_1_1PLENXServiceObserver.html",
+    "plenx_manager.h": "plenx__manager_8h.html",
+    "Companion: office service": "classDistributedFileManager.html",
+    "Companion: logger": "classOvLogger.html",
+}
+SHORT_TITLES = {"docs/index.md": "Where to begin", "README.md": "About the project"}
+
+# Of Doxygen's files: lists that the navigation makes needless, and what belongs to its own design.
+NEEDLESS = ["*.png", "*.js", "*.css", "doxygen.svg", "dir_*.html", "annotated.html", "classes.html",
+            "files.html", "functions*.html", "globals*.html", "pages.html", "hierarchy.html",
+            "namespaces.html", "namespacemembers*.html", "*-members.html", "*_source.html",
+            "doxygen_crawl.html"]
+
+
+def all_pages():
+    named = sum(NAVIGATION.values(), [])
+    found = [str(page.relative_to(ROOT)) for page in sorted((ROOT / "docs").glob("*.md"))]
+    NAVIGATION["The project"] += [page for page in found if page not in named]
+    return [page for page in sum(NAVIGATION.values(), []) if (ROOT / page).exists()]
+
+
+def html_name(page):
+    """docs/security.md becomes security.html, host/README.md becomes host-readme.html."""
+    return re.sub(r"[^a-z0-9]+", "-", page.lower().removeprefix("docs/")[:-3]) + ".html"
+
+
+def title_of(page):
+    heading = re.search(r"^# +(.*)$", (ROOT / page).read_text(encoding="utf-8"), re.MULTILINE)
+    return heading[1].replace("`", "") if heading else page
+
+
+def navigation(pages):
+    def group(name, links):
+        items = "\n".join(f'<li><a href="{target}">{html.escape(text)}</a></li>'
+                          for text, target in links)
+        return f"<h2>{name}</h2>\n<ul>\n{items}\n</ul>"
+
+    groups = [(name, [(SHORT_TITLES.get(page) or re.split("[:,]", title_of(page))[0],
+                       html_name(page)) for page in members if page in pages])
+              for name, members in NAVIGATION.items()]
+    groups.insert(2, ("Reference", list(REFERENCE.items())))
+    return "\n".join(group(name, links) for name, links in groups if links)
+
+
+def run_doxygen(build, version):
+    environment = dict(os.environ, PLENX_DOCS=str(build), PLENX_VERSION=version)
+    subprocess.run(["doxygen", SITE / "Doxyfile"], cwd=ROOT, env=environment, check=True)
+    for pattern in NEEDLESS:
+        for file in (build / "html").glob(pattern):
+            file.unlink()
+    for file in (build / "html").glob("*.html"):
+        text = file.read_text(encoding="utf-8")
+        # The page's contents list and the bread crumbs lead to what was just removed.
+        text = re.sub(r'<div id="nav-path".*?</ul>\s*</div>', "", text, flags=re.DOTALL)
+        text = re.sub(r'<a href="[\w-]+-members\.html">List of all members</a>', "", text)
+        text = re.sub(r'<p><a href="\w+_source\.html">Go to the source code[^<]*</a></p>', "", text)
+        text = re.sub(r'<code>(#include &lt;)<a [^>]*>([^<]*)</a>', r"<code>\1\2", text)
+        text = re.sub(r'&#160;<a href="[^"]*#details">More\.\.\.</a>|<a href="[^"]*#details">More\.\.\.</a>', "", text)
+        text = re.sub(r'<a class="el" href="(?:dir_|\w+_source)[^>]*>(.*?)</a>', r"\1", text)
+        file.write_text(text, encoding="utf-8")
+
+
+def api_links(build):
+    """The names of the public header, and where the reference tells about them."""
+    links = {}
+    for compound in ElementTree.parse(build / "plenxsdk.tag").getroot().iter("compound"):
+        owner = compound.findtext("name").split("::")[-1]
+        if owner in ("PLENXManager", "PLENXServiceObserver"):
+            links[owner] = compound.findtext("filename")
+        elif not owner.startswith("DistributedFs"):
+            continue
+        for member in compound.iter("member"):
+            target = f"{member.findtext('anchorfile')}#{member.findtext('anchor')}"
+            for name in (member.findtext("name"), f"{owner}::{member.findtext('name')}"):
+                links.setdefault(name, target)
+            for value in member.iter("enumvalue"):
+                links.setdefault(value.text, f"{value.get('file')}#{value.get('anchor')}")
+    return links
+
+
+class Pages:
+    def __init__(self, build, version):
+        self.build = build
+        self.out = build / "html"
+        self.version = version
+        self.pages = all_pages()
+        self.api = {}
+
+    def write_header(self):
+        template = (SITE / "header.html").read_text(encoding="utf-8")
+        (self.build / "header.html").write_text(
+            template.replace("@NAVIGATION@", navigation(self.pages)), encoding="utf-8")
+
+    def target(self, page, link):
+        """Where a link of a page leads in the HTML."""
+        link = html.unescape(link)
+        if re.match(r"[a-z]+:|#", link):
+            return link
+        path, mark, fragment = link.partition("#")
+        path = os.path.normpath(Path(page).parent / path)
+        if path in self.pages:
+            return html_name(path) + mark + fragment
+        if re.match(r"(include|companion/include)/.*\.h$", path):
+            return path.split("/")[-1].replace("_", "__").replace(".", "_8") + ".html"
+        if (ROOT / path).is_file():
+            name = path.split("/")[-1] if "/images/" in path else path.replace("/", "-")
+            shutil.copy(ROOT / path, self.out / name)
+            return name
+        return link
+
+    def code_span(self, match):
+        """The name of an operation or a constant leads to the reference."""
+        target = self.api.get(re.match(r"[\w:]*", match[1])[0])
+        plain = re.fullmatch(r"[\w:]+(\(.*\))?", match[1])
+        return f'<a class="api" href="{target}">{match[0]}</a>' if target and plain else match[0]
+
+    def content(self, page):
+        cmark = ["cmark-gfm", "--unsafe", "-e", "table", "-e", "strikethrough", "-e", "autolink"]
+        text = subprocess.run([*cmark, ROOT / page], check=True, capture_output=True,
+                              encoding="utf-8").stdout
+        used = {}
+
+        def heading(match):
+            plain = html.unescape(re.sub(r"<[^>]*>", "", match[2]))
+            anchor = re.sub(r"[^\w\- ]", "", plain.lower()).replace(" ", "-")
+            count = used[anchor] = used.get(anchor, -1) + 1
+            anchor += f"-{count}" if count else ""
+            return f'<h{match[1]} id="{anchor}">{match[2]}</h{match[1]}>'
+
+        text = re.sub(r"<h([1-6])>(.*?)</h\1>", heading, text, flags=re.DOTALL)
+        text = re.sub(r'(<a href|<img src)="([^"]*)"',
+                      lambda match: f'{match[1]}="{self.target(page, match[2])}"', text)
+        links = re.split(r"(<a .*?</a>|<pre.*?</pre>|<h\d.*?</h\d>)", text, flags=re.DOTALL)
+        links[::2] = [re.sub(r"<code>([^<]*)</code>", self.code_span, part)
+                      for part in links[::2]]
+        text = "".join(links)
+        text = re.sub(r"<table>.*?</table>", r'<div class="table">\g<0></div>', text,
+                      flags=re.DOTALL)
+        return re.sub(r'<pre>|<pre lang="(\w+)">', '<pre tabindex="0">', text)
+
+    def contents_list(self, text):
+        """Of a long page; on top of it."""
+        headings = re.findall(r'<h2 id="([^"]*)">(.*?)</h2>', text, flags=re.DOTALL)
+        if len(headings) < 4:
+            return text
+        items = "".join(f'<li><a href="#{anchor}">{re.sub("</?a[^>]*>", "", title)}</a></li>'
+                        for anchor, title in headings)
+        return text.replace("</h1>", f'</h1>\n<ul class="contents-list">{items}</ul>', 1)
+
+    def write(self):
+        self.api = api_links(self.build)
+        top = (self.build / "header.html").read_text(encoding="utf-8")
+        bottom = (SITE / "footer.html").read_text(encoding="utf-8")
+        for page in self.pages:
+            text = self.contents_list(self.content(page))
+            shell = (top + '<article class="page">\n@CONTENT@</article>\n' + bottom)
+            shell = shell.replace("$title", html.escape(title_of(page)))
+            shell = shell.replace("$projectnumber", self.version).replace("$relpath^", "")
+            here = f'<a href="{html_name(page)}">'
+            shell = shell.replace("<li>" + here, f'<li class="here">{here}')
+            (self.out / html_name(page)).write_text(shell.replace("@CONTENT@", text),
+                                                    encoding="utf-8")
+
+
+def main():
+    build, version = Path(sys.argv[1]).resolve(), sys.argv[2]
+    shutil.rmtree(build / "html", ignore_errors=True)
+    (build / "html").mkdir(parents=True)
+    pages = Pages(build, version)
+    pages.write_header()
+    run_doxygen(build, version)
+    shutil.copy(SITE / "style.css", build / "html")
+    pages.write()
+    print(f"docs: {len(pages.pages)} pages and the reference, in {build}/html")
+
+
+if __name__ == "__main__":
+    main()

@@ -1,0 +1,133 @@
+// hello-host: a small but whole host. It starts the PC service, waits until it hears what came of
+// that, stops the service again, and ends.
+//
+//     hello-host INSTALL_FOLDER DATA_FOLDER
+//
+// Ends with 0 when both outcomes came, 1 when not, 2 when the command line is wrong.
+
+#include <plenxsdk/plenx_manager.h>
+
+#include <chrono>
+#include <condition_variable>
+#include <cstdint>
+#include <cstdio>
+#include <mutex>
+#include <optional>
+#include <string>
+
+using namespace DistributedFs;
+
+namespace {
+
+const std::string kGroup = "home";
+constexpr auto kPatience = std::chrono::seconds(60);
+
+// Calls come on threads of the library, one at a time: print, note down, return at once.
+class Observer : public PLENXServiceObserver {
+public:
+    // The outcome of our own calls, and what services report by themselves.
+    int NotifyStatus(ServiceType service, const std::string& group, unsigned int kind,
+                     bool value) override {
+        std::printf("NotifyStatus     service %u, group %s, kind %u, %s\n", unsigned{service},
+                    group.c_str(), kind, value ? "true" : "false");
+        if (service == kPcService && group == kGroup && kind <= kStatusStop) {
+            const std::lock_guard<std::mutex> lock(mutex_);
+            (kind == kStatusStart ? started_ : stopped_) = value;
+            heard_.notify_all();
+        }
+        return 0;
+    }
+    int NotifyConnect(ServiceType service, const std::string& group) override {
+        return Print("NotifyConnect", service, group);
+    }
+    int NotifyDisconnect(ServiceType service, const std::string& group) override {
+        return Print("NotifyDisconnect", service, group);
+    }
+    int NotifyReconnect(ServiceType service, const std::string& group) override {
+        return Print("NotifyReconnect", service, group);
+    }
+    int QueryLinkStatus(ServiceType service, const std::string& group, unsigned int,
+                        std::int32_t& linkStatus) override {
+        linkStatus = 0;  // what the service gets as its answer
+        return Print("QueryLinkStatus", service, group);
+    }
+    int SendLocalMessage(PLENXMessageType type, unsigned int, const std::string& message) override {
+        std::printf("SendLocalMessage type %d, %zu bytes\n", int{type}, message.size());
+        return 0;
+    }
+    int NotifyError(int code) override {
+        std::printf("NotifyError      code %d\n", code);
+        return 0;
+    }
+    int NotifyDiskName(const std::string& disk) override {
+        std::printf("NotifyDiskName   %s\n", disk.c_str());
+        return 0;
+    }
+
+    // Wait on a thread of the host, never inside a notification. Empty when nothing came in time.
+    std::optional<bool> WaitForStart() { return WaitFor(started_); }
+    std::optional<bool> WaitForStop() { return WaitFor(stopped_); }
+
+private:
+    static int Print(const char* what, ServiceType service, const std::string& group) {
+        std::printf("%-16s service %u, group %s\n", what, unsigned{service}, group.c_str());
+        return 0;
+    }
+
+    std::optional<bool> WaitFor(const std::optional<bool>& outcome) {
+        std::unique_lock<std::mutex> lock(mutex_);
+        heard_.wait_for(lock, kPatience, [&] { return outcome.has_value(); });
+        return outcome;
+    }
+
+    std::mutex mutex_;
+    std::condition_variable heard_;
+    std::optional<bool> started_;
+    std::optional<bool> stopped_;
+};
+
+// Starts and stops the PC service; true when both were heard of and the start succeeded.
+bool Run(PLENXManager& manager, Observer& observer, const char* installFolder,
+         const char* dataFolder) {
+    // All of this returns at once; the work is done behind it, in this order.
+    manager.Init(installFolder, dataFolder, "", false);
+    manager.SetConfig(kPcService, kLocaleConfig, std::string("en_GB"));
+    if (manager.Start(kPcService, kGroup, "argument of the group") != kAccepted) {
+        return false;
+    }
+
+    // 0 meant that the call was taken. Whether it worked is told by NotifyStatus.
+    const std::optional<bool> started = observer.WaitForStart();
+    if (!started) {
+        std::puts("The start has had no outcome.");
+        return false;
+    }
+    std::puts(*started ? "The PC service runs." : "The PC service did not start: see the log.");
+
+    // The outcome of a stop is always false; that it came is what counts.
+    manager.Stop(kPcService, kGroup);
+    if (!observer.WaitForStop()) {
+        std::puts("The stop has had no outcome.");
+        return false;
+    }
+    const bool isGone = manager.GetInt64Config(kPcService, kServiceNotRunningConfig) == 1;
+    std::puts(isGone ? "The PC service is stopped." : "The PC service still runs.");
+    return *started && isGone;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    if (argc != 3) {
+        std::fputs("usage: hello-host INSTALL_FOLDER DATA_FOLDER\n", stderr);
+        return 2;
+    }
+    std::setvbuf(stdout, nullptr, _IONBF, 0);
+
+    Observer observer;
+    PLENXManager& manager = PLENXManager::GetInstance();
+    manager.RegisterPLENXServiceObserver(&observer);  // before Init: nothing is kept for later
+    const bool done = Run(manager, observer, argv[1], argv[2]);
+    manager.UnregisterPLENXServiceObserver(&observer);  // from here on it may be deleted
+    return done ? 0 : 1;  // at the end of the process the library uninstalls its services
+}
