@@ -106,6 +106,30 @@ public:
         object["leftovers"] = report.leftovers;
         return ToLine(object);
     }
+
+    std::string Format(const Stamp& stamp, const CheckReport& report) const override {
+        std::string lines;
+        for (const Finding& finding : report.findings) {
+            Json object = Begin("finding", stamp);
+            object["check"] = report.check.name;
+            object["level"] = NameOf(finding.level);
+            Put(object, "text", finding.text);
+            if (!finding.advice.empty()) {
+                Put(object, "advice", finding.advice);
+            }
+            lines += (lines.empty() ? "" : "\n") + ToLine(object);
+        }
+        return lines;
+    }
+
+    std::string Format(const Stamp& stamp, const DiagnosisReport& report) const override {
+        Json object = Begin("diagnosis", stamp);
+        object["exitCode"] = report.exitCode;
+        object["problems"] = report.diagnosis.problems;
+        object["notes"] = report.diagnosis.notes;
+        object["notLookedAt"] = NotLookedAt();
+        return ToLine(object);
+    }
 };
 
 }  // namespace

@@ -1,9 +1,9 @@
 // Reports as lines: for people, or one JSON object per line for programs.
 //
-// JSON keys that all objects have: type (notification, command, text, error, end), time
-// (local, like the times in the log files), seconds (since the start) and thread. A text
-// that is not UTF-8 is shown with U+FFFD in it and is given in full by a second key, its
-// name followed by Hex.
+// JSON keys that all objects have: type (notification, command, text, error, end, finding,
+// diagnosis), time (local, like the times in the log files), seconds (since the start) and
+// thread. A text that is not UTF-8 is shown with U+FFFD in it and is given in full by a second
+// key, its name followed by Hex. docs/plenxhost-json.md describes them for those who read them.
 
 #ifndef PLENXHOST_LINE_FORMAT_H
 #define PLENXHOST_LINE_FORMAT_H
@@ -13,6 +13,7 @@
 #include <memory>
 #include <string>
 
+#include "colours.h"
 #include "report.h"
 
 namespace PlenxHost {
@@ -35,9 +36,11 @@ public:
     virtual std::string Format(const Stamp& stamp, const CommandReport& report) const = 0;
     virtual std::string Format(const Stamp& stamp, const Note& note) const = 0;
     virtual std::string Format(const Stamp& stamp, const EndReport& report) const = 0;
+    virtual std::string Format(const Stamp& stamp, const CheckReport& report) const = 0;
+    virtual std::string Format(const Stamp& stamp, const DiagnosisReport& report) const = 0;
 };
 
-std::unique_ptr<LineFormat> MakeTextFormat();
+std::unique_ptr<LineFormat> MakeTextFormat(Colours colours = Colours::kNone);
 std::unique_ptr<LineFormat> MakeJsonFormat();
 
 }  // namespace PlenxHost

@@ -1,16 +1,17 @@
 // plenxhost: a host application for the command line, to drive the library by hand, by a
-// script, or by another program, and to see what it notifies.
-
-#include <CLI/CLI.hpp>
+// script, or by another program, and to see what it notifies; and a doctor for the system.
 
 #include <cmath>
 #include <cstdio>
+#include <cstdlib>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "commands.h"
+#include "doctor/doctor.h"
 #include "exit_code.h"
+#include "options.h"
 #include "output.h"
 #include "platform.h"
 #include "run_limit.h"
@@ -22,97 +23,101 @@
 namespace PlenxHost {
 namespace {
 
-struct Options {
-    InitArguments init;
-    std::string script;
-    bool json = false;
-    double timeout = 0;
+// What every step of a run needs.
+struct Surroundings {
+    const Options& options;
+    const StandardStreams& streams;
+    Output& output;
 };
 
-void Declare(CLI::App& app, Options& options) {
-    app.add_option("--install", options.init.install, "Install folder, for init");
-    app.add_option("--data", options.init.data, "Data folder, for init; see below");
-    app.add_option("--third", options.init.third, "Third argument of init");
-    app.add_flag("--flag", options.init.flag, "Last argument of init");
-    app.add_option("--script", options.script, "Run the commands of this file");
-    app.add_flag("--json", options.json, "Print one JSON object per line");
-    app.add_option("--timeout", options.timeout, "Longest time of the whole run, in seconds")
-        ->check(CLI::Range(0.0, 86400.0));
-    app.set_version_flag("--version", "plenxhost " PLENXHOST_VERSION);
-    app.footer(
-        "Commands come from the script, or else from the input; the command help lists\n"
-        "them. Exit codes: 0 all expectations held, 1 not all did, 2 wrong usage, 3 timeout.\n"
-        "The data folder's sub-folders plenx, plenx0 ... plenx99 are DELETED by init.");
+Colours ColoursOf(const Options& options, bool isTerminal) {
+    return DecideColours(options.colour, isTerminal, std::getenv("NO_COLOR"));
 }
 
 // Tells people on the error stream, and programs in their own way as well.
-void Complain(const std::string& text, bool json, Output& output) {
-    if (json) {
-        output.Write(Note{NoteKind::kError, text});
+void Complain(const std::string& text, const Surroundings& at) {
+    if (at.options.json) {
+        at.output.Write(Note{NoteKind::kError, text});
     }
-    std::fprintf(stderr, "plenxhost: %s\n", text.c_str());
+    const Colours colours = ColoursOf(at.options, at.streams.ErrorsAreTerminal());
+    std::fprintf(stderr, "%s\n", Paint(colours, Role::kBad, "plenxhost: " + text).c_str());
     std::fflush(stderr);
 }
 
-void RunInput(const Options& options, const StandardStreams& streams, Output& output,
-              Session& session) {
-    const bool dialogue = streams.InputIsConsole() && !options.json;
+void RunInput(const Surroundings& at, Session& session) {
+    const bool dialogue = at.streams.InputIsConsole() && !at.options.json;
     const auto read = [&](std::string& line) {
         if (dialogue) {
             std::fputs("plenx> ", stdout);
             std::fflush(stdout);
         }
-        return streams.ReadLine(line);
+        return at.streams.ReadLine(line);
     };
     if (dialogue) {
         RunLines(
-            read, [&](const std::string& text) { Complain(text, false, output); }, session);
+            read, [&](const std::string& text) { Complain(text, at); }, session);
     } else {
         RunLines(read, nullptr, session);
     }
 }
 
-int Conclude(const EndReport& report, const Options& options, Output& output) {
-    output.Write(report);
-    if (options.json && report.exitCode != kAllHeld) {
+int Conclude(const EndReport& report, const Surroundings& at) {
+    at.output.Write(report);
+    if (at.options.json && report.exitCode != kAllHeld) {
         std::fprintf(stderr, "%s\n", MakeTextFormat()->Format(Stamp(), report).c_str());
     }
     return report.exitCode;
 }
 
-int Run(const Options& options, const StandardStreams& streams, Output& output) {
+int Run(const Surroundings& at) {
+    const Options& options = at.options;
     const bool scripted = !options.script.empty();
     const std::vector<Step> steps = scripted ? LoadScript(options.script) : std::vector<Step>();
-    Session session(options.init, output);
+    Session session(options.init, at.output);
     const RunLimit limit(std::chrono::milliseconds(std::llround(options.timeout * 1000)), [&] {
-        Complain("timeout at " + session.Current(), options.json, output);
+        Complain("timeout at " + session.Current(), at);
         session.Interrupt();
     });
     session.Run(ParseStep("register main", ""));
     if (scripted) {
         RunSteps(steps, session);
     } else {
-        RunInput(options, streams, output, session);
+        RunInput(at, session);
     }
-    return Conclude(session.Finish(limit.Expired()), options, output);
+    return Conclude(session.Finish(limit.Expired()), at);
 }
 
-int Main(std::vector<std::string> arguments) {
+int RunDoctor(const Surroundings& at) {
+    const Options& options = at.options;
+    const Patient patient{options.init.install, options.init.data,
+                          options.program.empty() ? ProgramFolder() : options.program};
+    const std::unique_ptr<System> system = MakeSystem();
+    const Diagnosis diagnosis =
+        Examine(patient, *system, [&](const Check& check, const std::vector<Finding>& findings) {
+            at.output.Write(CheckReport{check, findings});
+        });
+    const int exitCode = diagnosis.problems == 0 ? kAllHeld : kNotAllHeld;
+    at.output.Write(DiagnosisReport{diagnosis, exitCode});
+    return exitCode;
+}
+
+int Main(const std::vector<std::string>& arguments) {
     const StandardStreams streams;
-    CLI::App app("Drives plenxsdk.dll from the command line", "plenxhost");
-    Options options;
-    Declare(app, options);
-    try {
-        // The parser takes the arguments from the back.
-        app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
-    } catch (const CLI::ParseError& error) {
-        return app.exit(error) == 0 ? kAllHeld : kWrongUsage;
+    const ParsedOptions parsed = ParseOptions(arguments);
+    if (parsed.over) {
+        std::fputs(parsed.output.c_str(), stdout);
+        std::fputs(parsed.error.c_str(), stderr);
+        return parsed.exitCode;
     }
-    Output output(stdout, options.json ? MakeJsonFormat() : MakeTextFormat());
+    const Options& options = parsed.options;
+    Output output(stdout, options.json
+                              ? MakeJsonFormat()
+                              : MakeTextFormat(ColoursOf(options, streams.OutputIsTerminal())));
+    const Surroundings at{options, streams, output};
     try {
-        return Run(options, streams, output);
+        return options.doctor ? RunDoctor(at) : Run(at);
     } catch (const ScriptError& error) {
-        Complain(error.what(), options.json, output);
+        Complain(error.what(), at);
         return kWrongUsage;
     }
 }
@@ -125,5 +130,5 @@ extern "C" int wmain(int count, wchar_t** arguments) {
     for (int i = 1; i < count; ++i) {
         texts.push_back(PlenxHost::WideToUtf8(arguments[i]));
     }
-    return PlenxHost::Main(std::move(texts));
+    return PlenxHost::Main(texts);
 }

@@ -20,11 +20,17 @@ public:
     StandardStreams& operator=(const StandardStreams&) = delete;
 
     bool InputIsConsole() const { return inputIsConsole_; }
+    /// Whether it is a terminal that obeys escape sequences.
+    bool OutputIsTerminal() const { return outputIsTerminal_; }
+    bool ErrorsAreTerminal() const { return errorsAreTerminal_; }
     /// The next line of the input as UTF-8; false at its end.
     bool ReadLine(std::string& line) const;
 
 private:
     bool inputIsConsole_ = false;
+    bool outputIsTerminal_ = false;
+    bool errorsAreTerminal_ = false;
+    std::uint32_t outputMode_ = 0;
     unsigned int consoleCodePage_ = 0;
 };
 

@@ -17,6 +17,43 @@ bool IsConsole(DWORD standardHandle) {
     return GetConsoleMode(GetStdHandle(standardHandle), &mode) != 0;
 }
 
+// Not every console that takes the mode obeys it: one that writes a sequence out as characters
+// moves on, and is told so.
+bool ObeysSequences(HANDLE console) {
+    constexpr wchar_t kNothing[] = L"\x1b[m";
+    constexpr DWORD kLength = 3;
+    CONSOLE_SCREEN_BUFFER_INFO before{};
+    CONSOLE_SCREEN_BUFFER_INFO after{};
+    DWORD count = 0;
+    if (!GetConsoleScreenBufferInfo(console, &before) ||
+        !WriteConsoleW(console, kNothing, kLength, &count, nullptr) ||
+        !GetConsoleScreenBufferInfo(console, &after)) {
+        return false;
+    }
+    const COORD from = before.dwCursorPosition;
+    if (from.X == after.dwCursorPosition.X && from.Y == after.dwCursorPosition.Y) {
+        return true;
+    }
+    FillConsoleOutputCharacterW(console, L' ', kLength, from, &count);
+    SetConsoleCursorPosition(console, from);
+    return false;
+}
+
+// The console obeys escape sequences from now on, if it can.
+bool MakeTerminal(DWORD standardHandle) {
+    const HANDLE console = GetStdHandle(standardHandle);
+    DWORD mode = 0;
+    if (!GetConsoleMode(console, &mode) ||
+        !SetConsoleMode(console, mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING)) {
+        return false;
+    }
+    if (!ObeysSequences(console)) {
+        SetConsoleMode(console, mode);
+        return false;
+    }
+    return true;
+}
+
 bool ReadConsoleLine(std::string& line) {
     std::wstring wide;
     wchar_t part[512];
@@ -60,12 +97,18 @@ StandardStreams::StandardStreams() : inputIsConsole_(IsConsole(STD_INPUT_HANDLE)
     if (IsConsole(STD_OUTPUT_HANDLE)) {
         consoleCodePage_ = GetConsoleOutputCP();
         SetConsoleOutputCP(CP_UTF8);
+        DWORD mode = 0;
+        GetConsoleMode(GetStdHandle(STD_OUTPUT_HANDLE), &mode);
+        outputMode_ = mode;
     }
+    outputIsTerminal_ = MakeTerminal(STD_OUTPUT_HANDLE);
+    errorsAreTerminal_ = MakeTerminal(STD_ERROR_HANDLE);
 }
 
 StandardStreams::~StandardStreams() {
     if (consoleCodePage_ != 0) {
         SetConsoleOutputCP(consoleCodePage_);
+        SetConsoleMode(GetStdHandle(STD_OUTPUT_HANDLE), outputMode_);
     }
 }
 

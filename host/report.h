@@ -1,4 +1,5 @@
-// What is printed: notifications, commands with their outcome, plain texts and the end.
+// What is printed: notifications, commands with their outcome, plain texts and the end; and what
+// the doctor found.
 
 #ifndef PLENXHOST_REPORT_H
 #define PLENXHOST_REPORT_H
@@ -9,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "doctor/doctor.h"
 #include "notification.h"
 
 namespace PlenxHost {
@@ -49,6 +51,17 @@ struct EndReport {
     int expectations;
     std::vector<std::string> failures;
     std::vector<std::string> leftovers;  ///< Notifications that nothing expected.
+};
+
+/// All that one of the doctor's checks has found.
+struct CheckReport {
+    const Check& check;
+    const std::vector<Finding>& findings;
+};
+
+struct DiagnosisReport {
+    const Diagnosis& diagnosis;
+    int exitCode;
 };
 
 }  // namespace PlenxHost

@@ -1,0 +1,34 @@
+// Colours for a terminal: what is worth one, and whether there shall be any. Pure functions.
+
+#ifndef PLENXHOST_COLOURS_H
+#define PLENXHOST_COLOURS_H
+
+#include <string>
+
+namespace PlenxHost {
+
+enum class Colours { kNone, kSome };
+
+/// What the user asks for with --color.
+enum class ColourWish { kAuto, kAlways, kNever };
+
+/// noColor: the environment variable NO_COLOR, or null. It and the terminal count only where the
+/// user asks for nothing else.
+Colours DecideColours(ColourWish wish, bool isTerminal, const char* noColor);
+
+enum class Role {
+    kFaint,         ///< times and threads
+    kCommand,       ///< what the host does
+    kNotification,  ///< what the library tells
+    kGood,          ///< held, ok
+    kWarning,       ///< worth a look
+    kBad,           ///< did not hold, an error, a problem
+    kHeading,
+};
+
+/// The text in the colour of its role.
+std::string Paint(Colours colours, Role role, const std::string& text);
+
+}  // namespace PlenxHost
+
+#endif  // PLENXHOST_COLOURS_H

@@ -1,0 +1,21 @@
+// The checks, one for each part of what a host needs; the table of them stands in doctor.cpp.
+
+#ifndef PLENXHOST_DOCTOR_CHECKS_H
+#define PLENXHOST_DOCTOR_CHECKS_H
+
+#include "doctor/doctor.h"
+
+namespace PlenxHost {
+
+void CheckLibrary(const Patient& patient, System& system, Findings& findings);
+void CheckInstallFolder(const Patient& patient, System& system, Findings& findings);
+void CheckUpgrade(const Patient& patient, System& system, Findings& findings);
+void CheckRights(const Patient& patient, System& system, Findings& findings);
+void CheckServices(const Patient& patient, System& system, Findings& findings);
+void CheckDriver(const Patient& patient, System& system, Findings& findings);
+void CheckEndpoints(const Patient& patient, System& system, Findings& findings);
+void CheckWorkingFolder(const Patient& patient, System& system, Findings& findings);
+
+}  // namespace PlenxHost
+
+#endif  // PLENXHOST_DOCTOR_CHECKS_H

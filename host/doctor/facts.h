@@ -1,0 +1,43 @@
+// Names that are fixed between the library and its services, and how facts read in a sentence.
+
+#ifndef PLENXHOST_DOCTOR_FACTS_H
+#define PLENXHOST_DOCTOR_FACTS_H
+
+#include <string>
+
+#include "doctor/system.h"
+
+namespace PlenxHost {
+
+struct ServiceRow {
+    const char* name;
+    const char* endpoint;
+    bool installedByInit;
+};
+
+constexpr ServiceRow kServiceRows[] = {
+    {"PlenxOfficeSvc", "PLENXOfficeService", false},
+    {"PlenxPcSvc", "PLENXPCService", true},
+    {"PlenxPhoneSvc", "PLENXPhoneService", true},
+};
+
+constexpr const char* kDriverName = "Dokan1";
+constexpr const char* kDriverFiles[] = {"dokan1.sys", "dokan1.dll", "dokanfuse1.dll"};
+constexpr const char* kServiceProgram = "plenxservice.exe";
+constexpr const char* kManagerEndpoint = "Manager";
+
+/// "error 5 (access denied)".
+std::string ErrorText(std::uint32_t error);
+std::string StateText(const ServiceFacts& facts);
+std::string StartTypeText(StartType type);
+
+/// Without quotes and without what drivers have in front.
+std::string PlainPath(const std::string& registered);
+/// Whether two paths have the same letters, whatever their case.
+bool SamePath(const std::string& first, const std::string& second);
+/// Whether the path is the folder or lies in it.
+bool IsWithin(const std::string& path, const std::string& folder);
+
+}  // namespace PlenxHost
+
+#endif  // PLENXHOST_DOCTOR_FACTS_H
