@@ -1,0 +1,210 @@
+// The doctor against the real system.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <windows.h>
+
+#include <aclapi.h>
+
+#include "plenxhost/host_process.h"
+#include "support/child_process.h"
+#include "support/install_folder.h"
+#include "support/service_state.h"
+#include "system/endpoint_holder.h"
+#include "system/wait.h"
+
+namespace PlenxTest {
+namespace {
+
+using testing::HasSubstr;
+using testing::Not;
+
+std::string ArgumentsOf(const InstallFolder& folder) {
+    return "--install " + folder.Install() + " --data " + folder.Data();
+}
+
+class Doctor : public testing::Test {
+protected:
+    Printed Examine(const std::string& more = "") {
+        return RunPlenxhost("doctor " + ArgumentsOf(folder_) + more);
+    }
+
+    InstallFolder folder_{L"PlenxDoctor"};
+};
+
+// What the doctor must leave as it was: files and services.
+std::string Trace(const InstallFolder& folder) {
+    std::string trace;
+    for (const auto& entry :
+         std::filesystem::recursive_directory_iterator(folder.InstallPath().parent_path())) {
+        trace += entry.path().string() + "\n";
+    }
+    for (const wchar_t* service : {L"PlenxOfficeSvc", L"PlenxPcSvc", L"PlenxPhoneSvc", L"Dokan1"}) {
+        trace += IsRegistered(service) ? "1" : "0";
+    }
+    return trace;
+}
+
+TEST_F(Doctor, FreshSystem_IsWellAndLeftAsItIs) {
+    const std::string before = Trace(folder_);
+    const Printed printed = Examine();
+    EXPECT_EQ(printed.exitCode, 0) << printed.output;
+    for (const char* line :
+         {"  ok       plenxsdk.dll 1.0.0.0\n", "  ok       plenxservice.exe 1.0.0.0\n",
+          "  ok       dokan1.sys 1.0.0.0\n", "  ok       this program runs as administrator\n",
+          "  ok       PlenxPcSvc is not registered; Init registers it\n",
+          "  ok       Dokan1 is not registered; Init registers it\n",
+          "  ok       Manager is free: no host is running\n",
+          "  ok       PLENXPCService is free: its service is not running\n",
+          "  ok       the next Init works in C:\\PlenxDoctor\\data\\plenx\n",
+          "\n0 problems, 0 notes\nexit code 0\n"}) {
+        EXPECT_THAT(printed.output, HasSubstr(line));
+    }
+    EXPECT_THAT(printed.output, Not(HasSubstr("\x1b")));
+    EXPECT_EQ(Trace(folder_), before);
+}
+
+TEST_F(Doctor, RunningHostAndService_AreSeenAndNotDisturbed) {
+    HostProcess host(ArgumentsOf(folder_));
+    host.Send("init");
+    host.Send("start pc home argument");
+    host.Send("expect NotifyStatus pc home start true within 50000");
+    ASSERT_TRUE(host.Prints("within 50000: yes")) << host.Output();
+    const DWORD process = ProcessIdOf(L"PlenxPcSvc");
+    const Printed printed = Examine();
+    EXPECT_EQ(printed.exitCode, 0) << printed.output;
+    EXPECT_THAT(printed.output,
+                HasSubstr("  ok       PlenxPcSvc is registered, starts on demand, is running as "
+                          "process " +
+                          std::to_string(process) + ": C:\\PlenxDoctor\\app\\plenxservice.exe\n"));
+    EXPECT_THAT(printed.output, HasSubstr("  ok       PLENXPCService answers a ping ("));
+    EXPECT_THAT(printed.output, HasSubstr("  note     Manager is taken: a host is running\n"));
+    EXPECT_THAT(printed.output, HasSubstr("  ok       Dokan1 is registered, starts with the "
+                                          "system, is running: C:\\PlenxDoctor\\app\\dokan1.sys"));
+    EXPECT_THAT(printed.output,
+                HasSubstr("  ok       a host is running; its working folder is not looked at\n"));
+    host.Send("stop pc home");
+    host.Send("expect NotifyDisconnect pc home within 50000");
+    host.Send("expect NotifyStatus pc home stop false within 50000");
+    EXPECT_EQ(host.Wait(), 0) << host.Output();
+}
+
+// Wine's server of an endpoint goes deaf when a client looks at its pipe in the wrong moment. The
+// doctor must not be such a client.
+TEST_F(Doctor, LookingAgainAndAgain_DisturbsNoHostThatBegins) {
+    ChildProcess looker(ChildProcess::Self(L"--look"));
+    HostProcess host(ArgumentsOf(folder_));
+    host.Send("init");
+    host.Send("start pc home argument");
+    host.Send("expect NotifyConnect pc home within 50000");
+    EXPECT_EQ(host.Wait(), 0) << host.Output();
+    EXPECT_FALSE(looker.WaitForExit(0).has_value()) << "it has looked at nothing";
+}
+
+TEST_F(Doctor, MissingFiles_AreProblems) {
+    std::filesystem::remove(folder_.InstallPath() / L"plenxservice.exe");
+    std::filesystem::remove(folder_.InstallPath() / L"dokan1.dll");
+    const Printed printed = Examine(" --program " + folder_.Data());
+    EXPECT_EQ(printed.exitCode, 1);
+    EXPECT_THAT(printed.output,
+                HasSubstr("  problem  plenxservice.exe is missing\n"
+                          "           Install it; without it every Start of the PC or phone "
+                          "service fails.\n"));
+    EXPECT_THAT(printed.output, HasSubstr("  problem  dokan1.dll is missing\n"));
+    EXPECT_THAT(printed.output, HasSubstr("  problem  libstdc++-6.dll is missing\n"));
+    EXPECT_THAT(printed.output, HasSubstr("\n8 problems, 0 notes\nexit code 1\n"));
+}
+
+TEST_F(Doctor, UpgradeThatWaits_IsToldWithItsVersion) {
+    folder_.AddUpgrade();
+    EXPECT_THAT(Examine().output, HasSubstr("  note     dokan1.sys 1.1.0.0 waits in upgrade\n"));
+}
+
+TEST_F(Doctor, EndpointTakenBySomebodyElse_IsAProblem) {
+    const EndpointHolder holder(EndpointHolder::By::kServing);
+    ASSERT_TRUE(holder.Holds());
+    const Printed printed = Examine();
+    EXPECT_EQ(printed.exitCode, 1);
+    EXPECT_THAT(
+        printed.output,
+        HasSubstr("  problem  Manager is taken, but no host has registered its services\n"));
+}
+
+TEST_F(Doctor, HostThatWasKilled_LeavesTracesThatAreTold) {
+    {
+        HostProcess host(ArgumentsOf(folder_));
+        host.Send("init");
+        host.Send("start pc home argument");
+        host.Send("expect NotifyStatus pc home start true within 50000");
+        ASSERT_TRUE(host.Prints("within 50000: yes")) << host.Output();
+        host.Kill();
+    }
+    const HANDLE held = CreateFileW((folder_.WorkingFolder() / L"held.txt").c_str(), GENERIC_WRITE,
+                                    FILE_SHARE_READ, nullptr, CREATE_ALWAYS, 0, nullptr);
+    ASSERT_NE(held, INVALID_HANDLE_VALUE);
+    const Printed printed = Examine();
+    CloseHandle(held);
+    EXPECT_THAT(printed.output,
+                HasSubstr("  note     PlenxPcSvc is left over: no host is running\n"));
+    EXPECT_THAT(printed.output, HasSubstr("  note     plenx cannot be removed: "
+                                          "C:\\PlenxDoctor\\data\\plenx\\"));
+    EXPECT_THAT(printed.output,
+                HasSubstr("  ok       the next Init works in C:\\PlenxDoctor\\data\\plenx0\n"));
+}
+
+TEST_F(Doctor, ServiceThatHangs_IsToldInTime) {
+    folder_.SetServiceControl("delay.PingService=60000\n");
+    {
+        HostProcess host(ArgumentsOf(folder_));
+        host.Send("init");
+        host.Send("start pc home argument");
+        ASSERT_TRUE(
+            WaitFor([] { return StateOf(L"PlenxPcSvc") == DWORD{SERVICE_RUNNING}; }, 60000));
+        const Printed printed = Examine();
+        EXPECT_EQ(printed.exitCode, 1);
+        EXPECT_THAT(printed.output,
+                    HasSubstr("  problem  PLENXPCService has not answered a ping within "));
+        host.Kill();
+    }
+    EndService(L"PlenxPcSvc");
+}
+
+TEST_F(Doctor, ServiceOfAnotherFolder_IsAProblem) {
+    const SC_HANDLE manager = OpenSCManagerW(nullptr, nullptr, SC_MANAGER_ALL_ACCESS);
+    const SC_HANDLE service = CreateServiceW(
+        manager, L"PlenxPcSvc", L"PlenxPcSvc", SERVICE_ALL_ACCESS, SERVICE_WIN32_OWN_PROCESS,
+        SERVICE_DISABLED, SERVICE_ERROR_NORMAL, L"C:\\No Such\\plenxservice.exe", nullptr, nullptr,
+        nullptr, nullptr, nullptr);
+    ASSERT_NE(service, nullptr);
+    const Printed printed = Examine();
+    CloseServiceHandle(service);
+    CloseServiceHandle(manager);
+    for (const char* line :
+         {"  problem  PlenxPcSvc is registered with a program outside of the install folder\n",
+          "  problem  C:\\No Such\\plenxservice.exe is missing\n",
+          "  problem  PlenxPcSvc is disabled\n",
+          "  note     PlenxPcSvc is registered with blanks and without quotes\n"}) {
+        EXPECT_THAT(printed.output, HasSubstr(line));
+    }
+}
+
+// The group's rights are part of the folder's list, so this is known without trying.
+TEST_F(Doctor, FolderThatEverybodyMayWriteTo_IsAProblem) {
+    wchar_t path[] = L"C:\\PlenxDoctor\\app";
+    unsigned char list[256] = {};
+    unsigned char everyone[SECURITY_MAX_SID_SIZE];
+    DWORD size = sizeof(everyone);
+    ASSERT_TRUE(CreateWellKnownSid(WinWorldSid, nullptr, everyone, &size));
+    auto* const acl = reinterpret_cast<PACL>(list);
+    ASSERT_TRUE(InitializeAcl(acl, sizeof(list), ACL_REVISION));
+    ASSERT_TRUE(AddAccessAllowedAce(acl, ACL_REVISION, FILE_ALL_ACCESS, everyone));
+    ASSERT_EQ(SetNamedSecurityInfoW(path, SE_FILE_OBJECT, DACL_SECURITY_INFORMATION, nullptr,
+                                    nullptr, acl, nullptr),
+              DWORD{ERROR_SUCCESS});
+    EXPECT_THAT(Examine().output,
+                HasSubstr("  problem  C:\\PlenxDoctor\\app may be written to by Everyone\n"));
+}
+
+}  // namespace
+}  // namespace PlenxTest

@@ -1,0 +1,104 @@
+#include "plenxhost/host_process.h"
+
+#include "support/child_process.h"
+#include "support/install_folder.h"
+#include "system/wait.h"
+
+namespace PlenxTest {
+namespace {
+
+constexpr DWORD kLongest = 60000;
+
+std::wstring NextFile() {
+    static int number = 0;
+    return L"C:\\plenxhost" + std::to_wstring(GetCurrentProcessId()) + L"-" +
+           std::to_wstring(++number) + L".txt";
+}
+
+SECURITY_ATTRIBUTES Inherited() {
+    SECURITY_ATTRIBUTES attributes{};
+    attributes.nLength = sizeof(attributes);
+    attributes.bInheritHandle = TRUE;
+    return attributes;
+}
+
+}  // namespace
+
+HostProcess::HostProcess(const std::string& arguments) : file_(NextFile()) {
+    SECURITY_ATTRIBUTES inherited = Inherited();
+    HANDLE childInput = nullptr;
+    CreatePipe(&childInput, &input_, &inherited, 0);
+    SetHandleInformation(input_, HANDLE_FLAG_INHERIT, 0);
+    const HANDLE output = CreateFileW(file_.c_str(), FILE_APPEND_DATA,
+                                      FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                                      &inherited, CREATE_ALWAYS, 0, nullptr);
+    STARTUPINFOW startup{};
+    startup.cb = sizeof(startup);
+    startup.dwFlags = STARTF_USESTDHANDLES;
+    startup.hStdInput = childInput;
+    startup.hStdOutput = output;
+    startup.hStdError = output;
+    PROCESS_INFORMATION process{};
+    std::wstring command = L"\"" + ProgramFolder() + L"\\plenxhost.exe\" " +
+                           std::wstring(arguments.begin(), arguments.end());
+    if (CreateProcessW(nullptr, command.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr,
+                       &startup, &process)) {
+        CloseHandle(process.hThread);
+        process_ = process.hProcess;
+    }
+    CloseHandle(childInput);
+    CloseHandle(output);
+}
+
+HostProcess::~HostProcess() {
+    CloseInput();
+    Kill();
+    CloseHandle(process_);
+    DeleteFileW(file_.c_str());
+}
+
+void HostProcess::Send(const std::string& line) {
+    const std::string text = line + "\n";
+    DWORD written = 0;
+    ::WriteFile(input_, text.data(), static_cast<DWORD>(text.size()), &written, nullptr);
+}
+
+void HostProcess::CloseInput() {
+    if (input_ != nullptr) {
+        CloseHandle(input_);
+        input_ = nullptr;
+    }
+}
+
+bool HostProcess::Prints(const std::string& text) const {
+    return WaitFor([&] { return Output().find(text) != std::string::npos; }, kLongest);
+}
+
+int HostProcess::Wait() {
+    CloseInput();
+    DWORD code = 0;
+    if (WaitForSingleObject(process_, kLongest) != WAIT_OBJECT_0 ||
+        !GetExitCodeProcess(process_, &code)) {
+        return -1;
+    }
+    return static_cast<int>(code);
+}
+
+std::string HostProcess::Output() const {
+    return ReadFile(file_);
+}
+
+void HostProcess::Kill() {
+    if (WaitForSingleObject(process_, 0) == WAIT_TIMEOUT) {
+        TerminateProcess(process_, 0xDEAD);
+        WaitForSingleObject(process_, kLongest);
+    }
+}
+
+Printed RunPlenxhost(const std::string& arguments) {
+    HostProcess process(arguments);
+    const int exitCode = process.Wait();
+    return {exitCode, process.Output()};
+}
+
+}  // namespace PlenxTest

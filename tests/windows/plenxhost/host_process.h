@@ -1,0 +1,47 @@
+// plenxhost.exe as a child process: commands go in through a pipe, what it prints is read from a
+// file. Ended when the object goes.
+
+#ifndef PLENXSDK_TESTS_WINDOWS_PLENXHOST_HOST_PROCESS_H
+#define PLENXSDK_TESTS_WINDOWS_PLENXHOST_HOST_PROCESS_H
+
+#include <windows.h>
+
+#include <string>
+
+namespace PlenxTest {
+
+class HostProcess {
+public:
+    /// arguments: as on the command line.
+    explicit HostProcess(const std::string& arguments);
+    ~HostProcess();
+    HostProcess(const HostProcess&) = delete;
+    HostProcess& operator=(const HostProcess&) = delete;
+
+    void Send(const std::string& line);
+    void CloseInput();
+    /// Whether it has printed the text, now or within a minute.
+    bool Prints(const std::string& text) const;
+    /// Closes the input. The exit code; -1 when it has not ended within a minute.
+    int Wait();
+    /// All that was printed to either stream.
+    std::string Output() const;
+    void Kill();
+
+private:
+    std::wstring file_;
+    HANDLE process_ = nullptr;
+    HANDLE input_ = nullptr;
+};
+
+struct Printed {
+    int exitCode;
+    std::string output;
+};
+
+/// A run with no input.
+Printed RunPlenxhost(const std::string& arguments);
+
+}  // namespace PlenxTest
+
+#endif  // PLENXSDK_TESTS_WINDOWS_PLENXHOST_HOST_PROCESS_H
