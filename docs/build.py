@@ -73,7 +73,7 @@ def navigation(pages):
     def group(name, links):
         items = "\n".join(f'<li><a href="{target}">{html.escape(text)}</a></li>'
                           for text, target in links)
-        return f"<h2>{name}</h2>\n<ul>\n{items}\n</ul>"
+        return f"<div>\n<h2>{name}</h2>\n<ul>\n{items}\n</ul>\n</div>"
 
     groups = [(name, [(SHORT_TITLES.get(page) or re.split("[:,]", title_of(page))[0],
                        html_name(page)) for page in members if page in pages])
@@ -180,6 +180,9 @@ class Pages:
 
     def contents_list(self, text):
         """Of a long page; on top of it."""
+        before = text.split("<h2", 1)[0]
+        if '<li><a href="#' in before:
+            return text  # it has its own
         headings = re.findall(r'<h2 id="([^"]*)">(.*?)</h2>', text, flags=re.DOTALL)
         if len(headings) < 4:
             return text

@@ -138,10 +138,12 @@ command_test() {
     case $which in
     all)
         need_packages "${native_packages[@]}" "${windows_packages[@]}" "${demo_packages[@]}" \
-            "${coverage_packages[@]}" "${mutate_packages[@]}" clang-format
+            "${coverage_packages[@]}" "${mutate_packages[@]}" "${docs_packages[@]}" \
+            clang-format
         step "check the format of the sources" check_format
         step "compile the public header alone" check_public_header
         step "hold the table of tests against the tests" python3 docs/check_conformance.py
+        build_docs
         test_native
         check_native_coverage
         step "see the tests notice mutants" check_some_mutants

@@ -1,0 +1,24 @@
+# The reference and the pages as HTML that needs no network.
+
+docs_packages=(doxygen cmark-gfm python3)
+docs_dir=$build_dir/docs
+
+project_version() {
+    sed -nE 's/^project\(plenxsdk VERSION ([0-9.]+).*/\1/p' "$root/CMakeLists.txt"
+}
+
+make_docs() {
+    python3 docs/build.py "$docs_dir" "$(project_version)"
+    python3 docs/check_links.py "$docs_dir/html"
+}
+
+build_docs() {
+    step "hold the pages against the sources" python3 docs/check_pages.py
+    step "build the docs" make_docs
+}
+
+command_docs() {
+    need_packages "${docs_packages[@]}"
+    build_docs
+    echo "Built. Begin with build/docs/html/index.html."
+}
