@@ -1,4 +1,4 @@
-// The commands: one table with the name, the usage, the help and the function of each.
+// The commands: one table (command_table.cpp) with all about each, and its function.
 //
 // Such a function reads the arguments, which fails with a ScriptError when they are wrong,
 // and returns the action to run. A script is thus checked to its end before it starts.
@@ -16,15 +16,20 @@
 namespace PlenxHost {
 
 struct Command {
+    const char* subject;  ///< Commands of one subject stand together.
     const char* name;
-    const char* usage;
-    const char* help;
+    const char* usage;    ///< The arguments.
+    const char* purpose;  ///< One line.
+    const char* remarks;  ///< More about it and its arguments; may be empty.
+    const char* result;   ///< What it gives at once.
+    const char* outcome;  ///< What will come of it, and which notification tells.
+    const char* example;  ///< A line that can be run.
     Action (*parse)(Arguments& arguments);
 };
 
 const std::vector<Command>& Commands();
 
-/// One line for each command.
+/// One line for each command, by subject.
 std::string CommandOverview();
 /// All about one. @throws ScriptError when there is no such command.
 std::string CommandHelp(const std::string& name);

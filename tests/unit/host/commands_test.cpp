@@ -151,10 +151,72 @@ TEST_F(CommandsTest, UsageErrorsNameTheUsage) {
 TEST_F(CommandsTest, EveryCommandIsInTheHelp) {
     const std::string overview = CommandOverview();
     for (const Command& command : Commands()) {
-        EXPECT_THAT(overview, HasSubstr(std::string(command.name) + " "));
+        EXPECT_THAT(overview, HasSubstr("\n  " + std::string(command.name) + " "));
         EXPECT_THAT(CommandHelp(command.name), StartsWith(command.name));
     }
     EXPECT_THROW(CommandHelp("nothing"), ScriptError);
+}
+
+TEST_F(CommandsTest, OverviewGroupsByEachSubjectOnce) {
+    std::vector<std::string> subjects;
+    for (const Command& command : Commands()) {
+        if (subjects.empty() || subjects.back() != command.subject) {
+            subjects.push_back(command.subject);
+        }
+    }
+    EXPECT_THAT(
+        subjects,
+        ElementsAre("The library", "Settings", "Services and groups", "Devices, names and messages",
+                    "Observers, and how they react", "Expectations", "The run itself"));
+    EXPECT_THAT(CommandOverview(),
+                StartsWith("The library\n"
+                           "  init                Make the library ready.\n"
+                           "  destroy             Uninstall the office packages; the library keeps "
+                           "working.\n"
+                           "\n"
+                           "Settings\n"));
+}
+
+TEST_F(CommandsTest, HelpOfACommandIsWhole) {
+    EXPECT_EQ(CommandHelp("start"),
+              "start SERVICE GROUP ARGUMENT\n"
+              "  Purpose  Start a service and create a group in it.\n"
+              "           ARGUMENT goes to the service as it is. all: the PC service, then the "
+              "office service.\n"
+              "  Result   0: queued, or dropped before init. 26: GROUP or ARGUMENT is empty, "
+              "nothing queued\n"
+              "  Outcome  NotifyStatus(SERVICE, GROUP, start, value): value tells whether it "
+              "succeeded. One for\n"
+              "           each service. The services' own NotifyConnect may come before or after "
+              "it.\n"
+              "  Example  start pc home \"an argument\"");
+    EXPECT_EQ(CommandHelp("forget"),
+              "forget\n"
+              "  Purpose  Drop the notifications that nothing has taken "
+              "yet.\n"
+              "  Result   none\n"
+              "  Outcome  No notification.\n"
+              "  Example  forget");
+}
+
+TEST_F(CommandsTest, HelpIsNotWiderThanAConsole) {
+    for (const Command& command : Commands()) {
+        std::string line;
+        for (const char letter : CommandHelp(command.name) + "\n") {
+            if (letter != '\n') {
+                line.push_back(letter);
+                continue;
+            }
+            EXPECT_LE(line.size(), 100U) << line;
+            line.clear();
+        }
+    }
+}
+
+TEST_F(CommandsTest, EveryExampleIsACommandOfItsOwn) {
+    for (const Command& command : Commands()) {
+        EXPECT_EQ(ParseStep(command.example, "").name, command.name);
+    }
 }
 
 }  // namespace

@@ -52,7 +52,8 @@ TEST(Options, WrongOnesAreTold) {
     const std::string more = "\nRun with --help for more information.\n";
     EXPECT_EQ(error({"doctor", "--install", "C:\\a"}), "--data is required" + more);
     EXPECT_EQ(error({"--color", "pink"}), "--color: pink not in {auto,always,never}" + more);
-    EXPECT_EQ(error({"--timeout", "-1"}), "--timeout: Value -1 not in range 0.000000 to 86400.000000" + more);
+    EXPECT_EQ(error({"--timeout", "-1"}),
+              "--timeout: Value -1 not in range 0.000000 to 86400.000000" + more);
     EXPECT_EQ(error({"doctro"}), "The following argument was not expected: doctro" + more);
 }
 
