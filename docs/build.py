@@ -88,16 +88,48 @@ def run_doxygen(build, version):
     for pattern in NEEDLESS:
         for file in (build / "html").glob(pattern):
             file.unlink()
+    api = api_links(build)
     for file in (build / "html").glob("*.html"):
-        text = file.read_text(encoding="utf-8")
-        # The page's contents list and the bread crumbs lead to what was just removed.
-        text = re.sub(r'<div id="nav-path".*?</ul>\s*</div>', "", text, flags=re.DOTALL)
-        text = re.sub(r'<a href="[\w-]+-members\.html">List of all members</a>', "", text)
-        text = re.sub(r'<p><a href="\w+_source\.html">Go to the source code[^<]*</a></p>', "", text)
-        text = re.sub(r'<code>(#include &lt;)<a [^>]*>([^<]*)</a>', r"<code>\1\2", text)
-        text = re.sub(r'&#160;<a href="[^"]*#details">More\.\.\.</a>|<a href="[^"]*#details">More\.\.\.</a>', "", text)
-        text = re.sub(r'<a class="el" href="(?:dir_|\w+_source)[^>]*>(.*?)</a>', r"\1", text)
-        file.write_text(text, encoding="utf-8")
+        text = mend_reference(file.read_text(encoding="utf-8"), api)
+        file.write_text(mark_as_here(file.name, text), encoding="utf-8")
+
+
+# What is cut out of Doxygen's pages: above all what leads to the pages that were removed.
+CUTS = [
+    (r"</div><!-- top -->", ""),  # of a header that is not ours
+    (r'<div class="summary">.*?</div>', ""),
+    (r'<div id="nav-path".*?</ul>\s*</div>', ""),
+    (r'<p><a href="\w+_source\.html">Go to the source code[^<]*</a></p>', ""),
+    (r'(?:&#160;)?<a href="[^"]*#details">More\.\.\.</a>', ""),
+    (r'<code>(#include &lt;)<a [^>]*>([^<]*)</a>', r"<code>\1\2"),
+    (r'<a class="el" href="(?:dir_|\w+_source)[^>]*>(.*?)</a>', r"\1"),
+    (r'<div class="title">(?:DistributedFs::)?([\w.]+).*?</div>', r"<h1>\1</h1>"),
+    (r'<h2 class="groupheader">Detailed Description</h2>', ""),
+    (r"<title>(?:plenxsdk: )?(?:DistributedFs::)?([\w.]+)[^<]*</title>",
+     r"<title>\1 - plenxsdk</title>"),
+]
+
+
+def mend_reference(text, api):
+    for pattern, replacement in CUTS:
+        text = re.sub(pattern, replacement, text, flags=re.DOTALL)
+
+    # Names like NotifyStatus, which Doxygen leaves alone, lead to where they are told about.
+    def link(match):
+        target = api.get(match[0])
+        return f'<a class="el" href="{target}">{match[0]}</a>' if target else match[0]
+
+    parts = re.split(r"(<p.*?</p>|<td>.*?</td>)", text, flags=re.DOTALL)
+    for number in range(1, len(parts), 2):
+        pieces = re.split(r"(<a .*?</a>|<code>.*?</code>|<[^>]*>)", parts[number], flags=re.DOTALL)
+        pieces[::2] = [re.sub(r"\b(?:k|[A-Z])\w*[a-z][A-Z]\w*\b", link, piece)
+                       for piece in pieces[::2]]
+        parts[number] = "".join(pieces)
+    return "".join(parts)
+
+
+def mark_as_here(name, text):
+    return text.replace(f'<li><a href="{name}">', f'<li class="here"><a href="{name}">', 1)
 
 
 def api_links(build):
@@ -199,8 +231,7 @@ class Pages:
             shell = (top + '<article class="page">\n@CONTENT@</article>\n' + bottom)
             shell = shell.replace("$title", html.escape(title_of(page)))
             shell = shell.replace("$projectnumber", self.version).replace("$relpath^", "")
-            here = f'<a href="{html_name(page)}">'
-            shell = shell.replace("<li>" + here, f'<li class="here">{here}')
+            shell = mark_as_here(html_name(page), shell)
             (self.out / html_name(page)).write_text(shell.replace("@CONTENT@", text),
                                                     encoding="utf-8")
 

@@ -216,7 +216,7 @@ public:
     virtual int NotifyDiskName(const std::string& diskName) = 0;
 };
 
-/// The library. There is one instance per process.
+/// The library: one instance per process, from which the host asks everything.
 ///
 /// Operations that return an int return a PLENXResult unless they say otherwise.
 /// Before Init every queueing operation is checked, logged, dropped, and answered
