@@ -7,14 +7,14 @@
 namespace PlenxHost {
 namespace {
 
-constexpr std::size_t kMostShown = 256;
+constexpr std::size_t kMostOfALine = 256;
 constexpr int kWorthTelling = 50;  // milliseconds that a command took
 constexpr std::size_t kLevelWidth = 9;
 
 std::string ToText(const Field& field) {
     std::string out = std::string(field.name) + "=";
     if (const auto* text = std::get_if<std::string>(&field.value)) {
-        return out + Quote(*text, kMostShown);
+        return out + Quote(*text, kMostOfALine);
     }
     if (const auto* flag = std::get_if<bool>(&field.value)) {
         return out + (*flag ? "true" : "false");
@@ -31,7 +31,7 @@ std::string StampText(const Stamp& stamp) {
 }
 
 std::string Shortened(const std::string& text) {
-    return text.size() > kMostShown ? text.substr(0, kMostShown) + "..." : text;
+    return text.size() > kMostOfALine ? text.substr(0, kMostOfALine) + "..." : text;
 }
 
 std::string Count(int count, const std::string& what) {
@@ -138,7 +138,7 @@ private:
             out += " = " + std::to_string(*outcome.number);
         }
         if (outcome.text) {
-            out += (outcome.number ? ", " : " = ") + Quote(*outcome.text, kMostShown);
+            out += (outcome.number ? ", " : " = ") + Quote(*outcome.text, kMostOfALine);
         }
         if (outcome.held) {
             out += ": " + (*outcome.held ? In(Role::kGood, "yes") : In(Role::kBad, "NO"));

@@ -5,7 +5,8 @@ windows_packages=("${base_packages[@]}"
     g++-mingw-w64-x86-64-posix mingw-w64-tools clang
     wine wine64
     googletest libspdlog-dev libfmt-dev libcli11-dev nlohmann-json3-dev)
-native_packages=("${base_packages[@]}" g++ clang libclang-rt-14-dev lld
+schema_packages=(python3 python3-jsonschema)
+native_packages=("${base_packages[@]}" "${schema_packages[@]}" g++ clang libclang-rt-14-dev lld
     googletest libspdlog-dev libfmt-dev libcli11-dev nlohmann-json3-dev)
 demo_packages=(python3)
 bench_packages=("${native_packages[@]}" "${windows_packages[@]}" python3 pkg-config libbenchmark-dev

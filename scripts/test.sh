@@ -148,6 +148,8 @@ command_test() {
         check_native_coverage
         step "see the tests notice mutants" check_some_mutants
         test_windows
+        step "hold the host's JSON against its schema" /usr/bin/python3 \
+            docs/check_plenxhost_json.py "$windows_build/bin/plenxhost.jsonl"
         ;;
     native) test_native "$@" ;;
     windows) test_windows "$@" ;;

@@ -26,7 +26,7 @@ std::string ArgumentsOf(const InstallFolder& folder) {
 
 class Doctor : public testing::Test {
 protected:
-    Printed Examine(const std::string& more = "") {
+    Finished Examine(const std::string& more = "") {
         return RunPlenxhost("doctor " + ArgumentsOf(folder_) + more);
     }
 
@@ -48,7 +48,7 @@ std::string Trace(const InstallFolder& folder) {
 
 TEST_F(Doctor, FreshSystem_IsWellAndLeftAsItIs) {
     const std::string before = Trace(folder_);
-    const Printed printed = Examine();
+    const Finished printed = Examine();
     EXPECT_EQ(printed.exitCode, 0) << printed.output;
     for (const char* line :
          {"  ok       plenxsdk.dll 1.0.0.0\n", "  ok       plenxservice.exe 1.0.0.0\n",
@@ -72,7 +72,7 @@ TEST_F(Doctor, RunningHostAndService_AreSeenAndNotDisturbed) {
     host.Send("expect NotifyStatus pc home start true within 50000");
     ASSERT_TRUE(host.Prints("within 50000: yes")) << host.Output();
     const DWORD process = ProcessIdOf(L"PlenxPcSvc");
-    const Printed printed = Examine();
+    const Finished printed = Examine();
     EXPECT_EQ(printed.exitCode, 0) << printed.output;
     EXPECT_THAT(printed.output,
                 HasSubstr("  ok       PlenxPcSvc is registered, starts on demand, is running as "
@@ -105,7 +105,7 @@ TEST_F(Doctor, LookingAgainAndAgain_DisturbsNoHostThatBegins) {
 TEST_F(Doctor, MissingFiles_AreProblems) {
     std::filesystem::remove(folder_.InstallPath() / L"plenxservice.exe");
     std::filesystem::remove(folder_.InstallPath() / L"dokan1.dll");
-    const Printed printed = Examine(" --program " + folder_.Data());
+    const Finished printed = Examine(" --program " + folder_.Data());
     EXPECT_EQ(printed.exitCode, 1);
     EXPECT_THAT(printed.output,
                 HasSubstr("  problem  plenxservice.exe is missing\n"
@@ -124,7 +124,7 @@ TEST_F(Doctor, UpgradeThatWaits_IsToldWithItsVersion) {
 TEST_F(Doctor, EndpointTakenBySomebodyElse_IsAProblem) {
     const EndpointHolder holder(EndpointHolder::By::kServing);
     ASSERT_TRUE(holder.Holds());
-    const Printed printed = Examine();
+    const Finished printed = Examine();
     EXPECT_EQ(printed.exitCode, 1);
     EXPECT_THAT(
         printed.output,
@@ -143,7 +143,7 @@ TEST_F(Doctor, HostThatWasKilled_LeavesTracesThatAreTold) {
     const HANDLE held = CreateFileW((folder_.WorkingFolder() / L"held.txt").c_str(), GENERIC_WRITE,
                                     FILE_SHARE_READ, nullptr, CREATE_ALWAYS, 0, nullptr);
     ASSERT_NE(held, INVALID_HANDLE_VALUE);
-    const Printed printed = Examine();
+    const Finished printed = Examine();
     CloseHandle(held);
     EXPECT_THAT(printed.output,
                 HasSubstr("  note     PlenxPcSvc is left over: no host is running\n"));
@@ -161,7 +161,7 @@ TEST_F(Doctor, ServiceThatHangs_IsToldInTime) {
         host.Send("start pc home argument");
         ASSERT_TRUE(
             WaitFor([] { return StateOf(L"PlenxPcSvc") == DWORD{SERVICE_RUNNING}; }, 60000));
-        const Printed printed = Examine();
+        const Finished printed = Examine();
         EXPECT_EQ(printed.exitCode, 1);
         EXPECT_THAT(printed.output,
                     HasSubstr("  problem  PLENXPCService has not answered a ping within "));
@@ -177,7 +177,7 @@ TEST_F(Doctor, ServiceOfAnotherFolder_IsAProblem) {
         SERVICE_DISABLED, SERVICE_ERROR_NORMAL, L"C:\\No Such\\plenxservice.exe", nullptr, nullptr,
         nullptr, nullptr, nullptr);
     ASSERT_NE(service, nullptr);
-    const Printed printed = Examine();
+    const Finished printed = Examine();
     CloseServiceHandle(service);
     CloseServiceHandle(manager);
     for (const char* line :

@@ -22,22 +22,29 @@ SECURITY_ATTRIBUTES Inherited() {
     return attributes;
 }
 
+HANDLE OutputTo(const std::wstring& file) {
+    SECURITY_ATTRIBUTES inherited = Inherited();
+    return CreateFileW(file.c_str(), FILE_APPEND_DATA,
+                       FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, &inherited,
+                       CREATE_ALWAYS, 0, nullptr);
+}
+
 }  // namespace
 
-HostProcess::HostProcess(const std::string& arguments) : file_(NextFile()) {
+HostProcess::HostProcess(const std::string& arguments)
+    : outputFile_(NextFile()), errorFile_(NextFile()) {
     SECURITY_ATTRIBUTES inherited = Inherited();
     HANDLE childInput = nullptr;
     CreatePipe(&childInput, &input_, &inherited, 0);
     SetHandleInformation(input_, HANDLE_FLAG_INHERIT, 0);
-    const HANDLE output = CreateFileW(file_.c_str(), FILE_APPEND_DATA,
-                                      FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
-                                      &inherited, CREATE_ALWAYS, 0, nullptr);
+    const HANDLE output = OutputTo(outputFile_);
+    const HANDLE errors = OutputTo(errorFile_);
     STARTUPINFOW startup{};
     startup.cb = sizeof(startup);
     startup.dwFlags = STARTF_USESTDHANDLES;
     startup.hStdInput = childInput;
     startup.hStdOutput = output;
-    startup.hStdError = output;
+    startup.hStdError = errors;
     PROCESS_INFORMATION process{};
     std::wstring command = L"\"" + ProgramFolder() + L"\\plenxhost.exe\" " +
                            std::wstring(arguments.begin(), arguments.end());
@@ -48,13 +55,15 @@ HostProcess::HostProcess(const std::string& arguments) : file_(NextFile()) {
     }
     CloseHandle(childInput);
     CloseHandle(output);
+    CloseHandle(errors);
 }
 
 HostProcess::~HostProcess() {
     CloseInput();
     Kill();
     CloseHandle(process_);
-    DeleteFileW(file_.c_str());
+    DeleteFileW(outputFile_.c_str());
+    DeleteFileW(errorFile_.c_str());
 }
 
 void HostProcess::Send(const std::string& line) {
@@ -85,7 +94,11 @@ int HostProcess::Wait() {
 }
 
 std::string HostProcess::Output() const {
-    return ReadFile(file_);
+    return Printed() + ReadFile(errorFile_);
+}
+
+std::string HostProcess::Printed() const {
+    return ReadFile(outputFile_);
 }
 
 void HostProcess::Kill() {
@@ -95,7 +108,7 @@ void HostProcess::Kill() {
     }
 }
 
-Printed RunPlenxhost(const std::string& arguments) {
+Finished RunPlenxhost(const std::string& arguments) {
     HostProcess process(arguments);
     const int exitCode = process.Wait();
     return {exitCode, process.Output()};

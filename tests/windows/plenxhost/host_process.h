@@ -1,5 +1,5 @@
-// plenxhost.exe as a child process: commands go in through a pipe, what it prints is read from a
-// file. Ended when the object goes.
+// plenxhost.exe as a child process: commands go in through a pipe, what it prints is read from
+// files. Ended when the object goes.
 
 #ifndef PLENXSDK_TESTS_WINDOWS_PLENXHOST_HOST_PROCESS_H
 #define PLENXSDK_TESTS_WINDOWS_PLENXHOST_HOST_PROCESS_H
@@ -24,23 +24,26 @@ public:
     bool Prints(const std::string& text) const;
     /// Closes the input. The exit code; -1 when it has not ended within a minute.
     int Wait();
-    /// All that was printed to either stream.
+    /// All that was printed to both streams.
     std::string Output() const;
+    /// To the output alone.
+    std::string Printed() const;
     void Kill();
 
 private:
-    std::wstring file_;
+    std::wstring outputFile_;
+    std::wstring errorFile_;
     HANDLE process_ = nullptr;
     HANDLE input_ = nullptr;
 };
 
-struct Printed {
+struct Finished {
     int exitCode;
     std::string output;
 };
 
 /// A run with no input.
-Printed RunPlenxhost(const std::string& arguments);
+Finished RunPlenxhost(const std::string& arguments);
 
 }  // namespace PlenxTest
 
