@@ -139,7 +139,7 @@ def api_links(build):
         owner = compound.findtext("name").split("::")[-1]
         if owner in ("PLENXManager", "PLENXServiceObserver"):
             links[owner] = compound.findtext("filename")
-        elif not owner.startswith("DistributedFs"):
+        elif owner != "plenx_manager.h":
             continue
         for member in compound.iter("member"):
             target = f"{member.findtext('anchorfile')}#{member.findtext('anchor')}"

@@ -2,6 +2,7 @@
 """Holds the hand-written pages against the code that they tell about.
 
 usage: docs/check_pages.py
+       docs/check_pages.py --commands PAGE    print the page's shell commands, to be run
 
 - Every text of the library's log that a page quotes is in src/, with its values in its places
   ({...}, or a real value); docs/log-lines.md quotes every text there is, each with its level.
@@ -137,7 +138,16 @@ def check_getting_started():
                 yield f"getting-started.md: not in {file}: {block.splitlines()[0].strip()} ..."
 
 
+def commands(page):
+    """All blocks of the language sh, in order: one script."""
+    return "".join(re.findall(r"^```sh\n(.*?)^```", page.read_text(encoding="utf-8"),
+                              re.MULTILINE | re.DOTALL))
+
+
 def main():
+    if sys.argv[1:2] == ["--commands"]:
+        print(commands(Path(sys.argv[2])), end="")
+        return 0
     log = Log()
     problems = [*check_log_lines(log), *check_quotations(log), *check_result_codes(),
                 *check_configuration(), *check_getting_started()]
