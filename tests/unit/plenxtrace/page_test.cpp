@@ -1,0 +1,210 @@
+// The whole program, from its command line to the page.
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "command_line.h"
+#include "json_text.h"
+#include "story.h"
+
+namespace PlenxTrace {
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string Json(std::string_view text, std::size_t most = kWholeText) {
+    std::string out;
+    AppendJsonString(out, text, most);
+    return out;
+}
+
+TEST(JsonText, NothingInItCanBeTakenForMarkup) {
+    EXPECT_EQ(Json("</script><script>&<!--"),
+              "\"\\u003c/script\\u003e\\u003cscript\\u003e\\u0026\\u003c!--\"");
+    EXPECT_EQ(Json("a\"b\\c\n\x7f"), "\"a\\u0022b\\u005cc\\u000a\\u007f\"");
+    EXPECT_EQ(Json(std::string("\0", 1)), "\"\\u0000\"");
+}
+
+TEST(JsonText, KeepsUtf8_AndReplacesWhatIsNone) {
+    EXPECT_EQ(Json("Küche ☕ 😀"), "\"Küche ☕ 😀\"");
+    EXPECT_EQ(Json("\xff"), "\"\xEF\xBF\xBD\"");
+    EXPECT_EQ(Json("\xc3"), "\"\xEF\xBF\xBD\"") << "cut off";
+    EXPECT_EQ(Json("\xc0\xaf"), "\"\xEF\xBF\xBD\xEF\xBF\xBD\"") << "overlong";
+    EXPECT_EQ(Json("\xed\xa0\x80"), "\"\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD\"") << "surrogate";
+    EXPECT_EQ(Json("\xf5\x80\x80\x80").size(), 2u + 4 * 3) << "beyond Unicode";
+}
+
+TEST(JsonText, IsCutBetweenCharacters) {
+    EXPECT_EQ(Json("abcdef", 6), "\"abcdef\"");
+    EXPECT_EQ(Json("abcdefg", 6), "\"abcdef…\"");
+    EXPECT_EQ(Json("a<b", 6), "\"a…\"") << "its escape does not fit";
+    EXPECT_EQ(Json("ääää", 5), "\"ää…\"");
+}
+
+TEST(HtmlText, IsTextForAnElement) {
+    EXPECT_EQ(HtmlText("<b>\"ü\"&\n\xff"), "&lt;b&gt;&quot;ü&quot;&amp; \xEF\xBF\xBD");
+}
+
+// A folder of its own for each test.
+class Page : public testing::Test {
+protected:
+    Page() {
+        folder_ = fs::temp_directory_path() /
+                  ("plenxtrace-" +
+                   std::string(testing::UnitTest::GetInstance()->current_test_info()->name()));
+        fs::remove_all(folder_);
+        fs::create_directories(folder_);
+    }
+    ~Page() override { fs::remove_all(folder_); }
+
+    std::string Path(const std::string& name) const { return (folder_ / name).u8string(); }
+
+    std::string Write(const std::string& name, const std::string& content) const {
+        std::ofstream(folder_ / name, std::ios::binary) << content;
+        return Path(name);
+    }
+
+    std::string Read(const std::string& name) const {
+        std::ifstream file(folder_ / name, std::ios::binary);
+        return {std::istreambuf_iterator<char>(file), {}};
+    }
+
+    // "exit code|out|err"
+    std::string Run(const std::vector<std::string>& arguments) const {
+        std::ostringstream out;
+        std::ostringstream err;
+        const int code = PlenxTrace::Run(arguments, {out, err});
+        return std::to_string(code) + "|" + out.str() + "|" + err.str();
+    }
+
+    fs::path folder_;
+};
+
+bool Contains(const std::string& text, const std::string& part) {
+    return text.find(part) != std::string::npos;
+}
+
+TEST_F(Page, HasTheLogsNameAsTitleAndName_IfNothingElseIsSaid) {
+    const std::string log = Write("lib.log", Pushed(0, 1) + "\n" + Runs(5, 1) + "\n");
+    const std::string outcome = Run({log});
+    EXPECT_EQ(outcome.substr(0, outcome.find(", ")), "0|" + Path("lib.html") + ": 2 of 2 lines");
+    const std::string page = Read("lib.html");
+    EXPECT_TRUE(Contains(page, "<title>lib.log</title>"));
+    EXPECT_TRUE(Contains(page, "\"Start pc runs\""));
+    EXPECT_TRUE(Contains(page, "</html>"));
+    EXPECT_FALSE(fs::exists(Path("lib.html.part")));
+}
+
+TEST_F(Page, HasNoPlaceLeft_AndNamesNoAddress) {
+    Run({Write("lib.log", Pushed(0, 1) + "\n")});
+    const std::string page = Read("lib.html");
+    EXPECT_FALSE(Contains(page, "{{"));
+    EXPECT_FALSE(Contains(page, "src="));
+    EXPECT_FALSE(Contains(page, "@import"));
+    EXPECT_FALSE(Contains(page, "url("));
+}
+
+TEST_F(Page, TextOfALogIsNoMarkup_NorIsTheTitle) {
+    const std::string hostile = "</script><script>alert(1)</script><!-- {{script}} {{data}}";
+    const std::string log =
+        Write("lib.log", hostile + "\n" + Info(0, 1, hostile, "PLENXManager::" + hostile) + "\n");
+    EXPECT_EQ(Run({log, "--title", hostile}).substr(0, 2), "0|");
+    const std::string page = Read("lib.html");
+    EXPECT_FALSE(Contains(page, "<script>alert"));
+    EXPECT_FALSE(Contains(page, "<!--"));
+    EXPECT_TRUE(Contains(page, "{{script}} {{data}}")) << "taken as text";
+}
+
+TEST_F(Page, LinesOfAllLogsStandInTheOrderOfTime) {
+    const std::string library = Write(
+        "lib.log",
+        Info(10, kWorkerThread, "rpc manager create group svcType:1", "RpcManager::CreateGroup") +
+            "\n" + Told(10, 1, 0, 1) + "\n");
+    const std::string service =
+        Write("svc.log",
+              At(10) + " pc received CreateGroup(0) groupName:\"g_1\"\n" + At(30) + " pc stops\n");
+    const std::string outcome = Run({library, "--service", service});
+    EXPECT_EQ(outcome.substr(0, outcome.find(", ")), "0|" + Path("lib.html") + ": 4 of 4 lines");
+    const std::string page = Read("lib.html");
+    EXPECT_LT(page.find("pc: CreateGroup\""), page.find("pc: CreateGroup(0) received\""));
+    EXPECT_LT(page.find("pc: CreateGroup(0) received\""), page.find("pc: stops\""));
+}
+
+TEST_F(Page, ALargeLogMakesASmallPage) {
+    std::string content;
+    for (int i = 0; i != 20000; ++i) {
+        content += i % 2 == 0 ? Pushed(i, 1) : Error(i, 1, std::string(300, '<'), "RpcManager::X");
+        content += "\n";
+    }
+    const std::string log = Write("lib.log", content);
+    EXPECT_EQ(Run({log, "--events", "1000"}).substr(0, 2), "0|");
+    EXPECT_LT(fs::file_size(Path("lib.html")), 1500000u);
+    EXPECT_TRUE(Contains(Read("lib.html"), "\"plan\":{\"whole\":0,\"lines\":20000"));
+}
+
+TEST_F(Page, GarbageATornEndAndAVeryLongLine_AreTold) {
+    const std::string log =
+        Write("lib.log", "\xff\xfe garbage\r\n" + Pushed(0, 1) + "\r\n" +
+                             Info(1, 1, std::string(9000, 'x'), "RpcManager::X") + "\n" +
+                             Pushed(2, 1).substr(0, 60));
+    EXPECT_EQ(Run({log}).substr(0, 2), "0|");
+    const std::string page = Read("lib.html");
+    EXPECT_TRUE(Contains(page, "\"foreign\":1,\"unknown\":2,\"torn\":1,\"cut\":1"));
+    EXPECT_TRUE(Contains(page, " more bytes)"));
+    EXPECT_FALSE(Contains(page, "\\u000d"));
+}
+
+TEST_F(Page, AnEmptyLog_MakesAPage) {
+    const std::string outcome = Run({Write("lib.log", "")});
+    EXPECT_EQ(outcome.substr(0, outcome.find(", ")), "0|" + Path("lib.html") + ": 0 of 0 lines");
+}
+
+TEST_F(Page, AFileThatIsNoLog_IsSaidToBeNone) {
+    const std::string outcome = Run({Write("lib.txt", "one\ntwo\n")});
+    EXPECT_TRUE(Contains(outcome,
+                         "|plenxtrace: no line looks like one of a log; the page shows "
+                         "them as they are\n"));
+}
+
+TEST_F(Page, ALogThatCannotBeRead_Ends1_AndLeavesNoPage) {
+    EXPECT_EQ(Run({Path("none.log")}), "1||plenxtrace: cannot read " + Path("none.log") + "\n");
+    EXPECT_EQ(Run({folder_.u8string(), "--output", Path("x.html")}),
+              "1||plenxtrace: cannot read " + folder_.u8string() + "\n");
+    EXPECT_FALSE(fs::exists(Path("none.html")));
+    EXPECT_FALSE(fs::exists(Path("x.html")));
+}
+
+TEST_F(Page, APageThatCannotBeWritten_Ends1) {
+    const std::string log = Write("lib.log", "x\n");
+    const std::string output = Path("no/folder/page.html");
+    EXPECT_EQ(Run({log, "--output", output}), "1||plenxtrace: cannot write " + output + "\n");
+}
+
+TEST_F(Page, ALogIsNeverWrittenOver) {
+    const std::string log = Write("lib.html", "the log\n");
+    EXPECT_EQ(Run({log}), "2||--output: is one of the logs: " + log +
+                              "\nRun with --help for more information.\n");
+    EXPECT_EQ(Read("lib.html"), "the log\n");
+}
+
+TEST_F(Page, WrongUsage_Ends2) {
+    EXPECT_EQ(Run({}).substr(0, 2), "2|");
+    EXPECT_EQ(Run({"a", "--unheard-of"}).substr(0, 2), "2|");
+    EXPECT_EQ(Run({"a", "--events", "5"}).substr(0, 2), "2|");
+}
+
+TEST_F(Page, HelpAndVersion_End0) {
+    EXPECT_TRUE(Contains(Run({"--help"}), "--service"));
+    EXPECT_EQ(Run({"--help"}).substr(0, 2), "0|");
+    EXPECT_EQ(Run({"--version"}).substr(0, 14), "0|plenxtrace 1");
+}
+
+}  // namespace
+}  // namespace PlenxTrace

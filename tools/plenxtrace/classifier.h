@@ -1,0 +1,55 @@
+// From lines to events. Lines of a library are to come in the order of its log: what a line means
+// can depend on those before it (who runs on a thread, what the worker is at, what is queued).
+
+#ifndef PLENXTRACE_CLASSIFIER_H
+#define PLENXTRACE_CLASSIFIER_H
+
+#include <cstdint>
+#include <deque>
+#include <optional>
+#include <string_view>
+#include <unordered_map>
+
+#include "event.h"
+#include "line_reader.h"
+#include "log_line.h"
+#include "patterns.h"
+
+namespace PlenxTrace {
+
+/// Gives a line of a service's log its event. The time before is for lines that have none.
+Event ClassifyServiceLine(Line line, std::int64_t timeBefore);
+
+class Classifier {
+public:
+    /// Gives a line of the library's log its event.
+    Event Classify(Line line, std::int64_t timeBefore);
+
+private:
+    struct Queued {
+        std::string_view operation;
+        int service;
+        std::int64_t time;
+    };
+    /// What one job of the worker has come to.
+    struct Work {
+        std::string_view operation;
+        int service = kNoService;
+        std::int64_t since = 0;  // the job's first line, or the outcome before
+        std::int64_t code = 0;   // of the last error
+    };
+
+    void Understand(const LibraryLine& parsed, Event& event);
+    void FollowWork(Event& event);
+    void BeginJob(Event& event);
+    void TakeOutcome(std::int64_t status, bool value, Event& event);
+    bool IsOnWorker(const Event& event) const { return event.thread == workerThread_; }
+
+    std::deque<Queued> queue_;
+    std::optional<std::uint64_t> workerThread_;
+    Work work_;
+};
+
+}  // namespace PlenxTrace
+
+#endif  // PLENXTRACE_CLASSIFIER_H

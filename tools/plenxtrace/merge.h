@@ -1,0 +1,57 @@
+// All logs as one stream of events, in the order of time. Each log is read once, line by line.
+
+#ifndef PLENXTRACE_MERGE_H
+#define PLENXTRACE_MERGE_H
+
+#include <cstddef>
+#include <cstdint>
+#include <fstream>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "classifier.h"
+#include "event.h"
+#include "file_error.h"
+#include "line_reader.h"
+
+namespace PlenxTrace {
+
+struct LogFile {
+    std::string path;  // UTF-8
+    bool ofService = false;
+    std::uint64_t bytes = 0;
+};
+
+class EventStream {
+public:
+    /// @throws FileError
+    explicit EventStream(const std::vector<LogFile>& logs);
+
+    /// False at the end of all logs.
+    bool Next(Event& event);
+
+private:
+    struct Source {
+        Source(const LogFile& log, std::size_t place);
+        void Advance();
+
+        std::string path;
+        std::ifstream file;
+        LineReader reader;
+        std::size_t index;
+        bool ofService;
+        Line head;
+        std::int64_t headTime = kNoTime;
+        int headRank = 0;
+        std::int64_t time = kNoTime;  // never falls, so that no line waits for one behind it
+        bool done = false;
+    };
+
+    Classifier classifier_;
+    std::vector<std::unique_ptr<Source>> sources_;
+};
+
+}  // namespace PlenxTrace
+
+#endif  // PLENXTRACE_MERGE_H

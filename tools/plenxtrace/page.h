@@ -1,0 +1,42 @@
+// The page: one HTML file with its style, its script and its data inside.
+
+#ifndef PLENXTRACE_PAGE_H
+#define PLENXTRACE_PAGE_H
+
+#include <cstdint>
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include "merge.h"
+#include "selection.h"
+#include "summary.h"
+
+namespace PlenxTrace {
+
+struct PageHead {
+    std::string title;
+    std::vector<LogFile> logs;
+    const Summary& summary;
+    const Totals& totals;
+    const Plan& plan;
+};
+
+/// Writes the page in pieces; the events come one after the other. The stream must outlive it.
+class PageWriter {
+public:
+    PageWriter(std::ostream& out, const PageHead& head);
+    void Write(const Shown& shown);
+    void Finish();
+
+private:
+    std::ostream& out_;
+    std::size_t mostLineBytes_;
+    std::string rest_;  // of the page, behind the data
+    std::string text_;  // the piece at work
+    bool first_ = true;
+};
+
+}  // namespace PlenxTrace
+
+#endif  // PLENXTRACE_PAGE_H

@@ -1,0 +1,17 @@
+// The files of page/, which the build puts into the program.
+
+#ifndef PLENXTRACE_PAGE_PARTS_H
+#define PLENXTRACE_PAGE_PARTS_H
+
+#include <string_view>
+
+namespace PlenxTrace {
+
+/// With the places {{title}}, {{style}}, {{data}} and {{script}}.
+extern const std::string_view kPageHtml;
+extern const std::string_view kStyleCss;
+extern const std::string_view kScriptJs;
+
+}  // namespace PlenxTrace
+
+#endif  // PLENXTRACE_PAGE_PARTS_H

@@ -1,0 +1,123 @@
+#include "trace.h"
+
+#include <filesystem>
+#include <fstream>
+#include <system_error>
+#include <utility>
+
+#include "file_error.h"
+#include "page.h"
+#include "summary.h"
+
+namespace PlenxTrace {
+namespace {
+
+namespace fs = std::filesystem;
+
+LogFile LogAt(const std::string& path, bool ofService) {
+    std::error_code error;
+    const std::uintmax_t bytes = fs::file_size(fs::u8path(path), error);
+    if (error) {
+        throw FileError("cannot read " + path);
+    }
+    return {path, ofService, bytes};
+}
+
+std::vector<LogFile> LogsOf(const Request& request) {
+    std::vector<LogFile> logs;
+    for (const std::string& path : request.libraryLogs) {
+        logs.push_back(LogAt(path, false));
+    }
+    for (const std::string& path : request.serviceLogs) {
+        logs.push_back(LogAt(path, true));
+    }
+    return logs;
+}
+
+// Under another name until it is complete.
+class PartFile {
+public:
+    explicit PartFile(const std::string& path)
+        : path_(path), part_(fs::u8path(path + ".part")), stream_(part_, std::ios::binary) {
+        Check();
+    }
+    ~PartFile() {
+        if (!done_) {
+            stream_.close();
+            std::error_code ignored;
+            fs::remove(part_, ignored);
+        }
+    }
+    PartFile(const PartFile&) = delete;
+    PartFile& operator=(const PartFile&) = delete;
+
+    std::ostream& Stream() { return stream_; }
+    void Check() const {
+        if (!stream_) {
+            throw FileError("cannot write " + path_);
+        }
+    }
+    std::uint64_t Complete() {
+        const auto bytes = static_cast<std::uint64_t>(stream_.tellp());
+        stream_.close();
+        Check();
+        std::error_code error;
+        fs::rename(part_, fs::u8path(path_), error);
+        if (error) {
+            throw FileError("cannot write " + path_);
+        }
+        done_ = true;
+        return bytes;
+    }
+
+private:
+    std::string path_;
+    fs::path part_;
+    std::ofstream stream_;
+    bool done_ = false;
+};
+
+void WriteEvents(const std::vector<LogFile>& logs, Selection selection, PageWriter& page,
+                 PartFile& file, Report& report) {
+    EventStream stream(logs);
+    std::vector<Shown> shown;
+    const auto write = [&] {
+        for (const Shown& one : shown) {
+            page.Write(one);
+            report.shown += one.leftOut == 0 ? 1 : 0;
+        }
+        shown.clear();
+        file.Check();
+    };
+    for (Event event; stream.Next(event);) {
+        selection.Take(std::move(event), shown);
+        write();
+    }
+    selection.Finish(shown);
+    write();
+}
+
+}  // namespace
+
+Report MakePage(const Request& request) {
+    const std::vector<LogFile> logs = LogsOf(request);
+    Summary summary;
+    Totals totals;
+    EventStream stream(logs);
+    for (Event event; stream.Next(event);) {
+        summary.Add(event, totals.lines);
+        totals.Count(event);
+    }
+    const Plan plan = MakePlan(totals, request.mostEvents);
+    PartFile file(request.output);
+    PageWriter page(file.Stream(), {request.title, logs, summary, totals, plan});
+    Report report;
+    report.lines = totals.lines;
+    report.understood = totals.lines - summary.foreign;
+    WriteEvents(logs, Selection(totals, plan, summary.Sequences()), page, file, report);
+    page.Finish();
+    report.pageBytes = file.Complete();
+    return report;
+}
+
+}  // namespace PlenxTrace
