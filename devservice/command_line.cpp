@@ -11,17 +11,19 @@ namespace {
 constexpr std::int64_t kLongestRun = 24 * 60 * 60;
 
 struct Options {
+    std::wstring check;
     std::wstring console;
     std::wstring data;
     std::wstring install;
+    std::wstring scenario;
     std::wstring seconds;
 };
 
 std::wstring* ValueOf(const std::wstring& option, Options& options) {
-    const std::pair<const wchar_t*, std::wstring*> all[] = {{L"--console", &options.console},
-                                                            {L"--data", &options.data},
-                                                            {L"--install", &options.install},
-                                                            {L"--seconds", &options.seconds}};
+    const std::pair<const wchar_t*, std::wstring*> all[] = {
+        {L"--check", &options.check},       {L"--console", &options.console},
+        {L"--data", &options.data},         {L"--install", &options.install},
+        {L"--scenario", &options.scenario}, {L"--seconds", &options.seconds}};
     for (const auto& [name, value] : all) {
         if (option == name) {
             return value;
@@ -38,6 +40,11 @@ CommandLine Refused(std::string error) {
 
 CommandLine FromOptions(const Options& options, const std::wstring& programFolder) {
     CommandLine line;
+    line.check = options.check;
+    line.scenario = options.scenario;
+    if (!line.check.empty()) {
+        return line;
+    }
     if (options.console.empty()) {
         return Refused("--console is missing");
     }
@@ -68,11 +75,17 @@ const char kUsage[] =
     "  <install folder> <data folder> 0|1|2\n"
     "\n"
     "On the console:\n"
-    "  plenxservice --console office|pc|phone [--install DIR] [--data DIR] [--seconds N]\n"
+    "  plenxservice --console office|pc|phone [--install DIR] [--data DIR]\n"
+    "               [--scenario FILE] [--seconds N]\n"
     "\n"
-    "  --install DIR  where plenxservice.ini may lie (default: the program's folder)\n"
-    "  --data DIR     where service.log is written (default: console\\<name> in there)\n"
-    "  --seconds N    ends after N seconds (default: at Ctrl-C)\n";
+    "  --install DIR    where plenxservice.ini may lie (default: the program's folder)\n"
+    "  --data DIR       where service.log is written (default: console\\<name> in there)\n"
+    "  --scenario FILE  what the service does, instead of the one that the ini names\n"
+    "  --seconds N      ends after N seconds (default: at Ctrl-C)\n"
+    "\n"
+    "A scenario file is looked through, and its mistakes told, by\n"
+    "  plenxservice --check FILE\n"
+    "which ends with 0 when there are none, else with 2.\n";
 
 CommandLine ParseCommandLine(const std::vector<std::wstring>& arguments,
                              const std::wstring& programFolder) {

@@ -15,6 +15,8 @@ struct CommandLine {
     bool help = false;
     std::optional<Identity> console;  // none: run as a service
     std::optional<unsigned> seconds;  // none: until Ctrl-C
+    std::wstring scenario;            // empty: none but what the control file names
+    std::wstring check;               // not empty: a scenario file to look through
     std::string error;                // not empty: how the program is not used
 };
 

@@ -20,11 +20,14 @@ public:
 
     /// Reads the file anew; without one there are no settings. Logs what has changed, and
     /// passes the log the second file that it names.
-    Settings Read();
+    /// below: what holds where the file says nothing.
+    Settings Read(Values below = {});
 
-private:
+    const std::wstring& Folder() const { return folder_; }
+    /// A relative path begins at the folder.
     std::wstring Absolute(const std::string& path) const;
 
+private:
     const std::wstring folder_;
     const std::string nickname_;
     ServiceLog& log_;

@@ -21,18 +21,27 @@ constexpr DWORD kForEver = 60 * 1000;
 
 }  // namespace
 
-DevService::DevService(Identity identity, ServiceStatus& status, bool toConsole)
+DevService::DevService(Identity identity, ServiceStatus& status, bool toConsole,
+                       std::wstring scenario)
     : identity_(std::move(identity)),
       status_(status),
+      scenarioFile_(std::move(scenario)),
       log_(identity_.nickname, identity_.dataFolder, toConsole),
       control_(identity_, log_),
       stop_(MakeEvent()),
       sender_(log_),
-      peer_(identity_, status_, log_, control_, sender_, stop_) {}
+      scenario_(identity_, log_, sender_),
+      peer_(identity_, status_, log_, control_, scenario_, sender_, stop_) {}
 
 int DevService::Run() {
     if (!Start()) {
         return 1;
+    }
+    const Settings settings = control_.Read(scenario_.Life());
+    const DWORD longest =
+        settings.Has("stop_after") ? static_cast<DWORD>(settings.Number("stop_after")) : INFINITE;
+    if (WaitForSingleObject(stop_.Get(), longest) == WAIT_TIMEOUT) {
+        RequestStop();
     }
     WaitForSingleObject(stop_.Get(), INFINITE);
     End();
@@ -42,7 +51,8 @@ int DevService::Run() {
 bool DevService::Start() {
     std::error_code error;
     std::filesystem::create_directories(identity_.dataFolder, error);
-    const Settings settings = control_.Read();
+    LoadScenario(control_.Read());
+    const Settings settings = control_.Read(scenario_.Life());
     log_.Write("starts, process " + std::to_string(GetCurrentProcessId()) + ", install folder " +
                PlenxWire::RenderText(PlenxText::ToUtf8(identity_.installFolder)) +
                ", data folder " + PlenxWire::RenderText(PlenxText::ToUtf8(identity_.dataFolder)));
@@ -55,7 +65,29 @@ bool DevService::Start() {
     }
     status_.Running(settings.Flag("accept_stop"));
     log_.Write("runs");
+    scenario_.Started();
     return true;
+}
+
+void DevService::LoadScenario(const Settings& settings) {
+    const std::wstring file =
+        scenarioFile_.empty() ? control_.Absolute(settings.Text("scenario")) : scenarioFile_;
+    if (!file.empty()) {
+        scenario_.Load(file, control_.Folder());
+    }
+}
+
+// As a service that crashes before it runs: "die" tells nobody.
+void DevService::EndAtStart(const Settings& settings) {
+    const bool crashes = settings.Flag("start_crash");
+    if (!crashes && !settings.Flag("start_die")) {
+        return;
+    }
+    log_.Write(crashes ? "crashes at the start" : "dies at the start");
+    if (crashes) {
+        status_.Stopped(ERROR_PROCESS_ABORTED);
+    }
+    TerminateProcess(GetCurrentProcess(), 3);
 }
 
 // What the control file wants of the start; without it, nothing but one step forward.
@@ -73,6 +105,7 @@ bool DevService::StartUnpunctually(const Settings& settings) {
         WaitForSingleObject(stop_.Get(), static_cast<DWORD>(settings.Number("start_silent")));
     }
     Progress(SERVICE_START_PENDING, hint, static_cast<DWORD>(settings.Number("start_delay")));
+    EndAtStart(settings);
     if (const auto code = static_cast<DWORD>(settings.Number("start_fail")); code != 0) {
         Fail("is told to fail", NO_ERROR, code);
         return false;
@@ -104,7 +137,7 @@ void DevService::Progress(DWORD state, DWORD waitHint, DWORD milliseconds) {
 }
 
 void DevService::RequestStop() {
-    const Settings settings = control_.Read();
+    const Settings settings = control_.Read(scenario_.Life());
     if (settings.Text("stop") == "ignore") {
         log_.Write("ignores stop");
         return;
@@ -115,12 +148,13 @@ void DevService::RequestStop() {
         return;
     }
     log_.Write("stops");
+    scenario_.Stopping();
     StopNow();
 }
 
 // The library may itself be ending and answer nobody any more, so nothing here waits long.
 void DevService::End() {
-    const Settings settings = control_.Read();
+    const Settings settings = control_.Read(scenario_.Life());
     Progress(SERVICE_STOP_PENDING, kStopHint, static_cast<DWORD>(settings.Number("stop_delay")));
     const bool sent = sender_.Stop(kLastNotifications);
     if (!sent) {

@@ -9,6 +9,7 @@
 #include "identity.h"
 #include "notification_sender.h"
 #include "peer.h"
+#include "scenario_player.h"
 #include "service_log.h"
 #include "service_status.h"
 
@@ -16,8 +17,9 @@ namespace PlenxService {
 
 class DevService {
 public:
-    /// status outlives this.
-    DevService(Identity identity, ServiceStatus& status, bool toConsole);
+    /// status outlives this. scenario: a file; empty: the one that the control file names.
+    DevService(Identity identity, ServiceStatus& status, bool toConsole,
+               std::wstring scenario = {});
 
     /// Starts, serves until stopped, ends and reports each step. Once.
     /// @return 0 when it came to running and ended as it should.
@@ -31,6 +33,8 @@ public:
 
 private:
     bool Start();
+    void LoadScenario(const Settings& settings);
+    void EndAtStart(const Settings& settings);
     bool StartUnpunctually(const Settings& settings);
     bool ServeEndpoint(const Settings& settings);
     void Progress(DWORD state, DWORD waitHint, DWORD milliseconds);
@@ -39,10 +43,12 @@ private:
 
     const Identity identity_;
     ServiceStatus& status_;
+    const std::wstring scenarioFile_;
     ServiceLog log_;
     ControlFile control_;
     const Handle stop_;
     NotificationSender sender_;
+    ScenarioPlayer scenario_;
     Peer peer_;
 };
 

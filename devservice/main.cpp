@@ -10,6 +10,9 @@
 
 #include "command_line.h"
 #include "dev_service.h"
+#include "scenario_reader.h"
+#include "text/text.h"
+#include "text_file.h"
 #include "windows_service.h"
 
 namespace {
@@ -52,7 +55,7 @@ int RunOnConsole(const PlenxService::CommandLine& line) {
     SetConsoleOutputCP(CP_UTF8);
     // Kept until the process ends: late requests may still come in.
     auto& status = *new PlenxService::ServiceStatus;
-    onConsole = new PlenxService::DevService(*line.console, status, true);
+    onConsole = new PlenxService::DevService(*line.console, status, true, line.scenario);
     SetConsoleCtrlHandler(OnConsoleEvent, TRUE);
     PlenxService::Handle timer;
     if (line.seconds) {
@@ -60,6 +63,25 @@ int RunOnConsole(const PlenxService::CommandLine& line) {
             CreateThread(nullptr, 0, StopLater, const_cast<unsigned*>(&*line.seconds), 0, nullptr));
     }
     return onConsole->Run();
+}
+
+int CheckScenario(const std::wstring& path) {
+    SetConsoleOutputCP(CP_UTF8);
+    const std::string name = PlenxText::ToUtf8(path);
+    const auto text = PlenxService::ReadTextFile(path);
+    if (!text) {
+        std::fprintf(stderr, "plenxservice: cannot read %s\n", name.c_str());
+        return kUsageError;
+    }
+    const PlenxService::ReadScenario read = PlenxService::ReadScenarioText(*text);
+    for (const PlenxService::Mistake& mistake : read.mistakes) {
+        std::fprintf(stderr, "%s\n", PlenxService::Located(name, mistake).c_str());
+    }
+    if (!read.mistakes.empty()) {
+        return kUsageError;
+    }
+    std::printf("%s: no mistakes\n", name.c_str());
+    return 0;
 }
 
 int RunUnderManager() {
@@ -81,6 +103,9 @@ int main() {
     }
     if (!line.error.empty()) {
         return UsageError(line.error);
+    }
+    if (!line.check.empty()) {
+        return CheckScenario(line.check);
     }
     return line.console ? RunOnConsole(line) : RunUnderManager();
 }

@@ -70,13 +70,14 @@ NotificationSender::~NotificationSender() {
     Stop(INFINITE);
 }
 
-void NotificationSender::Enqueue(const Notifications& notifications) {
+void NotificationSender::Enqueue(const Notifications& notifications, DWORD delay) {
     std::size_t dropped = 0;
     {
         const std::lock_guard<std::mutex> lock(mutex_);
+        const ULONGLONG due = GetTickCount64() + delay;
         for (const Notification& notification : notifications) {
             if (queue_.size() < kLongestQueue) {
-                queue_.push_back({notification, GetTickCount64()});
+                queue_.emplace(due, notification);  // behind those of the same tick
             } else {
                 ++dropped;
             }
@@ -102,7 +103,7 @@ void NotificationSender::Work() {
     const HANDLE events[] = {queued_.Get(), stop_.Get()};
     bool stopping = false;
     while (!stopping) {
-        WaitForMultipleObjects(2, events, FALSE, INFINITE);
+        WaitForMultipleObjects(2, events, FALSE, UntilNext());
         stopping = IsSet(stop_);
         for (Queued next; Take(next);) {
             Deliver(next);
@@ -112,12 +113,23 @@ void NotificationSender::Work() {
 
 bool NotificationSender::Take(Queued& next) {
     const std::lock_guard<std::mutex> lock(mutex_);
-    if (queue_.empty()) {
+    const auto first = queue_.begin();
+    if (first == queue_.end() || first->first > GetTickCount64()) {
         return false;
     }
-    next = std::move(queue_.front());
-    queue_.pop_front();
+    next = {first->first, std::move(first->second)};
+    queue_.erase(first);
     return true;
+}
+
+DWORD NotificationSender::UntilNext() {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    if (queue_.empty()) {
+        return INFINITE;
+    }
+    const ULONGLONG now = GetTickCount64();
+    const ULONGLONG due = queue_.begin()->first;
+    return due > now ? static_cast<DWORD>(due - now) : 0;
 }
 
 void NotificationSender::Deliver(const Queued& queued) {
@@ -147,7 +159,7 @@ void NotificationSender::Deliver(const Queued& queued) {
 bool NotificationSender::IsWorthAnotherTry(unsigned long status, const Queued& queued) {
     const bool absent = status == RPC_S_SERVER_UNAVAILABLE || status == RPC_S_UNKNOWN_IF ||
                         status == RPC_S_NOT_LISTENING;
-    return absent && !IsSet(stop_) && GetTickCount64() - queued.queuedAt < kTryForMilliseconds;
+    return absent && !IsSet(stop_) && GetTickCount64() - queued.dueAt < kTryForMilliseconds;
 }
 
 }  // namespace PlenxService

@@ -9,7 +9,7 @@
 
 #include <windows.h>
 
-#include <deque>
+#include <map>
 #include <mutex>
 
 #include "handle.h"
@@ -25,29 +25,31 @@ public:
     NotificationSender(const NotificationSender&) = delete;
     NotificationSender& operator=(const NotificationSender&) = delete;
 
-    void Enqueue(const Notifications& notifications);
+    /// In their order, so many milliseconds from now.
+    void Enqueue(const Notifications& notifications, DWORD delay = 0);
 
-    /// Sends what is queued, each once, and ends the thread.
+    /// Sends what is due, each once, and ends the thread.
     /// @return false when a call did not come back in time; the thread is then still in it,
     ///         and nothing but the end of the process gets it out.
     bool Stop(DWORD milliseconds);
 
 private:
     struct Queued {
+        ULONGLONG dueAt;
         Notification notification;
-        ULONGLONG queuedAt;
     };
 
     static DWORD WINAPI ThreadEntry(void* sender);
     void Work();
     bool Take(Queued& next);
+    DWORD UntilNext();
     void Deliver(const Queued& queued);
     bool IsWorthAnotherTry(unsigned long status, const Queued& queued);
 
     ServiceLog& log_;
     std::mutex mutex_;
-    std::deque<Queued> queue_;
-    const Handle queued_;  // auto-reset: something has been queued
+    std::multimap<ULONGLONG, Notification> queue_;  // by the tick at which they are due
+    const Handle queued_;                           // auto-reset: something has been queued
     const Handle stop_;
     Handle thread_;
 };

@@ -65,11 +65,12 @@ std::string Described(const Answer& answer) {
 }  // namespace
 
 Peer::Peer(const Identity& identity, ServiceStatus& status, ServiceLog& log, ControlFile& control,
-           NotificationSender& sender, const Handle& stop)
+           ScenarioPlayer& scenario, NotificationSender& sender, const Handle& stop)
     : identity_(identity),
       status_(status),
       log_(log),
       control_(control),
+      scenario_(scenario),
       sender_(sender),
       stop_(stop) {}
 
@@ -78,9 +79,9 @@ Answer Peer::AnswerTo(std::int32_t request, const std::uint8_t* message, std::in
     log_.Write("received " + (decoded.Ok() ? PlenxWire::RenderMessage(request, decoded.arguments)
                                            : RenderId(request) + " broken: " + decoded.error));
 
-    static const Settings kHonest("", "");
-    const Settings told = control_.Read();
-    const Settings& settings = Misbehaves(request, told) ? told : kHonest;
+    const Values step = scenario_.StepFor(request);
+    const Settings told = control_.Read(step);
+    const Settings settings = Misbehaves(request, told) ? told : Settings("", "", step);
     EndIfTold(request, settings);
     if (const std::int64_t delay = settings.Number("delay", 0, request); delay > 0) {
         WaitForSingleObject(stop_.Get(), static_cast<DWORD>(delay));
@@ -99,6 +100,7 @@ Answer Peer::AnswerTo(std::int32_t request, const std::uint8_t* message, std::in
         Take(request, decoded.arguments, settings);
     }
     log_.Write("answered " + RenderId(request) + " " + Described(answer));
+    scenario_.Answered(request);
     return answer;
 }
 

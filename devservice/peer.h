@@ -1,5 +1,5 @@
 // The service as the library sees it: answers requests, keeps what they say, reacts with
-// notifications, and misbehaves as the control file tells it to.
+// notifications, and misbehaves as the control file and the scenario tell it to.
 
 #ifndef PLENXSERVICE_PEER_H
 #define PLENXSERVICE_PEER_H
@@ -15,6 +15,7 @@
 #include "identity.h"
 #include "notification_sender.h"
 #include "peer_state.h"
+#include "scenario_player.h"
 #include "service_log.h"
 #include "service_status.h"
 
@@ -38,7 +39,7 @@ class Peer {
 public:
     /// stop: cuts every wait short.
     Peer(const Identity& identity, ServiceStatus& status, ServiceLog& log, ControlFile& control,
-         NotificationSender& sender, const Handle& stop);
+         ScenarioPlayer& scenario, NotificationSender& sender, const Handle& stop);
 
     /// One request; any thread, several at once.
     Answer AnswerTo(std::int32_t request, const std::uint8_t* message, std::int32_t size);
@@ -57,6 +58,7 @@ private:
     ServiceStatus& status_;
     ServiceLog& log_;
     ControlFile& control_;
+    ScenarioPlayer& scenario_;
     NotificationSender& sender_;
     const Handle& stop_;
 

@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <optional>
 #include <stdexcept>
+#include <utility>
 
 #include "wire/catalog.h"
 
@@ -25,6 +26,8 @@ constexpr Key kKeys[] = {
     {"start_silent", Kind::kNumber, false},
     {"start_never", Kind::kFlag, false},
     {"start_fail", Kind::kNumber, false},
+    {"start_crash", Kind::kFlag, false},
+    {"start_die", Kind::kFlag, false},
     {"serve", Kind::kFlag, false},
     {"accept_stop", Kind::kFlag, false},
     // at each request
@@ -41,10 +44,12 @@ constexpr Key kKeys[] = {
     {"hostile", Kind::kFlag, true},
     // when it is to stop
     {"stop", Kind::kStop, false},
+    {"stop_after", Kind::kNumber, false},
     {"stop_delay", Kind::kNumber, false},
     {"linger", Kind::kNumber, false},
     // always
     {"log", Kind::kText, false},
+    {"scenario", Kind::kText, false},
 };
 
 constexpr std::string_view kNicknames[] = {"office", "pc", "phone"};
@@ -113,7 +118,8 @@ std::string RequestNumber(std::string_view text) {
 
 }  // namespace
 
-Settings::Settings(std::string_view fileText, const std::string& nickname) {
+Settings::Settings(std::string_view fileText, const std::string& nickname, Values below)
+    : general_(std::move(below)) {
     constexpr std::string_view kByteOrderMark = "\xef\xbb\xbf";
     if (fileText.substr(0, kByteOrderMark.size()) == kByteOrderMark) {
         fileText.remove_prefix(kByteOrderMark.size());

@@ -19,10 +19,14 @@ namespace PlenxService {
 
 constexpr std::int32_t kNoRequest = -1;
 
+/// Keys and their values, as the file has them.
+using Values = std::map<std::string, std::string>;
+
 class Settings {
 public:
     /// nickname: of the service that asks; the lines of the others are passed over.
-    Settings(std::string_view fileText, const std::string& nickname);
+    /// below: what holds where the file says nothing.
+    Settings(std::string_view fileText, const std::string& nickname, Values below = {});
 
     /// Lines that mean nothing, each with its number.
     const std::vector<std::string>& Complaints() const noexcept { return complaints_; }
@@ -40,8 +44,8 @@ private:
     std::string CheckedKey(std::string_view key, std::string_view value);
     const std::string* Find(std::string_view key, std::int32_t request) const;
 
-    std::map<std::string, std::string> particular_;  // of this service alone
-    std::map<std::string, std::string> general_;
+    Values particular_;  // of this service alone
+    Values general_;
     std::vector<std::string> complaints_;
 };
 

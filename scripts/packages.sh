@@ -4,10 +4,10 @@ base_packages=(cmake ninja-build)
 windows_packages=("${base_packages[@]}"
     g++-mingw-w64-x86-64-posix mingw-w64-tools clang
     wine wine64
-    googletest libspdlog-dev libfmt-dev libcli11-dev nlohmann-json3-dev)
+    googletest libspdlog-dev libfmt-dev libcli11-dev libtomlplusplus-dev nlohmann-json3-dev)
 schema_packages=(python3 python3-jsonschema)
 native_packages=("${base_packages[@]}" "${schema_packages[@]}" g++ clang libclang-rt-14-dev lld
-    googletest libspdlog-dev libfmt-dev libcli11-dev nlohmann-json3-dev)
+    googletest libspdlog-dev libfmt-dev libcli11-dev libtomlplusplus-dev nlohmann-json3-dev)
 demo_packages=(python3)
 bench_packages=("${native_packages[@]}" "${windows_packages[@]}" python3 pkg-config libbenchmark-dev
     libflatbuffers-dev flatbuffers-compiler libmsgpack-cxx-dev libprotobuf-dev protobuf-compiler

@@ -1,0 +1,71 @@
+// What a scenario file says, ready to be played: how a service answers, starts and stops, and
+// what it notifies when. docs/scenarios.md describes the file. Plain values.
+
+#ifndef PLENXSERVICE_SCENARIO_H
+#define PLENXSERVICE_SCENARIO_H
+
+#include <cstdint>
+#include <limits>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "notification.h"
+#include "settings.h"
+
+namespace PlenxService {
+
+constexpr std::int64_t kUnlimited = std::numeric_limits<std::int64_t>::max();
+
+/// Which service a part of the scenario is about, and in which of its runs.
+struct Scope {
+    std::string service;             // empty: each
+    std::int64_t runs = kUnlimited;  // the first so many
+
+    /// run: 1 for the first.
+    bool Covers(std::string_view nickname, std::int64_t run) const {
+        return (service.empty() || service == nickname) && run <= runs;
+    }
+};
+
+/// [start] or [stop].
+struct LifePart {
+    Scope scope;
+    Values values;
+};
+
+/// [[on]]: of the steps that cover a request, the first one that is not used up counts.
+struct Step {
+    Scope scope;
+    std::optional<std::int32_t> request;  // none: each
+    std::int64_t skip = 0;
+    std::int64_t times = kUnlimited;
+    Values values;
+};
+
+enum class Moment { kStart, kRequest, kStop };
+
+/// [[notify]]
+struct Schedule {
+    Scope scope;
+    Moment moment = Moment::kStart;
+    std::int32_t request = 0;  // when the moment is one
+    std::int64_t after = 0;    // milliseconds
+    std::int64_t every = 0;
+    std::int64_t times = 1;
+    Notification notification;
+    bool hostile = false;  // all hostile notifications, instead of the one
+};
+
+struct Scenario {
+    std::string title;
+    std::string about;
+    std::vector<LifePart> life;
+    std::vector<Step> steps;
+    std::vector<Schedule> schedules;
+};
+
+}  // namespace PlenxService
+
+#endif  // PLENXSERVICE_SCENARIO_H

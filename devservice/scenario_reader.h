@@ -1,0 +1,31 @@
+// Reads a scenario file, TOML in UTF-8. Pure functions; any thread.
+
+#ifndef PLENXSERVICE_SCENARIO_READER_H
+#define PLENXSERVICE_SCENARIO_READER_H
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "scenario.h"
+
+namespace PlenxService {
+
+struct Mistake {
+    unsigned line = 0;
+    std::string text;  // what is wrong, and what is allowed
+};
+
+struct ReadScenario {
+    Scenario scenario;              // of use only without mistakes
+    std::vector<Mistake> mistakes;  // in the order of their lines
+};
+
+ReadScenario ReadScenarioText(std::string_view text);
+
+/// "FILE:LINE: TEXT"
+std::string Located(const std::string& file, const Mistake& mistake);
+
+}  // namespace PlenxService
+
+#endif  // PLENXSERVICE_SCENARIO_READER_H

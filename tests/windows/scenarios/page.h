@@ -1,0 +1,24 @@
+// The page on scenarios, and what its sections show.
+
+#ifndef PLENXSDK_TESTS_WINDOWS_SCENARIOS_PAGE_H
+#define PLENXSDK_TESTS_WINDOWS_SCENARIOS_PAGE_H
+
+#include <string>
+#include <vector>
+
+namespace PlenxTest {
+
+struct Shown {
+    std::vector<std::string> lines;  // of the observer
+    bool shortened = false;          // "..." stands for more of the same
+};
+
+/// What the section of a scenario says that the observer gets.
+Shown ShownOnPage(const std::string& scenario);
+
+/// The lines of the observer in what the runner printed.
+std::vector<std::string> ObservedLines(const std::string& output);
+
+}  // namespace PlenxTest
+
+#endif  // PLENXSDK_TESTS_WINDOWS_SCENARIOS_PAGE_H

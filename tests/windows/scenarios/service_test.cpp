@@ -1,0 +1,101 @@
+// Scenarios in the service itself, without the runner.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "scenarios/tool.h"
+
+namespace PlenxTest {
+namespace {
+
+using testing::HasSubstr;
+using testing::Not;
+
+class ServiceOnConsole : public testing::Test {
+protected:
+    /// Runs the PC service for a second.
+    std::string Played(const std::wstring& more = L"") const {
+        const auto run = tool.Run(L"plenxservice", L"--console pc --seconds 1 --install " +
+                                                       tool.Folder().wstring() + L" --data " +
+                                                       (tool.Folder() / "data").wstring() + more);
+        EXPECT_EQ(run.code, 0u) << run.output;
+        return run.output;
+    }
+    std::wstring Mine() const { return (tool.Folder() / "mine.toml").wstring(); }
+
+    Tool tool;
+};
+
+TEST_F(ServiceOnConsole, ScenarioOfTheControlFile_IsPlayedAndItsRunsCounted) {
+    tool.Write("plenxservice.ini", "scenario=mine.toml\n");
+    tool.Write("mine.toml",
+               "title = \"A\"\n[start]\nruns = 1\nserve = false\n"
+               "[[notify]]\nruns = 1\nafter_ms = 1\ntimes = 2\nevery_ms = 1\n"
+               "send = \"ErrorNotify\"\nerrCode = 5\n");
+    const std::string first = Played();
+    EXPECT_THAT(first, HasSubstr(" pc plays scenario \"A\", run 1\n"));
+    EXPECT_THAT(first, HasSubstr(" pc does not serve PLENXPCService\n"));
+    EXPECT_THAT(first, HasSubstr(" pc sends ErrorNotify(15) errCode:5\n"));
+    const std::string second = Played();
+    EXPECT_THAT(second, HasSubstr(" pc plays scenario \"A\", run 2\n"));
+    EXPECT_THAT(second, HasSubstr(" pc serves PLENXPCService\n"));
+    EXPECT_THAT(second, Not(HasSubstr("ErrorNotify")));
+}
+
+TEST_F(ServiceOnConsole, ScenarioOfTheCommandLine_CountsBeforeThatOfTheControlFile) {
+    tool.Write("plenxservice.ini", "scenario=other.toml\n");
+    tool.Write("mine.toml", "title = \"mine\"\n");
+    EXPECT_THAT(Played(L" --scenario " + Mine()),
+                HasSubstr(" pc plays scenario \"mine\", run 1\n"));
+}
+
+TEST_F(ServiceOnConsole, LineOfTheControlFile_CountsBeforeTheScenario) {
+    tool.Write("plenxservice.ini", "scenario=mine.toml\nserve=yes\n");
+    tool.Write("mine.toml", "[start]\nserve = false\n");
+    EXPECT_THAT(Played(), HasSubstr(" pc serves PLENXPCService\n"));
+}
+
+TEST_F(ServiceOnConsole, ScenarioWithMistakes_IsNamedAndTheServiceIsHonest) {
+    tool.Write("plenxservice.ini", "scenario=mine.toml\n");
+    tool.Write("mine.toml", "[start]\nserve = false\nfial = 5\n");
+    const std::string log = Played();
+    EXPECT_THAT(log, HasSubstr(" pc scenario C:\\scenario_test\\mine.toml:3: unknown key fial in "
+                               "[start]; there are "));
+    EXPECT_THAT(log, HasSubstr(" pc does not play a scenario with mistakes\n"));
+    EXPECT_THAT(log, HasSubstr(" pc serves PLENXPCService\n"));
+}
+
+TEST_F(ServiceOnConsole, ScenarioThatIsMissing_IsNamedAndTheServiceIsHonest) {
+    tool.Write("plenxservice.ini", "scenario=none.toml\n");
+    const std::string log = Played();
+    EXPECT_THAT(log, HasSubstr(" pc cannot read scenario \"C:\\\\scenario_test\\\\none.toml\"\n"));
+    EXPECT_THAT(log, HasSubstr(" pc runs\n"));
+}
+
+TEST_F(ServiceOnConsole, ServiceThatStopsByItself_EndsBeforeItsTime) {
+    tool.Write("mine.toml", "[stop]\nafter_ms = 1\n");
+    const auto run = tool.Run(L"plenxservice", L"--console pc --seconds 3600 --data " +
+                                                   (tool.Folder() / "data").wstring() +
+                                                   L" --scenario " + Mine());
+    EXPECT_EQ(run.code, 0u);
+    EXPECT_THAT(run.output, HasSubstr(" pc has stopped\n"));
+}
+
+TEST_F(ServiceOnConsole, CheckOfAFile_TellsItsMistakesAndEndsWith2) {
+    tool.Write("mine.toml", "[[on]]\n\nskip = -1\n");
+    auto run = tool.Run(L"plenxservice", L"--check " + Mine());
+    EXPECT_EQ(run.code, 2u);
+    EXPECT_EQ(run.output,
+              "C:\\scenario_test\\mine.toml:3: skip = -1 in [[on]] must be an integer "
+              "from 0 to 10000\n");
+    tool.Write("mine.toml", "[[on]]\nskip = 1\n");
+    run = tool.Run(L"plenxservice", L"--check " + Mine());
+    EXPECT_EQ(run.code, 0u);
+    EXPECT_EQ(run.output, "C:\\scenario_test\\mine.toml: no mistakes\n");
+    run = tool.Run(L"plenxservice", L"--check C:\\none.toml");
+    EXPECT_EQ(run.code, 2u);
+    EXPECT_EQ(run.output, "plenxservice: cannot read C:\\none.toml\n");
+}
+
+}  // namespace
+}  // namespace PlenxTest

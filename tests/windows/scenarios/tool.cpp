@@ -1,0 +1,55 @@
+#include "scenarios/tool.h"
+
+#include <algorithm>
+
+#include "support/child_process.h"
+#include "support/install_folder.h"
+
+namespace PlenxTest {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr DWORD kPatience = 120000;
+
+std::string WithoutReturns(std::string text) {
+    text.erase(std::remove(text.begin(), text.end(), '\r'), text.end());
+    return text;
+}
+
+}  // namespace
+
+Tool::Tool() {
+    fs::remove_all(folder_);
+    fs::create_directories(folder_);
+}
+
+Tool::~Tool() {
+    std::error_code ignored;
+    fs::remove_all(folder_, ignored);
+}
+
+Tool::Outcome Tool::Run(const std::wstring& program, const std::wstring& arguments) const {
+    const fs::path output = folder_ / "output.txt";
+    ChildProcess shell(L"cmd /c " + ProgramFolder() + L"\\" + program + L".exe " + arguments +
+                       L" > " + output.wstring() + L" 2>&1");
+    Outcome outcome;
+    outcome.code = shell.WaitForExit(kPatience);
+    outcome.output = WithoutReturns(ReadFile(output));
+    return outcome;
+}
+
+Tool::Outcome Tool::RunScenario(const std::wstring& arguments) const {
+    return Run(L"plenxscenario", L"run --work " + (folder_ / "work").wstring() + L" " + arguments);
+}
+
+fs::path Tool::Write(const std::string& name, const std::string& content) const {
+    WriteFile(folder_ / name, content);
+    return folder_ / name;
+}
+
+std::string Tool::Read(const std::string& name) const {
+    return WithoutReturns(ReadFile(folder_ / name));
+}
+
+}  // namespace PlenxTest

@@ -1,0 +1,28 @@
+// What the logs of a run tell: what the host's observer got, and why the run failed. Pure
+// functions.
+
+#ifndef PLENXSCENARIO_HOST_LOG_H
+#define PLENXSCENARIO_HOST_LOG_H
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace PlenxScenario {
+
+struct Ending {
+    std::optional<unsigned long> exitCode;  // none: it had to be ended
+    bool ownHost = false;                   // not plenxhost
+    double deadline = 0;                    // seconds
+};
+
+/// The notifications in the output of plenxhost, each as one line.
+std::vector<std::string> ObservedIn(const std::string& hostOutput);
+
+/// Empty: nothing went wrong.
+std::string ReasonOfFailure(const Ending& ending, const std::string& hostOutput,
+                            const std::string& serviceLog);
+
+}  // namespace PlenxScenario
+
+#endif  // PLENXSCENARIO_HOST_LOG_H

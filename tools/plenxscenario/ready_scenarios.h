@@ -1,0 +1,43 @@
+// The ready scenarios: NAME.toml, which the service plays, and NAME.plenx, the script for
+// plenxhost, side by side in one folder. Any thread.
+
+#ifndef PLENXSCENARIO_READY_SCENARIOS_H
+#define PLENXSCENARIO_READY_SCENARIOS_H
+
+#include <filesystem>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace PlenxScenario {
+
+/// What was asked for cannot be done.
+class UsageError : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+struct ReadyScenario {
+    std::string name;
+    std::string title;
+    std::string about;
+    std::filesystem::path file;
+    std::filesystem::path script;  // may be absent
+};
+
+/// In the order of their names. @throws UsageError when there are none, or one has mistakes.
+std::vector<ReadyScenario> ReadyScenariosIn(const std::filesystem::path& folder);
+
+/// A file of one's own. @throws UsageError that names its mistakes.
+ReadyScenario ScenarioOfFile(const std::filesystem::path& file);
+
+/// nameOrFile: of a ready scenario, or a path that ends in .toml.
+/// @throws UsageError that lists the names there are.
+ReadyScenario FindScenario(const std::vector<ReadyScenario>& ready, const std::string& nameOrFile);
+
+/// The whole of a file. @throws UsageError when it cannot be read.
+std::string ReadWhole(const std::filesystem::path& file);
+
+}  // namespace PlenxScenario
+
+#endif  // PLENXSCENARIO_READY_SCENARIOS_H

@@ -1,0 +1,94 @@
+#include "registered_services.h"
+
+#include <windows.h>
+
+#include <cwchar>
+#include <vector>
+
+#include "text/text.h"
+#include "unique_handle.h"
+
+namespace PlenxScenario {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const wchar_t* kServices[] = {L"PlenxPcSvc", L"PlenxPhoneSvc"};
+constexpr const wchar_t* kDriver = L"Dokan1";
+constexpr DWORD kEndOfService = 5000;
+
+UniqueServiceHandle Open(const wchar_t* name) {
+    const UniqueServiceHandle manager(OpenSCManagerW(nullptr, nullptr, SC_MANAGER_CONNECT));
+    return UniqueServiceHandle(manager ? OpenServiceW(manager.get(), name, SERVICE_ALL_ACCESS)
+                                       : nullptr);
+}
+
+std::wstring ProgramOf(SC_HANDLE service) {
+    DWORD size = 0;
+    QueryServiceConfigW(service, nullptr, 0, &size);
+    std::vector<std::uint64_t> buffer(size / sizeof(std::uint64_t) + 1);
+    auto* const config = reinterpret_cast<QUERY_SERVICE_CONFIGW*>(buffer.data());
+    if (!QueryServiceConfigW(service, config, size, &size)) {
+        return {};
+    }
+    return config->lpBinaryPathName;
+}
+
+bool LiesIn(const std::wstring& program, const fs::path& folder) {
+    const std::wstring begin = folder.wstring() + L"\\";
+    const bool quoted = !program.empty() && program[0] == L'"';
+    return _wcsnicmp(program.c_str() + (quoted ? 1 : 0), begin.c_str(), begin.size()) == 0;
+}
+
+// One that hangs does not stop, so nobody asks it to.
+void EndProcessOf(SC_HANDLE service, const fs::path& folder) {
+    SERVICE_STATUS_PROCESS status = {};
+    DWORD needed = 0;
+    if (!QueryServiceStatusEx(service, SC_STATUS_PROCESS_INFO, reinterpret_cast<LPBYTE>(&status),
+                              sizeof status, &needed) ||
+        status.dwProcessId == 0) {
+        return;
+    }
+    const UniqueHandle process(
+        OpenProcess(PROCESS_TERMINATE | PROCESS_QUERY_LIMITED_INFORMATION | SYNCHRONIZE, FALSE,
+                    status.dwProcessId));
+    std::wstring path(32768, L'\0');
+    auto length = static_cast<DWORD>(path.size());
+    // The id may have gone to another process.
+    if (process && QueryFullProcessImageNameW(process.get(), 0, path.data(), &length) &&
+        LiesIn(path, folder)) {
+        TerminateProcess(process.get(), 0);
+        WaitForSingleObject(process.get(), kEndOfService);
+    }
+}
+
+}  // namespace
+
+void RemoveServicesOf(const fs::path& folder) {
+    for (const wchar_t* const name : kServices) {
+        const UniqueServiceHandle service = Open(name);
+        if (service && LiesIn(ProgramOf(service.get()), folder)) {
+            EndProcessOf(service.get(), folder);
+            DeleteService(service.get());
+        }
+    }
+    const UniqueServiceHandle driver = Open(kDriver);
+    if (driver && LiesIn(ProgramOf(driver.get()), folder)) {
+        SERVICE_STATUS status = {};
+        ControlService(driver.get(), SERVICE_CONTROL_STOP, &status);
+        DeleteService(driver.get());
+    }
+}
+
+std::string ServiceOfOthers(const fs::path& folder) {
+    for (const wchar_t* const name : kServices) {
+        const UniqueServiceHandle service = Open(name);
+        const std::wstring program = service ? ProgramOf(service.get()) : L"";
+        if (!program.empty() && !LiesIn(program, folder)) {
+            return PlenxText::ToUtf8(name) + ", " + PlenxText::ToUtf8(program);
+        }
+    }
+    return {};
+}
+
+}  // namespace PlenxScenario

@@ -1,0 +1,21 @@
+// The services and the driver that the library registers, seen by where their program lies: those
+// of a run are removed after it, those of anybody else are not touched.
+
+#ifndef PLENXSCENARIO_REGISTERED_SERVICES_H
+#define PLENXSCENARIO_REGISTERED_SERVICES_H
+
+#include <filesystem>
+#include <string>
+
+namespace PlenxScenario {
+
+/// Ends and deletes those whose program lies in the folder.
+void RemoveServicesOf(const std::filesystem::path& folder);
+
+/// A service that the library would take over from a host that is installed here: its name and
+/// program. Empty: there is none.
+std::string ServiceOfOthers(const std::filesystem::path& folder);
+
+}  // namespace PlenxScenario
+
+#endif  // PLENXSCENARIO_REGISTERED_SERVICES_H

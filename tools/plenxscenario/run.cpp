@@ -1,0 +1,72 @@
+#include "run.h"
+
+#include <windows.h>
+
+#include <chrono>
+
+#include "host_log.h"
+#include "host_process.h"
+#include "text/text.h"
+
+namespace PlenxScenario {
+namespace {
+
+namespace fs = std::filesystem;
+
+// plenxhost ends itself when its time is over.
+constexpr double kForTheEnd = 10;
+
+std::string Quoted(const fs::path& path) {
+    return '"' + path.u8string() + '"';
+}
+
+std::string UsualHost(const ReadyScenario& scenario, const Stage& stage,
+                      const RunOptions& options) {
+    if (!fs::exists(scenario.script)) {
+        throw UsageError(scenario.script.u8string() + " is missing; --host names another host");
+    }
+    return Quoted(options.stage.programs / "plenxhost.exe") + " --install " +
+           Quoted(stage.Install()) + " --data " + Quoted(stage.Data()) + " --timeout " +
+           std::to_string(options.seconds) + " --script " + Quoted(scenario.script);
+}
+
+void Tell(const wchar_t* variable, const fs::path& value) {
+    SetEnvironmentVariableW(variable, value.wstring().c_str());
+}
+
+std::string TextOf(const fs::path& file) {
+    return fs::exists(file) ? ReadWhole(file) : std::string();
+}
+
+}  // namespace
+
+Result RunScenario(const ReadyScenario& scenario, const RunOptions& options) {
+    const Stage stage(options.stage, scenario.name, scenario.file);
+    Tell(L"PLENX_SCENARIO", fs::u8path(scenario.name));
+    Tell(L"PLENX_INSTALL", stage.Install());
+    Tell(L"PLENX_DATA", stage.Data());
+    Tell(L"PLENX_LOG_FILE", stage.Logs() / "library.log");
+
+    const fs::path output = stage.Logs() / "host.txt";
+    const bool ownHost = !options.host.empty();
+    const std::string command = ownHost ? options.host : UsualHost(scenario, stage, options);
+    Ending ending;
+    ending.ownHost = ownHost;
+    ending.deadline = options.seconds;
+    const auto begin = std::chrono::steady_clock::now();
+    ending.exitCode =
+        RunHost(PlenxText::ToWide(command), output, options.seconds + (ownHost ? 0 : kForTheEnd));
+    const std::chrono::duration<double> took = std::chrono::steady_clock::now() - begin;
+
+    const std::string hostOutput = TextOf(output);
+    Result result;
+    result.name = scenario.name;
+    result.title = scenario.title;
+    result.reason = ReasonOfFailure(ending, hostOutput, TextOf(stage.Logs() / "service.log"));
+    result.seconds = took.count();
+    result.logFolder = stage.Logs().u8string();
+    result.observed = ObservedIn(hostOutput);
+    return result;
+}
+
+}  // namespace PlenxScenario
