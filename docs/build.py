@@ -43,7 +43,14 @@ REFERENCE = {
     "Companion: office service": "classDistributedFileManager.html",
     "Companion: logger": "classOvLogger.html",
 }
-SHORT_TITLES = {"docs/index.md": "Where to begin", "README.md": "About the project"}
+SHORT_TITLES = {
+    "docs/index.md": "Where to begin",
+    "README.md": "About the project",
+    "devservice/README.md": "The development service",
+    "host/README.md": "plenxhost, its sources",
+    "companion/README.md": "Companion stand-ins",
+    "tests/both_worlds/README.md": "One source, two worlds",
+}
 
 # Of Doxygen's files: lists that the navigation makes needless, and what belongs to its own design.
 NEEDLESS = ["*.png", "*.js", "*.css", "doxygen.svg", "dir_*.html", "annotated.html", "classes.html",
@@ -208,6 +215,7 @@ class Pages:
         text = "".join(links)
         text = re.sub(r"<table>.*?</table>", r'<div class="table">\g<0></div>', text,
                       flags=re.DOTALL)
+        text = re.sub(r"<p>(<img [^>]*>)</p>", r'<div class="figure" tabindex="0">\1</div>', text)
         return re.sub(r'<pre>|<pre lang="(\w+)">', '<pre tabindex="0">', text)
 
     def contents_list(self, text):
