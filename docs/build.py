@@ -47,6 +47,7 @@ SHORT_TITLES = {
     "docs/index.md": "Where to begin",
     "README.md": "About the project",
     "devservice/README.md": "The development service",
+    "docs/plenxhost-json.md": "plenxhost --json",
     "host/README.md": "plenxhost, its sources",
     "companion/README.md": "Companion stand-ins",
     "tests/both_worlds/README.md": "One source, two worlds",

@@ -7,8 +7,8 @@
 ///
 /// **How it works.** Every operation that changes something checks its arguments, queues a job and
 /// returns at once. One private worker runs the jobs one at a time, in the order of the calls. The
-/// outcome of a job comes back through the observers. Nothing is ever retried, and nothing that is
-/// queued can be taken back.
+/// outcome of a job comes back through the observers. A job that has failed is not tried again, and
+/// one that is queued cannot be taken back.
 ///
 /// **Threads.** All operations of PLENXManager may be called from any thread at any time. Observers
 /// are called on the worker and on threads of the RPC runtime, never two at once, and never on a
@@ -38,7 +38,8 @@
 /// progress for 2 s is ended by force; one that refuses the stop, because it is still starting or
 /// hangs in a stop, is left. Jobs that are queued are not run, one that is running is cut off, and
 /// no observer is called any more. The driver and the office service stay registered. After a crash
-/// or TerminateProcess all of it stays. The next Init takes over what was left.
+/// or TerminateProcess all of it stays. The next Init takes over what was left; a service that still
+/// hangs in its stop cannot be started until its process is ended.
 ///
 /// **Exceptions.** No operation throws because of its arguments. std::system_error,
 /// std::bad_alloc and whatever the companion library throws may pass through. What goes wrong
