@@ -38,8 +38,8 @@
 /// progress for 2 s is ended by force; one that refuses the stop, because it is still starting or
 /// hangs in a stop, is left. Jobs that are queued are not run, one that is running is cut off, and
 /// no observer is called any more. The driver and the office service stay registered. After a crash
-/// or TerminateProcess all of it stays. The next Init takes over what was left; a service that still
-/// hangs in its stop cannot be started until its process is ended.
+/// or TerminateProcess all of it stays. The next Init takes over what was left; a service that
+/// still hangs in its stop cannot be started until its process is ended.
 ///
 /// **Exceptions.** No operation throws because of its arguments. std::system_error,
 /// std::bad_alloc and whatever the companion library throws may pass through. What goes wrong
@@ -189,11 +189,11 @@ public:
     /// @return 0 when handled.
     virtual int NotifyReconnect(ServiceType svcType, const std::string& first) = 0;
     /// A service asks for the status of a link of a group, and waits for the answer.
-    /// @param svcType   As for NotifyConnect.
-    /// @param first     The group's name.
-    /// @param linkType  Which link; the service's own number.
-    /// @param linkStatus  Holds 0, or what an observer before this one has written; the value left
-    ///                    in it by the last observer goes back to the service, whatever this
+    /// @param svcType     As for NotifyConnect.
+    /// @param first       The group's name.
+    /// @param linkType    Which link; the service's own number.
+    /// @param linkStatus  Holds 0, or what an observer before this one has written; the value
+    ///                    left in it by the last observer goes back to the service, whatever this
     ///                    returns.
     /// @return 0 when handled.
     virtual int QueryLinkStatus(ServiceType svcType, const std::string& first,
@@ -246,13 +246,13 @@ public:
     /// second must be valid UTF-8, and second must be a folder that exists.
     ///
     /// @param first   Install folder, without a trailing backslash or a NUL: it holds
-    ///                plenxservice.exe, dokan1.sys, dokan1.dll, dokanfuse1.dll and
-    ///                the icon folders under `res\plenx\icon`. It and its "upgrade" folder must be
-    ///                writable by administrators only, and its path should be ASCII and free
-    ///                of blanks (service paths are registered unquoted).
+    ///                plenxservice.exe, dokan1.sys, dokan1.dll, dokanfuse1.dll and the icon
+    ///                folders under `res\plenx\icon`. It and its "upgrade" folder must be
+    ///                writable by administrators only, and its path should be ASCII and free of
+    ///                blanks (service paths are registered unquoted).
     /// @param second  Data folder, without a trailing backslash or a NUL, not empty. Its
-    ///                sub-folder "plenx", and "plenx0" to "plenx99" as needed, are
-    ///                DELETED with all that is in them.
+    ///                sub-folder "plenx", and "plenx0" to "plenx99" as needed, are DELETED with
+    ///                all that is in them.
     /// @param third   Goes to the companion library only.
     /// @param flag    Goes to the companion library only.
     PLENXSDK_API void Init(const std::string& first, const std::string& second, std::string third,
@@ -320,12 +320,12 @@ public:
     /// it for kPcService as well. A failure at the PC or phone service comes as NotifyStatus with
     /// kind 2; success brings no notification, and the office service none at all.
     /// @param svcType  Service 0 to 3.
-    /// @param first   Group name, not empty.
-    /// @param second  Device id, not empty.
-    /// @param size    Length of data in bytes; only its low 32 bits count. From 2^31 the
-    ///                request to the PC or phone service fails and the office service gets
-    ///                no bytes; otherwise the office service gets at most 16.
-    /// @param data    Copied before the call returns; null means no bytes.
+    /// @param first    Group name, not empty.
+    /// @param second   Device id, not empty.
+    /// @param size     Length of data in bytes; only its low 32 bits count. From 2^31 the request
+    ///                 to the PC or phone service fails and the office service gets no bytes;
+    ///                 otherwise the office service gets at most 16.
+    /// @param data     Copied before the call returns; null means no bytes.
     /// @return kAccepted or kInvalidParameter.
     PLENXSDK_API int LocalDeviceOnline(ServiceType svcType, const std::string& first,
                                        const std::string& second, std::uint64_t size,
@@ -334,8 +334,8 @@ public:
     /// Queues the news that a remote device is online. The office service's outcome comes as
     /// NotifyStatus with kind 2, of the PC and phone services only a failure.
     /// @param svcType  Service 0 to 3.
-    /// @param first   Group name, not empty.
-    /// @param second  Device id, not empty.
+    /// @param first    Group name, not empty.
+    /// @param second   Device id, not empty.
     /// @return kAccepted or kInvalidParameter.
     PLENXSDK_API int RemoteDeviceOnline(ServiceType svcType, const std::string& first,
                                         const std::string& second);
@@ -343,8 +343,8 @@ public:
     /// Queues the news that the local device goes offline, and why. The office service's outcome
     /// comes as NotifyStatus with kind 3, of the PC and phone services only a failure.
     /// @param svcType  Service 0 to 3.
-    /// @param first   Group name, not empty.
-    /// @param second  Device id, not empty.
+    /// @param first    Group name, not empty.
+    /// @param second   Device id, not empty.
     /// @param trigger  Handed to the PC or phone service as it is.
     /// @return kAccepted or kInvalidParameter.
     PLENXSDK_API int LocalDeviceOffline(ServiceType svcType, const std::string& first,
@@ -353,8 +353,8 @@ public:
     /// Queues the news that a remote device goes offline, and why. A failure at the PC or phone
     /// service comes as NotifyStatus with kind 3; of the office service nothing comes.
     /// @param svcType  Service 0 to 3.
-    /// @param first   Group name, not empty.
-    /// @param second  Device id, not empty.
+    /// @param first    Group name, not empty.
+    /// @param second   Device id, not empty.
     /// @param trigger  Handed to the PC or phone service as it is.
     /// @return kAccepted or kInvalidParameter.
     PLENXSDK_API int RemoteDeviceOffline(ServiceType svcType, const std::string& first,
@@ -378,8 +378,8 @@ public:
     /// device.
     /// @param first   Group name.
     /// @param second  Device id.
-    /// @param dir     In: a relative name. Out: the folder, a backslash, and that
-    ///                name, whatever the result.
+    /// @param dir     In: a relative name. Out: the folder, a backslash, and that name, whatever
+    ///                the result.
     /// @return The companion library's code; 0 before Init.
     PLENXSDK_API int GetOfficeDir(const std::string& first, const std::string& second,
                                   std::string& dir);
