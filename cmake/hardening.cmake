@@ -1,6 +1,13 @@
 # What makes an attack on our binaries harder. All of our own sources get it with plenx_warnings.
 # tests/windows/hardening holds the shipped binaries to it.
 
+add_library(plenx_hardening INTERFACE)
+if(MSVC)  # its stack guard and the linker's options are on by default
+  target_compile_options(plenx_hardening INTERFACE /guard:cf)
+  target_link_options(plenx_hardening INTERFACE /guard:cf)
+  return()
+endif()
+
 add_library(plenx_stack_guard STATIC ${PROJECT_SOURCE_DIR}/cmake/stack_guard.c)
 target_compile_options(plenx_stack_guard PRIVATE -Wall -Wextra -Werror -fno-stack-protector)
 
@@ -9,7 +16,6 @@ execute_process(
   COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=libssp.a
   OUTPUT_VARIABLE checked_copies OUTPUT_STRIP_TRAILING_WHITESPACE)
 
-add_library(plenx_hardening INTERFACE)
 target_compile_options(plenx_hardening INTERFACE -fstack-protector-strong)
 # The checks of copies need an optimising compiler; those of containers do not.
 target_compile_definitions(plenx_hardening INTERFACE

@@ -2,9 +2,17 @@
 
 find_package(Threads REQUIRED)
 
-# Our own sources: warnings are errors.
+# Our own sources: warnings are errors, but with MSVC, which nobody has held them to yet. It would
+# complain of parameters named as members (4458), of imported functions in tables (4232) and of the
+# converter of texts, whose behaviour is relied on.
 add_library(plenx_warnings INTERFACE)
-target_compile_options(plenx_warnings INTERFACE -Wall -Wextra -Wpedantic -Werror)
+if(MSVC)
+  target_compile_options(plenx_warnings INTERFACE /W4 /wd4458 /wd4232 /utf-8 /permissive-)
+  target_compile_definitions(plenx_warnings INTERFACE
+    _SILENCE_CXX17_CODECVT_HEADER_DEPRECATION_WARNING)
+else()
+  target_compile_options(plenx_warnings INTERFACE -Wall -Wextra -Wpedantic -Werror)
+endif()
 
 if(WIN32)
   # Windows 7 and later; the narrow macros of windows.h collide with our names.
@@ -18,6 +26,8 @@ if(WIN32)
   target_link_libraries(plenx_warnings INTERFACE plenx_hardening)
 endif()
 
+set(PLENX_HEADERS /usr/include CACHE PATH "Holds the folders of header-only packages")
+
 # plenx_system_headers(<target> <package>...): offers single header-only packages of the
 # system to a target. The system's include folder itself must not be used in a cross-build:
 # it would bring the Linux headers along.
@@ -25,11 +35,16 @@ function(plenx_system_headers target)
   set(folder ${PROJECT_BINARY_DIR}/system-headers)
   file(MAKE_DIRECTORY ${folder})
   foreach(package IN LISTS ARGN)
-    if(NOT EXISTS /usr/include/${package})
-      message(FATAL_ERROR "/usr/include/${package} is missing; run ./plenx, which installs it")
+    if(NOT EXISTS ${PLENX_HEADERS}/${package})
+      message(FATAL_ERROR "${PLENX_HEADERS}/${package} is missing; on Debian ./plenx installs it, "
+        "elsewhere set PLENX_HEADERS to the folder that holds it")
     endif()
     if(NOT EXISTS ${folder}/${package})
-      file(CREATE_LINK /usr/include/${package} ${folder}/${package} SYMBOLIC)
+      if(CMAKE_HOST_WIN32)  # where links need a right of their own
+        file(COPY ${PLENX_HEADERS}/${package} DESTINATION ${folder})
+      else()
+        file(CREATE_LINK ${PLENX_HEADERS}/${package} ${folder}/${package} SYMBOLIC)
+      endif()
     endif()
   endforeach()
   target_include_directories(${target} SYSTEM PRIVATE ${folder})

@@ -17,10 +17,28 @@ check_tidy() {
         xargs -n 1 -P "$(nproc)" clang-tidy --quiet -p "$build_dir/native-plain"
 }
 
+msvc_options=(--target=x86_64-w64-mingw32 -fsyntax-only -fms-extensions
+    -Wall -Wextra -Wpedantic -Wmicrosoft -Wshorten-64-to-32 -Wimplicit-int-conversion
+    -Wsign-compare -Wnon-virtual-dtor -Woverloaded-virtual -Wno-language-extension-token -Werror
+    -D_WIN32_WINNT=0x0601 -DNOMINMAX -DWIN32_LEAN_AND_MEAN -DUNICODE -D_UNICODE -DPLENXSDK_BUILD
+    -Isrc -Iinclude -Icompanion/include)
+
+# The library's sources as near to MSVC as can be had here: clang with Microsoft's extensions and
+# the warnings that MSVC has at its level 4 and gcc has not in -Wextra.
+check_for_msvc() {
+    local headers
+    headers=$(x86_64-w64-mingw32-g++-posix -print-file-name=include/c++)
+    our_sources src | grep '\.cpp$' | xargs -n 1 -P "$(nproc)" \
+        clang++ -std=c++17 -femulated-tls "${msvc_options[@]}" \
+        -isystem "$headers" -isystem "$headers/x86_64-w64-mingw32"
+    our_sources src | grep '\.c$' | xargs -n 1 -P "$(nproc)" clang -std=c11 "${msvc_options[@]}"
+}
+
 command_lint() {
-    need_packages "${native_packages[@]}" "${lint_packages[@]}"
+    need_packages "${native_packages[@]}" "${windows_packages[@]}" "${lint_packages[@]}"
     configure_native plain
     step "check the format" check_format
+    step "compile as near to MSVC as can be" check_for_msvc
     step "run clang-tidy" check_tidy
     echo "Nothing to complain of."
 }

@@ -7,6 +7,13 @@
 
 #include "rpc/interface/message_formats.h"
 
+/* Where a stub descriptor has its proxy or server information. */
+#if defined(__MINGW32__)
+#define PLENX_STUB_DESC_INFO Reserved4
+#else
+#define PLENX_STUB_DESC_INFO ProxyServerInfo
+#endif
+
 enum {
     PLENX_STUB_VERSION = 0x60001,
     PLENX_STUB_COMPILER = 0x801026e, /* the IDL compiler that the tables are modelled on */
@@ -22,7 +29,7 @@ _Static_assert(offsetof(RPC_SERVER_INTERFACE, Flags) == 88, "server interface");
 _Static_assert(sizeof(MIDL_STUB_DESC) == 152, "stub descriptor");
 _Static_assert(offsetof(MIDL_STUB_DESC, Version) == 76, "stub descriptor");
 _Static_assert(offsetof(MIDL_STUB_DESC, mFlags) == 120, "stub descriptor");
-_Static_assert(offsetof(MIDL_STUB_DESC, Reserved4) == 136, "stub descriptor");
+_Static_assert(offsetof(MIDL_STUB_DESC, PLENX_STUB_DESC_INFO) == 136, "stub descriptor");
 _Static_assert(sizeof(MIDL_SYNTAX_INFO) == 80, "syntax information");
 _Static_assert(sizeof(MIDL_STUBLESS_PROXY_INFO) == 48, "proxy information");
 _Static_assert(sizeof(MIDL_SERVER_INFO) == 64, "server information");
