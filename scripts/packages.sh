@@ -9,6 +9,7 @@ schema_packages=(python3 python3-jsonschema)
 native_packages=("${base_packages[@]}" "${schema_packages[@]}" g++ clang libclang-rt-14-dev lld
     googletest libspdlog-dev libfmt-dev libcli11-dev libtomlplusplus-dev nlohmann-json3-dev)
 demo_packages=(python3)
+browser_packages=(chromium chromium-driver python3-selenium)
 bench_packages=("${native_packages[@]}" "${windows_packages[@]}" python3 pkg-config libbenchmark-dev
     libflatbuffers-dev flatbuffers-compiler libmsgpack-cxx-dev libprotobuf-dev protobuf-compiler
     libcapnp-dev capnproto nlohmann-json3-dev

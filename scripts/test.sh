@@ -139,13 +139,14 @@ command_test() {
     all)
         need_packages "${native_packages[@]}" "${windows_packages[@]}" "${demo_packages[@]}" \
             "${coverage_packages[@]}" "${mutate_packages[@]}" "${docs_packages[@]}" \
-            clang-format
+            "${browser_packages[@]}" clang-format
         step "check the format of the sources" check_format
         step "compile the public header alone" check_public_header
         step "hold the table of tests against the tests" python3 docs/check_conformance.py
         build_docs
         test_native
         check_native_coverage
+        test_browser
         step "see the tests notice mutants" check_some_mutants
         test_windows
         step "hold the host's JSON against its schema" /usr/bin/python3 \
@@ -153,8 +154,9 @@ command_test() {
         ;;
     native) test_native "$@" ;;
     windows) test_windows "$@" ;;
+    browser) test_browser ;;
     *)
-        echo "plenx: test what? all, native or windows" >&2
+        echo "plenx: test what? all, native, windows or browser" >&2
         exit 2
         ;;
     esac

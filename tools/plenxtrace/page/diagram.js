@@ -106,10 +106,13 @@ class Diagram {
     this.chosen = -1;
     this.hovered = -1;
     this.pending = false;
+    this.resting = false;  // the rows moved away under the pointer, not the pointer over them
     const draw = () => this.drawSoon();
     window.addEventListener('scroll', draw, { passive: true });
     window.addEventListener('resize', () => this.reset());
-    place.addEventListener('mouseover', (move) => this.hover(this.indexOf(move.target)));
+    place.addEventListener('mousemove', (move) => this.onMove(move));
+    place.addEventListener('mouseover', (move) => this.onMove(move));
+    place.addEventListener('wheel', () => { this.resting = false; }, { passive: true });
     place.addEventListener('mouseleave', () => this.hover(-1));
     place.addEventListener('click', (click) => this.choose(this.indexOf(click.target), false));
     place.addEventListener('focus', () => this.onFocus());
@@ -197,6 +200,16 @@ class Diagram {
     return row === null ? -1 : Number(row.dataset.index);
   }
 
+  onMove(move) {
+    if (move.type === 'mousemove' && (move.movementX !== 0 || move.movementY !== 0)) {
+      this.resting = false;
+    }
+    const index = this.indexOf(move.target);
+    if (!this.resting && index !== this.hovered) {
+      this.hover(index);
+    }
+  }
+
   hover(index) {
     this.hovered = index;
     this.tell();
@@ -228,6 +241,7 @@ class Diagram {
   }
 
   bringIntoSight(index, inMiddle = false) {
+    this.resting = true;
     // Where the bar is once it sticks: scrolling to a row can bring it there.
     const top = document.querySelector('.bar').offsetHeight;
     const { bottom } = this.sight();

@@ -60,7 +60,9 @@ function start() {
     byId('events').focus({ preventScroll: true });
   };
 
-  byId('filters').addEventListener('input', applyFilters);
+  for (const change of ['input', 'change']) {
+    byId('filters').addEventListener(change, applyFilters);
+  }
   byId('filters').addEventListener('submit', (submit) => submit.preventDefault());
   byId('filters').addEventListener('reset', () => setTimeout(applyFilters));
   byId('next').addEventListener('click', () => diagram.jumpToFailure(1));

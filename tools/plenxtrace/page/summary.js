@@ -15,9 +15,9 @@ function element(name, attributes = {}, ...content) {
 
 function originText(trace) {
   const { summary, logs } = trace;
-  const names = logs.map((log) => log.name).join(', ');
+  const names = `${logs.map((log) => log.name).join(', ')} · ${plural(summary.lines, 'line', 'lines')}`;
   if (summary.firstTime === 0) {
-    return `${names} · no time in any line`;
+    return `${names} · no time in any of them`;
   }
   return `${names} · ${dayAndTime(summary.firstTime)} to ${dayAndTime(summary.lastTime)} · ` +
     span(summary.lastTime - summary.firstTime);
@@ -40,7 +40,6 @@ function tiles(summary) {
     tile(summary.failures, 'failure lines', true),
     tile(summary.requests, 'requests to services'),
     tile(summary.notifications, 'notifications'),
-    tile(summary.lines, 'lines in all'),
   ];
 }
 
@@ -96,8 +95,12 @@ function notices(trace) {
   return texts.map((text) => element('li', {}, text));
 }
 
+function isWide() {
+  return !window.matchMedia('(max-width: 760px)').matches;
+}
+
 // columns: [heading, content of a row, class]
-function table(title, note, rows, columns, open = true) {
+function table(title, note, rows, columns, open = isWide()) {
   if (rows.length === 0) {
     return null;
   }
@@ -129,12 +132,12 @@ function tables(summary) {
     ['at', (slow) => clock(slow.time), 'number'],
   ];
   return [
-    table('Failed calls', 'by code', [...summary.failedCalls].sort(byCount), [
+    table('Failed and refused calls', 'by code', [...summary.failedCalls].sort(byCount), [
       ['count', (group) => group.count, 'number'],
       ['call', (group) => jumpLink(group.text, group.first)],
       ['code', codeText, 'number'],
       ['meaning', (group) => group.meaning],
-    ]),
+    ], true),
     table('Slowest starts', 'from the worker’s line on', summary.slowestStarts, slowColumns),
     table('Longest waits', 'in the queue, from the call on', summary.longestWaits, slowColumns),
     table('Calls', 'and their waits in the queue, in ms', [...summary.calls].sort((one, other) => other.calls - one.calls), [
