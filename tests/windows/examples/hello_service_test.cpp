@@ -13,8 +13,8 @@ namespace {
 
 constexpr DWORD kLongestRun = 120 * 1000;
 
-// The states at the end say that both stopped when they were asked to, none by force; and no request
-// about a device was refused.
+// The states at the end say that both stopped when they were asked to, none by force; and no
+// request about a device was refused.
 constexpr char kScript[] = R"(init
 start pc photos "the argument"
 expect NotifyStatus pc photos start true within 60000
