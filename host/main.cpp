@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "commands.h"
+#include "console.h"
 #include "doctor/doctor.h"
 #include "exit_code.h"
 #include "options.h"
@@ -44,20 +45,22 @@ void Complain(const std::string& text, const Surroundings& at) {
     std::fflush(stderr);
 }
 
-void RunInput(const Surroundings& at, Session& session) {
-    const bool dialogue = at.streams.InputIsConsole() && !at.options.json;
+void RunDialogue(const Surroundings& at, Session& session) {
+    at.output.Write(Note{NoteKind::kText, "plenxhost " PLENXHOST_VERSION
+                                          "; help lists the commands, Ctrl-Z or quit ends"});
+    Console console(at.output);
     const auto read = [&](std::string& line) {
-        if (dialogue) {
-            std::fputs("plenx> ", stdout);
-            std::fflush(stdout);
-        }
-        return at.streams.ReadLine(line);
+        return console.ReadLine(line, [&] { return session.HasEnded(); });
     };
-    if (dialogue) {
-        RunLines(
-            read, [&](const std::string& text) { Complain(text, at); }, session);
+    RunLines(
+        read, [&](const std::string& text) { Complain(text, at); }, session);
+}
+
+void RunInput(const Surroundings& at, Session& session) {
+    if (at.streams.InputIsConsole() && at.streams.OutputIsConsole() && !at.options.json) {
+        RunDialogue(at, session);
     } else {
-        RunLines(read, nullptr, session);
+        RunLines([&](std::string& line) { return at.streams.ReadLine(line); }, nullptr, session);
     }
 }
 

@@ -8,10 +8,22 @@
 #include <memory>
 #include <mutex>
 #include <string>
+#include <type_traits>
 
 #include "line_format.h"
 
 namespace PlenxHost {
+
+/// What stands below the reports, on a console: it makes room for each. Called with the output's
+/// lock held.
+class Footer {
+public:
+    virtual ~Footer() = default;
+    virtual void Saw(const CommandReport& report) = 0;
+    virtual void Saw(const NotificationReport& report) = 0;
+    virtual void Hide() = 0;
+    virtual void Show() = 0;
+};
 
 class Output {
 public:
@@ -24,7 +36,31 @@ public:
     template <class Report>
     void Write(const Report& report) {
         const std::lock_guard<std::mutex> lock(mutex_);
-        Print(format_->Format(Now(), report));
+        const std::string lines = format_->Format(Now(), report);
+        if (footer_ == nullptr) {
+            Print(lines);
+            return;
+        }
+        if constexpr (std::is_same_v<Report, CommandReport> ||
+                      std::is_same_v<Report, NotificationReport>) {
+            footer_->Saw(report);
+        }
+        footer_->Hide();
+        Print(lines);
+        footer_->Show();
+    }
+
+    /// Null: none any more.
+    void Attach(Footer* footer) {
+        const std::lock_guard<std::mutex> lock(mutex_);
+        footer_ = footer;
+    }
+
+    /// Runs the action while nothing is printed.
+    template <class Action>
+    void Exclusively(Action action) {
+        const std::lock_guard<std::mutex> lock(mutex_);
+        action();
     }
 
 private:
@@ -32,6 +68,7 @@ private:
     void Print(const std::string& lines);
 
     std::mutex mutex_;
+    Footer* footer_ = nullptr;
     std::FILE* const file_;
     const std::unique_ptr<LineFormat> format_;
     const std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();

@@ -20,6 +20,7 @@ public:
     StandardStreams& operator=(const StandardStreams&) = delete;
 
     bool InputIsConsole() const { return inputIsConsole_; }
+    bool OutputIsConsole() const { return consoleCodePage_ != 0; }
     /// Whether it is a terminal that obeys escape sequences.
     bool OutputIsTerminal() const { return outputIsTerminal_; }
     bool ErrorsAreTerminal() const { return errorsAreTerminal_; }

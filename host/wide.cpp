@@ -13,4 +13,12 @@ std::string WideToUtf8(const std::wstring& wide) {
     return text;
 }
 
+std::wstring Utf8ToWide(const std::string& text) {
+    const int bytes = static_cast<int>(text.size());
+    const int units = MultiByteToWideChar(CP_UTF8, 0, text.data(), bytes, nullptr, 0);
+    std::wstring wide(static_cast<std::size_t>(units), L'\0');
+    MultiByteToWideChar(CP_UTF8, 0, text.data(), bytes, wide.data(), units);
+    return wide;
+}
+
 }  // namespace PlenxHost

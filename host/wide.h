@@ -8,6 +8,7 @@
 namespace PlenxHost {
 
 std::string WideToUtf8(const std::wstring& wide);
+std::wstring Utf8ToWide(const std::string& text);
 
 }  // namespace PlenxHost
 

@@ -1,0 +1,54 @@
+// The dialogue on a console: a prompt, a line that is being typed, and above both whatever is
+// printed meanwhile.
+//
+// ReadLine is called by one thread; reports may be printed by any. It must not outlive its Output.
+
+#ifndef PLENXHOST_CONSOLE_H
+#define PLENXHOST_CONSOLE_H
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "line_editor.h"
+#include "output.h"
+#include "prompt_state.h"
+
+namespace PlenxHost {
+
+class Console : private Footer {
+public:
+    explicit Console(Output& output);
+    ~Console() override;
+    Console(const Console&) = delete;
+    Console& operator=(const Console&) = delete;
+
+    /// The next line as UTF-8; false at its end (Ctrl-Z or Ctrl-D at the begin of a line), and
+    /// when the run has ended meanwhile.
+    bool ReadLine(std::string& line, const std::function<bool()>& hasEnded);
+
+private:
+    enum class Step { kGoOn, kLine, kEnd };
+
+    void Saw(const CommandReport& report) override { state_.Saw(report); }
+    void Saw(const NotificationReport& report) override { state_.Saw(report); }
+    void Hide() override;
+    void Show() override;
+
+    Step TakeKey();
+    Step Press(unsigned key, wchar_t unit);
+    void Begin();
+    void Finish();
+
+    Output& output_;
+    const std::vector<std::wstring> words_;
+    // From here on guarded by the output's lock.
+    PromptState state_;
+    LineEditor editor_;
+    bool reading_ = false;
+    std::size_t drawn_ = 0;  // columns
+};
+
+}  // namespace PlenxHost
+
+#endif  // PLENXHOST_CONSOLE_H

@@ -1,0 +1,48 @@
+// One line that is being typed, and the part of it that fits on the screen. No history.
+//
+// Texts are in the units of the console: UTF-16 on Windows.
+
+#ifndef PLENXHOST_LINE_EDITOR_H
+#define PLENXHOST_LINE_EDITOR_H
+
+#include <string>
+#include <vector>
+
+namespace PlenxHost {
+
+class LineEditor {
+public:
+    /// Control characters are left out.
+    void Insert(wchar_t unit);
+    void Backspace();
+    void Delete();
+    void Left();
+    void Right();
+    void Home() { cursor_ = 0; }
+    void End() { cursor_ = text_.size(); }
+    void Clear();
+    /// Completes the first word as far as the words that begin like it have it in common.
+    void Complete(const std::vector<std::wstring>& words);
+
+    bool Empty() const { return text_.empty(); }
+    const std::wstring& Text() const { return text_; }
+
+    struct View {
+        std::wstring line;
+        std::size_t cursor;
+    };
+    /// One row: the prompt, and of the text the part around the cursor that leaves the last
+    /// column free.
+    View Show(const std::wstring& prompt, std::size_t columns) const;
+
+private:
+    std::size_t Before(std::size_t position) const;
+    std::size_t After(std::size_t position) const;
+
+    std::wstring text_;
+    std::size_t cursor_ = 0;
+};
+
+}  // namespace PlenxHost
+
+#endif  // PLENXHOST_LINE_EDITOR_H

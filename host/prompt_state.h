@@ -1,0 +1,39 @@
+// What the prompt tells: starts and stops whose outcome has not been notified yet.
+//
+// It learns from the reports that are printed. Not to be used by two threads at once.
+
+#ifndef PLENXHOST_PROMPT_STATE_H
+#define PLENXHOST_PROMPT_STATE_H
+
+#include <cstdint>
+#include <map>
+#include <string>
+#include <tuple>
+
+#include "report.h"
+
+namespace PlenxHost {
+
+class PromptState {
+public:
+    void Saw(const CommandReport& report);
+    void Saw(const NotificationReport& report);
+
+    /// "plenx> ", "plenx (start pc home)> " or "plenx (2 pending)> ".
+    std::string Prompt() const;
+
+private:
+    // Service, group and kind of status.
+    using Outcome = std::tuple<std::int64_t, std::string, std::int64_t>;
+
+    void Await(const Outcome& outcome) { Change(outcome, 1); }
+    void Change(const Outcome& outcome, int by);
+
+    bool initialised_ = false;
+    // Below 0: it was notified before the command's own report came.
+    std::map<Outcome, int> awaited_;
+};
+
+}  // namespace PlenxHost
+
+#endif  // PLENXHOST_PROMPT_STATE_H
