@@ -13,7 +13,7 @@ constexpr std::int64_t kRefused = 26;
 constexpr std::size_t kMostQueued = 100000;
 constexpr std::ptrdiff_t kMostPassedOver = 100;
 
-constexpr std::string_view kServices[] = {"office", "pc", "phone", "all"};
+constexpr std::string_view kServiceNames[] = {"office", "pc", "phone", "all"};
 constexpr std::string_view kWindowsNames[] = {"PlenxOfficeSvc", "PlenxPcSvc", "PlenxPhoneSvc"};
 constexpr std::string_view kStatusNames[] = {"Start", "Stop", "DeviceOnline", "DeviceOffline"};
 constexpr std::int64_t kStatusStop = 1;
@@ -23,9 +23,9 @@ constexpr int kAllServices = 3;
 
 std::string ServiceName(int service) {
     const auto index = static_cast<std::size_t>(service);
-    return service >= 0 && index < std::size(kServices) ? std::string(kServices[index])
-           : service == kNoService                      ? ""
-                                                        : "service " + std::to_string(service);
+    return service >= 0 && index < std::size(kServiceNames) ? std::string(kServiceNames[index])
+           : service == kNoService                          ? ""
+                                                            : "service " + std::to_string(service);
 }
 
 int ServiceIn(const Captures& captures) {

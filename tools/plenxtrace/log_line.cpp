@@ -4,6 +4,8 @@
 #include <iterator>
 #include <system_error>
 
+#include "template_text.h"
+
 namespace PlenxTrace {
 namespace {
 
@@ -14,10 +16,6 @@ constexpr std::string_view kNicknames[] = {"office", "pc", "phone"};
 
 bool StartsWith(std::string_view text, std::string_view start) {
     return text.substr(0, start.size()) == start;
-}
-
-bool IsDigit(char letter) {
-    return letter >= '0' && letter <= '9';
 }
 
 bool HasShape(std::string_view text, std::string_view shape) {

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "log_line.h"
+#include "template_text.h"
 
 namespace PlenxTrace {
 namespace {
@@ -35,10 +36,6 @@ void AddToGroup(Group& group, const Event& event, std::uint64_t sequence, std::s
         group.usual = event.usual;
         group.example = std::move(example);
     }
-}
-
-bool IsDigit(char letter) {
-    return letter >= '0' && letter <= '9';
 }
 
 // Numbers become #, except the code: "open service error 5" and "... 1060" are two things.

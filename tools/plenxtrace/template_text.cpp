@@ -11,7 +11,7 @@ constexpr std::string_view kWords[] = {"word", "name"};
 std::size_t NumberLength(std::string_view text) {
     std::size_t length = !text.empty() && text[0] == '-' ? 1 : 0;
     const std::size_t sign = length;
-    while (length < text.size() && text[length] >= '0' && text[length] <= '9') {
+    while (length < text.size() && IsDigit(text[length])) {
         ++length;
     }
     return length == sign ? 0 : length;

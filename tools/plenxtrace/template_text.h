@@ -24,6 +24,10 @@ private:
     std::vector<std::pair<std::string_view, std::string_view>> values_;
 };
 
+inline bool IsDigit(char letter) {
+    return letter >= '0' && letter <= '9';
+}
+
 /// Whether the whole of text has the shape of the pattern. {text} takes as little as it can, maybe
 /// nothing; {word} and {name} one word; every other place a decimal number.
 bool Matches(std::string_view pattern, std::string_view text, Captures& captures);
