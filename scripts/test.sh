@@ -107,6 +107,15 @@ run_windows_test() {
     return $status
 }
 
+test_dialogue() {
+    local prefix status=0
+    prefix=$(new_prefix dialogue)
+    timeout -k 10 $windows_test_seconds python3 tests/windows/plenxhost/dialogue.py \
+        "$windows_build/bin" "$prefix" || status=$?
+    drop_prefix "$prefix"
+    return $status
+}
+
 # count_results FILE: "passed failed skipped". The head of a JUnit file counts them; GoogleTest's
 # does not count skipped tests, but marks them.
 count_results() {
@@ -149,6 +158,7 @@ command_test() {
         test_browser
         step "see the tests notice mutants" check_some_mutants
         test_windows
+        step "type at the host's prompt" test_dialogue
         step "hold the host's JSON against its schema" /usr/bin/python3 \
             docs/check_plenxhost_json.py "$windows_build/bin/plenxhost.jsonl"
         ;;
