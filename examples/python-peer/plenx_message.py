@@ -37,6 +37,7 @@ class Field(NamedTuple):
     type: int
     always: Optional[int] = None  # a number that never varies
     length_of: Optional[str] = None  # the array whose size this number is
+    least: Optional[int] = None  # a number that is never less
 
 
 class Message(NamedTuple):
@@ -77,7 +78,7 @@ MESSAGES = [
     Message(15, "ErrorNotify", (Field("errCode", INT32),)),
     Message(16, "DiskNameNotify", (Field("diskName", STRING),)),
     Message(17, "UpdateWindowsExplore", (
-        Field("length", INT32, length_of="path"), Field("path", INT8_ARRAY))),
+        Field("length", INT32, length_of="path", least=1), Field("path", INT8_ARRAY))),
     Message(18, "ExploreFlushNotify", (Field("disk", STRING), Field("expFlushType", INT32))),
 ]
 
@@ -214,6 +215,8 @@ def _check_values(message, values):
         if field.length_of and value != len(values[field.length_of]):
             raise MessageError(f"{field.name}: {value} where {field.length_of} has "
                                f"{len(values[field.length_of])} bytes")
+        if field.least is not None and value < field.least:
+            raise MessageError(f"{field.name}: {value} where it must be at least {field.least}")
 
 
 # The command line

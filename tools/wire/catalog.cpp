@@ -36,6 +36,10 @@ std::string ValueProblem(const ArgumentShape& shape, const Arguments& arguments,
         return std::to_string(std::get<std::int32_t>(argument)) + " where it must always be " +
                std::to_string(*shape.always);
     }
+    if (shape.least && std::get<std::int32_t>(argument) < *shape.least) {
+        return std::to_string(std::get<std::int32_t>(argument)) + " where it must be at least " +
+               std::to_string(*shape.least);
+    }
     if (shape.type != kInt8Array || TypeOf(arguments[index - 1]) != kInt32) {
         return {};
     }
@@ -98,7 +102,7 @@ const std::vector<MessageShape>& Catalog() {
         {kUpdateWindowsExplore,
          "UpdateWindowsExplore",
          kNotification,
-         {{"length", kInt32}, {"path", kInt8Array}}},
+         {{"length", kInt32, {}, 1}, {"path", kInt8Array}}},
         {kExploreFlushNotify,
          "ExploreFlushNotify",
          kNotification,

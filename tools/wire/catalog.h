@@ -44,6 +44,7 @@ struct ArgumentShape {
     const char* name;
     ArgumentType type;
     std::optional<std::int32_t> always = std::nullopt;  // an int32 that never varies
+    std::optional<std::int32_t> least = std::nullopt;   // an int32 that is never less
 };
 
 struct MessageShape {

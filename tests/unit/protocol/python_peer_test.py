@@ -61,6 +61,10 @@ def put(message, offset, *values):
     return message[:offset] + bytes(values) + message[offset + len(values):]
 
 
+# The library refuses a path without a byte.
+NO_PATH = b"".join(number.to_bytes(4, "little") for number in (36, 2, 2, 32, 4, 5, 36, 0, 0))
+
+
 class PythonPeer(unittest.TestCase):
     def test_knows_the_messages_that_plenxmsg_knows(self):
         listed = json.loads(plenxmsg("list", "--json").stdout)
@@ -154,6 +158,7 @@ class PythonPeer(unittest.TestCase):
             ("ConnectNotify", put(peer.encode("ConnectNotify", grpName=""), 16, 0),
              "argument 0 (grpName): no NUL at its end"),
             ("UpdateWindowsExplore", put(path, 32, 5), "length: 5 where path has 4 bytes"),
+            ("UpdateWindowsExplore", NO_PATH, "length: 0 where it must be at least 1"),
             ("CreateGroup", put(group, 48, 3), "kind: 3 where it must be 2"),
             ("ErrorNotify", query, "2 arguments where ErrorNotify has 1"),
         ]:
@@ -173,6 +178,7 @@ class PythonPeer(unittest.TestCase):
              "kind: 1 where it must be 2"),
             ("UpdateWindowsExplore", {"length": 1, "path": b"P\0\0\0"},
              "length: 1 where path has 4 bytes"),
+            ("UpdateWindowsExplore", {"path": b""}, "length: 0 where it must be at least 1"),
         ]:
             with self.subTest(complaint), self.assertRaises(peer.MessageError) as refused:
                 peer.encode(name, **values)

@@ -84,8 +84,26 @@ TEST(CheckShape, ArrayLength_MustBeTheOneStatedBeforeIt) {
     EXPECT_EQ(CheckShape(shape, {std::int32_t{2}, Bytes{1, 2}}), "");
     EXPECT_EQ(CheckShape(shape, {std::int32_t{3}, Bytes{1, 2}}),
               "argument 1 (path): 2 bytes where the argument before it says 3");
+}
+
+// The library refuses an empty path, though not empty data of a device.
+TEST(CheckShape, LengthOfAPath_IsAtLeast1) {
+    const MessageShape& shape = *FindMessage(kUpdateWindowsExplore);
+    EXPECT_EQ(CheckShape(shape, {std::int32_t{0}, Bytes{}}),
+              "argument 0 (length): 0 where it must be at least 1");
     EXPECT_EQ(CheckShape(shape, {std::int32_t{-1}, Bytes{1, 2}}),
-              "argument 1 (path): 2 bytes where the argument before it says -1");
+              "argument 0 (length): -1 where it must be at least 1");
+    EXPECT_EQ(CheckShape(shape, {std::int32_t{1}, Bytes{1}}), "");
+    EXPECT_EQ(CheckShape(*FindMessage(kDeviceOnline), {std::string("g_1"), std::string("d"),
+                                                       std::int32_t{0}, std::int32_t{0}, Bytes{}}),
+              "");
+}
+
+TEST(CheckShape, ArrayLength_ThatIsNegative_IsNoSize) {
+    EXPECT_EQ(
+        CheckShape(*FindMessage(kDeviceOnline), {std::string("g_1"), std::string("d"),
+                                                 std::int32_t{0}, std::int32_t{-1}, Bytes{1, 2}}),
+        "argument 4 (data): 2 bytes where the argument before it says -1");
 }
 
 TEST(DecodeAs, ReportsTheLayoutBeforeTheShape) {
