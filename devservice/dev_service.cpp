@@ -148,12 +148,12 @@ void DevService::RequestStop() {
         return;
     }
     log_.Write("stops");
-    scenario_.Stopping();
     StopNow();
 }
 
 // The library may itself be ending and answer nobody any more, so nothing here waits long.
 void DevService::End() {
+    scenario_.Stopping();
     const Settings settings = control_.Read(scenario_.Life());
     Progress(SERVICE_STOP_PENDING, kStopHint, static_cast<DWORD>(settings.Number("stop_delay")));
     const bool sent = sender_.Stop(kLastNotifications);

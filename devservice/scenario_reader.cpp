@@ -3,13 +3,13 @@
 #include <algorithm>
 #include <utility>
 
+#include "scenario_message.h"
 #include "scenario_section.h"
 #include "wire/catalog.h"
 
 namespace PlenxService {
 namespace {
 
-using PlenxWire::ArgumentType;
 using PlenxWire::Direction;
 
 constexpr std::int64_t kInt32Least = -2147483648LL;
@@ -135,7 +135,7 @@ Values SettingsOf(Section& section, const std::vector<Key>& keys) {
     return values;
 }
 
-/// A request by its name or number; other numbers than those in use are allowed.
+// A request by its name or number; other numbers than those in use are allowed.
 std::optional<std::int32_t> RequestOf(Section& section, const char* key,
                                       const std::vector<std::string>& otherWords) {
     const toml::node* const node = section.Any(key);
@@ -270,110 +270,26 @@ private:
     void ReadNotification(Section& section, Schedule& schedule) {
         std::vector<std::string> names = NamesOf(Direction::kNotification);
         names.emplace_back(kHostile);
+        const std::string allowed = Alternatives(Quoted(names)) + ", or a number";
         const toml::node* const send = section.Any("send");
         if (!send) {
-            section.Refuse("has no send; it must be " + Alternatives(Quoted(names)) +
-                           ", or a number");
-        } else if (const auto id = send->value_exact<std::int64_t>();
-                   id && *id >= kInt32Least && *id <= kInt32Most) {
-            schedule.notification = {static_cast<std::int32_t>(*id), BytesOf(section), {}};
-        } else if (const auto name = send->value_exact<std::string>();
-                   !name || !Contains(names, *name)) {
-            section.Refuse("send", Alternatives(Quoted(names)) + ", or a number");
-        } else if (*name == kHostile) {
+            section.Refuse("has no send; it must be " + allowed);
+            return;
+        }
+        const auto id = send->value_exact<std::int64_t>();
+        const auto name = send->value_exact<std::string>();
+        if (id && *id >= kInt32Least && *id <= kInt32Most) {
+            schedule.notification = RawNotificationOf(section, static_cast<std::int32_t>(*id));
+        } else if (name == kHostile) {
             schedule.hostile = true;
+        } else if (name && Contains(names, *name)) {
+            schedule.notification = NotificationOf(section, *PlenxWire::FindMessage(*name));
         } else {
-            const PlenxWire::MessageShape& shape = *PlenxWire::FindMessage(*name);
-            schedule.notification = {shape.id, MessageOf(section, shape), {}};
+            section.Refuse("send", allowed);
+            return;
         }
-        // What else a table may hold depends on what it sends.
-        if (send) {
-            section.AllRead();
-        }
-    }
-
-    PlenxWire::Bytes BytesOf(Section& section) {
-        PlenxWire::Bytes bytes;
-        const std::optional<std::string> text = section.Text("hex");
-        if (!text && !section.Has("hex")) {
-            section.Refuse("sends a number and has no hex, the bytes of the message");
-        } else if (text && !ParseBytes(*text, bytes)) {
-            section.Refuse("hex", "pairs of hexadecimal digits");
-        }
-        return bytes;
-    }
-
-    PlenxWire::Bytes MessageOf(Section& section, const PlenxWire::MessageShape& shape) {
-        PlenxWire::Arguments arguments;
-        for (const PlenxWire::ArgumentShape& argument : shape.arguments) {
-            arguments.push_back(ArgumentOf(section, shape, argument));
-        }
-        FillLengths(section, shape, arguments);
-        return PlenxWire::Encode(arguments);
-    }
-
-    static bool IsLength(const PlenxWire::ArgumentShape& argument) {
-        const std::string name = argument.name;
-        return name == "msgLen" || name == "length";
-    }
-
-    PlenxWire::Argument ArgumentOf(Section& section, const PlenxWire::MessageShape& shape,
-                                   const PlenxWire::ArgumentShape& argument) {
-        const bool isNumber = argument.type == ArgumentType::kInt32;
-        PlenxWire::Argument value;
-        if (isNumber) {
-            value = static_cast<std::int32_t>(
-                section.Integer(argument.name, kInt32Least, kInt32Most).value_or(0));
-        } else {
-            const std::string text = section.Text(argument.name).value_or("");
-            value = argument.type == ArgumentType::kString
-                        ? PlenxWire::Argument(text)
-                        : PlenxWire::Argument(Utf16WithNul(text));
-        }
-        if (!section.Has(argument.name) && !IsLength(argument)) {
-            section.Refuse(std::string("has no ") + argument.name + ", which " + shape.name +
-                           " needs: " + (isNumber ? "an integer" : "a text in quotes"));
-        }
-        return value;
-    }
-
-    // The length of what follows, unless the file gives one of its own.
-    static void FillLengths(const Section& section, const PlenxWire::MessageShape& shape,
-                            PlenxWire::Arguments& arguments) {
-        for (std::size_t i = 0; i + 1 < arguments.size(); ++i) {
-            if (!IsLength(shape.arguments[i]) || section.Has(shape.arguments[i].name)) {
-                continue;
-            }
-            const auto* const text = std::get_if<std::string>(&arguments[i + 1]);
-            const std::size_t size =
-                text ? text->size() : std::get<PlenxWire::Bytes>(arguments[i + 1]).size();
-            arguments[i] = static_cast<std::int32_t>(size);
-        }
-    }
-
-    // Paths travel as UTF-16 with a NUL. TOML has made sure that the text is UTF-8.
-    static PlenxWire::Bytes Utf16WithNul(const std::string& text) {
-        PlenxWire::Bytes bytes;
-        const auto append = [&](std::uint32_t unit) {
-            bytes.push_back(static_cast<std::uint8_t>(unit));
-            bytes.push_back(static_cast<std::uint8_t>(unit >> 8));
-        };
-        for (std::size_t i = 0; i < text.size();) {
-            const auto first = static_cast<std::uint8_t>(text[i]);
-            const std::size_t more = first < 0x80 ? 0 : first < 0xe0 ? 1 : first < 0xf0 ? 2 : 3;
-            std::uint32_t letter = more == 0 ? first : first & (0x3fu >> more);
-            for (std::size_t k = 1; k <= more; ++k) {
-                letter = letter << 6 | (static_cast<std::uint8_t>(text[i + k]) & 0x3fu);
-            }
-            if (letter >= 0x10000) {
-                append(0xd800 + ((letter - 0x10000) >> 10));
-                letter = 0xdc00 + ((letter - 0x10000) & 0x3ff);
-            }
-            append(letter);
-            i += more + 1;
-        }
-        append(0);
-        return bytes;
+        // Which other keys there are, only a good send tells.
+        section.AllRead();
     }
 
     std::vector<Mistake>& mistakes_;

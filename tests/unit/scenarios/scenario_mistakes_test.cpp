@@ -111,6 +111,9 @@ TEST(ScenarioMistakes, NotificationThatIsIncomplete_IsToldWithWhatItNeeds) {
               "file.toml:1: [[notify]] has no sttsType, which StatusNotify needs: an integer\n"
               "file.toml:3: value = true in [[notify]] must be an integer from -2147483648 to "
               "2147483647\n");
+    EXPECT_THAT(MistakesIn("[[notify]]\nsend = \"CreateGroup\"\ngroupName = \"g_1\"\n"),
+                testing::MatchesRegex("file.toml:2: send = 'CreateGroup' in ..notify.. must be "
+                                      "\"SendLocalMessage\", .*, or a number\n"));
     EXPECT_EQ(MistakesIn("[[notify]]\nsend = 15\n"),
               "file.toml:1: [[notify]] sends a number and has no hex, the bytes of the message\n");
     EXPECT_EQ(MistakesIn("[[notify]]\nsend = 15\nhex = \"0g\"\n"),

@@ -27,13 +27,14 @@ protected:
 TEST_F(Runner, HostWhoseExpectationFails_IsTheReason) {
     tool.Write("mine.toml", kScenario);
     tool.Write("mine.plenx",
-               "init\nstart pc g a\nexpect NotifyStatus pc g start true within 5000\n");
+               "init\nstart pc g a\nexpect NotifyStatus pc g start false within 20000\n"
+               "expect NotifyError 5 within 10\n");
     const auto files =
         (tool.Folder() / "r.json").wstring() + L" --junit " + (tool.Folder() / "r.xml").wstring();
     const Tool::Outcome run = tool.RunScenario(Mine() + L" all-is-well --json " + files);
     EXPECT_EQ(run.code, 1u) << run.output;
     EXPECT_THAT(run.output, StartsWith("FAIL  mine "));
-    EXPECT_THAT(run.output, HasSubstr("mine.plenx:3: expect NotifyStatus pc g start true"));
+    EXPECT_THAT(run.output, HasSubstr("mine.plenx:4: expect NotifyError 5 within 10"));
     EXPECT_THAT(run.output, HasSubstr("\n      logs in C:\\scenario_test\\work\\mine\n"));
     EXPECT_THAT(run.output, HasSubstr("\nok    all-is-well "));
     EXPECT_THAT(run.output, HasSubstr("\n1 passed, 1 failed\n"));

@@ -13,11 +13,12 @@ using testing::Not;
 
 class ServiceOnConsole : public testing::Test {
 protected:
-    /// Runs the PC service for a second.
-    std::string Played(const std::wstring& more = L"") const {
-        const auto run = tool.Run(L"plenxservice", L"--console pc --seconds 1 --install " +
-                                                       tool.Folder().wstring() + L" --data " +
-                                                       (tool.Folder() / "data").wstring() + more);
+    /// Runs the PC service for so long at most.
+    std::string Played(const std::wstring& more = L"", const std::wstring& seconds = L"1") const {
+        const auto run =
+            tool.Run(L"plenxservice", L"--console pc --seconds " + seconds + L" --install " +
+                                          tool.Folder().wstring() + L" --data " +
+                                          (tool.Folder() / "data").wstring() + more);
         EXPECT_EQ(run.code, 0u) << run.output;
         return run.output;
     }
@@ -74,11 +75,7 @@ TEST_F(ServiceOnConsole, ScenarioThatIsMissing_IsNamedAndTheServiceIsHonest) {
 
 TEST_F(ServiceOnConsole, ServiceThatStopsByItself_EndsBeforeItsTime) {
     tool.Write("mine.toml", "[stop]\nafter_ms = 1\n");
-    const auto run = tool.Run(L"plenxservice", L"--console pc --seconds 3600 --data " +
-                                                   (tool.Folder() / "data").wstring() +
-                                                   L" --scenario " + Mine());
-    EXPECT_EQ(run.code, 0u);
-    EXPECT_THAT(run.output, HasSubstr(" pc has stopped\n"));
+    EXPECT_THAT(Played(L" --scenario " + Mine(), L"3600"), HasSubstr(" pc has stopped\n"));
 }
 
 TEST_F(ServiceOnConsole, CheckOfAFile_TellsItsMistakesAndEndsWith2) {
