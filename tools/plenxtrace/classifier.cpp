@@ -9,6 +9,8 @@ namespace PlenxTrace {
 namespace {
 
 constexpr std::int64_t kRefused = 26;
+constexpr std::int64_t kNobodyServes = 1722;
+constexpr std::string_view kPing = "RpcManager::PingService";
 // A log without lines of a worker must neither fill the memory nor take for ever.
 constexpr std::size_t kMostQueued = 100000;
 constexpr std::ptrdiff_t kMostPassedOver = 100;
@@ -141,6 +143,7 @@ void Classifier::Understand(const LibraryLine& parsed, Event& event) {
     if (event.kind == Kind::kRefusal && EndsWith(parsed.text, "invalid parameter")) {
         event.code = kRefused;
     }
+    FollowRequest(parsed, event);
     FollowWork(event);
     if (IsPushed(parsed)) {
         if (queue_.size() == kMostQueued) {
@@ -154,6 +157,14 @@ void Classifier::Understand(const LibraryLine& parsed, Event& event) {
     if (const auto status = captures.Number("status"); status && IsOnWorker(event)) {
         TakeOutcome(*status, captures.Number("value") != 0, event);
     }
+}
+
+// A service that has just been started may not serve its endpoint yet: that is what pings are for.
+void Classifier::FollowRequest(const LibraryLine& parsed, Event& event) {
+    if (event.kind == Kind::kRequest) {
+        work_.pings = parsed.function == kPing;
+    }
+    event.usual |= work_.pings && event.code == kNobodyServes;
 }
 
 // What the worker does, from its job's first line to the next one's.
@@ -180,7 +191,7 @@ void Classifier::FollowWork(Event& event) {
 // Jobs run in the order in which they were queued. Those that leave no line of their own (a second
 // Init, for example) are passed over.
 void Classifier::BeginJob(Event& event) {
-    work_ = {event.operation, event.service, event.time, 0};
+    work_ = {event.operation, event.service, event.time, 0, false};
     const auto end =
         queue_.begin() + std::min(static_cast<std::ptrdiff_t>(queue_.size()), kMostPassedOver);
     const auto asked = std::find_if(queue_.begin(), end, [&](const Queued& queued) {

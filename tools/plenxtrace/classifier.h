@@ -37,10 +37,12 @@ private:
         int service = kNoService;
         std::int64_t since = 0;  // the job's first line, or the outcome before
         std::int64_t code = 0;   // of the last error
+        bool pings = false;      // and has asked nothing else yet
     };
 
     void Understand(const LibraryLine& parsed, Event& event);
     void FollowWork(Event& event);
+    void FollowRequest(const LibraryLine& parsed, Event& event);
     void BeginJob(Event& event);
     void TakeOutcome(std::int64_t status, bool value, Event& event);
     bool IsOnWorker(const Event& event) const { return event.thread == workerThread_; }

@@ -2,7 +2,6 @@
 
 #include <iterator>
 #include <unordered_map>
-#include <vector>
 
 namespace PlenxTrace {
 namespace {
@@ -105,7 +104,7 @@ constexpr Pattern kLibraryPatterns[] = {
     {"ServiceManager::StartServiceByIndex", "service is running", Kind::kStep, kEngine, kServices, "the service ran already"},
     {"ServiceManager::StopServiceByIndex", "stop service successful", Kind::kStep, kEngine, kServices, "the service has stopped"},
     {"ServiceManager::StopServiceByIndex", "service has stopped", Kind::kStep, kEngine, kServices, "the service had stopped already"},
-    {"ServiceManager::StopServiceByIndex", "force stop service", Kind::kStep, kEngine, kServices, "the service is ended by force"},
+    {"ServiceManager::StopServiceByIndex", "force stop service", Kind::kStep, kEngine, kServices, "the service is ended by force", "", Mark::kError},
     {"ServiceManager::isServiceAlive", "service has stopped", Kind::kDetail, kEngine, kEngine, "the service does not run"},
     {"ServiceManager::CreateServiceByIndex", "create service success", Kind::kStep, kEngine, kServices, "a service is created"},
     {"ServiceManager::CreateServiceByIndex", "sevice has been created", Kind::kStep, kEngine, kServices, "the service was there already"},
@@ -120,9 +119,10 @@ constexpr Pattern kLibraryPatterns[] = {
     {"ServiceManager::UpgradeDriver", "upgrade {text} successfully", Kind::kStep, kEngine, kEngine, "{text} is upgraded"},
     {"ServiceManager::UpgradeDriver", "driver {text} is used", Kind::kStep, kEngine, kEngine, "{text} is in use"},
     {"ServiceManager::UpgradeDriver", "move old {text} successfully", Kind::kStep, kEngine, kEngine, "the old {text} is moved away"},
-    // Before each start: process 0 says that nothing of an earlier run is left to end.
+    // Before each start: an earlier run's process is ended, if there is one.
     {"KillServiceProcess", "kill service process 0", Kind::kStep, kEngine, kEngine, "nothing is left to end", "", Mark::kUsual},
-    {"KillServiceProcess", "kill service process {process}", Kind::kStep, kEngine, kServices, "end process {process}"},
+    {"KillServiceProcess", "kill service process {process}", Kind::kStep, kEngine, kServices, "end process {process} if it is still there", "", Mark::kUsual},
+    {"KillServiceProcess", "open service process {process} error 87", Kind::kStep, kEngine, kEngine, "process {process} is gone already", "", Mark::kUsual},
 
     // Requests to the services.
     {"RpcManager::PingService", "rpc manager ping service No:{n}", Kind::kRequest, kEngine, kServices, "{svc}: PingService {n}"},
@@ -221,8 +221,8 @@ using RowsOfFunction = std::unordered_map<std::string_view, std::vector<const Pa
 
 RowsOfFunction IndexRows() {
     RowsOfFunction rows;
-    for (const Pattern& pattern : kLibraryPatterns) {
-        rows[pattern.function].push_back(&pattern);
+    for (const Pattern* const pattern : LibraryPatterns()) {
+        rows[pattern->function].push_back(pattern);
     }
     return rows;
 }
@@ -251,6 +251,14 @@ constexpr ClassLane kClassLanes[] = {
 };
 
 }  // namespace
+
+std::vector<const Pattern*> LibraryPatterns() {
+    std::vector<const Pattern*> rows;
+    for (const Pattern& pattern : kLibraryPatterns) {
+        rows.push_back(&pattern);
+    }
+    return rows;
+}
 
 const Pattern* FindLibraryPattern(std::string_view function, std::string_view text,
                                   Captures& captures) {

@@ -4,6 +4,7 @@
 #define PLENXTRACE_PATTERNS_H
 
 #include <string_view>
+#include <vector>
 
 #include "event.h"
 #include "template_text.h"
@@ -13,7 +14,7 @@ namespace PlenxTrace {
 enum class Mark {
     kNone,
     kUsual,  // logged as an error, though nothing is wrong
-    kError,  // of a service, whose log has no levels
+    kError,  // a failure, though its level does not say so; a service's log has no levels
 };
 
 struct Pattern {
@@ -26,6 +27,9 @@ struct Pattern {
     std::string_view operation = "";  // of calls, refusals and jobs
     Mark mark = Mark::kNone;
 };
+
+/// Of the library's lines, in their order.
+std::vector<const Pattern*> LibraryPatterns();
 
 /// The first row that fits, or null. The library's rows are found by their function.
 const Pattern* FindLibraryPattern(std::string_view function, std::string_view text,

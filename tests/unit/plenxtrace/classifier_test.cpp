@@ -145,6 +145,37 @@ TEST(Classifier, WhatEveryHealthyRunLogsAsAnError_IsUsual) {
     EXPECT_EQ(events[3].code, 6);
 }
 
+TEST(Classifier, AServiceThatDoesNotServeYet_IsUsualWhileItIsPinged) {
+    const std::string fails = Error(1, kWorkerThread, "send service message exception 1722",
+                                    "RpcManager::SendRpcMessage");
+    const auto events = Classified({
+        Runs(0, 1),
+        Info(0, kWorkerThread, "rpc manager ping service No:0", "RpcManager::PingService"),
+        fails,
+        Error(1, kWorkerThread, "send rpc message error ret:1722", "RpcManager::PingService"),
+        Error(2, kWorkerThread, "send service message exception 5", "RpcManager::SendRpcMessage"),
+        Info(3, kWorkerThread, "rpc manager create group svcType:1", "RpcManager::CreateGroup"),
+        fails,
+    });
+    EXPECT_EQ(Drawn(events[2]), "services>engine exception 1722 usual");
+    EXPECT_EQ(Drawn(events[3]), "engine>engine the request failed: 1722 usual");
+    EXPECT_EQ(Drawn(events[4]), "services>engine exception 5 FAILS");
+    EXPECT_EQ(Drawn(events[6]), "services>engine exception 1722 FAILS");
+}
+
+TEST(Classifier, TheProcessOfAnEarlierRun_IsUsual_AndAStopByForceIsNot) {
+    const auto events = Classified({
+        Error(0, kWorkerThread, "kill service process 12", "KillServiceProcess"),
+        Error(0, kWorkerThread, "open service process 12 error 87", "KillServiceProcess"),
+        Error(0, kWorkerThread, "open service process 12 error 5", "KillServiceProcess"),
+        Info(0, kWorkerThread, "force stop service", "ServiceManager::StopServiceByIndex"),
+    });
+    EXPECT_EQ(Drawn(events[0]), "engine>services end process 12 if it is still there usual");
+    EXPECT_EQ(Drawn(events[1]), "engine>engine process 12 is gone already usual");
+    EXPECT_EQ(Drawn(events[2]), "engine>engine open service process 12: 5 FAILS");
+    EXPECT_EQ(Drawn(events[3]), "engine>services the service is ended by force FAILS");
+}
+
 TEST(Classifier, AnUnknownLine_StandsInTheLaneOfItsClass) {
     const auto events = Classified({
         Info(0, kHostThread, "something new", "PLENXManager::Start"),

@@ -67,7 +67,7 @@ TEST(Summary, GroupsErrorLinesByTheirTextWithoutNumbers_ButWithTheirCode) {
     };
     const Summary summary = SummaryOf({line("open service process 12 error 5"),
                                        line("open service process 345 error 5"),
-                                       line("open service process 6 error 87")});
+                                       line("open service process 6 error 9")});
     ASSERT_EQ(summary.errorLines.size(), 2u);
     EXPECT_EQ(summary.errorLines.begin()->second.count, 2u);
     EXPECT_EQ(summary.errorLines.begin()->second.example,
