@@ -32,8 +32,9 @@ NAVIGATION = {
                         "devservice/README.md"],
     "Tools": ["docs/plenxhost.md", "docs/plenxhost-json.md", "docs/plenxtrace.md",
               "host/README.md"],
-    "The project": ["README.md", "CHANGELOG.md", "CONTRIBUTING.md", "docs/performance.md",
-                    "docs/reliability.md", "docs/conformance.md", "companion/README.md",
+    "The project": ["README.md", "CHANGELOG.md", "CONTRIBUTING.md",
+                    "docs/building-on-windows.md", "docs/performance.md", "docs/reliability.md",
+                    "docs/conformance.md", "companion/README.md",
                     "tests/both_worlds/README.md"],
 }
 REFERENCE = {

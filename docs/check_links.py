@@ -15,8 +15,6 @@ from urllib.parse import unquote, urlsplit
 LINKS = {"a": "href", "area": "href"}
 FETCHED = {"img": "src", "script": "src", "link": "href", "object": "data", "source": "src",
            "iframe": "src", "image": "href", "use": "href"}
-# Pages that are being written.
-COMING = {"plenxhost.md", "plenxhost-json.md", "plenxtrace.md", "scenarios.md"}
 
 
 class Page(HTMLParser):
@@ -46,8 +44,6 @@ def problem(folder, pages, page, target, fetched):
     if parts.scheme or parts.netloc:
         return "from a network"
     file = folder / unquote(parts.path) if parts.path else page
-    if parts.path in COMING:
-        return None
     if not file.is_file():
         return "no such file"
     if parts.fragment and file in pages and unquote(parts.fragment) not in pages[file].anchors:
