@@ -109,5 +109,68 @@ TEST_F(LineFormatTest, TextOfTheEndTellsWhatWasMissing) {
               "exit code 1");
 }
 
+TEST_F(LineFormatTest, TextWithColoursTellsKindsApart) {
+    const auto format = MakeTextFormat(Colours::kSome);
+    const std::string stamp = "\x1b[90m    12.034 [77]\x1b[0m ";
+    EXPECT_EQ(format->Format(kStamp, NotificationReport{kDisk, 0, false}),
+              stamp + "\x1b[36m< NotifyDiskName(diskName=\"P\\xff\")\x1b[0m");
+    const Notification error{"NotifyError", {{"errCode", std::int64_t{5}}}, "main"};
+    EXPECT_EQ(format->Format(kStamp, NotificationReport{error, 0, false}),
+              stamp + "\x1b[1;31m< NotifyError(errCode=5)\x1b[0m");
+    Outcome outcome;
+    outcome.held = true;
+    const CommandReport report{"", "", "expect x", outcome, kStamp.time, milliseconds(0)};
+    EXPECT_EQ(format->Format(kStamp, report),
+              stamp + "\x1b[1m> expect x\x1b[0m: \x1b[32myes\x1b[0m");
+    outcome.held = false;
+    EXPECT_EQ(format->Format(kStamp, report),
+              stamp + "\x1b[1m> expect x\x1b[0m: \x1b[1;31mNO\x1b[0m");
+    EXPECT_EQ(format->Format(kStamp, EndReport{0, 4, {}, {}}),
+              "\x1b[32mall 4 expectations held\x1b[0m\nexit code 0");
+}
+
+const std::vector<Finding> kFindings = {{Level::kOk, "a.dll 1.0.0.0", ""},
+                                        {Level::kProblem, "b.dll is missing", "Install it."}};
+
+TEST_F(LineFormatTest, TextOfTheDoctor) {
+    const Check check{"files", "Files", nullptr};
+    EXPECT_EQ(Text(CheckReport{check, kFindings}),
+              "Files\n"
+              "  ok       a.dll 1.0.0.0\n"
+              "  problem  b.dll is missing\n"
+              "           Install it.\n");
+    Diagnosis diagnosis;
+    diagnosis.problems = 1;
+    EXPECT_EQ(Text(DiagnosisReport{diagnosis, 1}),
+              "Not looked at:\n"
+              "  the driver's signature, and whether Windows is in test mode\n"
+              "  what the services need beyond plenxservice.exe\n"
+              "\n"
+              "1 problem, 0 notes\n"
+              "exit code 1");
+}
+
+TEST_F(LineFormatTest, JsonOfTheDoctorIsOneLineForEachFinding) {
+    const Check check{"files", "Files", nullptr};
+    const std::string lines = MakeJsonFormat()->Format(kStamp, CheckReport{check, kFindings});
+    const std::size_t end = lines.find('\n');
+    const json first = json::parse(lines.substr(0, end));
+    const json second = json::parse(lines.substr(end + 1));
+    EXPECT_EQ(first["type"], "finding");
+    EXPECT_EQ(first["check"], "files");
+    EXPECT_EQ(first["level"], "ok");
+    EXPECT_EQ(first["text"], "a.dll 1.0.0.0");
+    EXPECT_FALSE(first.contains("advice"));
+    EXPECT_EQ(second["level"], "problem");
+    EXPECT_EQ(second["advice"], "Install it.");
+    Diagnosis diagnosis;
+    diagnosis.notes = 2;
+    const json last = Json(DiagnosisReport{diagnosis, 0});
+    EXPECT_EQ(last["type"], "diagnosis");
+    EXPECT_EQ(last["exitCode"], 0);
+    EXPECT_EQ(last["problems"], 0);
+    EXPECT_EQ(last["notes"], 2);
+}
+
 }  // namespace
 }  // namespace PlenxHost
