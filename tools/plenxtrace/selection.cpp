@@ -54,6 +54,8 @@ Plan MakePlan(const Totals& totals, std::uint64_t mostEvents) {
     plan.calls = std::min(totals.calls, left);
     left -= plan.calls;
     plan.others = std::min(totals.lines - totals.failures - totals.calls, left);
+    left -= plan.others;
+    plan.failures = std::min(totals.failures, plan.failures + left);  // without context then
     return plan;
 }
 

@@ -15,7 +15,7 @@ function showDetail(trace, event) {
     line.textContent = '';
     return;
   }
-  const level = event.usual ? 'error, but usual' : event.level;
+  const level = event.usual ? 'error, but usual' : event.failed && event.level === 'info' ? 'failure' : event.level;
   const texts = [
     `${trace.logs[event.source].name}, line ${event.number}`,
     KIND_NAMES[event.kind],
