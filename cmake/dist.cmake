@@ -1,18 +1,50 @@
-# What a host needs, side by side: bin (all DLLs and programs), lib (import libraries), include
-# (the public header and the companions' two).
+# The package as a folder: bin (all DLLs and programs), lib (the import library, and what CMake and
+# pkg-config want to know), include (the public header), and the rest beside it. scripts/package.sh
+# adds what CMake does not build.
+
+include(CMakePackageConfigHelpers)
 
 add_custom_target(product DEPENDS
   plenxsdk LogHelper distributedfile plenxservice plenxhost plenxscenario plenxmsg plenxtrace
   dokan1_sys dokan1_dll dokanfuse1_dll dokan1_sys_newer dokan1_dll_newer dokanfuse1_dll_newer)
 
-install(TARGETS plenxsdk LogHelper distributedfile
-  RUNTIME DESTINATION bin
-  LIBRARY DESTINATION bin
-  ARCHIVE DESTINATION lib)
+# programs and DLLs
+install(TARGETS plenxsdk RUNTIME DESTINATION bin ARCHIVE DESTINATION lib)
+install(TARGETS LogHelper distributedfile RUNTIME DESTINATION bin ARCHIVE DESTINATION companion/lib)
 install(TARGETS plenxservice plenxhost plenxscenario plenxmsg plenxtrace RUNTIME DESTINATION bin)
 install(TARGETS dokan1_sys dokan1_dll dokanfuse1_dll LIBRARY DESTINATION bin)
 install(TARGETS dokan1_sys_newer dokan1_dll_newer dokanfuse1_dll_newer
   LIBRARY DESTINATION bin/upgrade)
-install(DIRECTORY ${PROJECT_SOURCE_DIR}/devservice/scenarios DESTINATION share/plenxsdk)
+
+# headers
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/plenxsdk DESTINATION include)
-install(DIRECTORY ${PROJECT_SOURCE_DIR}/companion/include/ DESTINATION include)
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/companion/include DESTINATION companion)
+install(FILES ${PROJECT_SOURCE_DIR}/companion/README.md DESTINATION companion)
+
+# CMake and pkg-config
+set(package ${PROJECT_SOURCE_DIR}/package)
+set(generated ${PROJECT_BINARY_DIR}/generated)
+set(config lib/cmake/plenxsdk)
+string(REGEX MATCH "^[0-9]+" PLENXSDK_LIBSTDCXX "${CMAKE_CXX_COMPILER_VERSION}")
+set(PLENXSDK_CXX_RUNTIME libstdc++-6.dll libgcc_s_seh-1.dll libwinpthread-1.dll)
+set(BIN bin)
+set(LIB lib)
+set(INCLUDE include)
+configure_package_config_file(${package}/plenxsdkConfig.cmake.in
+  ${generated}/plenxsdkConfig.cmake INSTALL_DESTINATION ${config}
+  PATH_VARS BIN LIB INCLUDE)
+write_basic_package_version_file(${generated}/plenxsdkConfigVersion.cmake
+  COMPATIBILITY SameMajorVersion)
+configure_file(${package}/plenxsdk.pc.in ${generated}/plenxsdk.pc @ONLY)
+install(FILES ${generated}/plenxsdkConfig.cmake ${generated}/plenxsdkConfigVersion.cmake
+  ${package}/compiler_check.cpp DESTINATION ${config})
+install(FILES ${generated}/plenxsdk.pc DESTINATION lib/pkgconfig)
+
+# what is read, and tried
+install(FILES ${package}/README.md ${package}/SHIP.md ${PROJECT_SOURCE_DIR}/CHANGELOG.md
+  DESTINATION .)
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/devservice/scenarios DESTINATION share/plenxsdk)
+install(FILES ${PROJECT_SOURCE_DIR}/src/rpc/interface/service.idl
+  ${PROJECT_SOURCE_DIR}/src/rpc/interface/manager.idl DESTINATION idl)
+install(FILES ${PROJECT_SOURCE_DIR}/cmake/mingw-w64-x86-64.cmake DESTINATION cmake)
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/examples DESTINATION . PATTERN __pycache__ EXCLUDE)

@@ -27,3 +27,8 @@ step() {
         echo "  $text ($((SECONDS - start)) s)"
     fi
 }
+
+# The one place of the version is the project's line in CMakeLists.txt.
+project_version() {
+    sed -nE 's/^project\(plenxsdk VERSION ([0-9.]+).*/\1/p' "$root/CMakeLists.txt"
+}

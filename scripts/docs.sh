@@ -3,10 +3,6 @@
 docs_packages=(doxygen cmark-gfm python3)
 docs_dir=$build_dir/docs
 
-project_version() {
-    sed -nE 's/^project\(plenxsdk VERSION ([0-9.]+).*/\1/p' "$root/CMakeLists.txt"
-}
-
 make_docs() {
     python3 docs/build.py "$docs_dir" "$(project_version)"
     python3 docs/check_links.py "$docs_dir/html"

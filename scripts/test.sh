@@ -148,7 +148,7 @@ command_test() {
     all)
         need_packages "${native_packages[@]}" "${windows_packages[@]}" "${demo_packages[@]}" \
             "${coverage_packages[@]}" "${mutate_packages[@]}" "${docs_packages[@]}" \
-            "${browser_packages[@]}" clang-format
+            "${browser_packages[@]}" "${package_packages[@]}" clang-format
         step "check the format of the sources" check_format
         step "compile the public header alone" check_public_header
         step "hold the table of tests against the tests" python3 docs/check_conformance.py
@@ -161,12 +161,17 @@ command_test() {
         step "type at the host's prompt" test_dialogue
         step "hold the host's JSON against its schema" /usr/bin/python3 \
             docs/check_plenxhost_json.py "$windows_build/bin/plenxhost.jsonl"
+        test_package
+        ;;
+    package)
+        command_docs
+        test_package
         ;;
     native) test_native "$@" ;;
     windows) test_windows "$@" ;;
     browser) test_browser ;;
     *)
-        echo "plenx: test what? all, native, windows or browser" >&2
+        echo "plenx: test what? all, native, windows, browser or package" >&2
         exit 2
         ;;
     esac

@@ -1,0 +1,10 @@
+# The same sources give the same bytes, in whatever folder and at whatever time they are built. A
+# debugger finds the sources with: set substitute-path /plenxsdk <folder of the sources>
+
+if(NOT PLENX_COVERAGE)
+  # The last one that fits counts: the build folder may lie in the source folder.
+  add_compile_options(
+    -ffile-prefix-map=${PROJECT_SOURCE_DIR}=/plenxsdk
+    -ffile-prefix-map=${PROJECT_BINARY_DIR}=/plenxsdk/build)
+endif()
+add_link_options(-Wl,--no-insert-timestamp)

@@ -1,0 +1,187 @@
+# The SDK as one ZIP. The same sources give the same bytes.
+
+package_dir=$build_dir/package
+run_time_packages=(gcc-mingw-w64-base mingw-w64-common)
+tool_packages=(libcli11-dev nlohmann-json3-dev libspdlog-dev libfmt-dev)
+
+# command_package [--sign FILE.pfx | --sign test] [--password FILE] [--timestamp URL] [--twice]
+command_package() {
+    local sign= password= timestamp= twice=false
+    while [ $# -gt 0 ]; do
+        case $1 in
+        --twice) twice=true ;;
+        --sign | --password | --timestamp)
+            [ $# -gt 1 ] || fail "package: $1 needs a value"
+            printf -v "${1#--}" '%s' "$2"
+            shift
+            ;;
+        *) fail "package: what is '$1'? [--sign FILE.pfx | --sign test] [--password FILE]" \
+            "[--timestamp URL] [--twice]" ;;
+        esac
+        shift
+    done
+    [ -z "$sign" ] || [ "$sign" = test ] || [ -e "$sign" ] || fail "package: no such file: $sign"
+    command_docs
+    make_package
+    if $twice; then
+        build_again product
+        step "compare the two builds" compare_builds
+        echo "A second build, in another folder, gave the same programs, byte for byte."
+    fi
+    echo "Packed: ${package_zip#"$root"/} ($(du -h "$package_zip" | cut -f1))"
+}
+
+# Needs the docs. Fills package_dir with the folder, its ZIP and the ZIP's checksum; names them in package_folder
+# and package_zip.
+make_package() {
+    need_packages "${package_packages[@]}"
+    compile_windows product
+    local name
+    name=plenxsdk-$(project_version)-win64-mingw
+    [ -z "${sign:-}" ] || name+=-signed
+    package_folder=$package_dir/$name
+    package_zip=$package_dir/$name.zip
+    rm -rf "$package_folder" "$package_zip"
+    step "fill the package" fill_package
+    if [ -n "${sign:-}" ]; then
+        step "sign the package" sign_package
+    fi
+    step "write the checksums" write_checksums
+    step "pack it" write_zip
+}
+
+fill_package() {
+    # the tools that split a program write a time into it
+    local -x SOURCE_DATE_EPOCH
+    SOURCE_DATE_EPOCH=$(time_of_sources)
+    cmake --install "$windows_build" --prefix "$package_folder"
+    copy_run_time "$package_folder/bin"
+    x86_64-w64-mingw32-strip "${run_time_dlls[@]/#/$package_folder/bin/}"
+    split_symbols
+    mkdir -p "$package_folder/share/doc/plenxsdk"
+    cp -r "$docs_dir/html" "$package_folder/share/doc/plenxsdk/html"
+    copy_licenses
+    chmod -R u=rwX,go=rX "$package_folder"
+}
+
+our_binaries() {
+    (cd "$package_folder/bin" && find . -type f \( -name '*.dll' -o -name '*.exe' -o -name '*.sys' \) |
+        sed 's|^\./||' | grep -vxFf <(printf '%s\n' "${run_time_dlls[@]}") | LC_ALL=C sort)
+}
+
+# Each of our files keeps the name and the checksum of its symbols.
+split_symbols() {
+    local file symbols
+    local tool=x86_64-w64-mingw32
+    for file in $(our_binaries); do
+        symbols=$package_folder/debug/$file.debug
+        mkdir -p "$(dirname "$symbols")"
+        $tool-objcopy --only-keep-debug "$package_folder/bin/$file" "$symbols"
+        $tool-strip "$package_folder/bin/$file"
+        $tool-objcopy --add-gnu-debuglink="$symbols" "$package_folder/bin/$file"
+    done
+    chmod -x "$package_folder"/debug/*.debug "$package_folder"/debug/*/*.debug
+}
+
+copy_licenses() {
+    local package
+    mkdir -p "$package_folder/licenses"
+    for package in "${run_time_packages[@]}" "${tool_packages[@]}"; do
+        cp "/usr/share/doc/$package/copyright" "$package_folder/licenses/$package.txt"
+    done
+}
+
+# A time server is asked only when one is named; without it a signature ends with its certificate.
+sign_package() {
+    if [ "$sign" = test ]; then
+        make_test_certificate
+        sign=$package_dir/test-certificate.pfx password=$package_dir/test-certificate.password
+    fi
+    local file signed=$package_dir/signed
+    local -a how=(-pkcs12 "$sign" -h sha256 -n plenxsdk)
+    [ -z "$password" ] || how+=(-readpass "$password")
+    [ -z "$timestamp" ] || how+=(-ts "$timestamp")
+    for file in $(our_binaries); do
+        osslsigncode sign "${how[@]}" -in "$package_folder/bin/$file" -out "$signed"
+        mv "$signed" "$package_folder/bin/$file"
+    done
+}
+
+# For trying it: nobody trusts this certificate, and it is made anew each time.
+make_test_certificate() {
+    local name=$package_dir/test-certificate
+    echo test >"$name.password"
+    openssl req -x509 -newkey rsa:2048 -nodes -days 30 -subj "/CN=plenxsdk test, not to be trusted" \
+        -addext extendedKeyUsage=codeSigning -addext keyUsage=digitalSignature \
+        -keyout "$name.key" -out "$name.pem"
+    openssl pkcs12 -export -inkey "$name.key" -in "$name.pem" -passout "file:$name.password" \
+        -out "$name.pfx"
+}
+
+write_checksums() {
+    (cd "$package_folder" && find . -type f ! -name SHA256SUMS -printf '%P\n' | LC_ALL=C sort |
+        xargs -d '\n' sha256sum >"$package_dir/sums")
+    mv "$package_dir/sums" "$package_folder/SHA256SUMS"
+}
+
+# The last commit's; without one, the first time that a ZIP can have.
+time_of_sources() {
+    git -C "$root" log -1 --format=%ct 2>/dev/null || echo 315619200
+}
+
+# In the order of their names, all of the time of the last commit: a ZIP has both.
+write_zip() {
+    find "$package_folder" -exec touch -d "@$(time_of_sources)" {} +
+    (cd "$package_dir" && find "$(basename "$package_folder")" -type f | LC_ALL=C sort |
+        TZ=UTC zip -X -q -9 -@ "$package_zip")
+    (cd "$package_dir" && sha256sum "$(basename "$package_zip")" >"$package_zip.sha256")
+}
+
+# build_again TARGET...: the same sources once more, from another folder into another folder.
+again_dir=$build_dir/again
+build_again() {
+    rm -rf "$again_dir"
+    mkdir -p "$again_dir/other source"
+    tar -C "$root" --exclude=./build --exclude=./.git -cf - . | tar -C "$again_dir/other source" -xf -
+    step "configure a second build" cmake -G Ninja -S "$again_dir/other source" \
+        -B "$again_dir/windows" --toolchain "$root/cmake/mingw-w64-x86-64.cmake" \
+        -DCMAKE_CXX_FLAGS_RELWITHDEBINFO="$windows_flags"
+    step "build a second time" ninja -C "$again_dir/windows" "$@"
+}
+
+# Whatever the second build has made is what the first one made.
+compare_builds() {
+    local file compared=0
+    while read -r file; do
+        cmp "$windows_build/$file" "$again_dir/windows/$file"
+        compared=$((compared + 1))
+    done < <(cd "$again_dir/windows" &&
+        find bin lib -name '*.dll' -o -name '*.exe' -o -name '*.sys' -o -name '*.dll.a')
+    [ $compared -gt 0 ]
+    echo "$compared files"
+}
+
+# A host is built and run from the unpacked package alone; the second build and the second packing
+# give the same bytes.
+test_package() {
+    local prefix status=0 log=$log_dir/package-tests.txt first=$package_dir/first.zip sign= password= timestamp=
+    make_package
+    mv "$package_zip" "$first"
+    step "pack it again" make_package
+    step "compare the two packages" cmp "$first" "$package_zip"
+    rm "$first"
+    build_again plenxsdk LogHelper distributedfile
+    step "compare the two builds" compare_builds
+    local plain=$package_zip
+    sign=test
+    make_package
+    make_prefix_template
+    prefix=$(new_prefix package)
+    WINEPREFIX=$prefix PLENX_PACKAGE=$plain PLENX_SIGNED_PACKAGE=$package_zip \
+        PLENX_TEST_CERTIFICATE=$package_dir/test-certificate.pem \
+        PYTHONDONTWRITEBYTECODE=1 timeout 900 pytest-3 -q -p no:cacheprovider "$root/tests/package" \
+        -o python_files='*_test.py' --junitxml="$results_dir/package.xml" >"$log" 2>&1 </dev/null ||
+        status=$?
+    drop_prefix "$prefix"
+    report package "tests of the package" $status "$log"
+}
