@@ -82,5 +82,42 @@ TEST(ScenariosPage, EveryKey_HasItsRow) {
     }
 }
 
+// The example that begins with this line, as one would copy it.
+std::string ExampleThatBegins(const std::string& line) {
+    constexpr char kIndent[] = "    ";
+    std::istringstream page(Page());
+    std::string example;
+    for (std::string text; std::getline(page, text);) {
+        const bool indented = text.compare(0, sizeof kIndent - 1, kIndent) == 0;
+        if (indented && (!example.empty() || text == kIndent + line)) {
+            example += text.substr(sizeof kIndent - 1) + "\n";
+        } else if (!example.empty() && text.empty()) {
+            example += "\n";
+        } else if (!example.empty()) {
+            break;
+        }
+    }
+    return example;
+}
+
+TEST(ScenariosPage, ExampleOfAFile_HasNoMistakes) {
+    const std::string example = ExampleThatBegins("title = \"The first group is refused\"");
+    const PlenxService::ReadScenario read = PlenxService::ReadScenarioText(example);
+    EXPECT_TRUE(read.mistakes.empty()) << PlenxService::Located("example", read.mistakes.at(0));
+    EXPECT_EQ(read.scenario.steps.size(), 1u);
+    EXPECT_EQ(read.scenario.schedules.size(), 1u);
+    EXPECT_EQ(read.scenario.life.size(), 1u);
+}
+
+TEST(ScenariosPage, ExampleOfMistakes_IsWhatIsTold) {
+    const PlenxService::ReadScenario read = PlenxService::ReadScenarioText(
+        "[[on]]\nrequest = \"CreateGroup\"\nanwser = 5\n\n"
+        "[[notify]]\nsend = \"ErrorNotify\"\nerrCode = 5\n\ntimes = 0\n");
+    ASSERT_EQ(read.mistakes.size(), 2u);
+    for (const PlenxService::Mistake& mistake : read.mistakes) {
+        EXPECT_THAT(Page(), HasSubstr("    " + PlenxService::Located("mine.toml", mistake) + "\n"));
+    }
+}
+
 }  // namespace
 }  // namespace PlenxScenario

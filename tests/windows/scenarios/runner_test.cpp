@@ -48,6 +48,17 @@ TEST_F(Runner, HostWhoseExpectationFails_IsTheReason) {
     EXPECT_FALSE(IsRegistered(L"Dokan1"));
 }
 
+// What the host hears is the same as of good replies, so the library's log must tell.
+TEST_F(Runner, BrokenReplies_AreSeenByTheLibrary) {
+    EXPECT_EQ(tool.RunScenario(L"broken-replies").code, 0u);
+    const std::string log = tool.Read("work\\broken-replies\\library.log");
+    int errors = 0;
+    for (std::size_t at = 0; (at = log.find("read ret error", at)) != std::string::npos; ++at) {
+        ++errors;
+    }
+    EXPECT_EQ(errors, 7) << "three settings, a group, two devices that come and one that goes";
+}
+
 TEST_F(Runner, OwnHost_IsToldWhereToWorkAndItsExitCodeCounts) {
     const Tool::Outcome run = tool.RunScenario(
         L"slow-stop --host \"cmd /c echo %PLENX_SCENARIO% in %PLENX_INSTALL% & exit 3\"");
