@@ -44,6 +44,8 @@ install(FILES ${generated}/plenxsdk.pc DESTINATION lib/pkgconfig)
 install(FILES ${package}/README.md ${package}/SHIP.md ${PROJECT_SOURCE_DIR}/CHANGELOG.md
   DESTINATION .)
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/devservice/scenarios DESTINATION share/plenxsdk)
+install(FILES ${PROJECT_SOURCE_DIR}/docs/plenxhost.schema.json
+  ${PROJECT_SOURCE_DIR}/tools/plenxmsg/plenxmsg.bash DESTINATION share/plenxsdk)
 install(FILES ${PROJECT_SOURCE_DIR}/src/rpc/interface/service.idl
   ${PROJECT_SOURCE_DIR}/src/rpc/interface/manager.idl DESTINATION idl)
 install(FILES ${PROJECT_SOURCE_DIR}/cmake/mingw-w64-x86-64.cmake DESTINATION cmake)
