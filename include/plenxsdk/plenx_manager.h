@@ -37,9 +37,11 @@
 /// removed, on the thread that ends the process. A service that takes the stop and then makes no
 /// progress for 2 s is ended by force; one that refuses the stop, because it is still starting or
 /// hangs in a stop, is left. Jobs that are queued are not run, one that is running is cut off, and
-/// no observer is called any more. The driver and the office service stay registered. After a crash
-/// or TerminateProcess all of it stays. The next Init takes over what was left; a service that
-/// still hangs in its stop cannot be started until its process is ended.
+/// no observer is called any more, from the moment the system has ended the other threads; until
+/// then, while static objects of the host are destroyed for example, observers are still called:
+/// unregister them before main returns. The driver and the office service stay registered. After a
+/// crash or TerminateProcess all of it stays. The next Init takes over what was left; a service
+/// that still hangs in its stop cannot be started until its process is ended.
 ///
 /// **Exceptions.** No operation throws because of its arguments. std::system_error,
 /// std::bad_alloc and whatever the companion library throws may pass through. What goes wrong
@@ -77,8 +79,8 @@ template <class T>
 class ModuleObject;
 
 /// The service that an operation addresses. Any other 32-bit value is accepted by every
-/// operation; it is logged and otherwise ignored, but a Stop of it may still report that
-/// everything is stopped.
+/// operation; it is logged and otherwise ignored, but a Stop of it may still bring the
+/// signal of type 3 (see kStatusStop).
 enum ServiceType : std::uint32_t {
     kOfficeService = 0,   ///< Driven through the companion library.
     kPcService = 1,       ///< The Windows service "PlenxPcSvc".
@@ -115,9 +117,12 @@ enum StatusKind : std::uint32_t {
     kStatusStart = 0,         ///< A start ended; value tells whether it succeeded.
     kStatusStop = 1,          ///< A stop ended. Office: value tells whether it
                               ///< succeeded. PC and phone: value is always false.
-                              ///< Service type 3 with value true: everything is
-                              ///< stopped. It follows each stop, of any type, that
-                              ///< leaves nothing that was started by type 0 or 3.
+                              ///< Service type 3 with value true: no mark of a start
+                              ///< is left. It follows each stop, of any type, unless
+                              ///< a start of type 0 stands that no stop of type 0 or
+                              ///< 3 has followed, or a start of type 3 that no stop
+                              ///< of type 3 has followed. It does not tell whether a
+                              ///< PC or phone service still runs.
     kStatusDeviceOnline = 2,  ///< Office: a remote device came online, with its
                               ///< outcome. PC and phone: a device could not be
                               ///< brought online; value is false.
@@ -200,7 +205,8 @@ public:
                                 unsigned int linkType, std::int32_t& linkStatus) = 0;
     /// Something started, stopped, came online or went offline: the outcome of a job, or what a
     /// service reports by itself.
-    /// @param svcType   The service; 3 with kind 1 and value true when everything is stopped.
+    /// @param svcType   The service; 3 with kind 1 and true (see kStatusStop), or with kind 2 and
+    ///                  false after LocalDeviceOnline of type 3.
     /// @param first     The group's name, as it was given to the operation.
     /// @param sttsType  A StatusKind, or a kind of the service's own.
     /// @param value     What StatusKind says of the kind.
@@ -238,12 +244,15 @@ public:
     /// DllMain.
     ///
     /// No notification tells that the job is done. Operations may be called at once: they wait
-    /// behind it in the queue. GetInt64Config waits for it if it is at work.
+    /// behind it in the queue. GetInt64Config waits while the job is at work, but not for its
+    /// beginning: right after Init it may give 0 at once.
     ///
     /// Once the service side is there, a later call queues a job that finds everything
-    /// done. What goes wrong in the job is logged, and shows in every Start that fails
-    /// afterwards: the process must be allowed to control services (elevated), first and
-    /// second must be valid UTF-8, and second must be a folder that exists.
+    /// done. The process must be allowed to control services (elevated), first and second must be
+    /// valid UTF-8, and second must be a folder that exists. No service side, no driver, no icons,
+    /// no endpoint: what fails is logged in most cases. Without the service side every Start of
+    /// type 1 or 2 fails; without the driver or the endpoint they succeed. Not logged are folders
+    /// that are not valid UTF-8, a NUL in a folder, and an empty data folder.
     ///
     /// @param first   Install folder, without a trailing backslash or a NUL: it holds
     ///                plenxservice.exe, dokan1.sys, dokan1.dll, dokanfuse1.dll and the icon
@@ -270,11 +279,13 @@ public:
     /// be asked does not. Waits while the first Init is at work.
     /// @param svcType  Type 1, 2 or 3.
     /// @param cfgType  Key 5.
-    /// @return Every other key, an invalid service type, and any call before Init gives 0.
+    /// @return 0 for every other key, an invalid service type, and for key 5 as long as the job of
+    ///         Init has not made the service side: before Init, and right after it, when the worker
+    ///         has not begun yet. 0 means "running" only afterwards.
     PLENXSDK_API std::int64_t GetInt64Config(ServiceType svcType, ConfigType cfgType);
 
     /// String settings cannot be read back. Waits while the first Init is at work.
-    /// @param svcType  Makes no difference.
+    /// @param svcType  1 to 3; any other is logged as an error and does not wait.
     /// @param cfgType  Makes no difference.
     /// @return Always the empty string.
     PLENXSDK_API std::string GetStringConfig(ServiceType svcType, ConfigType cfgType);
@@ -297,7 +308,8 @@ public:
     /// the group.
     ///
     /// The job waits until the service reports running, as long as the service asks for, and then
-    /// up to about 5 s until it answers.
+    /// until it answers a ping: up to about 5 s of pauses, plus the time that the pings themselves
+    /// take, which has no limit.
     /// @param svcType  Service 0 to 3.
     /// @param first    Group name, not empty.
     /// @param second   Group argument, not empty; handed to the service as it is. The office
@@ -308,8 +320,9 @@ public:
 
     /// Queues the deletion of the group and the stop of its service, whatever other groups the
     /// service has. The outcome comes as NotifyStatus with kind 1, which for the PC and phone
-    /// services always says false; another one, of type 3 with value true, follows when everything
-    /// is stopped. A service that does not stop within 2 s without progress is ended.
+    /// services always says false; another one, of type 3 with value true, follows when no start of
+    /// type 0 or 3 is left (see kStatusStop). A service that does not stop within 2 s without
+    /// progress is ended.
     /// @param svcType  Service 0 to 3.
     /// @param first    Group name, not empty.
     /// @return kAccepted or kInvalidParameter.
