@@ -48,5 +48,6 @@ install(FILES ${PROJECT_SOURCE_DIR}/docs/plenxhost.schema.json
   ${PROJECT_SOURCE_DIR}/tools/plenxmsg/plenxmsg.bash DESTINATION share/plenxsdk)
 install(FILES ${PROJECT_SOURCE_DIR}/src/rpc/interface/service.idl
   ${PROJECT_SOURCE_DIR}/src/rpc/interface/manager.idl DESTINATION idl)
-install(FILES ${PROJECT_SOURCE_DIR}/cmake/mingw-w64-x86-64.cmake DESTINATION cmake)
+install(FILES ${PROJECT_SOURCE_DIR}/cmake/mingw-w64-host.cmake
+  ${PROJECT_SOURCE_DIR}/cmake/mingw-w64-x86-64.cmake DESTINATION cmake)
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/examples DESTINATION . PATTERN __pycache__ EXCLUDE)

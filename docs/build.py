@@ -22,19 +22,20 @@ from pathlib import Path
 ROOT = Path(__file__).resolve().parent.parent
 SITE = ROOT / "docs" / "site"
 
+LAST_GROUP = "The project, in its sources"
+
 # In reading order. Pages of docs/ that are not named here join the last group.
 NAVIGATION = {
-    "Begin": ["docs/index.md", "docs/getting-started.md", "docs/life-of-a-call.md",
-              "docs/services.md"],
+    "Begin": ["docs/index.md", "docs/getting-started.md", "docs/your-project.md",
+              "docs/life-of-a-call.md", "docs/services.md", "package/SHIP.md"],
     "Look up": ["docs/result-codes.md", "docs/configuration.md", "docs/log-lines.md",
                 "docs/troubleshooting.md", "docs/security.md", "docs/driver-upgrade.md"],
     "Write a service": ["docs/wire-protocol.md", "docs/plenxmsg.md", "devservice/README.md"],
-    "Tools": ["docs/scenarios.md", "docs/plenxhost.md", "docs/plenxhost-json.md", "docs/plenxtrace.md",
-              "host/README.md"],
-    "The project": ["README.md", "CHANGELOG.md", "CONTRIBUTING.md",
-                    "docs/building-on-windows.md", "docs/performance.md", "docs/reliability.md",
-                    "docs/conformance.md", "companion/README.md",
-                    "tests/both_worlds/README.md"],
+    "Tools": ["docs/scenarios.md", "docs/plenxhost.md", "docs/plenxhost-json.md",
+              "docs/plenxtrace.md"],
+    LAST_GROUP: ["README.md", "CHANGELOG.md", "CONTRIBUTING.md", "docs/building-on-windows.md",
+                 "docs/performance.md", "docs/reliability.md", "docs/conformance.md",
+                 "host/README.md", "companion/README.md", "tests/both_worlds/README.md"],
 }
 REFERENCE = {
     "PLENXManager": "classDistributedFs_1_1PLENXManager.html",
@@ -46,6 +47,7 @@ REFERENCE = {
 SHORT_TITLES = {
     "docs/index.md": "Where to begin",
     "README.md": "About the project",
+    "package/SHIP.md": "What to ship",
     "devservice/README.md": "The development service",
     "docs/plenxhost-json.md": "plenxhost --json",
     "host/README.md": "plenxhost, its sources",
@@ -63,7 +65,7 @@ NEEDLESS = ["*.png", "*.js", "*.css", "doxygen.svg", "dir_*.html", "annotated.ht
 def all_pages():
     named = sum(NAVIGATION.values(), [])
     found = [str(page.relative_to(ROOT)) for page in sorted((ROOT / "docs").glob("*.md"))]
-    NAVIGATION["The project"] += [page for page in found if page not in named]
+    NAVIGATION[LAST_GROUP] += [page for page in found if page not in named]
     return [page for page in sum(NAVIGATION.values(), []) if (ROOT / page).exists()]
 
 

@@ -8,7 +8,7 @@
 #endif
 
 #if !defined(_WIN32)
-#error "plenxsdk: this compiler builds for another system; plenxsdk.dll is for 64-bit Windows"
+#error "plenxsdk: this compiler builds for another system; plenxsdk.dll is for 64-bit Windows. On Debian, begin an empty build folder with --toolchain cmake/mingw-w64-host.cmake of the package"
 #elif !defined(__x86_64__)
 #error "plenxsdk: this compiler builds for another processor; plenxsdk.dll is for 64-bit Windows"
 #elif defined(_UCRT)

@@ -2,7 +2,7 @@
 
 package_dir=$build_dir/package
 run_time_packages=(gcc-mingw-w64-base mingw-w64-common)
-tool_packages=(libcli11-dev nlohmann-json3-dev libspdlog-dev libfmt-dev)
+tool_packages=(libcli11-dev nlohmann-json3-dev libtomlplusplus-dev libspdlog-dev libfmt-dev)
 
 # command_package [--sign FILE.pfx | --sign test] [--password FILE] [--timestamp URL] [--twice]
 command_package() {
@@ -60,6 +60,7 @@ fill_package() {
     split_symbols
     mkdir -p "$package_folder/share/doc/plenxsdk"
     cp -r "$docs_dir/html" "$package_folder/share/doc/plenxsdk/html"
+    point_to_html
     copy_licenses
     chmod -R u=rwX,go=rX "$package_folder"
 }
@@ -81,6 +82,12 @@ split_symbols() {
         $tool-objcopy --add-gnu-debuglink="$symbols" "$package_folder/bin/$file"
     done
     chmod -x "$package_folder"/debug/*.debug "$package_folder"/debug/*/*.debug
+}
+
+# The pages are HTML here.
+point_to_html() {
+    find "$package_folder" -name '*.md' -exec sed -i -E \
+        's%\]\((\.\./\.\./)?docs/([a-z-]+)\.md%](\1share/doc/plenxsdk/html/\2.html%g' {} +
 }
 
 copy_licenses() {

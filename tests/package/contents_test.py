@@ -77,6 +77,12 @@ def test_no_file_names_a_folder_of_the_machine_that_built_it(package):
             assert SOURCES.encode() not in path.read_bytes(), path
 
 
+def test_no_link_of_a_text_leads_nowhere(package):
+    for page in package.rglob("*.md"):
+        for target in re.findall(r"\]\(([^)#:]+)[)#]", page.read_text()):
+            assert (page.parent / target).exists(), f"{page.relative_to(package)}: {target}"
+
+
 def test_every_page_and_licence_is_there(package):
     assert (package / "share" / "doc" / "plenxsdk" / "html" / "index.html").is_file()
     assert "GCC RUNTIME LIBRARY EXCEPTION" in " ".join(

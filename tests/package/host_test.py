@@ -29,13 +29,12 @@ int main() {
 """
 
 
-def configure(package, folder, version="", compiler=COMPILER, options=(), system="Windows"):
+def configure(package, folder, version="", options=()):
     """A small host of its own, configured against the package."""
     (folder / "CMakeLists.txt").write_text(HOST % version)
     (folder / "host.cpp").write_text(PROGRAM)
-    cross = [f"-DCMAKE_SYSTEM_NAME={system}"] if system else []
-    return run("cmake", "-G", "Ninja", "-S", folder, "-B", folder / "build", *cross,
-               f"-DCMAKE_CXX_COMPILER={compiler}", f"-DCMAKE_PREFIX_PATH={package}", *options)
+    return run("cmake", "-G", "Ninja", "-S", folder, "-B", folder / "build",
+               "--toolchain", package / "cmake" / "mingw-w64-host.cmake", *options)
 
 
 def told(result):
@@ -102,9 +101,49 @@ def test_another_kind_of_compiler_is_refused_with_the_reason(package, tmp_path, 
 
 
 def test_a_compiler_for_another_system_is_refused(package, tmp_path):
-    result = configure(package, tmp_path, compiler="g++", system=None)
+    configure(package, tmp_path)
+    result = run("cmake", "-G", "Ninja", "-S", tmp_path, "-B", tmp_path / "native",
+                 f"-DCMAKE_PREFIX_PATH={package}", "-DCMAKE_CXX_COMPILER=g++")
     assert result.returncode != 0
     assert "plenxsdk: this compiler builds for another system" in told(result)
+    assert "--toolchain cmake/mingw-w64-host.cmake of the package" in told(result)
+
+
+@pytest.mark.parametrize("where", ["CMAKE_EXE_LINKER_FLAGS", "CMAKE_CXX_FLAGS"])
+@pytest.mark.parametrize("flag", ["-static", "-static-libstdc++", "-static-libgcc -s"])
+def test_a_run_time_of_its_own_is_refused(package, tmp_path, where, flag):
+    result = configure(package, tmp_path, options=[f"-D{where}=-O2 {flag}"])
+    assert result.returncode != 0
+    assert "-static gives the host a C++ run time of its own" in told(result)
+
+
+def test_a_host_in_c_and_cpp_is_built_with_the_packages_tool_chain(package, tmp_path):
+    configure(package, tmp_path)
+    shutil.rmtree(tmp_path / "build")
+    project = tmp_path / "CMakeLists.txt"
+    project.write_text(project.read_text().replace("project(host CXX)", "project(host)"))
+    result = run("cmake", "-G", "Ninja", "-S", tmp_path, "-B", tmp_path / "build",
+                 "--toolchain", package / "cmake" / "mingw-w64-host.cmake")
+    assert result.returncode == 0, result.stdout
+    build(tmp_path)
+
+
+def test_the_page_of_your_own_project_shows_a_host_that_is_built(package, tmp_path):
+    page = os.path.join(os.path.dirname(PAGE), "your-project.md")
+    with open(page, encoding="utf-8") as file:
+        text = file.read()
+    configure(package, tmp_path)
+    shutil.rmtree(tmp_path / "build")
+    (tmp_path / "main.cpp").write_text(PROGRAM)
+    (shown,) = re.findall(r"^```cmake\n(.*?)^```", text, re.MULTILINE | re.DOTALL)
+    (tmp_path / "CMakeLists.txt").write_text(shown)
+    commands = re.findall(r"^    ((?:cmake|export|x86_64).*(?:\n {8}.*)*)", text, re.MULTILINE)
+    assert len(commands) == 4
+    sdk = tmp_path / "sdk"  # pkg-config in a shell takes no blanks
+    sdk.symlink_to(package)
+    result = run("bash", "-e", "-c", "\n".join(commands).replace("PACKAGE", str(sdk)), cwd=tmp_path)
+    assert result.returncode == 0, result.stdout
+    assert (tmp_path / "build" / "myhost.exe").is_file() and (tmp_path / "myhost.exe").is_file()
 
 
 def test_a_compiler_without_the_shared_run_time_is_refused(package, tmp_path):
