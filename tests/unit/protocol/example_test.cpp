@@ -33,11 +33,13 @@ struct Example {
     Lines table;
 };
 
+// As a shell takes them: a word may stand in single quotes.
 std::vector<std::string> WordsOf(const std::string& text) {
     std::istringstream stream(text);
     std::vector<std::string> words;
     for (std::string word; stream >> word;) {
-        words.push_back(word);
+        const bool quoted = word.size() > 1 && word.front() == '\'' && word.back() == '\'';
+        words.push_back(quoted ? word.substr(1, word.size() - 2) : word);
     }
     return words;
 }

@@ -43,6 +43,8 @@ Notifications OfGroups(const std::vector<std::string>& names) {
 std::vector<Notifications> CasesOfEachRow() {
     return {
         OfGroups({"g_1", "_0", "a_b_2147483647"}),
+        {{17, MessageOf({Int32Arg(3), ArrayArg({80, 0, 58})})},
+         {17, MessageOf({Int32Arg(2), ArrayArg({80, 0})})}},
         {{15, {}},
          {15, {24, 0, 0, 0, 1, 0, 0}},
          {15, FromWords({8, 0})},
