@@ -21,6 +21,8 @@ command_package() {
         shift
     done
     [ -z "$sign" ] || [ "$sign" = test ] || [ -e "$sign" ] || fail "package: no such file: $sign"
+    need_packages "${package_packages[@]}"
+    compile_windows product
     command_docs
     make_package
     if $twice; then
@@ -31,11 +33,9 @@ command_package() {
     echo "Packed: ${package_zip#"$root"/} ($(du -h "$package_zip" | cut -f1))"
 }
 
-# Needs the docs. Fills package_dir with the folder, its ZIP and the ZIP's checksum; names them in package_folder
-# and package_zip.
+# Needs the programs and the docs. Fills package_dir with the folder, its ZIP and the ZIP's
+# checksum; names them in package_folder and package_zip.
 make_package() {
-    need_packages "${package_packages[@]}"
-    compile_windows product
     local name
     name=plenxsdk-$(project_version)-win64-mingw
     [ -z "${sign:-}" ] || name+=-signed
@@ -172,9 +172,11 @@ compare_builds() {
 # give the same bytes.
 test_package() {
     local prefix status=0 log=$log_dir/package-tests.txt first=$package_dir/first.zip sign= password= timestamp=
+    need_packages "${package_packages[@]}"
+    compile_windows product
     make_package
     mv "$package_zip" "$first"
-    step "pack it again" make_package
+    make_package
     step "compare the two packages" cmp "$first" "$package_zip"
     rm "$first"
     build_again plenxsdk LogHelper distributedfile
