@@ -120,7 +120,7 @@ int RunCommand(const std::string& command, const Options& options, const Streams
         return RunEncode(options.encode, streams.in, streams.out);
     }
     if (command == "log") {
-        return RunLog(options.log, streams.in, streams.out);
+        return RunLog(options.log, streams.in, streams.out, streams.err);
     }
     return RunList(options.list, streams.out);
 }

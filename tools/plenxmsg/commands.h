@@ -39,7 +39,8 @@ struct ListOptions {
 
 int RunDecode(const DecodeOptions& options, std::istream& in, std::ostream& out);
 int RunEncode(const EncodeOptions& options, std::istream& in, std::ostream& out);
-int RunLog(const LogOptions& options, std::istream& in, std::ostream& out);
+/// Hints go to err.
+int RunLog(const LogOptions& options, std::istream& in, std::ostream& out, std::ostream& err);
 int RunList(const ListOptions& options, std::ostream& out);
 
 }  // namespace PlenxMsg

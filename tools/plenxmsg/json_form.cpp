@@ -1,6 +1,7 @@
 #include "json_form.h"
 
 #include "hex.h"
+#include "notes.h"
 
 namespace PlenxMsg {
 namespace {
@@ -58,6 +59,9 @@ Json ToJson(const Message& message, const PlenxWire::Layout& layout) {
     json["problems"] = Json::array();
     for (const PlenxWire::Problem& problem : layout.problems) {
         json["problems"].push_back({{"offset", problem.offset}, {"text", problem.text}});
+    }
+    if (const auto notes = NotesOn(message, layout); !notes.empty()) {
+        json["notes"] = notes;
     }
     json["hex"] = ToHex(message.bytes);
     return json;

@@ -89,14 +89,19 @@ private:
 
 }  // namespace
 
-int RunLog(const LogOptions& options, std::istream& in, std::ostream& out) {
+int RunLog(const LogOptions& options, std::istream& in, std::ostream& out, std::ostream& err) {
     std::istringstream lines(ContentOf(options.file, in));
     LogReport report(options, out);
+    bool recognised = false;
     std::string line;
     for (std::size_t number = 1; std::getline(lines, line); ++number) {
+        recognised = recognised || IsLineOfAService(line);
         if (const auto logged = LoggedMessageIn(line)) {
             report.Read(*logged, number);
         }
+    }
+    if (!recognised) {
+        err << "plenxmsg: no line of a service's log\n";
     }
     return report.Conclude();
 }

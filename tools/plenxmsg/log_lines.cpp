@@ -1,10 +1,14 @@
 #include "log_lines.h"
 
+#include <algorithm>
 #include <cstddef>
+#include <iterator>
 
 namespace PlenxMsg {
 namespace {
 
+constexpr std::string_view kTime = "####-##-## ##:##:##.### ";
+constexpr std::string_view kServices[] = {"office ", "pc ", "phone "};
 constexpr std::string_view kReceived = "received ";
 constexpr std::string_view kSends = "sends ";
 constexpr std::string_view kRemark = "hostile (";
@@ -44,6 +48,19 @@ std::size_t MessageStart(std::string_view line) {
 }
 
 }  // namespace
+
+bool IsLineOfAService(std::string_view line) {
+    const auto fits = [](char letter, char shape) {
+        return shape == '#' ? letter >= '0' && letter <= '9' : letter == shape;
+    };
+    const std::string_view time = line.substr(0, kTime.size());
+    if (!std::equal(time.begin(), time.end(), kTime.begin(), kTime.end(), fits)) {
+        return false;
+    }
+    const std::string_view rest = line.substr(kTime.size());
+    return std::any_of(std::begin(kServices), std::end(kServices),
+                       [&](std::string_view service) { return StartsWith(rest, service); });
+}
 
 std::optional<LoggedMessage> LoggedMessageIn(std::string_view line) {
     if (!line.empty() && line.back() == '\r') {

@@ -16,6 +16,9 @@ struct LoggedMessage {
     PlenxWire::ParsedLine message;
 };
 
+/// Whether it begins as the lines of that log do: 2026-01-31 12:34:56.789 pc ...
+bool IsLineOfAService(std::string_view line);
+
 /// Empty when the line holds no message.
 std::optional<LoggedMessage> LoggedMessageIn(std::string_view line);
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "columns.h"
+#include "notes.h"
 #include "utf16.h"
 #include "wire/render.h"
 
@@ -143,10 +144,18 @@ std::string Guess(const Message& message) {
                            (names.empty() ? "none that the system has" : names));
 }
 
+std::string Notes(const Message& message, const Layout& layout) {
+    std::string text;
+    for (const std::string& note : NotesOn(message, layout)) {
+        text += Hanging("note: ", note);
+    }
+    return text;
+}
+
 std::string Verdict(const Message& message, const Layout& layout) {
     if (layout.problems.empty()) {
         const bool untold = !message.subject.shape && !message.subject.id;
-        return "good\n" + (untold ? Guess(message) : std::string());
+        return "good\n" + (untold ? Guess(message) : Notes(message, layout));
     }
     std::string text = "BROKEN\n";
     for (const PlenxWire::Problem& problem : layout.problems) {

@@ -57,6 +57,49 @@ TEST(Decode, AnIdThatNoMessageHas_ShowsTheArgumentsByNumber) {
     EXPECT_THAT(outcome.out, HasSubstr("argument 0      int32       5\n\ngood\n"));
 }
 
+// What stands behind "good", and the exit code.
+std::string Notes(const std::vector<std::string>& words) {
+    const Outcome shown = Tool({"decode", "--as", words.front()}, Encoded(words).out);
+    EXPECT_EQ(shown.code, 0) << shown.out;
+    return shown.out.substr(shown.out.find("\ngood\n") + 6);
+}
+
+TEST(Decode, AGroupNameThatTheLibraryRefuses_IsNoted) {
+    constexpr char kRefused[] =
+        "  note: grpName: the library refuses it with 16: no \"_\" and number up to 2147483647 at "
+        "its end\n";
+    for (const char* const name : {"", "g", "g_", "g_x", "g_1x", "g_-1", "g_+1", "g_2147483648"}) {
+        EXPECT_EQ(Notes({"ConnectNotify", std::string("grpName=") + name}), kRefused) << name;
+    }
+    EXPECT_EQ(Notes({"StatusNotify", "grpName=g", "sttsType=100", "value=1"}), kRefused);
+    for (const char* const name : {"_0", "a_b_2147483647", "g_007"}) {
+        EXPECT_EQ(Notes({"ConnectNotify", std::string("grpName=") + name}), "") << name;
+    }
+    EXPECT_EQ(Notes({"DeleteGroup", "groupName=g"}), "");
+}
+
+TEST(Decode, APathThatTheLibraryHasToComplete_IsNoted) {
+    EXPECT_EQ(Notes({"UpdateWindowsExplore", "path=50003a"}),
+              "  note: path: UTF-16 has an even number of bytes; the library takes these and adds "
+              "zeros\n");
+    EXPECT_EQ(Notes({"UpdateWindowsExplore", "path=50003a00"}),
+              "  note: path: no NUL at its end; the library adds one\n");
+    EXPECT_EQ(Notes({"UpdateWindowsExplore", "path=50000000"}), "");
+    EXPECT_EQ(Notes({"UpdateWindowsExplore", "path=0000"}), "");
+}
+
+TEST(Decode, ANote_IsInTheJson) {
+    const std::string message = Encoded({"UpdateWindowsExplore", "path=5000"}).out;
+    const Outcome shown = Tool({"decode", "--json", "--as", "17"}, message);
+    EXPECT_EQ(shown.code, 0);
+    EXPECT_THAT(shown.out, HasSubstr("\"good\": true"));
+    EXPECT_THAT(shown.out, HasSubstr("  \"problems\": [],\n"
+                                     "  \"notes\": [\n"
+                                     "    \"path: no NUL at its end; the library adds one\"\n"
+                                     "  ],\n"
+                                     "  \"hex\": "));
+}
+
 struct Broken {
     const char* name;
     const char* as;

@@ -68,7 +68,7 @@ std::string OutputOf(const std::string& command) {
 TEST(Docs, EachExample_PrintsWhatThePageShows) {
     std::ifstream page(DOCS_PAGE);
     std::vector<Example> examples = ExamplesIn(page);
-    EXPECT_EQ(examples.size(), 3u);
+    EXPECT_EQ(examples.size(), 4u);
     for (Example& example : examples) {
         std::string output = OutputOf(example.command);
         TrimEnd(output);

@@ -127,6 +127,26 @@ TEST(Log, OtherLines_HoldNoMessages) {
     EXPECT_EQ(outcome.out, "Messages: 0, good: 0, broken: 0, cut by the log: 0\n");
 }
 
+TEST(Log, WithoutALineOfAService_SaysSo) {
+    const std::string line =
+        "2026-01-31 12:34:56.789 [info] [36] [PLENXSDK] plenx manager Init"
+        "(DistributedFs::PLENXManager::Init)\r\n";
+    for (const std::string& log : {line, line + "2026-01-31 12:34:56 pc runs\n", std::string()}) {
+        const Outcome outcome = Tool({"log"}, log);
+        EXPECT_EQ(outcome.code, 0);
+        EXPECT_EQ(outcome.out, "Messages: 0, good: 0, broken: 0, cut by the log: 0\n");
+        EXPECT_EQ(outcome.err, "plenxmsg: no line of a service's log\n");
+        EXPECT_EQ(Tool({"log", "--json"}, log).out, "");
+    }
+}
+
+TEST(Log, WithALineOfAService_IsALogWithoutMessagesAtMost) {
+    for (const char* service : {"office", "pc", "phone"}) {
+        const std::string line = "2026-01-31 12:34:56.789 " + std::string(service) + " runs\r\n";
+        EXPECT_EQ(Tool({"log"}, "other\n" + line).err, "");
+    }
+}
+
 TEST(Log, AFileThatIsMissing_EndsWith2) {
     const Outcome outcome = Tool({"log", "/no/such/log"});
     EXPECT_EQ(outcome.code, 2);

@@ -1,0 +1,72 @@
+#include "notes.h"
+
+#include <charconv>
+#include <cstdint>
+#include <limits>
+#include <string_view>
+#include <system_error>
+
+namespace PlenxMsg {
+namespace {
+
+using PlenxWire::Bytes;
+
+constexpr std::string_view kGroupName = "grpName";  // only notifications spell it so
+
+// As the library splits it: at the last "_", with a number that an int32 holds behind it.
+bool NamesAService(std::string_view groupName) {
+    const std::size_t underscore = groupName.rfind('_');
+    if (underscore == std::string_view::npos) {
+        return false;
+    }
+    std::uint32_t number = 0;
+    const char* const end = groupName.data() + groupName.size();
+    const auto [last, error] = std::from_chars(groupName.data() + underscore + 1, end, number);
+    return error == std::errc() && last == end &&
+           number <= std::uint32_t{std::numeric_limits<std::int32_t>::max()};
+}
+
+bool EndsWithNul(const Bytes& path) {
+    return path.size() >= 2 && path[path.size() - 1] == 0 && path[path.size() - 2] == 0;
+}
+
+std::string NoteOnGroup(const std::string& groupName) {
+    return NamesAService(groupName)
+               ? ""
+               : "the library refuses it with 16: no \"_\" and number up to 2147483647 at its end";
+}
+
+std::string NoteOnPath(const Bytes& path) {
+    if (path.size() % 2 != 0) {
+        return "UTF-16 has an even number of bytes; the library takes these and adds zeros";
+    }
+    return EndsWithNul(path) ? "" : "no NUL at its end; the library adds one";
+}
+
+std::string NoteOn(const PlenxWire::MessageShape& shape, std::size_t index,
+                   const PlenxWire::Argument& value) {
+    if (shape.arguments[index].name == kGroupName) {
+        return NoteOnGroup(std::get<std::string>(value));
+    }
+    const Bytes* const path = std::get_if<Bytes>(&value);
+    return path && shape.id == PlenxWire::kUpdateWindowsExplore ? NoteOnPath(*path) : "";
+}
+
+}  // namespace
+
+std::vector<std::string> NotesOn(const Message& message, const PlenxWire::Layout& layout) {
+    const PlenxWire::MessageShape* const shape = message.subject.shape;
+    std::vector<std::string> notes;
+    if (!shape || !layout.problems.empty()) {
+        return notes;
+    }
+    for (std::size_t i = 0; i < layout.fields.size(); ++i) {
+        const std::string note = NoteOn(*shape, i, *layout.fields[i].value);
+        if (!note.empty()) {
+            notes.push_back(std::string(shape->arguments[i].name) + ": " + note);
+        }
+    }
+    return notes;
+}
+
+}  // namespace PlenxMsg
