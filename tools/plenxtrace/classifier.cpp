@@ -11,6 +11,7 @@ namespace {
 constexpr std::int64_t kRefused = 26;
 constexpr std::int64_t kNobodyServes = 1722;
 constexpr std::string_view kPing = "RpcManager::PingService";
+constexpr std::string_view kMessageClass = "RpcMessage";  // the reader and the writer
 // A log without lines of a worker must neither fill the memory nor take for ever.
 constexpr std::size_t kMostQueued = 100000;
 constexpr std::ptrdiff_t kMostPassedOver = 100;
@@ -137,8 +138,7 @@ void Classifier::Understand(const LibraryLine& parsed, Event& event) {
         event.service = ServiceIn(captures);
     }
     if (event.from == Lane::kNoLane) {
-        const Lane lane = LaneOfClass(parsed.function);
-        event.from = event.to = lane == Lane::kFacade && IsOnWorker(event) ? Lane::kWorker : lane;
+        event.from = event.to = LaneOfWork(parsed, event);
     }
     if (event.kind == Kind::kRefusal && EndsWith(parsed.text, "invalid parameter")) {
         event.code = kRefused;
@@ -157,6 +157,17 @@ void Classifier::Understand(const LibraryLine& parsed, Event& event) {
     if (const auto status = captures.Number("status"); status && IsOnWorker(event)) {
         TakeOutcome(*status, captures.Number("value") != 0, event);
     }
+}
+
+// What two threads do is told apart by the thread: the worker reads answers, and those that bring
+// notifications read these.
+Lane Classifier::LaneOfWork(const LibraryLine& parsed, const Event& event) const {
+    const Lane lane = LaneOfClass(parsed.function);
+    if (lane == Lane::kFacade && IsOnWorker(event)) {
+        return Lane::kWorker;
+    }
+    const bool isMessage = parsed.function.substr(0, kMessageClass.size()) == kMessageClass;
+    return isMessage && workerThread_ && !IsOnWorker(event) ? Lane::kFacade : lane;
 }
 
 // A service that has just been started may not serve its endpoint yet: that is what pings are for.

@@ -41,6 +41,7 @@ private:
     };
 
     void Understand(const LibraryLine& parsed, Event& event);
+    Lane LaneOfWork(const LibraryLine& parsed, const Event& event) const;
     void FollowWork(Event& event);
     void FollowRequest(const LibraryLine& parsed, Event& event);
     void BeginJob(Event& event);

@@ -48,11 +48,11 @@ constexpr Pattern kLibraryPatterns[] = {
     {"PLENXManager::RemoteDeviceOffline", "thread pool is released", Kind::kRefusal, kHost, kFacade, "RemoteDeviceOffline before Init", "RemoteDeviceOffline"},
     {"PLENXManager::SetConfig", "plenx manager ({svc}) set string config is pushed into thread pool", Kind::kCall, kHost, kFacade, "SetConfig {svc}, a text", "SetConfig"},
     {"PLENXManager::SetConfig", "plenx manager ({svc}) set int config is pushed into thread pool", Kind::kCall, kHost, kFacade, "SetConfig {svc}, a number", "SetConfig"},
-    {"PLENXManager::SetConfig", "plenx manager set string config invalid service type svcType:{svc}", Kind::kRefusal, kHost, kFacade, "SetConfig: no service {svc}", "SetConfig"},
-    {"PLENXManager::SetConfig", "plenx manager set int config invalid service type svcType({svc})", Kind::kRefusal, kHost, kFacade, "SetConfig: no service {svc}", "SetConfig"},
-    {"PLENXManager::GetInt64Config", "plenx manager invalid service type svcType:{svc}", Kind::kRefusal, kHost, kFacade, "GetInt64Config: no service {svc}", "GetInt64Config"},
+    {"PLENXManager::SetConfig", "plenx manager set string config invalid service type svcType:{svc}", Kind::kRefusal, kHost, kFacade, "SetConfig: there is no {svc}", "SetConfig"},
+    {"PLENXManager::SetConfig", "plenx manager set int config invalid service type svcType({svc})", Kind::kRefusal, kHost, kFacade, "SetConfig: there is no {svc}", "SetConfig"},
+    {"PLENXManager::GetInt64Config", "plenx manager invalid service type svcType:{svc}", Kind::kRefusal, kHost, kFacade, "GetInt64Config: there is no {svc}", "GetInt64Config"},
     {"PLENXManagerInner::GetInt64Config", "plenx manager get config svcType:{svc} cfgType:{key} cfgValue:{value}", Kind::kCall, kHost, kEngine, "GetInt64Config {svc}: {key} is {value}", "GetInt64Config"},
-    {"PLENXManager::GetStringConfig", "plenx manager invalid service type svcType:{svc}", Kind::kRefusal, kHost, kFacade, "GetStringConfig: no service {svc}", "GetStringConfig"},
+    {"PLENXManager::GetStringConfig", "plenx manager invalid service type svcType:{svc}", Kind::kRefusal, kHost, kFacade, "GetStringConfig: there is no {svc}", "GetStringConfig"},
     {"PLENXManager::GetOfficeDir", "plenx manager get office dir is invoked", Kind::kCall, kHost, kFacade, "GetOfficeDir", "GetOfficeDir"},
     {"PLENXManager::DeviceNameChanged", "plenx manager device name changed is pushed into thread pool", Kind::kCall, kHost, kFacade, "DeviceNameChanged", "DeviceNameChanged"},
     {"PLENXManager::DeviceNameChanged", "plenx manager device name changed invalid parameter", Kind::kRefusal, kHost, kFacade, "DeviceNameChanged refused: 26", "DeviceNameChanged"},
@@ -63,17 +63,27 @@ constexpr Pattern kLibraryPatterns[] = {
     // The worker takes them. Init and the settings have no job of the facade: the engine's first
     // line is the worker's.
     {"PLENXManagerInner::Init", "service manager initialization", Kind::kJob, kFacade, kEngine, "Init runs: the services", "Init"},
+    // Nothing depends on the icons: an installation without their folders works as any other.
+    {"PLENXManagerInner::CreateFileIcon", "open file{text} error", Kind::kStep, kEngine, kEngine, "a folder stays without its icon: {text}", "", Mark::kUsual},
     {"PLENXManagerInner::Init", "rpc listen thread initialization", Kind::kStep, kEngine, kEngine, "listen for notifications"},
     {"PLENXManager::StartFunc", "plenx manager start service svcType({svc}) is invoked", Kind::kJob, kFacade, kWorker, "Start {svc} runs", "Start"},
+    {"PLENXManager::StartFunc", "plenx manager start service invalid service type svcType({svc})", Kind::kStep, kWorker, kWorker, "Start: there is no {svc}"},
     {"PLENXManager::StopFunc", "plenx manager stop service svcType({svc}) is invoked", Kind::kJob, kFacade, kWorker, "Stop {svc} runs", "Stop"},
+    {"PLENXManager::StopFunc", "plenx manager stop service invalid service type svcType({svc})", Kind::kStep, kWorker, kWorker, "Stop: there is no {svc}"},
     {"PLENXManager::LocalDeviceOnlineFunc", "plenx manager local device online svcType({svc}) is invoked", Kind::kJob, kFacade, kWorker, "LocalDeviceOnline {svc} runs", "LocalDeviceOnline"},
+    {"PLENXManager::LocalDeviceOnlineFunc", "plenx manager invalid service type svcType({svc})", Kind::kStep, kWorker, kWorker, "LocalDeviceOnline: there is no {svc}"},
     {"PLENXManager::RemoteDeviceOnlineFunc", "plenx manager remote device online svcType({svc}) is invoked", Kind::kJob, kFacade, kWorker, "RemoteDeviceOnline {svc} runs", "RemoteDeviceOnline"},
+    {"PLENXManager::RemoteDeviceOnlineFunc", "plenx manager remote device online invalid service type svcType({svc})", Kind::kStep, kWorker, kWorker, "RemoteDeviceOnline: there is no {svc}"},
     {"PLENXManager::LocalDeviceOfflineFunc", "plenx manager local device offline svcType({svc}) is invoked", Kind::kJob, kFacade, kWorker, "LocalDeviceOffline {svc} runs", "LocalDeviceOffline"},
+    {"PLENXManager::LocalDeviceOfflineFunc", "plenx manager local device offline invalid service type svcType:{svc}", Kind::kStep, kWorker, kWorker, "LocalDeviceOffline: there is no {svc}"},
     {"PLENXManager::RemoteDeviceOfflineFunc", "plenx manager remote device offline svcType({svc}) is invoked", Kind::kJob, kFacade, kWorker, "RemoteDeviceOffline {svc} runs", "RemoteDeviceOffline"},
+    {"PLENXManager::RemoteDeviceOfflineFunc", "plenx manager remote device offline invalid service type svcType:{svc}", Kind::kStep, kWorker, kWorker, "RemoteDeviceOffline: there is no {svc}"},
     {"PLENXManager::DeviceNameChangedFunc", "plenx manager device name changed is invoked", Kind::kJob, kFacade, kWorker, "DeviceNameChanged runs", "DeviceNameChanged"},
     {"PLENXManager::RecvRemoteMessageFunc", "plenx manager receive remote message is invoked", Kind::kJob, kFacade, kWorker, "RecvRemoteMessage runs", "RecvRemoteMessage"},
     {"PLENXManagerInner::SetStringConfig", "plenx manager set config svcType:{svc} cfgType:{key} cfgValue:{text}", Kind::kJob, kFacade, kEngine, "SetConfig {svc} runs: {key} = {text}", "SetConfig"},
+    {"PLENXManagerInner::SetStringConfig", "plenx manager invalid service type svcType:{svc}", Kind::kStep, kWorker, kEngine, "SetConfig: there is no {svc}"},
     {"PLENXManagerInner::SetIntConfig", "plenx manager set config svcType:{svc} cfgType:{key} cfgValue:{value}", Kind::kJob, kFacade, kEngine, "SetConfig {svc} runs: {key} = {value}", "SetConfig"},
+    {"PLENXManagerInner::SetIntConfig", "plenx manager invalid service type svcType:{svc}", Kind::kStep, kWorker, kEngine, "SetConfig: there is no {svc}"},
 
     // The engine at work.
     {"PLENXManagerInner::Start", "plenx manager start service {svc}", Kind::kStep, kWorker, kEngine, "start {svc}"},
@@ -102,6 +112,7 @@ constexpr Pattern kLibraryPatterns[] = {
     {"ServiceManager::StopPlenxService", "stop plenx service {name} error {code}", Kind::kStep, kEngine, kEngine, "{name} is not stopped: {code}"},
     {"ServiceManager::StartServiceByIndex", "start service successful", Kind::kStep, kEngine, kServices, "the service runs"},
     {"ServiceManager::StartServiceByIndex", "service is running", Kind::kStep, kEngine, kServices, "the service ran already"},
+    {"ServiceManager::StartServiceByIndex", "wait service status error", Kind::kStep, kServices, kEngine, "the service does not come to run"},
     {"ServiceManager::StopServiceByIndex", "stop service successful", Kind::kStep, kEngine, kServices, "the service has stopped"},
     {"ServiceManager::StopServiceByIndex", "service has stopped", Kind::kStep, kEngine, kServices, "the service had stopped already"},
     {"ServiceManager::StopServiceByIndex", "force stop service", Kind::kStep, kEngine, kServices, "the service is ended by force", "", Mark::kError},
@@ -109,6 +120,8 @@ constexpr Pattern kLibraryPatterns[] = {
     {"ServiceManager::CreateServiceByIndex", "create service success", Kind::kStep, kEngine, kServices, "a service is created"},
     {"ServiceManager::CreateServiceByIndex", "sevice has been created", Kind::kStep, kEngine, kServices, "the service was there already"},
     {"ServiceManager::DeleteServiceByIndex", "delete service successful", Kind::kStep, kEngine, kServices, "the service is deleted"},
+    {"ServiceManager::DeleteServiceByIndex", "service {name} has been deleted", Kind::kStep, kEngine, kEngine, "{name} was not there"},
+    {"ServiceManager::DeleteServiceByIndex", "service {name} is not stopped", Kind::kStep, kEngine, kEngine, "{name} has not stopped, so it stays"},
     {"ServiceManager::InstallService", "install service {name} success", Kind::kStep, kEngine, kEngine, "{name} is installed"},
     // At each first installation: there is nothing yet that could be stopped. Where it matters,
     // a line of the caller follows that says so.
@@ -119,9 +132,13 @@ constexpr Pattern kLibraryPatterns[] = {
     {"ServiceManager::UpgradeDriver", "upgrade {text} successfully", Kind::kStep, kEngine, kEngine, "{text} is upgraded"},
     {"ServiceManager::UpgradeDriver", "driver {text} is used", Kind::kStep, kEngine, kEngine, "{text} is in use"},
     {"ServiceManager::UpgradeDriver", "move old {text} successfully", Kind::kStep, kEngine, kEngine, "the old {text} is moved away"},
-    // Before each start: an earlier run's process is ended, if there is one.
+    {"ServiceManager::MakeSourcePath", "mkdir src directory error and force remove src directory error", Kind::kStep, kEngine, kEngine, "a working folder is neither made nor removed"},
+    {"ServiceManager::MakeServicePath", "src directory not exit", Kind::kStep, kEngine, kEngine, "the working folder is gone"},
+    {"ServiceManager::~ServiceManager", "remove src path error", Kind::kStep, kEngine, kEngine, "the working folder stays"},
+    // Before each start: an earlier run's process is ended, if there is one. Right after a stop there
+    // often is: it has told that it is stopped, and is about to end. A stop by force has its own line.
     {"KillServiceProcess", "kill service process 0", Kind::kStep, kEngine, kEngine, "nothing is left to end", "", Mark::kUsual},
-    {"KillServiceProcess", "kill service process {process}", Kind::kStep, kEngine, kServices, "end process {process} if it is still there", "", Mark::kUsual},
+    {"KillServiceProcess", "kill service process {process}", Kind::kStep, kEngine, kServices, "end process {process} if it is still there: usual right after a stop", "", Mark::kUsual},
     {"KillServiceProcess", "open service process {process} error 87", Kind::kStep, kEngine, kEngine, "process {process} is gone already", "", Mark::kUsual},
 
     // Requests to the services.
@@ -189,6 +206,17 @@ constexpr Pattern kLibraryPatterns[] = {
 constexpr Pattern kCommonPatterns[] = {
     {"", "send rpc message error ret:{code}", Kind::kStep, kNowhere, kNowhere, "the request failed: {code}"},
     {"", "read ret error", Kind::kStep, kNowhere, kNowhere, "an answer that cannot be read"},
+    {"", "write {word} error index:{n}", Kind::kStep, kNowhere, kNowhere, "argument {n} cannot be written"},
+    {"", "write {word} Error index:{n}", Kind::kStep, kNowhere, kNowhere, "argument {n} cannot be written"},
+    {"", "path is empty", Kind::kStep, kNowhere, kNowhere, "a path is empty"},
+    // What is wrong with a message, a request or a notification.
+    {"", "Short Message Size rpcMsgSize:{size}", Kind::kStep, kNowhere, kNowhere, "a message of {size} bytes is too short"},
+    {"", "Short Message Size rpcMsgSize:{size} rpcMsgArgs:{n}", Kind::kStep, kNowhere, kNowhere, "a message of {size} bytes is too short for {n} arguments"},
+    {"", "Invalid Args Error index:{n} argCursor_:{cursor} msgCursor_:{at} rpcMsgSize_:{size}", Kind::kStep, kNowhere, kNowhere, "there is no argument {n}, counted from 0"},
+    {"", "Invalid Args rpcReqArgType:{type}", Kind::kStep, kNowhere, kNowhere, "an argument is of another type: {type}"},
+    {"", "Invalid Args offset:{at} rpcReqArgSize:{n} rpcMsgSize_:{size}", Kind::kStep, kNowhere, kNowhere, "an argument does not fit: {n} bytes at {at} of {size}"},
+    {"", "Invalid Args offset:{at} rpcReqArgSize:{n} rpcMsgSize_:{size} argLen:{length}", Kind::kStep, kNowhere, kNowhere, "an argument does not fit: {n} bytes at {at} of {size}, {length} expected"},
+    {"", "index:{n} argCursor_:{cursor} msgCursor_:{at} rpcMsgSize_:{size}", Kind::kStep, kNowhere, kNowhere, "argument {n} does not fit, counted from 0"},
     {"", "{text} error {code}", Kind::kStep, kNowhere, kNowhere, "{text}: {code}"},
 };
 

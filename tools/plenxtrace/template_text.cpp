@@ -26,13 +26,14 @@ std::size_t WordLength(std::string_view text) {
     return end == std::string_view::npos ? text.size() : end;
 }
 
-// {text} ends where what follows it in the pattern, up to the next place, stands in the text.
+// {text} ends where what follows it in the pattern, up to the next place, stands in the text; what
+// ends the pattern is to end the text.
 std::size_t TextLength(std::string_view text, std::string_view rest) {
     if (rest.empty()) {
         return text.size();
     }
     const std::string_view literal = rest.substr(0, rest.find('{'));
-    return text.find(literal);
+    return literal.size() == rest.size() ? text.rfind(literal) : text.find(literal);
 }
 
 }  // namespace

@@ -170,10 +170,46 @@ TEST(Classifier, TheProcessOfAnEarlierRun_IsUsual_AndAStopByForceIsNot) {
         Error(0, kWorkerThread, "open service process 12 error 5", "KillServiceProcess"),
         Info(0, kWorkerThread, "force stop service", "ServiceManager::StopServiceByIndex"),
     });
-    EXPECT_EQ(Drawn(events[0]), "engine>services end process 12 if it is still there usual");
+    EXPECT_EQ(
+        Drawn(events[0]),
+        "engine>services end process 12 if it is still there: usual right after a stop usual");
     EXPECT_EQ(Drawn(events[1]), "engine>engine process 12 is gone already usual");
     EXPECT_EQ(Drawn(events[2]), "engine>engine open service process 12: 5 FAILS");
     EXPECT_EQ(Drawn(events[3]), "engine>services the service is ended by force FAILS");
+}
+
+TEST(Classifier, AFolderWithoutItsIcon_IsUsual) {
+    const auto events = Classified({
+        Error(0, kWorkerThread, R"(open fileC:\an error here\video\desktop.ini error)",
+              "PLENXManagerInner::CreateFileIcon"),
+    });
+    EXPECT_EQ(
+        Drawn(events[0]),
+        R"(engine>engine a folder stays without its icon: C:\an error here\video\desktop.ini usual)");
+}
+
+TEST(Classifier, ABrokenMessage_StandsWhereItIsRead) {
+    const std::string type = "Invalid Args rpcReqArgType:3";
+    const std::string function = "RpcMessageReader::ReadString";
+    const auto events = Classified({
+        Runs(0, 1),
+        Error(1, kWorkerThread, type, function),
+        Error(1, kRpcThread, type, function),
+        Error(1, kRpcThread, "Invalid Args offset:40 rpcReqArgSize:9 rpcMsgSize_:49 argLen:8",
+              "RpcMessageReader::ReadInt8Array"),
+    });
+    EXPECT_EQ(Drawn(events[1]), "engine>engine an argument is of another type: 3 FAILS");
+    EXPECT_EQ(Drawn(events[2]), "facade>facade an argument is of another type: 3 FAILS");
+    EXPECT_EQ(Drawn(events[3]),
+              "facade>facade an argument does not fit: 9 bytes at 40 of 49, 8 expected FAILS");
+}
+
+TEST(Classifier, AJobForAServiceThatIsNone_IsTheWorkers) {
+    const auto events =
+        Classified({Runs(0, 7), Error(1, kWorkerThread,
+                                      "plenx manager start service invalid service type svcType(7)",
+                                      "PLENXManager::StartFunc")});
+    EXPECT_EQ(Drawn(events[1]), "worker>worker Start: there is no service 7 FAILS");
 }
 
 TEST(Classifier, AnUnknownLine_StandsInTheLaneOfItsClass) {

@@ -42,6 +42,9 @@ TEST(Template, TextTakesAsLittleAsItCan_AndMaybeNothing) {
     EXPECT_TRUE(Matches("name:{text}", "name:", captures));
     EXPECT_EQ(captures.Text("text"), "");
     EXPECT_FALSE(Matches("upgrade {text} successfully", "upgrade x", captures));
+    EXPECT_TRUE(Matches("file{text} error", "filea error b error", captures));
+    EXPECT_EQ(captures.Text("text"), "a error b");
+    EXPECT_FALSE(Matches("file{text} error", "filea error b", captures));
 }
 
 TEST(Template, AWordEndsAtABlank) {
