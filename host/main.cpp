@@ -64,10 +64,22 @@ void RunInput(const Surroundings& at, Session& session) {
     }
 }
 
+// Where to look when something did not come as expected.
+void PointToTheCauses() {
+    const wchar_t* const log = _wgetenv(L"PLENX_LOG_FILE");
+    const bool named = log != nullptr && *log != 0;
+    std::fprintf(stderr, "plenxhost: for causes see %splenxhost doctor\n",
+                 named ? ("the library's log, " + WideToUtf8(log) + ", and ").c_str() : "");
+    std::fflush(stderr);
+}
+
 int Conclude(const EndReport& report, const Surroundings& at) {
     at.output.Write(report);
     if (at.options.json && report.exitCode != kAllHeld) {
         std::fprintf(stderr, "%s\n", MakeTextFormat()->Format(Stamp(), report).c_str());
+    }
+    if (report.exitCode == kNotAllHeld && !report.failures.empty()) {
+        PointToTheCauses();
     }
     return report.exitCode;
 }

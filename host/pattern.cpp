@@ -10,6 +10,7 @@ namespace PlenxHost {
 namespace {
 
 constexpr FieldShape kObserverField = {"observer", FieldKind::kText};
+constexpr const char* kServiceField = "svcType";
 
 const NotificationShape& ShapeOf(const Word& name) {
     std::string known;
@@ -82,6 +83,16 @@ bool Equal(const Field& wanted, const Field& actual) {
     return wanted.value == actual.value;
 }
 
+bool Fits(const Field& wanted, const Notification& notification) {
+    if (std::string(wanted.name) == kObserverField.name) {
+        return std::get<std::string>(wanted.value) == notification.observer;
+    }
+    return std::any_of(notification.fields.begin(), notification.fields.end(),
+                       [&](const Field& field) {
+                           return std::string(field.name) == wanted.name && Equal(wanted, field);
+                       });
+}
+
 }  // namespace
 
 Pattern::Pattern(const std::vector<Word>& words) {
@@ -119,15 +130,16 @@ bool Pattern::Matches(const Notification& notification) const {
     if (name_ != notification.name) {
         return false;
     }
-    return std::all_of(wanted_.begin(), wanted_.end(), [&](const Field& wanted) {
-        if (std::string(wanted.name) == kObserverField.name) {
-            return std::get<std::string>(wanted.value) == notification.observer;
-        }
-        return std::any_of(
-            notification.fields.begin(), notification.fields.end(), [&](const Field& field) {
-                return std::string(field.name) == wanted.name && Equal(wanted, field);
-            });
-    });
+    return std::all_of(wanted_.begin(), wanted_.end(),
+                       [&](const Field& wanted) { return Fits(wanted, notification); });
+}
+
+bool Pattern::IsNearMiss(const Notification& notification) const {
+    const auto isOtherService = [&](const Field& wanted) {
+        return std::string(wanted.name) == kServiceField && !Fits(wanted, notification);
+    };
+    return name_ == notification.name && !Matches(notification) &&
+           std::none_of(wanted_.begin(), wanted_.end(), isOtherService);
 }
 
 }  // namespace PlenxHost

@@ -24,6 +24,8 @@ public:
     explicit Pattern(const std::vector<Word>& words);
 
     bool Matches(const Notification& notification) const;
+    /// Whether it is the same notification of the same service, but not the expected one.
+    bool IsNearMiss(const Notification& notification) const;
 
 private:
     std::string name_;           // empty: any

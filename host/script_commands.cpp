@@ -1,6 +1,7 @@
 #include "script_commands.h"
 
 #include <chrono>
+#include <deque>
 #include <optional>
 
 #include "commands.h"
@@ -13,6 +14,7 @@ namespace {
 using std::chrono::milliseconds;
 
 constexpr std::size_t kMostShown = 256;
+constexpr std::size_t kMostInstead = 5;
 
 Outcome Held(bool held, const std::string& remark) {
     Outcome outcome;
@@ -28,6 +30,26 @@ Action Saying(const std::string& text) {
         outcome.silent = true;
         return outcome;
     };
+}
+
+// Why an expectation did not hold: with the latest that came in its place.
+std::string Missed(const Pattern& pattern, milliseconds limit, const Inbox& inbox) {
+    std::deque<std::string> instead;
+    for (const Notification& notification : inbox.Left()) {
+        if (pattern.IsNearMiss(notification)) {
+            instead.push_back(ToText(notification));
+        }
+        if (instead.size() > kMostInstead) {
+            instead.pop_front();
+        }
+    }
+    std::string text = "it did not come within " + std::to_string(limit.count()) + " ms";
+    const char* separator = "; came instead: ";
+    for (const std::string& one : instead) {
+        text += separator + one;
+        separator = ", ";
+    }
+    return text;
 }
 
 // An action that changes how the observers react.
@@ -69,10 +91,11 @@ Action ParseExpect(Arguments& arguments) {
     const Pattern pattern(arguments.TakeUntil("within"));
     const milliseconds limit(arguments.TakeMilliseconds());
     return [=](Session& session) {
-        const bool came = session.Received().Take(pattern, limit).has_value();
-        return Held(came, session.Received().Interrupted()
-                              ? "interrupted"
-                              : "it did not come within " + std::to_string(limit.count()) + " ms");
+        Inbox& inbox = session.Received();
+        if (inbox.Take(pattern, limit)) {
+            return Held(true, "");
+        }
+        return Held(false, inbox.Interrupted() ? "interrupted" : Missed(pattern, limit, inbox));
     };
 }
 

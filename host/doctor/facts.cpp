@@ -22,11 +22,14 @@ char Lower(char letter) {
     return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
 }
 
-// Letters beyond ASCII are left as they are.
+// Letters beyond ASCII are left as they are. Separators in a row count as one: a folder may have
+// been given with some at its end, here or by the host whose Init has registered a file.
 std::string Comparable(std::string path) {
     std::transform(path.begin(), path.end(), path.begin(), Lower);
     std::replace(path.begin(), path.end(), '/', '\\');
-    while (!path.empty() && path.back() == '\\') {
+    const auto bothSeparators = [](char one, char other) { return one == '\\' && other == '\\'; };
+    path.erase(std::unique(path.begin(), path.end(), bothSeparators), path.end());
+    if (!path.empty() && path.back() == '\\') {
         path.pop_back();
     }
     return path;

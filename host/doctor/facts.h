@@ -33,7 +33,7 @@ std::string StartTypeText(StartType type);
 
 /// Without quotes and without what drivers have in front.
 std::string PlainPath(const std::string& registered);
-/// Whether two paths have the same letters, whatever their case.
+/// Whether two paths have the same letters, whatever their case and their separators.
 bool SamePath(const std::string& first, const std::string& second);
 /// Whether the path is the folder or lies in it.
 bool IsWithin(const std::string& path, const std::string& folder);

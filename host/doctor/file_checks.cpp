@@ -53,6 +53,12 @@ bool IsFullPath(const std::string& path) {
     return onDrive || path.compare(0, 2, "\\\\") == 0;
 }
 
+// That of C:\ belongs to the path.
+bool EndsInSeparator(const std::string& path) {
+    const bool isDrive = path.size() == 3 && path[1] == ':';
+    return !path.empty() && !isDrive && (path.back() == '\\' || path.back() == '/');
+}
+
 // The system tries each part of an unquoted path that ends before a blank, as a program.
 std::optional<std::string> ProgramInTheWay(const std::string& path, System& system) {
     for (std::size_t blank = path.find(' '); blank != std::string::npos;
@@ -73,7 +79,7 @@ void CheckPath(const std::string& install, System& system, Findings& findings) {
                          "Give Init a path that begins with a drive: services are registered with "
                          "it, and they start in another folder.");
     }
-    if (!install.empty() && (install.back() == '\\' || install.back() == '/')) {
+    if (EndsInSeparator(install)) {
         findings.Note(install + " ends in a separator", "Give Init the path without it.");
     }
     if (!IsAscii(install)) {

@@ -178,18 +178,19 @@ TEST_F(CommandsTest, OverviewGroupsByEachSubjectOnce) {
 }
 
 TEST_F(CommandsTest, HelpOfACommandIsWhole) {
-    EXPECT_EQ(CommandHelp("start"),
-              "start SERVICE GROUP ARGUMENT\n"
-              "  Purpose  Start a service and create a group in it.\n"
-              "           ARGUMENT goes to the service as it is. all: the PC service, then the "
-              "office service.\n"
-              "  Result   0: queued, or dropped before init. 26: GROUP or ARGUMENT is empty, "
-              "nothing queued\n"
-              "  Outcome  NotifyStatus(SERVICE, GROUP, start, value): value tells whether it "
-              "succeeded. One for\n"
-              "           each service. The services' own NotifyConnect may come before or after "
-              "it.\n"
-              "  Example  start pc home \"an argument\"");
+    EXPECT_EQ(
+        CommandHelp("start"),
+        "start SERVICE GROUP ARGUMENT\n"
+        "  Purpose  Start a service and create a group in it.\n"
+        "           ARGUMENT goes to the service as it is. all: the PC service, then the "
+        "office service.\n"
+        "  Result   0: queued, or dropped before init. 26: GROUP or ARGUMENT is empty, "
+        "nothing queued\n"
+        "  Outcome  NotifyStatus(SERVICE, GROUP, start, value): value tells whether it "
+        "succeeded. all:\n"
+        "           one of pc, one of office. The services' own NotifyConnect may come before "
+        "or after it.\n"
+        "  Example  start pc home \"an argument\"");
     EXPECT_EQ(CommandHelp("forget"),
               "forget\n"
               "  Purpose  Drop the notifications that nothing has taken "

@@ -161,6 +161,49 @@ TEST_F(DoctorTest, PathsThatMakeTroubleAreTold) {
                          "blanks."));
 }
 
+TEST_F(DoctorTest, SeparatorsAtTheEndOfTheInstallFolderMakeNoRegistrationWrong) {
+    Serve("Manager");
+    Register("PlenxPcSvc", ServiceState::kStopped);
+    // As a host registers it that gives Init such a folder.
+    Register("PlenxPhoneSvc", ServiceState::kStopped).program = "C:\\app\\\\plenxservice.exe";
+    ServiceFacts& driver = system_.services["Dokan1"];
+    driver.program = "\\??\\C:\\app\\dokan1.sys";
+    driver.state = ServiceState::kRunning;
+    for (const char* install :
+         {"C:\\app", "C:\\app\\", "C:/app/", "C:\\app\\\\\\", "C:\\app\\/", "c:\\App//"}) {
+        patient_.install = install;
+        EXPECT_THAT(Complaints("services"), IsEmpty()) << install;
+        EXPECT_THAT(Complaints("driver"), IsEmpty()) << install;
+    }
+    patient_.install = "C:\\ap\\";
+    EXPECT_THAT(Complaints("services"),
+                Contains(StartsWith("problem: PlenxPcSvc is registered with a program outside")));
+    EXPECT_THAT(Complaints("driver"), Contains(StartsWith("note: Dokan1 is registered with")));
+}
+
+TEST_F(DoctorTest, SeparatorOfADriveBelongsToThePath) {
+    Serve("Manager");
+    Register("PlenxPcSvc", ServiceState::kStopped).program = "C:\\plenxservice.exe";
+    patient_.install = "C:\\";
+    EXPECT_THAT(Complaints("services"), IsEmpty());
+    EXPECT_THAT(Complaints("install"), Not(Contains(testing::HasSubstr("separator"))));
+    patient_.install = "C:\\\\";
+    EXPECT_THAT(Complaints("services"), IsEmpty());
+    EXPECT_THAT(Complaints("install"),
+                Contains("note: C:\\\\ ends in a separator | Give Init the path without it."));
+}
+
+TEST_F(DoctorTest, InstallFolderInTheWorkingFolderIsAProblemWhateverItsEnd) {
+    for (const char* data : {"C:\\data", "C:\\data\\", "C:/data//"}) {
+        patient_ = {"C:\\data\\plenx\\app\\", data, "C:\\host"};
+        system_.paths[data] = PathKind::kFolder;
+        EXPECT_THAT(Run("data"),
+                    ElementsAre("problem: the install folder lies in " + std::string(data) +
+                                "\\plenx, which Init DELETES | Use a data folder that holds "
+                                "nothing but the library's working folder."));
+    }
+}
+
 TEST_F(DoctorTest, UpgradeThatWaitsIsTold) {
     EXPECT_THAT(Run("upgrade"), ElementsAre("ok: no driver file waits in upgrade"));
     system_.paths["C:\\app\\upgrade\\dokan1.sys"] = PathKind::kFile;

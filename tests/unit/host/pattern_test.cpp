@@ -18,6 +18,10 @@ bool Matches(std::string_view line, const Notification& notification = kStatus) 
     return Pattern(SplitWords(line).words).Matches(notification);
 }
 
+bool IsNearMiss(std::string_view line) {
+    return Pattern(SplitWords(line).words).IsNearMiss(kStatus);
+}
+
 std::string Complaint(std::string_view line) {
     try {
         Pattern(SplitWords(line).words);
@@ -68,6 +72,17 @@ TEST(Pattern, NumbersAreComparedAs32Bits) {
     EXPECT_TRUE(Matches("NotifyError -1", error));
     EXPECT_TRUE(Matches("NotifyError 4294967295", error));
     EXPECT_FALSE(Matches("NotifyError 1", error));
+}
+
+TEST(Pattern, NearMissIsTheSameNotificationOfTheSameService) {
+    EXPECT_TRUE(IsNearMiss("NotifyStatus pc other"));
+    EXPECT_TRUE(IsNearMiss("NotifyStatus pc \"my group\" start false"));
+    EXPECT_TRUE(IsNearMiss("NotifyStatus value=false"));
+    EXPECT_TRUE(IsNearMiss("NotifyStatus pc observer=other"));
+    EXPECT_FALSE(IsNearMiss("NotifyStatus phone"));
+    EXPECT_FALSE(IsNearMiss("NotifyConnect pc"));
+    EXPECT_FALSE(IsNearMiss("NotifyStatus pc \"my group\" start true"));
+    EXPECT_FALSE(IsNearMiss("*"));
 }
 
 TEST(Pattern, SaysWhatIsWrong) {

@@ -71,11 +71,42 @@ TEST_F(ScriptTest, AllExpectationsThatFailAreReportedWithTheirLines) {
     EXPECT_EQ(report.exitCode, kNotAllHeld);
     EXPECT_EQ(report.expectations, 4);
     EXPECT_THAT(report.failures,
-                ElementsAre("s:4: expect NotifyError 5 within 1: it did not come within 1 ms",
+                ElementsAre("s:4: expect NotifyError 5 within 1: it did not come within 1 ms; came "
+                            "instead: NotifyError(errCode=4)",
                             "s:5: expect-none NotifyError for 0: there came NotifyError(errCode=4)",
                             "s:6: expect-result 26: it gave 0",
                             "s:7: expect-result-text x: it gave no text"));
     EXPECT_EQ(captured_.Lines().back(), "on");
+}
+
+TEST_F(ScriptTest, FailedExpectTellsWhatCameInsteadOfTheSameService) {
+    RecordedManager::When("Start", [] {
+        RecordedManager::Notify([](auto& observer) {
+            observer.NotifyConnect(DistributedFs::kPcService, "home");
+            observer.NotifyStatus(DistributedFs::kPhoneService, "home", 0, true);
+            observer.NotifyStatus(DistributedFs::kPcService, "home", 0, false);
+        });
+    });
+    Run("register\nstart pc home a\nexpect NotifyStatus pc home start true within 1");
+    EXPECT_THAT(captured_.Lines().back(),
+                HasSubstr("> expect NotifyStatus pc home start true within 1: NO, it did not come "
+                          "within 1 ms; came instead: NotifyStatus(svcType=1, first=\"home\", "
+                          "sttsType=0, value=false)"));
+}
+
+TEST_F(ScriptTest, FailedExpectTellsTheLatestFiveAtMost) {
+    RecordedManager::When("Start", [] {
+        RecordedManager::Notify([](auto& observer) {
+            for (int code = 1; code != 8; ++code) {
+                observer.NotifyError(code);
+            }
+        });
+    });
+    EXPECT_THAT(Run("register\nstart pc g a\nexpect NotifyError 9 within 0").failures,
+                ElementsAre("s:3: expect NotifyError 9 within 0: it did not come within 0 ms; came "
+                            "instead: NotifyError(errCode=3), NotifyError(errCode=4), "
+                            "NotifyError(errCode=5), NotifyError(errCode=6), "
+                            "NotifyError(errCode=7)"));
 }
 
 TEST_F(ScriptTest, NotificationsThatNothingTookAreTold) {

@@ -84,6 +84,10 @@ TEST_F(Doctor, RunningHostAndService_AreSeenAndNotDisturbed) {
                                           "system, is running: C:\\PlenxDoctor\\app\\dokan1.sys"));
     EXPECT_THAT(printed.output,
                 HasSubstr("  ok       a host is running; its working folder is not looked at\n"));
+    const Finished again = RunPlenxhost("doctor --install " + folder_.Install() + "\\ --data " +
+                                        folder_.Data() + "\\");
+    EXPECT_EQ(again.exitCode, 0) << again.output;
+    EXPECT_THAT(again.output, HasSubstr("\n0 problems, 2 notes\n")) << "the separator, Manager";
     host.Send("stop pc home");
     host.Send("expect NotifyDisconnect pc home within 50000");
     host.Send("expect NotifyStatus pc home stop false within 50000");

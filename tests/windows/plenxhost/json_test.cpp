@@ -4,6 +4,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <windows.h>
+
 #include "plenxhost/host_process.h"
 #include "support/install_folder.h"
 
@@ -11,6 +13,7 @@ namespace PlenxTest {
 namespace {
 
 using testing::HasSubstr;
+using testing::Not;
 
 constexpr const char* kScript =
     "init\n"
@@ -40,8 +43,12 @@ TEST(Json, OfARealRunAndOfTheDoctor_IsThere) {
     const std::string arguments = "--install " + folder.Install() + " --data " + folder.Data();
     const std::filesystem::path script = folder.DataPath() / L"run.plenx";
     WriteFile(script, kScript);
+    SetEnvironmentVariableW(L"PLENX_LOG_FILE", L"C:\\plenxhost-json-library.log");
     HostProcess run("--json --script " + script.string() + " " + arguments);
     EXPECT_EQ(run.Wait(), 1);
+    SetEnvironmentVariableW(L"PLENX_LOG_FILE", nullptr);
+    EXPECT_THAT(run.Output(), HasSubstr("\nplenxhost: for causes see the library's log, "
+                                        "C:\\plenxhost-json-library.log, and plenxhost doctor"));
     const std::string lines = run.Printed();
     EXPECT_THAT(lines, HasSubstr("\"messageHex\":"));
     EXPECT_THAT(lines, HasSubstr("\"expectations\":10,\"failures\":[\"run.plenx:18: expect "
@@ -53,6 +60,21 @@ TEST(Json, OfARealRunAndOfTheDoctor_IsThere) {
     EXPECT_EQ(doctor.Wait(), 1);
     EXPECT_THAT(doctor.Printed(), HasSubstr("\"exitCode\":1,\"problems\":6,"));
     WriteFile(L"plenxhost.jsonl", lines + wrong.Printed() + doctor.Printed());
+}
+
+TEST(FailedRun, WithoutALogFile_PointsToTheDoctorAlone) {
+    HostProcess run("");
+    run.Send("expect-result 1");
+    EXPECT_EQ(run.Wait(), 1);
+    EXPECT_THAT(run.Output(), HasSubstr("plenxhost: for causes see plenxhost doctor"));
+    EXPECT_THAT(run.Printed(), Not(HasSubstr("plenxhost doctor")));
+}
+
+TEST(FailedRun, OfQuitAlone_PointsNowhere) {
+    HostProcess run("");
+    run.Send("quit 1");
+    EXPECT_EQ(run.Wait(), 1);
+    EXPECT_THAT(run.Output(), Not(HasSubstr("for causes")));
 }
 
 }  // namespace
