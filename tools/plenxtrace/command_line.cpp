@@ -34,6 +34,7 @@ void Declare(CLI::App& app, Request& request) {
     app.set_version_flag("--version", "plenxtrace " PLENXTRACE_VERSION);
     app.get_formatter()->column_width(24);
     app.add_option("LOG", request.libraryLogs, "The library's log; of a rotated one, all parts")
+        ->type_name("")
         ->required();
     app.add_option("--service", request.serviceLogs,
                    "The services' log; may be given several times")
@@ -46,7 +47,7 @@ void Declare(CLI::App& app, Request& request) {
         ->type_name("TEXT");
     app.add_option("--events", request.mostEvents, "Show so many lines at most")
         ->type_name("COUNT")
-        ->check(CLI::Range(kLeastEvents, kMostEvents))
+        ->check(CLI::Range(kLeastEvents, kMostEvents).description(""))
         ->capture_default_str();
     app.footer(kFooter);
 }
@@ -78,7 +79,10 @@ void Tell(const Request& request, const Report& report, const Streams& streams) 
     streams.out << request.output << ": " << report.shown << " of " << report.lines
                 << (report.lines == 1 ? " line, " : " lines, ") << report.pageBytes / 1000
                 << " kB\n";
-    if (report.lines != 0 && report.understood == 0) {
+    if (report.serviceLineInLibraryLog) {
+        streams.err << "plenxtrace: a service's log was given as the library's; give it with "
+                       "--service, behind the library's log\n";
+    } else if (report.lines != 0 && report.understood == 0) {
         streams.err << "plenxtrace: no line looks like one of a log; the page shows them as they "
                        "are\n";
     }

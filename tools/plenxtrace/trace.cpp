@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "file_error.h"
+#include "log_line.h"
 #include "page.h"
 #include "summary.h"
 
@@ -103,15 +104,19 @@ Report MakePage(const Request& request) {
     const std::vector<LogFile> logs = LogsOf(request);
     Summary summary;
     Totals totals;
+    Report report;
     EventStream stream(logs);
     for (Event event; stream.Next(event);) {
         summary.Add(event, totals.lines);
         totals.Count(event);
+        report.serviceLineInLibraryLog =
+            report.serviceLineInLibraryLog ||
+            (event.kind == Kind::kForeign && !logs[event.source].ofService &&
+             ParseServiceLine(event.line));
     }
     const Plan plan = MakePlan(totals, request.mostEvents);
     PartFile file(request.output);
     PageWriter page(file.Stream(), {request.title, logs, summary, totals, plan});
-    Report report;
     report.lines = totals.lines;
     report.understood = totals.lines - summary.foreign;
     WriteEvents(logs, Selection(totals, plan, summary.Sequences()), page, file, report);

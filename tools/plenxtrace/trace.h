@@ -24,6 +24,7 @@ struct Report {
     std::uint64_t lines = 0;
     std::uint64_t shown = 0;
     std::uint64_t understood = 0;  // lines that are lines of a log
+    bool serviceLineInLibraryLog = false;
     std::uint64_t pageBytes = 0;
 };
 

@@ -173,6 +173,19 @@ TEST_F(Page, AFileThatIsNoLog_IsSaidToBeNone) {
                          "them as they are\n"));
 }
 
+TEST_F(Page, AServiceLogGivenAsTheLibrarys_IsSaidToBeOne) {
+    const std::string hint =
+        "plenxtrace: a service's log was given as the library's; give it with --service, behind "
+        "the library's log\n";
+    const std::string service = Write("service.log", At(0) + " pc runs\n");
+    const std::string library = Write("lib.log", Pushed(0, 1) + "\n");
+    const std::string alone = Run({service});
+    EXPECT_EQ(alone.substr(0, 2), "0|");
+    EXPECT_EQ(alone.substr(alone.rfind('|') + 1), hint);
+    EXPECT_TRUE(Contains(Run({library, service}), "|" + hint));
+    EXPECT_FALSE(Contains(Run({library, "--service", service}), "plenxtrace: "));
+}
+
 TEST_F(Page, ALogThatCannotBeRead_Ends1_AndLeavesNoPage) {
     EXPECT_EQ(Run({Path("none.log")}), "1||plenxtrace: cannot read " + Path("none.log") + "\n");
     EXPECT_EQ(Run({folder_.u8string(), "--output", Path("x.html")}),
