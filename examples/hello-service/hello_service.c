@@ -3,7 +3,8 @@
 
 #include <windows.h>
 
-#include "rpc_link.h"
+#include "sender.h"
+#include "service_link.h"
 
 enum { START_HINT = 3000, STOP_HINT = 2000 };
 
@@ -31,38 +32,51 @@ static DWORD WINAPI OnControl(DWORD control, DWORD type, void* data, void* conte
     return control == SERVICE_CONTROL_INTERROGATE ? NO_ERROR : ERROR_CALL_NOT_IMPLEMENTED;
 }
 
-/* The role's digit is the last of the start arguments: the service's name, the install folder,
- * the data folder, the digit. */
+/* The start arguments: the service's name, the install folder, the data folder, the role's digit.
+ */
+enum { DATA_FOLDER = 2, ROLE = 3, ARGUMENTS = 4 };
+
 static const wchar_t* EndpointOf(DWORD count, wchar_t** arguments) {
     static const wchar_t* const endpoints[] = {L"PLENXOfficeService", L"PLENXPCService",
                                                L"PLENXPhoneService"};
-    if (count != 4 || arguments[3][0] < L'0' || arguments[3][0] > L'2' || arguments[3][1] != 0) {
-        return NULL;
+    const wchar_t* const role = count == ARGUMENTS ? arguments[ROLE] : L"";
+    return role[0] >= L'0' && role[0] <= L'2' && role[1] == 0 ? endpoints[role[0] - L'0'] : NULL;
+}
+
+static DWORD MakeFolder(const wchar_t* folder) {
+    if (CreateDirectoryW(folder, NULL)) {
+        return NO_ERROR;
     }
-    return endpoints[arguments[3][0] - L'0'];
+    return GetLastError() == ERROR_ALREADY_EXISTS ? NO_ERROR : GetLastError();
+}
+
+/* All that must stand before the service reports that it runs. */
+static DWORD Begin(DWORD count, wchar_t** arguments) {
+    const wchar_t* const endpoint = EndpointOf(count, arguments);
+    DWORD error = endpoint ? MakeFolder(arguments[DATA_FOLDER]) : ERROR_INVALID_PARAMETER;
+    if (error == NO_ERROR) {
+        stopEvent = CreateEventW(NULL, TRUE, FALSE, NULL);
+        error = stopEvent ? StartSending() : GetLastError();
+    }
+    return error == NO_ERROR ? (DWORD)Serve(endpoint) : error;
 }
 
 static void WINAPI ServiceMain(DWORD count, wchar_t** arguments) {
-    const wchar_t* const endpoint = EndpointOf(count, arguments);
-    long status;
+    DWORD error;
     statusHandle = RegisterServiceCtrlHandlerExW(L"", OnControl, NULL);
     if (!statusHandle) {
         return;
     }
     Report(SERVICE_START_PENDING, START_HINT, NO_ERROR);
-    if (!endpoint) {
-        Report(SERVICE_STOPPED, 0, ERROR_INVALID_PARAMETER);
-        return;
-    }
-    stopEvent = CreateEventW(NULL, TRUE, FALSE, NULL);
-    status = Serve(endpoint);
-    if (status != 0) {
-        Report(SERVICE_STOPPED, 0, (DWORD)status);
+    error = Begin(count, arguments);
+    if (error != NO_ERROR) {
+        Report(SERVICE_STOPPED, 0, error);
         return;
     }
     Report(SERVICE_RUNNING, 0, NO_ERROR);
     WaitForSingleObject(stopEvent, INFINITE);
     StopServing();
+    StopSending();
     Report(SERVICE_STOPPED, 0, NO_ERROR);
 }
 

@@ -4,7 +4,30 @@
 #include <string.h>
 
 enum { HEADER_SIZE = 8, DESCRIPTOR_SIZE = 12 };
-enum { TYPE_INT32 = 2, TYPE_STRING = 4 };
+enum { TYPE_INT32 = 2, TYPE_INT64 = 3, TYPE_STRING = 4, TYPE_INT8_ARRAY = 5 };
+
+/* The arguments of each request: i int32, 2 an int32 that is always 2, l int64, s string, a an
+ * array whose size is the int32 before it. */
+static const struct {
+    int32_t id;
+    const char* arguments;
+} requests[] = {
+    {CREATE_GROUP, "s2s"},
+    {1, "s"},
+    {2, "ssiia"},
+    {3, "ssii"},
+    {4, "s"},
+    {5, "iis"},
+    {7, "is"},
+    {8, "il"},
+    {19, "l"},
+};
+
+typedef struct Argument {
+    uint32_t type;
+    uint32_t offset;
+    uint32_t size;
+} Argument;
 
 /* Nothing in a message is aligned. */
 static void PutWord(unsigned char* message, uint32_t offset, uint32_t value) {
@@ -15,6 +38,70 @@ static uint32_t WordAt(const unsigned char* message, uint32_t offset) {
     uint32_t value;
     memcpy(&value, message + offset, sizeof value);
     return value;
+}
+
+static Argument ArgumentAt(const unsigned char* message, uint32_t index) {
+    const uint32_t descriptor = HEADER_SIZE + DESCRIPTOR_SIZE * index;
+    Argument argument;
+    argument.type = WordAt(message, descriptor);
+    argument.offset = WordAt(message, descriptor + 4);
+    argument.size = WordAt(message, descriptor + 8);
+    return argument;
+}
+
+/* Only for arguments that lie within the message. */
+static int IsOfKind(char kind, const unsigned char* message, Argument argument) {
+    const int isInt32 = argument.type == TYPE_INT32 && argument.size == sizeof(int32_t);
+    switch (kind) {
+    case 'i':
+        return isInt32;
+    case '2':
+        return isInt32 && WordAt(message, argument.offset) == 2;
+    case 'l':
+        return argument.type == TYPE_INT64 && argument.size == sizeof(int64_t);
+    case 's':
+        return argument.type == TYPE_STRING && argument.size > 0 &&
+               message[argument.offset + argument.size - 1] == 0;
+    case 'a': /* the data of the int32 ends where this one's begins */
+        return argument.type == TYPE_INT8_ARRAY &&
+               argument.size == WordAt(message, argument.offset - sizeof(int32_t));
+    default:
+        return 0;
+    }
+}
+
+static int IsWellFormed(const char* kinds, const unsigned char* message, uint32_t size) {
+    const uint32_t count = (uint32_t)strlen(kinds);
+    uint32_t end = HEADER_SIZE + DESCRIPTOR_SIZE * count;
+    uint32_t i;
+    if (size <= end || WordAt(message, 0) != size || WordAt(message, 4) != count) {
+        return 0;
+    }
+    for (i = 0; i < count; ++i) {
+        const Argument argument = ArgumentAt(message, i);
+        if (argument.offset != end || argument.size > size - end ||
+            !IsOfKind(kinds[i], message, argument)) {
+            return 0;
+        }
+        end += argument.size;
+    }
+    return end == size;
+}
+
+int32_t Judge(int32_t id, const unsigned char* message, uint32_t size) {
+    size_t i;
+    for (i = 0; i < sizeof requests / sizeof *requests; ++i) {
+        if (requests[i].id == id) {
+            return IsWellFormed(requests[i].arguments, message, size) ? TAKEN : BROKEN_MESSAGE;
+        }
+    }
+    return UNKNOWN_REQUEST;
+}
+
+void FirstText(const unsigned char* message, const char** text, uint32_t* length) {
+    const Argument argument = ArgumentAt(message, 0);
+    *text = (const char*)message + argument.offset;
+    *length = argument.size - 1;
 }
 
 /* Header and table of a message of one argument; its data goes behind them. */
@@ -42,28 +129,4 @@ unsigned char* NewTextMessage(const char* text, uint32_t length, uint32_t* size)
         data[length] = 0;
     }
     return message;
-}
-
-int FindFirstText(const unsigned char* message, uint32_t size, const char** text,
-                  uint32_t* length) {
-    uint32_t count;
-    uint32_t offset;
-    uint32_t dataSize;
-    if (size <= HEADER_SIZE || WordAt(message, 0) != size) {
-        return 0;
-    }
-    count = WordAt(message, 4);
-    if (count == 0 || count > (size - HEADER_SIZE - 1) / DESCRIPTOR_SIZE ||
-        WordAt(message, 8) != TYPE_STRING) {
-        return 0;
-    }
-    offset = WordAt(message, 12);
-    dataSize = WordAt(message, 16);
-    if (offset != HEADER_SIZE + DESCRIPTOR_SIZE * count || dataSize == 0 ||
-        dataSize > size - offset || message[offset + dataSize - 1] != 0) {
-        return 0;
-    }
-    *text = (const char*)message + offset;
-    *length = dataSize - 1;
-    return 1;
 }

@@ -1,5 +1,5 @@
-/* The two messages that this service has to look into or to build; see the page on the wire
- * protocol for the others. */
+/* The requests that come in, judged; and the two messages that this service builds. See the page
+ * on the wire protocol for all of them. */
 
 #ifndef HELLO_MESSAGE_H
 #define HELLO_MESSAGE_H
@@ -8,15 +8,21 @@
 
 enum { CREATE_GROUP = 0, CONNECT_NOTIFY = 10 };
 
+/* Codes of this service's own. */
+enum { TAKEN = 0, BROKEN_MESSAGE = 1001, UNKNOWN_REQUEST = 1002, NO_MEMORY = 1003 };
+
 enum { REPLY_SIZE = 24 };
+
+/* TAKEN, UNKNOWN_REQUEST or BROKEN_MESSAGE. Never looks outside the message. */
+int32_t Judge(int32_t id, const unsigned char* message, uint32_t size);
+
+/* Argument 0 of a message that was judged good and begins with a text. */
+void FirstText(const unsigned char* message, const char** text, uint32_t* length);
 
 /* Writes a reply of one int32. */
 void WriteReply(unsigned char reply[REPLY_SIZE], int32_t result);
 
 /* A message whose only argument is a text; the caller frees it. Null: no memory. */
 unsigned char* NewTextMessage(const char* text, uint32_t length, uint32_t* size);
-
-/* Finds the text that is argument 0. Returns 0 when the message has none. */
-int FindFirstText(const unsigned char* message, uint32_t size, const char** text, uint32_t* length);
 
 #endif

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Encodes and decodes every message between plenxsdk and its services.
 
-Plain Python, nothing to install; made from the page docs/wire-protocol.md alone, and meant as a
+Plain Python, nothing to install; made from the page "The wire protocol" alone, and meant as a
 pattern for a codec in any language.
 
     encode("CreateGroup", groupName="photos_1", groupArg="a")   ->  bytes

@@ -1,9 +1,9 @@
-/* Both directions of the link to the library. */
+/* The endpoint that this service serves: the library's requests come in here. */
 
-#ifndef HELLO_RPC_LINK_H
-#define HELLO_RPC_LINK_H
+#ifndef HELLO_SERVICE_LINK_H
+#define HELLO_SERVICE_LINK_H
 
-#include <windows.h>
+#include <wchar.h>
 
 /* Serves the endpoint; requests come in on threads of the RPC runtime from now on.
  * Returns 0 or an RPC status. */
