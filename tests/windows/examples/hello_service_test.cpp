@@ -1,4 +1,4 @@
-// The smallest service, driven by the library through plenxhost as a host would drive it.
+// The small service in C, driven by the library through plenxhost as a host would drive it.
 
 #include <gtest/gtest.h>
 #include <windows.h>
