@@ -137,6 +137,7 @@ void DevService::Progress(DWORD state, DWORD waitHint, DWORD milliseconds) {
 }
 
 void DevService::RequestStop() {
+    scenario_.AskedToStop();
     const Settings settings = control_.Read(scenario_.Life());
     if (settings.Text("stop") == "ignore") {
         log_.Write("ignores stop");

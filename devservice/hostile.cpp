@@ -97,7 +97,7 @@ Notifications HostileNotifications() {
     Notifications all;
     for (const std::int32_t id : kIds) {
         for (const BrokenMessage& broken : BrokenMessages()) {
-            all.push_back({id, broken.message, broken.remark});
+            all.push_back({id, broken.message, broken.remark, 0});
         }
     }
     for (const NastyMessage& nasty : NastyMessages()) {

@@ -14,7 +14,8 @@ namespace PlenxService {
 struct Notification {
     std::int32_t id;
     PlenxWire::Bytes message;
-    std::string remark;  // what is hostile about it; empty: nothing
+    std::string remark;         // what is hostile about it; empty: nothing
+    unsigned scenarioLine = 0;  // of the table that begins with it; 0: there is none
 };
 
 using Notifications = std::vector<Notification>;

@@ -5,6 +5,7 @@
 
 #include "rpc/interface/manager_call.h"
 #include "rpc/interface/rpc_memory.h"
+#include "scenario.h"
 #include "wire/catalog.h"
 #include "wire/render.h"
 
@@ -134,6 +135,9 @@ DWORD NotificationSender::UntilNext() {
 
 void NotificationSender::Deliver(const Queued& queued) {
     const Notification& notification = queued.notification;
+    if (notification.scenarioLine != 0) {
+        log_.Write(TurnOfLine(notification.scenarioLine));
+    }
     const std::string remark =
         notification.remark.empty() ? "" : " hostile (" + notification.remark + ")";
     log_.Write("sends" + remark + " " +

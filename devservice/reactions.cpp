@@ -30,7 +30,7 @@ struct Cause {
 };
 
 Notification Make(std::int32_t id, const Arguments& arguments) {
-    return {id, PlenxWire::Encode(arguments), {}};
+    return {id, PlenxWire::Encode(arguments), {}, 0};
 }
 
 // UTF-16 with its terminating NUL.

@@ -29,14 +29,19 @@ struct Scope {
     }
 };
 
+enum class Moment { kStart, kRequest, kStop };
+
 /// [start] or [stop].
 struct LifePart {
+    unsigned line = 0;  // of the table in the file, here and below
+    Moment moment = Moment::kStart;
     Scope scope;
     Values values;
 };
 
 /// [[on]]: of the steps that cover a request, the first one that is not used up counts.
 struct Step {
+    unsigned line = 0;
     Scope scope;
     std::optional<std::int32_t> request;  // none: each
     std::int64_t skip = 0;
@@ -44,10 +49,9 @@ struct Step {
     Values values;
 };
 
-enum class Moment { kStart, kRequest, kStop };
-
 /// [[notify]]
 struct Schedule {
+    unsigned line = 0;
     Scope scope;
     Moment moment = Moment::kStart;
     std::int32_t request = 0;  // when the moment is one
@@ -65,6 +69,11 @@ struct Scenario {
     std::vector<Step> steps;
     std::vector<Schedule> schedules;
 };
+
+/// What the service's log says when the table that begins in this line has its turn.
+inline std::string TurnOfLine(unsigned line) {
+    return "plays line " + std::to_string(line) + " of the scenario";
+}
 
 }  // namespace PlenxService
 

@@ -69,7 +69,7 @@ Notification NotificationOf(Section& section, const MessageShape& shape) {
             arguments[i] = LengthOf(arguments[i + 1]);
         }
     }
-    return {shape.id, PlenxWire::Encode(arguments), {}};
+    return {shape.id, PlenxWire::Encode(arguments), {}, 0};
 }
 
 Notification RawNotificationOf(Section& section, std::int32_t id) {
@@ -80,7 +80,7 @@ Notification RawNotificationOf(Section& section, std::int32_t id) {
     } else if (text && !ParseBytes(*text, bytes)) {
         section.Refuse("hex", "pairs of hexadecimal digits");
     }
-    return {id, bytes, {}};
+    return {id, bytes, {}, 0};
 }
 
 }  // namespace PlenxService

@@ -20,6 +20,12 @@ std::int64_t CountRun(const std::filesystem::path& file) {
     return run + 1;
 }
 
+// Nobody tells a service of a stop that it does not accept, so that counts from the start.
+Moment TurnOf(const LifePart& part) {
+    const auto accept = part.values.find("accept_stop");
+    return accept != part.values.end() && accept->second == "no" ? Moment::kStart : part.moment;
+}
+
 }  // namespace
 
 ScenarioPlayer::ScenarioPlayer(const Identity& identity, ServiceLog& log,
@@ -47,6 +53,7 @@ void ScenarioPlayer::Load(const std::wstring& path, const std::wstring& folderOf
                     ("plenxservice." + identity_.nickname + ".runs"));
     log_.Write("plays scenario " + PlenxWire::RenderText(scenario_.title) + ", run " +
                std::to_string(run_));
+    PlayLife(Moment::kStart);
 }
 
 Values ScenarioPlayer::Life() const {
@@ -59,7 +66,24 @@ Values ScenarioPlayer::Life() const {
     return values;
 }
 
+void ScenarioPlayer::PlayLife(Moment moment) const {
+    for (const LifePart& part : scenario_.life) {
+        if (Covers(part.scope) && TurnOf(part) == moment) {
+            log_.Write(TurnOfLine(part.line));
+        }
+    }
+}
+
 Values ScenarioPlayer::StepFor(std::int32_t request) {
+    const Step* const step = FirstFor(request);
+    if (!step) {
+        return {};
+    }
+    log_.Write(TurnOfLine(step->line));
+    return step->values;
+}
+
+const Step* ScenarioPlayer::FirstFor(std::int32_t request) {
     const std::lock_guard<std::mutex> lock(mutex_);
     const Step* first = nullptr;
     for (std::size_t i = 0; i != scenario_.steps.size(); ++i) {
@@ -72,7 +96,7 @@ Values ScenarioPlayer::StepFor(std::int32_t request) {
             first = &step;
         }
     }
-    return first ? first->values : Values();
+    return first;
 }
 
 void ScenarioPlayer::Begin(Moment moment, std::int32_t request) const {
@@ -82,11 +106,13 @@ void ScenarioPlayer::Begin(Moment moment, std::int32_t request) const {
         if (!now || !Covers(schedule.scope)) {
             continue;
         }
-        const Notifications notifications =
+        Notifications notifications =
             schedule.hostile ? HostileNotifications() : Notifications{schedule.notification};
+        notifications.front().scenarioLine = schedule.line;
         for (std::int64_t i = 0; i != schedule.times; ++i) {
             sender_.Enqueue(notifications,
                             static_cast<unsigned long>(schedule.after + i * schedule.every));
+            notifications.front().scenarioLine = 0;
         }
     }
 }

@@ -1,5 +1,6 @@
 // Plays a scenario: says what holds for a request, the start and the stop of this service in this
-// run of it, and hands notifications to the sender when their time has come.
+// run of it, and hands notifications to the sender when their time has come. "plays line 12 of the
+// scenario" in the log tells that the table there has its turn.
 //
 // The runs are counted in a file beside the control file, plenxservice.pc.runs, as a service that
 // has crashed knows nothing. Load comes first; the rest on any thread.
@@ -32,6 +33,9 @@ public:
     /// What the step for this request says; counts the request.
     Values StepFor(std::int32_t request);
 
+    /// The service is asked to stop, or stops by itself.
+    void AskedToStop() const { PlayLife(Moment::kStop); }
+
     // What is scheduled for the moment begins.
     void Started() { Begin(Moment::kStart, 0); }
     void Answered(std::int32_t request) { Begin(Moment::kRequest, request); }
@@ -39,6 +43,8 @@ public:
 
 private:
     bool Covers(const Scope& scope) const { return scope.Covers(identity_.nickname, run_); }
+    void PlayLife(Moment moment) const;
+    const Step* FirstFor(std::int32_t request);
     void Begin(Moment moment, std::int32_t request) const;
 
     const Identity& identity_;

@@ -211,6 +211,8 @@ private:
         }
         Section section(title, *node->as_table(), mistakes_);
         LifePart part;
+        part.line = node->source().begin.line;
+        part.moment = std::string_view(name) == kStart ? Moment::kStart : Moment::kStop;
         part.scope = ScopeOf(section);
         part.values = SettingsOf(section, keys);
         section.AllRead();
@@ -241,6 +243,7 @@ private:
     Step StepOf(const toml::table& table) {
         Section section("[[on]]", table, mistakes_);
         Step step;
+        step.line = table.source().begin.line;
         step.scope = ScopeOf(section);
         step.request = RequestOf(section, "request", {});
         step.skip = section.Integer("skip", 0, kMostTimes).value_or(0);
@@ -253,6 +256,7 @@ private:
     Schedule ScheduleOf(const toml::table& table) {
         Section section("[[notify]]", table, mistakes_);
         Schedule schedule;
+        schedule.line = table.source().begin.line;
         schedule.scope = ScopeOf(section);
         if (const auto request = RequestOf(section, "on", {kStart, kStop})) {
             schedule.moment = Moment::kRequest;

@@ -2,8 +2,10 @@
 
 #include <CLI/CLI.hpp>
 
+#include <algorithm>
 #include <cstdlib>
 #include <fstream>
+#include <iomanip>
 #include <iostream>
 
 #include "ready_scenarios.h"
@@ -22,6 +24,7 @@ struct Options {
     std::string show;
     bool all = false;
     bool observed = false;
+    bool strict = false;
     std::string scenarios;
     std::string host;
     std::string work;
@@ -57,33 +60,47 @@ void Declare(CLI::App& app, Options& options) {
     app.set_version_flag("--version", "plenxscenario " PLENXSCENARIO_VERSION);
     app.require_subcommand(1);
     app.fallthrough();
-    app.add_option("--scenarios", options.scenarios, "Folder of the ready scenarios");
+    app.add_option("--scenarios", options.scenarios, "Folder of the ready scenarios")
+        ->type_name("DIR");
     app.footer(kFooter);
     app.add_subcommand("list", "List the ready scenarios");
     CLI::App& show = *app.add_subcommand("show", "Show a scenario and its script");
-    show.add_option("NAME", options.show, "A ready scenario, or a .toml file")->required();
+    show.add_option("NAME", options.show, "A ready scenario, or a .toml file")
+        ->type_name("")
+        ->required();
     CLI::App& run = *app.add_subcommand("run", "Play scenarios to a host");
-    run.add_option("NAME", options.names, "Ready scenarios, or .toml files");
+    run.add_option("NAME", options.names, "Ready scenarios, or .toml files")->type_name("");
     run.add_flag("--all", options.all, "All ready scenarios");
     run.add_option("--host", options.host,
-                   "Command of a host; without it, plenxhost runs the scenario's script");
+                   "Command of a host; without it, plenxhost runs the scenario's script")
+        ->type_name("COMMAND");
     run.add_option("--install", options.install,
-                   "Install folder of one's own, with the development service in it");
-    run.add_option("--data", options.data, "Data folder of one's own; Init deletes its plenx*");
-    run.add_option("--work", options.work, "Where runs get their folders (C:\\plenxscenario)");
-    run.add_option("--timeout", options.seconds, "Longest time of one host, in seconds (60)")
-        ->check(CLI::Range(1.0, 86400.0));
+                   "Install folder of one's own, with the development service in it")
+        ->type_name("DIR");
+    run.add_option("--data", options.data, "Data folder of one's own; Init deletes its plenx*")
+        ->type_name("DIR");
+    run.add_option("--work", options.work, "Where runs get their folders (C:\\plenxscenario)")
+        ->type_name("DIR");
+    run.add_option("--timeout", options.seconds, "Longest time of one host (60)")
+        ->type_name("SECONDS")
+        ->check(CLI::Range(1.0, 86400.0).description(""));
+    run.add_flag("--strict", options.strict, "Fail what was not played in full");
     run.add_flag("--observed", options.observed, "Show what the observer of plenxhost got");
-    run.add_option("--json", options.json, "Write the results to this file, as JSON");
-    run.add_option("--junit", options.junit, "Write the results to this file, for build servers");
+    run.add_option("--json", options.json, "Write the results to this file, as JSON")
+        ->type_name("FILE");
+    run.add_option("--junit", options.junit, "Write the results to this file, for build servers")
+        ->type_name("FILE");
     run.footer(kRunFooter);
 }
 
 int List(const std::vector<ReadyScenario>& ready) {
+    std::size_t longest = 0;
     for (const ReadyScenario& scenario : ready) {
-        std::string name = scenario.name;
-        name.resize(std::max<std::size_t>(28, name.size() + 1), ' ');
-        std::cout << name << scenario.title << "\n";
+        longest = std::max(longest, scenario.name.size());
+    }
+    for (const ReadyScenario& scenario : ready) {
+        std::cout << std::left << std::setw(static_cast<int>(longest + 2)) << scenario.name
+                  << scenario.title << "\n";
     }
     return kAllHeld;
 }
@@ -125,6 +142,7 @@ int RunAll(const std::vector<ReadyScenario>& scenarios, const Options& options,
     RunOptions run;
     run.host = options.host;
     run.seconds = options.seconds;
+    run.strict = options.strict;
     run.stage.programs = programFolder;
     run.stage.work = options.work.empty() ? UsualWork() : fs::u8path(options.work);
     run.stage.install = fs::u8path(options.install);

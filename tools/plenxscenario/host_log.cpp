@@ -8,6 +8,18 @@ namespace {
 
 constexpr unsigned long kExpectationFailed = 1;
 constexpr unsigned long kTimeout = 3;
+constexpr unsigned long kLeastSystemCode = 0x80000000;
+
+struct SystemCode {
+    unsigned long code;
+    const char* meaning;
+};
+// With which Windows itself ends a process.
+constexpr SystemCode kSystemCodes[] = {
+    {0xC0000005, "access violation"},
+    {0xC0000135, "a DLL was not found"},
+    {0xC0000139, "a DLL lacks a function"},
+};
 
 std::vector<std::string> LinesOf(const std::string& text) {
     std::vector<std::string> lines;
@@ -40,6 +52,22 @@ std::string Seconds(double seconds) {
     return text;
 }
 
+std::string TextOfCode(unsigned long code) {
+    std::string text = std::to_string(code);
+    if (code < kLeastSystemCode) {
+        return text;
+    }
+    char hexadecimal[32];
+    std::snprintf(hexadecimal, sizeof hexadecimal, "0x%08lX", code);
+    text += std::string(", ") + hexadecimal;
+    for (const SystemCode& known : kSystemCodes) {
+        if (known.code == code) {
+            text += std::string(" (") + known.meaning + ")";
+        }
+    }
+    return text;
+}
+
 std::string ReasonOfExitCode(unsigned long code, bool ownHost,
                              const std::vector<std::string>& lines) {
     if (!ownHost && code == kTimeout) {
@@ -49,7 +77,7 @@ std::string ReasonOfExitCode(unsigned long code, bool ownHost,
     if (code == kExpectationFailed && !failed.empty()) {
         return failed;
     }
-    return "the host ended with " + std::to_string(code) +
+    return "the host ended with " + TextOfCode(code) +
            (lines.empty() ? " and printed nothing" : ", its last line: " + lines.back());
 }
 

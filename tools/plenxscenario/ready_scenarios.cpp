@@ -35,8 +35,8 @@ ReadyScenario ScenarioOfFile(const fs::path& file) {
     }
     fs::path script = file;
     script.replace_extension(".plenx");
-    return {file.stem().u8string(), read.scenario.title, read.scenario.about, fs::absolute(file),
-            fs::absolute(script)};
+    return {file.stem().u8string(), read.scenario.title,  read.scenario.about,
+            fs::absolute(file),     fs::absolute(script), TablesOf(read.scenario)};
 }
 
 std::vector<ReadyScenario> ReadyScenariosIn(const fs::path& folder) {

@@ -9,6 +9,8 @@
 #include <string>
 #include <vector>
 
+#include "played.h"
+
 namespace PlenxScenario {
 
 /// What was asked for cannot be done.
@@ -23,6 +25,7 @@ struct ReadyScenario {
     std::string about;
     std::filesystem::path file;
     std::filesystem::path script;  // may be absent
+    std::vector<Table> tables;
 };
 
 /// In the order of their names. @throws UsageError when there are none, or one has mistakes.

@@ -20,7 +20,16 @@ std::ptrdiff_t Failures(const std::vector<Result>& results) {
                          [](const Result& result) { return !result.Passed(); });
 }
 
-// For an attribute. Characters that XML does not have become a question mark.
+// Passed, but not all of it was played.
+bool Partly(const Result& result) {
+    return result.Passed() && !result.notPlayed.empty();
+}
+
+std::string Remark(const Result& result) {
+    return result.Passed() ? TextOfNotPlayed(result.notPlayed, result.tables) : result.reason;
+}
+
+// For an attribute or a text. Characters that XML does not have become a question mark.
 std::string Escaped(const std::string& text) {
     std::string escaped;
     for (const char letter : text) {
@@ -44,30 +53,52 @@ std::string Escaped(const std::string& text) {
     return escaped;
 }
 
+std::string CaseOf(const Result& result) {
+    const std::string begin = "  <testcase classname=\"plenxscenario\" name=\"" +
+                              Escaped(result.name) + "\" time=\"" + Seconds(result.seconds) + "\"";
+    const std::string remark = Escaped(Remark(result));
+    if (remark.empty()) {
+        return begin + "/>\n";
+    }
+    return begin + ">\n    " +
+           (result.Passed() ? "<system-out>" + remark + "</system-out>"
+                            : "<failure message=\"" + remark + "\"/>") +
+           "\n  </testcase>\n";
+}
+
 }  // namespace
 
 std::string LineOf(const Result& result) {
     char line[96];
     std::snprintf(line, sizeof line, "%-5s %-*s %5s s", result.Passed() ? "ok" : "FAIL", kNameWidth,
                   result.name.c_str(), Seconds(result.seconds).c_str());
-    return result.Passed() ? line : line + ("  " + result.reason);
+    const std::string remark = Remark(result);
+    return remark.empty() ? line : line + ("  " + remark);
 }
 
 std::string SummaryOf(const std::vector<Result>& results) {
     const std::ptrdiff_t failures = Failures(results);
+    const std::ptrdiff_t partly = std::count_if(results.begin(), results.end(), Partly);
     return std::to_string(static_cast<std::ptrdiff_t>(results.size()) - failures) + " passed, " +
-           std::to_string(failures) + " failed";
+           std::to_string(failures) + " failed" +
+           (partly == 0 ? "" : "; " + std::to_string(partly) + " not played in full");
 }
 
 std::string JsonOf(const std::vector<Result>& results) {
     nlohmann::ordered_json all = nlohmann::ordered_json::array();
     for (const Result& result : results) {
+        nlohmann::ordered_json notPlayed = nlohmann::ordered_json::array();
+        for (const Table& table : result.notPlayed) {
+            notPlayed.push_back({{"line", table.line}, {"table", table.what}});
+        }
         all.push_back({{"name", result.name},
                        {"title", result.title},
                        {"passed", result.Passed()},
                        {"reason", result.reason},
                        {"seconds", result.seconds},
                        {"logs", result.logFolder},
+                       {"tables", result.tables},
+                       {"not_played", notPlayed},
                        {"observed", result.observed}});
     }
     return all.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
@@ -78,11 +109,7 @@ std::string JunitOf(const std::vector<Result>& results) {
     std::string cases;
     for (const Result& result : results) {
         seconds += result.seconds;
-        cases += "  <testcase classname=\"plenxscenario\" name=\"" + Escaped(result.name) +
-                 "\" time=\"" + Seconds(result.seconds) + "\"";
-        cases += result.Passed() ? "/>\n"
-                                 : ">\n    <failure message=\"" + Escaped(result.reason) +
-                                       "\"/>\n  </testcase>\n";
+        cases += CaseOf(result);
     }
     return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<testsuite name=\"plenxscenario\" "
            "tests=\"" +

@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "played.h"
+
 namespace PlenxScenario {
 
 struct Result {
@@ -15,13 +17,16 @@ struct Result {
     double seconds = 0;
     std::string logFolder;
     std::vector<std::string> observed;
+    std::size_t tables = 0;  // of the scenario
+    std::vector<Table> notPlayed;
 
     bool Passed() const { return reason.empty(); }
 };
 
-/// "ok    slow-answers                1.4 s", or "FAIL" with the reason.
+/// "ok    slow-answers                1.4 s", or "FAIL" with the reason. A pass says
+/// what was not played.
 std::string LineOf(const Result& result);
-/// "20 passed, 1 failed"
+/// "20 passed, 1 failed", and how many passed without having been played in full.
 std::string SummaryOf(const std::vector<Result>& results);
 
 std::string JsonOf(const std::vector<Result>& results);

@@ -59,10 +59,16 @@ Result RunScenario(const ReadyScenario& scenario, const RunOptions& options) {
     const std::chrono::duration<double> took = std::chrono::steady_clock::now() - begin;
 
     const std::string hostOutput = TextOf(output);
+    const std::string serviceLog = TextOf(stage.Logs() / "service.log");
     Result result;
     result.name = scenario.name;
     result.title = scenario.title;
-    result.reason = ReasonOfFailure(ending, hostOutput, TextOf(stage.Logs() / "service.log"));
+    result.tables = scenario.tables.size();
+    result.notPlayed = NotPlayed(scenario.tables, serviceLog);
+    result.reason = ReasonOfFailure(ending, hostOutput, serviceLog);
+    if (options.strict && result.Passed()) {
+        result.reason = TextOfNotPlayed(result.notPlayed, result.tables);
+    }
     result.seconds = took.count();
     result.logFolder = stage.Logs().u8string();
     result.observed = ObservedIn(hostOutput);

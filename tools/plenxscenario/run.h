@@ -15,6 +15,7 @@ struct RunOptions {
     StageOptions stage;
     std::string host;     // a command; empty: plenxhost with the scenario's script
     double seconds = 60;  // for the host
+    bool strict = false;  // what is not played fails
 };
 
 /// @throws UsageError when it cannot be run at all.

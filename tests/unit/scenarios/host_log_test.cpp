@@ -64,7 +64,17 @@ TEST(Reason, OwnHost_IsToldByItsExitCodeAndLastLine) {
     EXPECT_EQ(ReasonOfFailure(EndedWith(3, true), "one\r\ntwo\r\n\r\n", kServiceLog),
               "the host ended with 3, its last line: two");
     EXPECT_EQ(ReasonOfFailure(EndedWith(0xC0000005, true), "", kServiceLog),
-              "the host ended with 3221225477 and printed nothing");
+              "the host ended with 3221225477, 0xC0000005 (access violation) and printed nothing");
+}
+
+TEST(Reason, HostThatWindowsEnded_IsToldInWords) {
+    EXPECT_EQ(ReasonOfFailure(EndedWith(0xC0000135, true), "", ""),
+              "the host ended with 3221225781, 0xC0000135 (a DLL was not found) and printed "
+              "nothing");
+    EXPECT_EQ(ReasonOfFailure(EndedWith(0x80000000, true), "one\n", ""),
+              "the host ended with 2147483648, 0x80000000, its last line: one");
+    EXPECT_EQ(ReasonOfFailure(EndedWith(0x7FFFFFFF, true), "one\n", ""),
+              "the host ended with 2147483647, its last line: one");
 }
 
 }  // namespace

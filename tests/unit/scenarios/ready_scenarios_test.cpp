@@ -5,8 +5,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
+#include <regex>
 #include <sstream>
+#include <utility>
 
 #include "scenario_reader.h"
 
@@ -36,6 +37,38 @@ TEST(ReadyScenarios, EachHasASectionOnThePage) {
     for (const ReadyScenario& scenario : ReadyScenariosIn(READY_SCENARIOS)) {
         EXPECT_THAT(page, HasSubstr("\n### " + scenario.name + ": ")) << scenario.name;
         EXPECT_THAT(page, HasSubstr("plenxscenario run " + scenario.name + " --observed\n"));
+    }
+}
+
+// What a host calls so that a table has its turn; a start and its settings come with Start.
+const std::pair<const char*, const char*> kCauses[] = {
+    {"[start]", "`Start`"},
+    {"[stop]", "`Start`"},
+    {"on CreateGroup", "`Start`"},
+    {"on] DeviceOnline", "DeviceOnline`"},
+    {"on] DeviceOffline", "DeviceOffline`"},
+    {"NameChanged", "`DeviceNameChanged`"},
+    {"RecvRemoteMessage", "`RecvRemoteMessage`"},
+    {"(pc)", "`Start` pc"},
+    {"(phone)", " phone"},
+};
+
+TEST(ReadyScenarios, EachHasARowThatSaysWhatAHostHasToDo) {
+    const std::string page = Page();
+    for (const ReadyScenario& scenario : ReadyScenariosIn(READY_SCENARIOS)) {
+        std::smatch row;
+        const std::regex form("\n\\| \\[" + scenario.name +
+                              "\\]\\(#[^)]*\\) \\| ([^|\n]+) \\| ([^|\n]+) \\|\n");
+        ASSERT_TRUE(std::regex_search(page, row, form)) << scenario.name;
+        EXPECT_EQ(row[1], scenario.title);
+        EXPECT_THAT(row[2].str(), HasSubstr("`Start`")) << scenario.name;
+        for (const Table& table : scenario.tables) {
+            for (const auto& [what, call] : kCauses) {
+                if (table.what.find(what) != std::string::npos) {
+                    EXPECT_THAT(row[2].str(), HasSubstr(call)) << scenario.name << table.what;
+                }
+            }
+        }
     }
 }
 

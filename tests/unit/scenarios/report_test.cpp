@@ -8,8 +8,23 @@ namespace PlenxScenario {
 namespace {
 
 const std::vector<Result> kResults = {
-    {"all-is-well", "All is well", "", 0.94, "C:\\p\\all-is-well", {"NotifyError(errCode=5)"}},
-    {"slow-stop", "A \"slow\" stop", "expect <NotifyError> & \x01", 12.06, "C:\\p\\slow-stop", {}},
+    {"all-is-well",
+     "All is well",
+     "",
+     0.94,
+     "C:\\p\\all-is-well",
+     {"NotifyError(errCode=5)"},
+     0,
+     {}},
+    {"slow-stop",
+     "A \"slow\" stop",
+     "expect <NotifyError> & \x01",
+     12.06,
+     "C:\\p\\slow-stop",
+     {},
+     1,
+     {}},
+    {"mine", "", "", 1, "C:\\p\\mine", {}, 3, {{7, "[[on]] any request"}, {9, "[stop] (pc)"}}},
 };
 
 TEST(Report, LineOfEach_HasItsNameItsTimeAndItsReason) {
@@ -18,8 +33,22 @@ TEST(Report, LineOfEach_HasItsNameItsTimeAndItsReason) {
               "FAIL  slow-stop                     12.1 s  expect <NotifyError> & \x01");
 }
 
+TEST(Report, LineOfAPass_SaysWhatWasNotPlayed) {
+    EXPECT_EQ(LineOf(kResults[2]),
+              "ok    mine                           1.0 s  2 of 3 tables not played: "
+              "[[on]] any request, line 7; [stop] (pc), line 9");
+}
+
+TEST(Report, LineOfAFailure_HasItsReasonAlone) {
+    Result failed = kResults[2];
+    failed.reason = "the host's time was over";
+    EXPECT_EQ(LineOf(failed),
+              "FAIL  mine                           1.0 s  the host's time was over");
+}
+
 TEST(Report, SummaryCounts) {
-    EXPECT_EQ(SummaryOf(kResults), "1 passed, 1 failed");
+    EXPECT_EQ(SummaryOf(kResults), "2 passed, 1 failed; 1 not played in full");
+    EXPECT_EQ(SummaryOf({kResults[0], kResults[1]}), "1 passed, 1 failed");
 }
 
 TEST(Report, Json_HasAllOfIt) {
@@ -31,6 +60,8 @@ TEST(Report, Json_HasAllOfIt) {
     "reason": "",
     "seconds": 0.94,
     "logs": "C:\\p\\all-is-well",
+    "tables": 0,
+    "not_played": [],
     "observed": [
       "NotifyError(errCode=5)"
     ]
@@ -42,6 +73,28 @@ TEST(Report, Json_HasAllOfIt) {
     "reason": "expect <NotifyError> & \u0001",
     "seconds": 12.06,
     "logs": "C:\\p\\slow-stop",
+    "tables": 1,
+    "not_played": [],
+    "observed": []
+  },
+  {
+    "name": "mine",
+    "title": "",
+    "passed": true,
+    "reason": "",
+    "seconds": 1.0,
+    "logs": "C:\\p\\mine",
+    "tables": 3,
+    "not_played": [
+      {
+        "line": 7,
+        "table": "[[on]] any request"
+      },
+      {
+        "line": 9,
+        "table": "[stop] (pc)"
+      }
+    ],
     "observed": []
   }
 ]
@@ -50,10 +103,13 @@ TEST(Report, Json_HasAllOfIt) {
 
 TEST(Report, Junit_IsWhatBuildServersRead) {
     EXPECT_EQ(JunitOf(kResults), R"(<?xml version="1.0" encoding="UTF-8"?>
-<testsuite name="plenxscenario" tests="2" failures="1" time="13.0">
+<testsuite name="plenxscenario" tests="3" failures="1" time="14.0">
   <testcase classname="plenxscenario" name="all-is-well" time="0.9"/>
   <testcase classname="plenxscenario" name="slow-stop" time="12.1">
     <failure message="expect &lt;NotifyError&gt; &amp; ?"/>
+  </testcase>
+  <testcase classname="plenxscenario" name="mine" time="1.0">
+    <system-out>2 of 3 tables not played: [[on]] any request, line 7; [stop] (pc), line 9</system-out>
   </testcase>
 </testsuite>
 )");

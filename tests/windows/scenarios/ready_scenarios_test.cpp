@@ -1,4 +1,5 @@
-// Each ready scenario: its script's expectations hold, and the observer gets what the page shows.
+// Each ready scenario: its script's expectations hold, each of its tables has its turn, and the
+// observer gets what the page shows.
 
 #include "ready_scenarios.h"
 
@@ -33,7 +34,7 @@ class ReadyScenarios : public testing::TestWithParam<std::string> {};
 TEST_P(ReadyScenarios, PlayedToThePlenxhost_GivesItsObserverWhatThePageShows) {
     const Tool tool;
     const std::wstring name(GetParam().begin(), GetParam().end());
-    const Tool::Outcome run = tool.RunScenario(name + L" --observed");
+    const Tool::Outcome run = tool.RunScenario(name + L" --observed --strict");
     ASSERT_EQ(run.code, 0u) << run.output << tool.Read("work\\" + GetParam() + "\\host.txt");
     const std::vector<std::string> observed = ObservedLines(run.output);
     const Shown shown = ShownOnPage(GetParam());

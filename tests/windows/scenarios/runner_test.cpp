@@ -48,6 +48,26 @@ TEST_F(Runner, HostWhoseExpectationFails_IsTheReason) {
     EXPECT_FALSE(IsRegistered(L"Dokan1"));
 }
 
+TEST_F(Runner, TableThatNeverHadItsTurn_IsToldAndStrictlyFails) {
+    tool.Write(
+        "mine.toml",
+        "[[on]]\nrequest = \"CreateGroup\"\nanswer = 5\n[[notify]]\n"
+        "on = \"NameChanged\"\nsend = \"ErrorNotify\"\nerrCode = 5\n[stop]\naccept = false\n");
+    tool.Write("mine.plenx", "init\nstart pc g a\nexpect NotifyStatus pc g start within 20000\n");
+    Tool::Outcome run = tool.RunScenario(Mine());
+    EXPECT_EQ(run.code, 0u) << run.output;
+    EXPECT_THAT(run.output, StartsWith("ok    mine "));
+    EXPECT_THAT(run.output,
+                HasSubstr(" s  1 of 3 tables not played: [[notify]] on NameChanged, line 4\n"
+                          "1 passed, 0 failed; 1 not played in full\n"));
+    run = tool.RunScenario(Mine() + L" --strict");
+    EXPECT_EQ(run.code, 1u) << run.output;
+    EXPECT_THAT(run.output, StartsWith("FAIL  mine "));
+    EXPECT_THAT(run.output,
+                HasSubstr(" s  1 of 3 tables not played: [[notify]] on NameChanged, line 4\n"));
+    EXPECT_THAT(run.output, HasSubstr("\n0 passed, 1 failed\n"));
+}
+
 // What the host hears is the same as of good replies, so the library's log must tell.
 TEST_F(Runner, BrokenReplies_AreSeenByTheLibrary) {
     EXPECT_EQ(tool.RunScenario(L"broken-replies").code, 0u);
@@ -108,7 +128,10 @@ TEST_F(Runner, WrongUsage_EndsWith2AndSaysWhy) {
 TEST_F(Runner, ListAndShow_TellOfTheReadyScenarios) {
     Tool::Outcome run = tool.Run(L"plenxscenario", L"list");
     EXPECT_EQ(run.code, 0u);
-    EXPECT_THAT(run.output, HasSubstr("\nslow-stop                   A slow stop\n"));
+    EXPECT_THAT(
+        run.output,
+        HasSubstr("\nnotifications-while-stopping  Notifications while the service stops\n"));
+    EXPECT_THAT(run.output, HasSubstr("\nslow-stop                     A slow stop\n"));
     run = tool.Run(L"plenxscenario", L"show slow-stop");
     EXPECT_EQ(run.code, 0u);
     EXPECT_THAT(run.output, HasSubstr("\n[stop]\ndelay_ms = 2500\n"));

@@ -36,11 +36,14 @@ TEST_F(ServiceOnConsole, ScenarioOfTheControlFile_IsPlayedAndItsRunsCounted) {
     const std::string first = Played();
     EXPECT_THAT(first, HasSubstr(" pc plays scenario \"A\", run 1\n"));
     EXPECT_THAT(first, HasSubstr(" pc does not serve PLENXPCService\n"));
+    EXPECT_THAT(first, HasSubstr(" pc plays line 2 of the scenario\n"));
+    EXPECT_THAT(first, HasSubstr(" pc plays line 5 of the scenario\n"));
     EXPECT_THAT(first, HasSubstr(" pc sends ErrorNotify(15) errCode:5\n"));
     const std::string second = Played();
     EXPECT_THAT(second, HasSubstr(" pc plays scenario \"A\", run 2\n"));
     EXPECT_THAT(second, HasSubstr(" pc serves PLENXPCService\n"));
     EXPECT_THAT(second, Not(HasSubstr("ErrorNotify")));
+    EXPECT_THAT(second, Not(HasSubstr("plays line")));
 }
 
 TEST_F(ServiceOnConsole, ScenarioOfTheCommandLine_CountsBeforeThatOfTheControlFile) {

@@ -1,0 +1,30 @@
+// Which tables of a scenario had their turn in a run, by the services' log: a host that never calls
+// DeviceNameChanged passes a scenario that hangs on it, and is to be told. Pure functions.
+
+#ifndef PLENXSCENARIO_PLAYED_H
+#define PLENXSCENARIO_PLAYED_H
+
+#include <string>
+#include <vector>
+
+#include "scenario.h"
+
+namespace PlenxScenario {
+
+struct Table {
+    unsigned line = 0;
+    std::string what;  // "[[notify]] on NameChanged (pc)"
+};
+
+/// All tables of the scenario.
+std::vector<Table> TablesOf(const PlenxService::Scenario& scenario);
+
+/// Those that never had their turn.
+std::vector<Table> NotPlayed(const std::vector<Table>& tables, const std::string& serviceLog);
+
+/// "2 of 3 tables not played: [[on]] DeviceOnline (pc), lines 7 and 12". Empty: all were.
+std::string TextOfNotPlayed(const std::vector<Table>& notPlayed, std::size_t all);
+
+}  // namespace PlenxScenario
+
+#endif  // PLENXSCENARIO_PLAYED_H
