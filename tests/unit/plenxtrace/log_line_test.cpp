@@ -45,8 +45,9 @@ TEST(LibraryLine, TakesTheOtherTagAndOtherLevels) {
 TEST(LibraryLine, WithoutAFunction_IsALineAllTheSame) {
     for (const char* const text :
          {"torn in the mid", "torn(DistributedFs::RpcManager::Sta", "(x)"}) {
-        const auto line =
-            ParseLibraryLine(std::string("2026-11-21 07:54:02.815 [info] [36] [PLENXSDK] ") + text);
+        const std::string whole =
+            std::string("2026-11-21 07:54:02.815 [info] [36] [PLENXSDK] ") + text;
+        const auto line = ParseLibraryLine(whole);
         ASSERT_TRUE(line) << text;
         EXPECT_EQ(line->text, text);
         EXPECT_EQ(line->function, "");
