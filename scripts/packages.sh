@@ -10,7 +10,7 @@ native_packages=("${base_packages[@]}" "${schema_packages[@]}" g++ clang libclan
     googletest libspdlog-dev libfmt-dev libcli11-dev libtomlplusplus-dev nlohmann-json3-dev)
 demo_packages=(python3)
 browser_packages=(chromium chromium-driver python3-selenium)
-package_packages=(zip unzip osslsigncode openssl pkg-config python3-pytest)
+package_packages=(zip unzip osslsigncode openssl pkg-config python3-pytest g++)
 bench_packages=("${native_packages[@]}" "${windows_packages[@]}" python3 pkg-config libbenchmark-dev
     libflatbuffers-dev flatbuffers-compiler libmsgpack-cxx-dev libprotobuf-dev protobuf-compiler
     libcapnp-dev capnproto nlohmann-json3-dev
