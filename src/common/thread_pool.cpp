@@ -5,6 +5,7 @@
 #include <new>
 #include <stdexcept>
 #include <system_error>
+#include <utility>
 
 namespace DistributedFs {
 
@@ -37,12 +38,7 @@ ThreadPool::~ThreadPool() noexcept(false) {
             worker.detach();
         }
     }
-    std::deque<Task> discarded;
-    {
-        const std::lock_guard<SlimMutex> lock(state_->queueMutex);
-        discarded.swap(state_->tasks);
-    }
-    discarded.clear();
+    state_->queue->tasks.clear();  // nobody else looks at it after the stop
     if (firstFailure) {
         std::rethrow_exception(firstFailure);
     }
@@ -62,44 +58,54 @@ void ThreadPool::Append(Task task) {
         if (state_->stop) {
             throw std::runtime_error("thread pool has stopped");
         }
-        state_->tasks.push_back(std::move(task));
-        state_->longest = std::max(state_->longest, state_->tasks.size());
+        Queue& queue = *state_->queue;
+        queue.tasks.push_back(std::move(task));
+        queue.longest = std::max(queue.longest, queue.tasks.size());
         state_->enqueued.store(state_->enqueued.load(std::memory_order_relaxed) + 1,
                                std::memory_order_release);
     }
     state_->condition.notify_one();
 }
 
-// An emptied queue keeps the table of its blocks, as long as the queue ever was.
-void ThreadPool::GiveBackMemory(State& state) {
+// An emptied queue keeps the memory of as many tasks as it ever held. It is freed when there is
+// nothing else to do, and without the lock: that may take long.
+void ThreadPool::GiveBackMemory(State& state, std::unique_lock<SlimMutex>& lock) {
     constexpr std::size_t kLong = 1024;
-    if (!state.tasks.empty() || state.longest <= kLong) {
+    if (state.queue->longest <= kLong) {
         return;
     }
     try {
-        std::deque<Task>().swap(state.tasks);  // an empty one has memory as well
-        state.longest = 0;
+        auto emptied = std::make_unique<Queue>();  // an empty one has memory as well
+        emptied.swap(state.queue);
+        lock.unlock();
+        emptied.reset();
+        lock.lock();
     } catch (const std::bad_alloc&) {
         // Tried again when the queue is empty the next time.
     }
 }
 
 void ThreadPool::Work(const std::shared_ptr<State>& state) {
+    std::uint64_t ended = 0;  // jobs that finished does not count yet
     while (!state->stop) {
         Task task;
         {
             std::unique_lock<SlimMutex> lock(state->queueMutex);
-            state->condition.wait(lock, [&] { return state->stop || !state->tasks.empty(); });
+            if (state->queue->tasks.empty()) {
+                GiveBackMemory(*state, lock);
+            }
+            state->finished += std::exchange(ended, 0);
+            state->condition.wait(lock,
+                                  [&] { return state->stop || !state->queue->tasks.empty(); });
             if (state->stop) {
                 return;
             }
-            task = std::move(state->tasks.front());
-            state->tasks.pop_front();
-            GiveBackMemory(*state);
+            task = std::move(state->queue->tasks.front());
+            state->queue->tasks.pop_front();
         }
         task();
         task = Task();  // what the job owns is released before the job counts as done
-        ++state->finished;
+        ++ended;
     }
 }
 

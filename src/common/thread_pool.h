@@ -14,6 +14,7 @@
 #include <functional>
 #include <future>
 #include <memory>
+#include <memory_resource>
 #include <mutex>
 #include <thread>
 #include <tuple>
@@ -43,19 +44,11 @@ public:
     /// @throws std::runtime_error "thread pool has stopped" once destruction has begun.
     template <class Function, class... Arguments>
     auto Enqueue(Function&& function, Arguments&&... arguments) {
-        using Stored = std::tuple<std::decay_t<Function>, std::decay_t<Arguments>...>;
-        auto call = [stored = Stored(std::forward<Function>(function),
-                                     std::forward<Arguments>(arguments)...)]() mutable {
-            return std::apply(
-                [](auto& storedFunction, auto&... storedArguments) {
-                    return std::invoke(storedFunction, storedArguments...);
-                },
-                stored);
-        };
-        using Result = std::invoke_result_t<decltype(call)&>;
-        auto task = std::make_shared<std::packaged_task<Result()>>(std::move(call));
-        auto future = task->get_future();
-        Append(Task(std::move(task)));
+        using Bound = Job<std::decay_t<Function>, std::decay_t<Arguments>...>;
+        auto job = std::make_shared<Bound>(std::forward<Function>(function),
+                                           std::forward<Arguments>(arguments)...);
+        auto future = job->GetFuture();
+        Append(Task(std::move(job)));
         return future;
     }
 
@@ -67,6 +60,35 @@ public:
     }
 
 private:
+    // A packaged task and the call that it makes, which is built in its place: neither the
+    // function nor an argument is moved after it has been copied.
+    template <class Function, class... Arguments>
+    class Job {
+    public:
+        using Result = std::invoke_result_t<Function&, Arguments&...>;
+
+        template <class... Given>
+        explicit Job(Given&&... given)
+            : call_(std::forward<Given>(given)...), task_([this] { return Call(); }) {}
+        Job(const Job&) = delete;
+        Job& operator=(const Job&) = delete;
+
+        std::future<Result> GetFuture() { return task_.get_future(); }
+        void operator()() { task_(); }
+
+    private:
+        Result Call() {
+            return std::apply(
+                [](Function& function, Arguments&... arguments) -> Result {
+                    return std::invoke(function, arguments...);
+                },
+                call_);
+        }
+
+        std::tuple<Function, Arguments...> call_;
+        std::packaged_task<Result()> task_;
+    };
+
     // Any callable without arguments and result, by its shared pointer. Unlike std::function it
     // needs no allocation for that, and cannot be copied.
     class Task {
@@ -92,20 +114,26 @@ private:
         void (*run_)(void*) = nullptr;
     };
 
+    // The tasks that wait, in memory that is kept for those to come.
+    struct Queue {
+        std::pmr::unsynchronized_pool_resource memory;
+        std::pmr::deque<Task> tasks{&memory};
+        std::size_t longest = 0;  // ever
+    };
+
     // Shared with the workers, so that one that could not be joined never touches freed
     // memory.
     struct State {
         std::atomic<bool> stop{false};
         SlimMutex queueMutex;
         SlimCondition condition;
-        std::deque<Task> tasks;
-        std::size_t longest = 0;                 // tasks, since its memory was last given back
+        std::unique_ptr<Queue> queue = std::make_unique<Queue>();
         std::atomic<std::uint64_t> enqueued{0};  // changed under queueMutex only
         std::atomic<std::uint64_t> finished{0};
     };
 
     static void Work(const std::shared_ptr<State>& state);
-    static void GiveBackMemory(State& state);
+    static void GiveBackMemory(State& state, std::unique_lock<SlimMutex>& lock);
     void Append(Task task);
     void WakeAllToStop();
 

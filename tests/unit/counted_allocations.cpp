@@ -13,12 +13,19 @@ std::atomic<std::int64_t> live{0};
 thread_local unsigned countdown = 0;  // 0: none is to fail
 thread_local bool hit = false;
 
-void* Allocate(std::size_t size) noexcept {
+void* NewBlock(std::size_t size, std::size_t alignment) noexcept {
+    if (alignment <= alignof(std::max_align_t)) {
+        return std::malloc(size);  // an overrun of a single byte is seen
+    }
+    return std::aligned_alloc(alignment, (size + alignment - 1) / alignment * alignment);
+}
+
+void* Allocate(std::size_t size, std::size_t alignment = alignof(std::max_align_t)) noexcept {
     if (countdown != 0 && !FakeScope::IsInside() && --countdown == 0) {
         hit = true;
         return nullptr;
     }
-    void* const block = std::malloc(size);
+    void* const block = NewBlock(size, alignment);
     if (block != nullptr) {
         ++live;
     }
@@ -32,8 +39,8 @@ void Release(void* block) noexcept {
     }
 }
 
-void* AllocateOrThrow(std::size_t size) {
-    void* const block = Allocate(size);
+void* AllocateOrThrow(std::size_t size, std::size_t alignment = alignof(std::max_align_t)) {
+    void* const block = Allocate(size, alignment);
     if (block == nullptr) {
         throw std::bad_alloc();
     }
@@ -68,6 +75,9 @@ void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
 void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
     return Allocate(size);
 }
+void* operator new(std::size_t size, std::align_val_t alignment) {
+    return AllocateOrThrow(size, static_cast<std::size_t>(alignment));
+}
 void operator delete(void* block) noexcept {
     Release(block);
 }
@@ -84,5 +94,11 @@ void operator delete(void* block, const std::nothrow_t&) noexcept {
     Release(block);
 }
 void operator delete[](void* block, const std::nothrow_t&) noexcept {
+    Release(block);
+}
+void operator delete(void* block, std::align_val_t) noexcept {
+    Release(block);
+}
+void operator delete(void* block, std::size_t, std::align_val_t) noexcept {
     Release(block);
 }

@@ -1,32 +1,58 @@
-// A worker that runs out of memory.
+// The memory of the queue.
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <future>
 #include <optional>
 
 #include "../counted_allocations.h"
 #include "common/thread_pool.h"
+#include "wait_until.h"
 
 namespace {
 
-// The queue gives its memory back when the last one of many jobs is taken.
-TEST(ThreadPoolMemory, NoneForAnEmptyQueue_RunsTheLastJobAllTheSame) {
-    DistributedFs::ThreadPool pool(1);
+using DistributedFs::ThreadPool;
+
+constexpr int kMany = 5000;
+
+// Queues them behind a job that holds the worker, so that the queue becomes as long as that.
+template <class Job>
+void QueueMany(ThreadPool& pool, Job job) {
     std::promise<void> allQueued;
+    pool.Enqueue([queued = allQueued.get_future().share()] { queued.wait(); });
+    for (int i = 0; i != kMany; ++i) {
+        pool.Enqueue(job);
+    }
+    allQueued.set_value();
+}
+
+void WaitUntilIdle(const ThreadPool& pool) {
+    ASSERT_TRUE(WaitUntil([&pool] { return pool.IsIdle(); }));
+}
+
+TEST(ThreadPoolMemory, OfManyJobsIsGivenBack) {
+    ThreadPool pool(1);
+    pool.Enqueue([] {}).wait();
+    WaitUntilIdle(pool);
+    const std::int64_t before = LiveAllocations();
+    QueueMany(pool, [] {});
+    WaitUntilIdle(pool);
+    EXPECT_LE(LiveAllocations(), before);
+}
+
+TEST(ThreadPoolMemory, NoneForAnEmptyQueue_GoesOnWithTheOldOne) {
+    ThreadPool pool(1);
     std::optional<FailingAllocation> failing;
     int ran = 0;
-    pool.Enqueue([&] {
-        allQueued.get_future().wait();
-        failing.emplace(1);
+    QueueMany(pool, [&] {
+        if (++ran == kMany) {
+            failing.emplace(1);  // the queue is empty now
+        }
     });
-    for (int i = 0; i != 1100; ++i) {
-        pool.Enqueue([&ran] { ++ran; });
-    }
-    std::future<bool> failed = pool.Enqueue([&failing] { return failing->End(); });
-    allQueued.set_value();
-    EXPECT_TRUE(failed.get());
-    EXPECT_EQ(ran, 1100);
+    WaitUntilIdle(pool);
+    EXPECT_TRUE(pool.Enqueue([&failing] { return failing->End(); }).get());
+    EXPECT_EQ(ran, kMany);
 }
 
 }  // namespace

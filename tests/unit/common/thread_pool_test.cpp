@@ -1,4 +1,5 @@
 #include "common/thread_pool.h"
+#include "wait_until.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -20,23 +21,9 @@ using testing::ElementsAre;
 
 namespace {
 
-constexpr std::chrono::seconds kDeadline{20};
-
 template <class T>
 bool IsReady(const std::future<T>& future) {
     return future.wait_for(kDeadline) == std::future_status::ready;
-}
-
-template <class Condition>
-bool WaitUntil(Condition condition) {
-    const auto end = std::chrono::steady_clock::now() + kDeadline;
-    while (!condition()) {
-        if (std::chrono::steady_clock::now() > end) {
-            return false;
-        }
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    }
-    return true;
 }
 
 // A job that runs until it is let go.
