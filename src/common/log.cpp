@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <charconv>
 #include <memory>
 
 #include "common/log_stream.h"
@@ -35,16 +36,10 @@ private:
     int errno_;
 };
 
-wchar_t* WriteDecimal(wchar_t* out, std::uint64_t number) noexcept {
-    std::size_t digits = 1;
-    for (std::uint64_t rest = number; rest >= 10; rest /= 10) {
-        ++digits;
-    }
-    for (std::size_t i = digits; i != 0; --i) {
-        out[i - 1] = static_cast<wchar_t>(L'0' + number % 10);
-        number /= 10;
-    }
-    return out + digits;
+template <std::size_t Most, class Number>
+wchar_t* WriteDecimal(wchar_t* out, Number number) noexcept {
+    char digits[Most];
+    return std::copy(digits, std::to_chars(digits, digits + Most, number).ptr, out);
 }
 
 // Room for the characters of a line; most fit without an allocation.
@@ -67,22 +62,18 @@ private:
 wchar_t* LogValue::Write(wchar_t* out) const noexcept {
     switch (kind_) {
     case Kind::kNarrow:
-        return WriteLenientUtf8(out, narrow_);
+        return WriteLenientUtf8(out, {narrow_, most_});
     case Kind::kWide:
-        return std::copy(wide_.begin(), wide_.end(), out);
+        return std::copy_n(wide_, most_, out);
     case Kind::kLetter:
         *out = static_cast<wchar_t>(static_cast<unsigned char>(letter_));
         return out + 1;
     case Kind::kSigned:
-        if (static_cast<std::int64_t>(number_) < 0) {
-            *out = L'-';
-            return WriteDecimal(out + 1, 0 - number_);
-        }
-        break;
+        return WriteDecimal<kMostDigits>(out, static_cast<std::int64_t>(number_));
     case Kind::kUnsigned:
         break;
     }
-    return WriteDecimal(out, number_);
+    return WriteDecimal<kMostDigits>(out, number_);
 }
 
 void TouchLogger() noexcept {

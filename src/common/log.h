@@ -26,7 +26,8 @@ namespace DistributedFs {
 /// character. The value refers to its text and must not outlive it.
 class LogValue {
 public:
-    LogValue(std::string_view text) noexcept : kind_(Kind::kNarrow), narrow_(text) {}
+    LogValue(std::string_view text) noexcept
+        : kind_(Kind::kNarrow), most_(text.size()), narrow_(text.data()) {}
     /// A literal: its length is known without looking for its end. An array that is none is to
     /// come as a string_view.
     template <std::size_t Size>
@@ -35,34 +36,34 @@ public:
     template <class Text, std::enable_if_t<std::is_same_v<Text, const char*>, int> = 0>
     LogValue(const Text& text) noexcept : LogValue(std::string_view(text)) {}
     LogValue(const std::string& text) noexcept : LogValue(std::string_view(text)) {}
-    LogValue(const std::wstring& text) noexcept : kind_(Kind::kWide), wide_(text) {}
-    LogValue(char letter) noexcept : kind_(Kind::kLetter), letter_(letter) {}
+    LogValue(const std::wstring& text) noexcept
+        : kind_(Kind::kWide), most_(text.size()), wide_(text.data()) {}
+    LogValue(char letter) noexcept : kind_(Kind::kLetter), most_(1), letter_(letter) {}
 
     template <class Number, std::enable_if_t<std::is_integral_v<Number>, int> = 0>
     LogValue(Number number) noexcept
         : kind_(std::is_signed_v<Number> ? Kind::kSigned : Kind::kUnsigned),
+          most_(kMostDigits),
           number_(static_cast<std::uint64_t>(number)) {}
 
     template <class Enum, std::enable_if_t<std::is_enum_v<Enum>, int> = 0>
     LogValue(Enum value) noexcept : LogValue(static_cast<std::underlying_type_t<Enum>>(value)) {}
 
     /// The most characters that Write writes.
-    std::size_t MostCharacters() const noexcept {
-        constexpr std::size_t kNumber = 20;
-        return kind_ == Kind::kNarrow ? narrow_.size()
-               : kind_ == Kind::kWide ? wide_.size()
-                                      : kNumber;
-    }
+    std::size_t MostCharacters() const noexcept { return most_; }
     /// Returns the end of what it wrote.
     wchar_t* Write(wchar_t* out) const noexcept;
 
 private:
     enum class Kind { kNarrow, kWide, kLetter, kSigned, kUnsigned };
 
+    static constexpr std::size_t kMostDigits = 20;  // with the sign
+
     Kind kind_;
+    std::size_t most_;  // of a text: its length
     union {
-        std::string_view narrow_;
-        std::wstring_view wide_;
+        const char* narrow_;
+        const wchar_t* wide_;
         char letter_;
         std::uint64_t number_;
     };
