@@ -39,6 +39,9 @@ private:
 
     inline bool FindDescriptor(std::string_view function, std::uint32_t index, bool hasOut,
                                RpcArgType type, Descriptor& found) const;
+    void LogWrongIndex(std::string_view function, std::uint32_t index) const noexcept;
+    void LogWrongType(std::string_view function, std::uint32_t type) const noexcept;
+    void LogWrongRange(std::string_view function, const Descriptor& argument) const noexcept;
     inline bool IsInside(const Descriptor& argument) const noexcept;
     inline void Advance(const Descriptor& argument) noexcept;
 

@@ -44,6 +44,7 @@ public:
 private:
     inline std::int32_t Write(std::string_view function, std::uint32_t index, RpcArgType type,
                               const void* data, std::int64_t size);
+    void LogRefusal(std::string_view function, std::uint32_t index) const noexcept;
     bool HasRoom(std::uint32_t index, std::int64_t size) const noexcept;
     void ClearTo(std::int64_t end) noexcept;
 
