@@ -50,7 +50,7 @@ void PLENXManagerInner::OnProcessEnd() noexcept {
 }
 
 void PLENXManagerInner::Init(const std::string& rootDir, const std::string& serviceArg) {
-    constexpr char kFunction[] = "DistributedFs::PLENXManagerInner::Init";
+    constexpr std::string_view kFunction = "DistributedFs::PLENXManagerInner::Init";
     const std::lock_guard<std::mutex> lock(mutex);
     if (!serviceManager) {
         LogInfo(kFunction, "[PLENXSDK] service manager initialization");
@@ -85,7 +85,7 @@ std::string PLENXManagerInner::GetStringConfig(ServiceType, ConfigType) {
 
 void PLENXManagerInner::SetStringConfig(ServiceType svcType, ConfigType cfgType,
                                         std::string cfgValue) {
-    constexpr char kFunction[] = "DistributedFs::PLENXManagerInner::SetStringConfig";
+    constexpr std::string_view kFunction = "DistributedFs::PLENXManagerInner::SetStringConfig";
     const std::lock_guard<std::mutex> lock(mutex);
     LogInfo(kFunction, "[PLENXSDK] plenx manager set config svcType:", svcType,
             " cfgType:", cfgType, " cfgValue:", cfgValue);
@@ -99,7 +99,7 @@ void PLENXManagerInner::SetStringConfig(ServiceType svcType, ConfigType cfgType,
 
 void PLENXManagerInner::SetIntConfig(ServiceType svcType, ConfigType cfgType,
                                      std::int64_t cfgValue) {
-    constexpr char kFunction[] = "DistributedFs::PLENXManagerInner::SetIntConfig";
+    constexpr std::string_view kFunction = "DistributedFs::PLENXManagerInner::SetIntConfig";
     const std::lock_guard<std::mutex> lock(mutex);
     LogInfo(kFunction, "[PLENXSDK] plenx manager set config svcType:", svcType,
             " cfgType:", cfgType, " cfgValue:", cfgValue);

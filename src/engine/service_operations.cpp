@@ -12,7 +12,7 @@
 namespace DistributedFs {
 namespace {
 
-constexpr char kStart[] = "DistributedFs::PLENXManagerInner::Start";
+constexpr std::string_view kStart = "DistributedFs::PLENXManagerInner::Start";
 
 // 26 pings at most, and 25 pauses.
 constexpr unsigned kPingPauseMilliseconds = 200;
@@ -47,7 +47,7 @@ std::int32_t PLENXManagerInner::Start(ServiceType svcType, const std::string& gr
 }
 
 std::int32_t PLENXManagerInner::Stop(ServiceType svcType, const std::string& group) {
-    constexpr char kFunction[] = "DistributedFs::PLENXManagerInner::Stop";
+    constexpr std::string_view kFunction = "DistributedFs::PLENXManagerInner::Stop";
     LogInfo(kFunction, "[PLENXSDK] plenx manager stop service ", svcType);
     std::int32_t rc = RpcManager::GetInstance().DeleteGroup(svcType, GroupName(group, svcType));
     if (rc != kSuccess) {
@@ -65,7 +65,7 @@ std::int32_t PLENXManagerInner::Stop(ServiceType svcType, const std::string& gro
 std::int32_t PLENXManagerInner::LocalDeviceOnline(ServiceType svcType, const std::string& group,
                                                   const std::string& deviceId,
                                                   std::uint64_t dataLen, const std::uint8_t* data) {
-    constexpr char kFunction[] = "DistributedFs::PLENXManagerInner::LocalDeviceOnline";
+    constexpr std::string_view kFunction = "DistributedFs::PLENXManagerInner::LocalDeviceOnline";
     LogInfo(kFunction, "[PLENXSDK] plenx manager inner local device online svcType(", svcType, ")");
     const auto length = static_cast<std::int32_t>(static_cast<std::uint32_t>(dataLen));
     const std::int32_t rc = RpcManager::GetInstance().DeviceOnline(
@@ -81,7 +81,7 @@ std::int32_t PLENXManagerInner::LocalDeviceOnline(ServiceType svcType, const std
 
 std::int32_t PLENXManagerInner::RemoteDeviceOnline(ServiceType svcType, const std::string& group,
                                                    const std::string& deviceId) {
-    constexpr char kFunction[] = "DistributedFs::PLENXManagerInner::RemoteDeviceOnline";
+    constexpr std::string_view kFunction = "DistributedFs::PLENXManagerInner::RemoteDeviceOnline";
     LogInfo(kFunction, "[PLENXSDK] plenx manager inner remote device online service ", svcType);
     const std::int32_t rc = RpcManager::GetInstance().DeviceOnline(
         svcType, GroupName(group, svcType), deviceId, kRemote, nullptr, 0);
@@ -97,7 +97,7 @@ std::int32_t PLENXManagerInner::RemoteDeviceOnline(ServiceType svcType, const st
 std::int32_t PLENXManagerInner::LocalDeviceOffline(ServiceType svcType, const std::string& group,
                                                    const std::string& deviceId,
                                                    TriggerType trigger) {
-    constexpr char kFunction[] = "DistributedFs::PLENXManagerInner::LocalDeviceOffline";
+    constexpr std::string_view kFunction = "DistributedFs::PLENXManagerInner::LocalDeviceOffline";
     LogInfo(kFunction, "[PLENXSDK] plenx manager inner local device offline service (", svcType,
             ")");
     const std::int32_t rc = RpcManager::GetInstance().DeviceOffline(
@@ -114,7 +114,7 @@ std::int32_t PLENXManagerInner::LocalDeviceOffline(ServiceType svcType, const st
 std::int32_t PLENXManagerInner::RemoteDeviceOffline(ServiceType svcType, const std::string& group,
                                                     const std::string& deviceId,
                                                     TriggerType trigger) {
-    constexpr char kFunction[] = "DistributedFs::PLENXManagerInner::RemoteDeviceOffline";
+    constexpr std::string_view kFunction = "DistributedFs::PLENXManagerInner::RemoteDeviceOffline";
     LogInfo(kFunction, "[PLENXSDK] plenx manager inner remote device offline service (", svcType,
             ")");
     const std::int32_t rc = RpcManager::GetInstance().DeviceOffline(

@@ -9,7 +9,7 @@ namespace DistributedFs {
 
 void PLENXManager::StartFunc(ServiceType svcType, const std::string& first,
                              const std::string& second) {
-    constexpr char kFunction[] = "DistributedFs::PLENXManager::StartFunc";
+    constexpr std::string_view kFunction = "DistributedFs::PLENXManager::StartFunc";
     LogInfo(kFunction, "[PLENXSDK] plenx manager start service svcType(", svcType, ") is invoked");
     PLENXManagerInner& engine = PLENXManagerInner::GetInstance();
     switch (svcType) {
@@ -32,7 +32,7 @@ void PLENXManager::StartFunc(ServiceType svcType, const std::string& first,
 }
 
 void PLENXManager::StopFunc(ServiceType svcType, const std::string& first) {
-    constexpr char kFunction[] = "DistributedFs::PLENXManager::StopFunc";
+    constexpr std::string_view kFunction = "DistributedFs::PLENXManager::StopFunc";
     LogInfo(kFunction, "[PLENXSDK] plenx manager stop service svcType(", svcType, ") is invoked");
     PLENXManagerInner& engine = PLENXManagerInner::GetInstance();
     switch (svcType) {
@@ -63,7 +63,7 @@ void PLENXManager::LocalDeviceOnlineFunc(ServiceType svcType, const std::string&
                                          const std::string& second,
                                          const std::shared_ptr<const unsigned char[]>& block,
                                          int size) {
-    constexpr char kFunction[] = "DistributedFs::PLENXManager::LocalDeviceOnlineFunc";
+    constexpr std::string_view kFunction = "DistributedFs::PLENXManager::LocalDeviceOnlineFunc";
     LogInfo(kFunction, "[PLENXSDK] plenx manager local device online svcType(", svcType,
             ") is invoked");
     PLENXManagerInner& engine = PLENXManagerInner::GetInstance();
@@ -89,7 +89,7 @@ void PLENXManager::LocalDeviceOnlineFunc(ServiceType svcType, const std::string&
 
 void PLENXManager::RemoteDeviceOnlineFunc(ServiceType svcType, const std::string& first,
                                           const std::string& second) {
-    constexpr char kFunction[] = "DistributedFs::PLENXManager::RemoteDeviceOnlineFunc";
+    constexpr std::string_view kFunction = "DistributedFs::PLENXManager::RemoteDeviceOnlineFunc";
     LogInfo(kFunction, "[PLENXSDK] plenx manager remote device online svcType(", svcType,
             ") is invoked");
     PLENXManagerInner& engine = PLENXManagerInner::GetInstance();
@@ -114,7 +114,7 @@ void PLENXManager::RemoteDeviceOnlineFunc(ServiceType svcType, const std::string
 
 void PLENXManager::LocalDeviceOfflineFunc(ServiceType svcType, const std::string& first,
                                           const std::string& second, TriggerType trigger) {
-    constexpr char kFunction[] = "DistributedFs::PLENXManager::LocalDeviceOfflineFunc";
+    constexpr std::string_view kFunction = "DistributedFs::PLENXManager::LocalDeviceOfflineFunc";
     LogInfo(kFunction, "[PLENXSDK] plenx manager local device offline svcType(", svcType,
             ") is invoked");
     PLENXManagerInner& engine = PLENXManagerInner::GetInstance();
@@ -139,7 +139,7 @@ void PLENXManager::LocalDeviceOfflineFunc(ServiceType svcType, const std::string
 
 void PLENXManager::RemoteDeviceOfflineFunc(ServiceType svcType, const std::string& first,
                                            const std::string& second, TriggerType trigger) {
-    constexpr char kFunction[] = "DistributedFs::PLENXManager::RemoteDeviceOfflineFunc";
+    constexpr std::string_view kFunction = "DistributedFs::PLENXManager::RemoteDeviceOfflineFunc";
     LogInfo(kFunction, "[PLENXSDK] plenx manager remote device offline svcType(", svcType,
             ") is invoked");
     PLENXManagerInner& engine = PLENXManagerInner::GetInstance();

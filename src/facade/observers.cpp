@@ -89,7 +89,8 @@ void FanOut(std::mutex& observerMutex, const std::vector<PLENXServiceObserver*>&
 }  // namespace
 
 void PLENXManager::RegisterPLENXServiceObserver(PLENXServiceObserver* observer) {
-    constexpr char kFunction[] = "DistributedFs::PLENXManager::RegisterPLENXServiceObserver";
+    constexpr std::string_view kFunction =
+        "DistributedFs::PLENXManager::RegisterPLENXServiceObserver";
     LogInfo(kFunction, "[PLENXSDK] plenx manager register observer invoked");
     const std::lock_guard<std::mutex> lock(observerMutex);
     LogInfo(kFunction, "[PLENXSDK] plenx manager register observer begin");
@@ -102,7 +103,8 @@ void PLENXManager::RegisterPLENXServiceObserver(PLENXServiceObserver* observer) 
 }
 
 void PLENXManager::UnregisterPLENXServiceObserver(PLENXServiceObserver* observer) {
-    constexpr char kFunction[] = "DistributedFs::PLENXManager::UnregisterPLENXServiceObserver";
+    constexpr std::string_view kFunction =
+        "DistributedFs::PLENXManager::UnregisterPLENXServiceObserver";
     LogInfo(kFunction, "[PLENXSDK] plenx manager unregister observer invoked");
     const std::lock_guard<std::mutex> lock(observerMutex);
     LogInfo(kFunction, "[PLENXSDK] plenx manager unregister observer begin");

@@ -75,7 +75,7 @@ void PLENXManager::OnProcessEnd() noexcept {
 
 void PLENXManager::Init(const std::string& first, const std::string& second, std::string third,
                         bool flag) {
-    constexpr char kFunction[] = "DistributedFs::PLENXManager::Init";
+    constexpr std::string_view kFunction = "DistributedFs::PLENXManager::Init";
     LogInfo(kFunction, "[PLENXSDK] plenx manager Init");
     PinModule();
     {
@@ -96,7 +96,7 @@ void PLENXManager::Init(const std::string& first, const std::string& second, std
 }
 
 void PLENXManager::Destroy() {
-    constexpr char kFunction[] = "DistributedFs::PLENXManager::Destroy";
+    constexpr std::string_view kFunction = "DistributedFs::PLENXManager::Destroy";
     LogInfo(kFunction, "[PLENXSDK] plenx manager destroy");
     UninstallOffice();
     const std::lock_guard<std::mutex> lock(poolMutex);
@@ -128,7 +128,7 @@ std::string PLENXManager::GetStringConfig(ServiceType svcType, ConfigType cfgTyp
 }
 
 void PLENXManager::SetConfig(ServiceType svcType, ConfigType cfgType, std::string cfgValue) {
-    constexpr char kFunction[] = "DistributedFs::PLENXManager::SetConfig";
+    constexpr std::string_view kFunction = "DistributedFs::PLENXManager::SetConfig";
     const auto push = [&](ServiceType service) {
         const std::lock_guard<std::mutex> lock(poolMutex);
         if (threadPool) {
@@ -146,7 +146,7 @@ void PLENXManager::SetConfig(ServiceType svcType, ConfigType cfgType, std::strin
 }
 
 void PLENXManager::SetConfig(ServiceType svcType, ConfigType cfgType, std::int64_t cfgValue) {
-    constexpr char kFunction[] = "DistributedFs::PLENXManager::SetConfig";
+    constexpr std::string_view kFunction = "DistributedFs::PLENXManager::SetConfig";
     const auto push = [&](ServiceType service) {
         const std::lock_guard<std::mutex> lock(poolMutex);
         if (threadPool) {

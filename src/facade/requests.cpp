@@ -45,7 +45,7 @@ int Push(std::mutex& poolMutex, const std::shared_ptr<ThreadPool>& threadPool,
 }  // namespace
 
 int PLENXManager::Start(ServiceType svcType, const std::string& first, const std::string& second) {
-    constexpr char kFunction[] = "DistributedFs::PLENXManager::Start";
+    constexpr std::string_view kFunction = "DistributedFs::PLENXManager::Start";
     if (first.empty() || second.empty()) {
         return Refuse(kFunction, "[PLENXSDK] plenx manager start invalid parameter");
     }
@@ -58,7 +58,7 @@ int PLENXManager::Start(ServiceType svcType, const std::string& first, const std
 }
 
 int PLENXManager::Stop(ServiceType svcType, const std::string& first) {
-    constexpr char kFunction[] = "DistributedFs::PLENXManager::Stop";
+    constexpr std::string_view kFunction = "DistributedFs::PLENXManager::Stop";
     if (first.empty()) {
         return Refuse(kFunction, "[PLENXSDK] plenx manager stop invalid parameter");
     }
@@ -73,7 +73,7 @@ int PLENXManager::Stop(ServiceType svcType, const std::string& first) {
 int PLENXManager::LocalDeviceOnline(ServiceType svcType, const std::string& first,
                                     const std::string& second, std::uint64_t size,
                                     const unsigned char* data) {
-    constexpr char kFunction[] = "DistributedFs::PLENXManager::LocalDeviceOnline";
+    constexpr std::string_view kFunction = "DistributedFs::PLENXManager::LocalDeviceOnline";
     if (first.empty() || second.empty()) {
         return Refuse(kFunction, "[PLENXSDK] plenx manager local device online invalid parameter");
     }
@@ -89,7 +89,7 @@ int PLENXManager::LocalDeviceOnline(ServiceType svcType, const std::string& firs
 
 int PLENXManager::RemoteDeviceOnline(ServiceType svcType, const std::string& first,
                                      const std::string& second) {
-    constexpr char kFunction[] = "DistributedFs::PLENXManager::RemoteDeviceOnline";
+    constexpr std::string_view kFunction = "DistributedFs::PLENXManager::RemoteDeviceOnline";
     if (first.empty() || second.empty()) {
         return Refuse(kFunction, "[PLENXSDK] plenx manager remote device online invalid parameter");
     }
@@ -103,7 +103,7 @@ int PLENXManager::RemoteDeviceOnline(ServiceType svcType, const std::string& fir
 
 int PLENXManager::LocalDeviceOffline(ServiceType svcType, const std::string& first,
                                      const std::string& second, TriggerType trigger) {
-    constexpr char kFunction[] = "DistributedFs::PLENXManager::LocalDeviceOffline";
+    constexpr std::string_view kFunction = "DistributedFs::PLENXManager::LocalDeviceOffline";
     if (first.empty() || second.empty()) {
         return Refuse(kFunction, "[PLENXSDK] plenx manager local device offline invalid parameter");
     }
@@ -117,7 +117,7 @@ int PLENXManager::LocalDeviceOffline(ServiceType svcType, const std::string& fir
 
 int PLENXManager::RemoteDeviceOffline(ServiceType svcType, const std::string& first,
                                       const std::string& second, TriggerType trigger) {
-    constexpr char kFunction[] = "DistributedFs::PLENXManager::RemoteDeviceOffline";
+    constexpr std::string_view kFunction = "DistributedFs::PLENXManager::RemoteDeviceOffline";
     if (first.empty() || second.empty()) {
         return Refuse(kFunction,
                       "[PLENXSDK] plenx manager remote device offline invalid parameter");
@@ -131,7 +131,7 @@ int PLENXManager::RemoteDeviceOffline(ServiceType svcType, const std::string& fi
 }
 
 int PLENXManager::DeviceNameChanged(const std::string& name) {
-    constexpr char kFunction[] = "DistributedFs::PLENXManager::DeviceNameChanged";
+    constexpr std::string_view kFunction = "DistributedFs::PLENXManager::DeviceNameChanged";
     if (name.empty()) {
         return Refuse(kFunction, "[PLENXSDK] plenx manager device name changed invalid parameter");
     }
@@ -145,7 +145,7 @@ int PLENXManager::DeviceNameChanged(const std::string& name) {
 
 int PLENXManager::RecvRemoteMessage(PLENXMessageType msgType, unsigned int msgLen,
                                     const std::string& message) {
-    constexpr char kFunction[] = "DistributedFs::PLENXManager::RecvRemoteMessage";
+    constexpr std::string_view kFunction = "DistributedFs::PLENXManager::RecvRemoteMessage";
     const auto logPushed = [&] {
         LogInfo(kFunction,
                 "[PLENXSDK] plenx manager receive remote message is pushed into thread pool");

@@ -27,7 +27,7 @@ std::vector<wchar_t> TerminatedPath(const std::uint8_t* bytes, std::int32_t leng
 }  // namespace
 
 std::int32_t RpcManager::UpdateWindowsExplore(RpcMessage& message) {
-    constexpr char kFunction[] = "DistributedFs::RpcManager::UpdateWindowsExplore";
+    constexpr std::string_view kFunction = "DistributedFs::RpcManager::UpdateWindowsExplore";
     RpcMessageReader reader = MakeReader(message);
     std::int32_t length = 0;
     if (reader.ReadInt32(0, &length) != kSuccess || length <= 0) {
@@ -46,7 +46,7 @@ std::int32_t RpcManager::UpdateWindowsExplore(RpcMessage& message) {
 }
 
 std::int32_t RpcManager::ExploreFlushNotify(RpcMessage& message) {
-    constexpr char kFunction[] = "DistributedFs::RpcManager::ExploreFlushNotify";
+    constexpr std::string_view kFunction = "DistributedFs::RpcManager::ExploreFlushNotify";
     RpcMessageReader reader = MakeReader(message);
     std::string disk;
     std::int32_t expFlushType = 0;
@@ -62,7 +62,7 @@ std::int32_t RpcManager::ExploreFlushNotify(RpcMessage& message) {
 }
 
 void RpcManager::FlushExplorer(char cLetter, std::int32_t expFlushType) {
-    constexpr char kFunction[] = "DistributedFs::RpcManager::FlushExplorer";
+    constexpr std::string_view kFunction = "DistributedFs::RpcManager::FlushExplorer";
     constexpr wchar_t kComputerFolder[] = L"shell:::{20D04FE0-3AEA-1069-A2D8-08002B30309D}";
     LogInfo(kFunction, "[PLENXSDK] update device status invoked cLetter:", cLetter,
             " expFlushType:", expFlushType);

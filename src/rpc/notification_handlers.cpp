@@ -78,7 +78,7 @@ std::int32_t ReplyInt32(RpcMessage& message, std::int32_t value, std::string_vie
 }  // namespace
 
 std::int32_t RpcManager::SendLocalMessage(RpcMessage& message) {
-    constexpr char kFunction[] = "DistributedFs::RpcManager::SendLocalMessage";
+    constexpr std::string_view kFunction = "DistributedFs::RpcManager::SendLocalMessage";
     RpcMessageReader reader = MakeReader(message);
     std::int32_t msgType = 0;
     std::int32_t msgLen = 0;
@@ -126,7 +126,7 @@ std::int32_t RpcManager::ReconnectNotify(RpcMessage& message) {
 }
 
 std::int32_t RpcManager::LinkTypeQuery(RpcMessage& message) {
-    constexpr char kFunction[] = "DistributedFs::RpcManager::LinkTypeQuery";
+    constexpr std::string_view kFunction = "DistributedFs::RpcManager::LinkTypeQuery";
     RpcMessageReader reader = MakeReader(message);
     std::string grpName;
     std::int32_t linkType = 0;
@@ -146,7 +146,7 @@ std::int32_t RpcManager::LinkTypeQuery(RpcMessage& message) {
 }
 
 std::int32_t RpcManager::StatusNotify(RpcMessage& message) {
-    constexpr char kFunction[] = "DistributedFs::RpcManager::StatusNotify";
+    constexpr std::string_view kFunction = "DistributedFs::RpcManager::StatusNotify";
     RpcMessageReader reader = MakeReader(message);
     std::string grpName;
     std::int32_t sttsType = 0;
@@ -166,7 +166,7 @@ std::int32_t RpcManager::StatusNotify(RpcMessage& message) {
 }
 
 std::int32_t RpcManager::ErrorNotify(RpcMessage& message) {
-    constexpr char kFunction[] = "DistributedFs::RpcManager::ErrorNotify";
+    constexpr std::string_view kFunction = "DistributedFs::RpcManager::ErrorNotify";
     RpcMessageReader reader = MakeReader(message);
     std::int32_t errCode = 0;
     if (!WasRead(reader.ReadInt32(0, &errCode), kFunction, "[PLENXSDK] read errCode error")) {
@@ -177,7 +177,7 @@ std::int32_t RpcManager::ErrorNotify(RpcMessage& message) {
 }
 
 std::int32_t RpcManager::DiskNameNotify(RpcMessage& message) {
-    constexpr char kFunction[] = "DistributedFs::RpcManager::DiskNameNotify";
+    constexpr std::string_view kFunction = "DistributedFs::RpcManager::DiskNameNotify";
     RpcMessageReader reader = MakeReader(message);
     std::string diskName;
     if (!WasRead(reader.ReadString(0, &diskName), kFunction, "[PLENXSDK] read diskName error")) {

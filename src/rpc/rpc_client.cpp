@@ -256,7 +256,7 @@ std::int32_t RpcManager::SendRequest(const RpcRequest& request, ServiceType svcT
 }
 
 std::int32_t RpcManager::SendRpcMessage(ServiceType svcType, RpcMessage* message) {
-    constexpr char kFunction[] = "DistributedFs::RpcManager::SendRpcMessage";
+    constexpr std::string_view kFunction = "DistributedFs::RpcManager::SendRpcMessage";
     if (svcType >= std::size(kEndpoints)) {
         return kOutOfTable;
     }

@@ -51,7 +51,7 @@ std::int32_t HandOver(const RpcMessage& message, std::int32_t* respSize, std::ui
 }  // namespace
 
 void RpcManager::Start() {
-    constexpr char kFunction[] = "DistributedFs::RpcManager::Start";
+    constexpr std::string_view kFunction = "DistributedFs::RpcManager::Start";
     std::wstring endpoint = Utf8ToWide("Manager");
     wchar_t protocol[] = L"ncalrpc";
     RPC_STATUS status =

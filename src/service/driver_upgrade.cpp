@@ -12,7 +12,7 @@
 namespace DistributedFs {
 namespace {
 
-constexpr char kFunction[] = "DistributedFs::ServiceManager::UpgradeDriver";
+constexpr std::string_view kFunction = "DistributedFs::ServiceManager::UpgradeDriver";
 
 const wchar_t* const kDriverFiles[] = {
     L"\\dokan1.sys",

@@ -21,7 +21,7 @@ namespace {
 
 constexpr int kExistenceOnly = 0;
 
-constexpr char kForceRemove[] = "DistributedFs::FileUtils::ForceRemoveDirectory";
+constexpr std::string_view kForceRemove = "DistributedFs::FileUtils::ForceRemoveDirectory";
 
 bool IsLink(unsigned attributes) {
     return (attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
@@ -140,7 +140,7 @@ private:
 }  // namespace
 
 std::int32_t FileUtils::MakeDirectory(const std::wstring& path) {
-    constexpr char kFunction[] = "DistributedFs::FileUtils::MakeDirectory";
+    constexpr std::string_view kFunction = "DistributedFs::FileUtils::MakeDirectory";
     if (path.empty()) {
         LogError(kFunction, "[PLENXSDK] path is empty");
         return kInvalidArgument;
@@ -153,7 +153,7 @@ std::int32_t FileUtils::MakeDirectory(const std::wstring& path) {
 }
 
 std::int32_t FileUtils::RemoveDirectoryW(const std::wstring& path) {
-    constexpr char kFunction[] = "DistributedFs::FileUtils::RemoveDirectoryW";
+    constexpr std::string_view kFunction = "DistributedFs::FileUtils::RemoveDirectoryW";
     if (path.empty()) {
         LogError(kFunction, "[PLENXSDK] path is empty");
         return kInvalidArgument;
@@ -166,7 +166,7 @@ std::int32_t FileUtils::RemoveDirectoryW(const std::wstring& path) {
 }
 
 std::int32_t FileUtils::FileExists(const std::wstring& path) {
-    constexpr char kFunction[] = "DistributedFs::FileUtils::FileExists";
+    constexpr std::string_view kFunction = "DistributedFs::FileUtils::FileExists";
     if (path.empty()) {
         LogError(kFunction, "[PLENXSDK] path is empty");
         return kInvalidArgument;

@@ -10,7 +10,7 @@ namespace DistributedFs {
 static_assert(PROCESS_ALL_ACCESS == 0x1FFFFF, "the access mask varies with the target version");
 
 void KillServiceProcess(std::uint32_t processId) {
-    constexpr char kFunction[] = "DistributedFs::KillServiceProcess";
+    constexpr std::string_view kFunction = "DistributedFs::KillServiceProcess";
     LogError(kFunction, "[PLENXSDK] kill service process ", processId);
     if (processId == 0) {
         return;

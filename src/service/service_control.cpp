@@ -134,7 +134,7 @@ void ServiceManager::WaitServiceStatus(SC_HANDLE service, SERVICE_STATUS_PROCESS
 }
 
 std::int32_t ServiceManager::CreateServiceByIndex(std::int32_t row) {
-    constexpr char kFunction[] = "DistributedFs::ServiceManager::CreateServiceByIndex";
+    constexpr std::string_view kFunction = "DistributedFs::ServiceManager::CreateServiceByIndex";
     if (!IsRow(row)) {
         return kOutOfTable;
     }
@@ -163,7 +163,7 @@ std::int32_t ServiceManager::CreateServiceByIndex(std::int32_t row) {
 }
 
 std::int32_t ServiceManager::StartServiceByIndex(std::int32_t row) {
-    constexpr char kFunction[] = "DistributedFs::ServiceManager::StartServiceByIndex";
+    constexpr std::string_view kFunction = "DistributedFs::ServiceManager::StartServiceByIndex";
     if (!IsRow(row)) {
         return kOutOfTable;
     }
@@ -212,7 +212,7 @@ std::int32_t ServiceManager::StartServiceByIndex(std::int32_t row) {
 }
 
 std::int32_t ServiceManager::StopServiceByIndex(std::int32_t row) {
-    constexpr char kFunction[] = "DistributedFs::ServiceManager::StopServiceByIndex";
+    constexpr std::string_view kFunction = "DistributedFs::ServiceManager::StopServiceByIndex";
     if (!IsRow(row)) {
         return kOutOfTable;
     }
@@ -251,7 +251,7 @@ std::int32_t ServiceManager::StopServiceByIndex(std::int32_t row) {
 }
 
 std::int32_t ServiceManager::DeleteServiceByIndex(std::int32_t row) {
-    constexpr char kFunction[] = "DistributedFs::ServiceManager::DeleteServiceByIndex";
+    constexpr std::string_view kFunction = "DistributedFs::ServiceManager::DeleteServiceByIndex";
     if (!IsRow(row)) {
         return kOutOfTable;
     }
@@ -284,7 +284,7 @@ std::int32_t ServiceManager::DeleteServiceByIndex(std::int32_t row) {
 }
 
 std::int32_t ServiceManager::StartDokanService() {
-    constexpr char kFunction[] = "DistributedFs::ServiceManager::StartDokanService";
+    constexpr std::string_view kFunction = "DistributedFs::ServiceManager::StartDokanService";
     // The driver may have been registered by other means.
     if (const std::int32_t code = CreateServiceByIndex(kDriverRow); code != kSuccess) {
         LogError(kFunction, "[PLENXSDK] create dokan service error ", code);
@@ -299,7 +299,7 @@ std::int32_t ServiceManager::StartDokanService() {
 }
 
 std::int32_t ServiceManager::StartPlenxService(std::int32_t row) {
-    constexpr char kFunction[] = "DistributedFs::ServiceManager::StartPlenxService";
+    constexpr std::string_view kFunction = "DistributedFs::ServiceManager::StartPlenxService";
     if (!IsRow(row)) {
         return kOutOfTable;
     }
@@ -314,7 +314,7 @@ std::int32_t ServiceManager::StartPlenxService(std::int32_t row) {
 }
 
 std::int32_t ServiceManager::StopPlenxService(std::int32_t row) {
-    constexpr char kFunction[] = "DistributedFs::ServiceManager::StopPlenxService";
+    constexpr std::string_view kFunction = "DistributedFs::ServiceManager::StopPlenxService";
     if (!IsRow(row)) {
         return kOutOfTable;
     }
@@ -329,7 +329,7 @@ std::int32_t ServiceManager::StopPlenxService(std::int32_t row) {
 }
 
 bool ServiceManager::isServiceAlive(std::int32_t row) const {
-    constexpr char kFunction[] = "DistributedFs::ServiceManager::isServiceAlive";
+    constexpr std::string_view kFunction = "DistributedFs::ServiceManager::isServiceAlive";
     if (!IsRow(row)) {
         return false;
     }

@@ -131,7 +131,7 @@ std::int32_t ServiceManager::MakeServicePath(const std::wstring& folder) {
 }
 
 void ServiceManager::InstallService() {
-    constexpr char kFunction[] = "DistributedFs::ServiceManager::InstallService";
+    constexpr std::string_view kFunction = "DistributedFs::ServiceManager::InstallService";
     for (std::int32_t row = kFirstInstalledRow; IsInstalledRow(row); ++row) {
         const std::wstring& name = services[row].name;
         if (const std::int32_t code = StopServiceByIndex(row); code != kSuccess) {
@@ -146,7 +146,7 @@ void ServiceManager::InstallService() {
 }
 
 void ServiceManager::UninstallService() {
-    constexpr char kFunction[] = "DistributedFs::ServiceManager::UninstallService";
+    constexpr std::string_view kFunction = "DistributedFs::ServiceManager::UninstallService";
     for (std::int32_t row = kFirstInstalledRow; IsInstalledRow(row); ++row) {
         const std::wstring& name = services[row].name;
         if (const std::int32_t code = StopServiceByIndex(row); code != kSuccess) {

@@ -35,7 +35,7 @@ private:
 
 // The lines of NotifyConnect.
 void WriteThreeLines() {
-    constexpr char kFunction[] = "DistributedFs::PLENXManager::NotifyConnect";
+    constexpr std::string_view kFunction = "DistributedFs::PLENXManager::NotifyConnect";
     LogInfo(kFunction, "[PLENXSDK] plenx manager notify connect invoked svcType:", kPcService);
     LogInfo(kFunction, "[PLENXSDK] plenx manager notify connect begin");
     LogInfo(kFunction, "[PLENXSDK] plenx manager notify connect end");
