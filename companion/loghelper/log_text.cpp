@@ -50,12 +50,13 @@ char32_t TakeFront(std::wstring_view& text) {
     return isPoint ? first : kReplacement;
 }
 
-// point is not ASCII.
 void AppendUtf8(std::string& line, char32_t point) {
     const auto tail = [&line, point](int shift) {
         line.push_back(static_cast<char>(0x80 | ((point >> shift) & 0x3F)));
     };
-    if (point < 0x800) {
+    if (point < 0x80) {
+        line.push_back(static_cast<char>(point));
+    } else if (point < 0x800) {
         line.push_back(static_cast<char>(0xC0 | (point >> 6)));
         tail(0);
     } else if (point < 0x10000) {
@@ -84,44 +85,56 @@ bool IsPlain(wchar_t unit) {
 
 constexpr std::size_t kStride = 16;
 
-// Appends so many characters in one go, if all of them are plain.
-bool AppendStride(std::string& line, const wchar_t* in) {
-    wchar_t wide[kStride];  // of our own: the compiler takes all at once
+// Narrows so many characters in one go. False when not all of them are plain.
+bool NarrowStride(char* out, const wchar_t* in) {
+    wchar_t wide[kStride];  // out cannot overlap it: the compiler takes all at once
     std::memcpy(wide, in, sizeof(wide));
     char32_t odd = 0;
     for (std::size_t i = 0; i != kStride; ++i) {
         odd |= static_cast<char32_t>(!IsPlain(wide[i]));
     }
-    if (odd != 0) {
-        return false;
-    }
-    char narrow[kStride];
     for (std::size_t i = 0; i != kStride; ++i) {
-        narrow[i] = static_cast<char>(wide[i]);
+        out[i] = static_cast<char>(wide[i]);
     }
-    line.append(narrow, kStride);
+    return odd == 0;
+}
+
+// The same for a text of any length.
+bool Narrow(char* out, std::wstring_view text) {
+    std::size_t done = 0;
+    for (; done + kStride <= text.size(); done += kStride) {
+        if (!NarrowStride(out + done, text.data() + done)) {
+            return false;
+        }
+    }
+    for (; done != text.size(); ++done) {
+        if (!IsPlain(text[done])) {
+            return false;
+        }
+        out[done] = static_cast<char>(text[done]);
+    }
     return true;
 }
 
-// Takes the plain characters off the front of text; nearly all of a line is these.
-void TakePlain(std::string& line, std::wstring_view& text) {
-    std::size_t done = 0;
-    while (done + kStride <= text.size() && AppendStride(line, text.data() + done)) {
-        done += kStride;
+// Nearly all lines are plain.
+bool AppendPlain(std::string& line, std::wstring_view text) {
+    const std::size_t before = line.size();
+    line.resize(before + text.size());
+    const bool isPlain = Narrow(line.data() + before, text);
+    if (!isPlain) {
+        line.resize(before);
     }
-    for (; done != text.size() && IsPlain(text[done]); ++done) {
-        line.push_back(static_cast<char>(text[done]));
-    }
-    text.remove_prefix(done);
+    return isPlain;
 }
 
-// Takes the code point at the front of text, which is not empty, off it.
-void TakeOther(std::string& line, std::wstring_view& text) {
-    const char32_t point = TakeFront(text);
-    if (IsControl(point)) {
-        AppendEscape(line, point);
-    } else {
-        AppendUtf8(line, point);
+void AppendAny(std::string& line, std::wstring_view text) {
+    while (!text.empty()) {
+        const char32_t point = TakeFront(text);
+        if (IsControl(point)) {
+            AppendEscape(line, point);
+        } else {
+            AppendUtf8(line, point);
+        }
     }
 }
 
@@ -135,10 +148,8 @@ std::string LogText(int level, unsigned long threadId, std::wstring_view text) {
     line += "] [";
     line += std::to_string(threadId);
     line += "] ";
-    TakePlain(line, text);
-    while (!text.empty()) {
-        TakeOther(line, text);
-        TakePlain(line, text);
+    if (!AppendPlain(line, text)) {
+        AppendAny(line, text);
     }
     return line;
 }
