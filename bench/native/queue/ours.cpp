@@ -39,12 +39,15 @@ void QueueAndRun(Ours& ours, std::int64_t jobs) {
 // Row 12: the cost of one job, and the memory that is left while the pool goes on.
 void RegisterGrowth(const std::string& size, std::int64_t jobs) {
     const std::string name = "12 queued jobs/" + size;
-    benchmark::RegisterBenchmark(name.c_str(), [jobs](benchmark::State& state) {
-        Ours ours;
-        while (state.KeepRunningBatch(jobs)) {
-            QueueAndRun(ours, jobs);
-        }
-    })->MeasureProcessCPUTime();
+    benchmark::RegisterBenchmark(name.c_str(),
+                                 [jobs](benchmark::State& state) {
+                                     Ours ours;
+                                     while (state.KeepRunningBatch(jobs)) {
+                                         QueueAndRun(ours, jobs);
+                                     }
+                                 })
+        ->Repetitions(LongRepetitions())
+        ->MeasureProcessCPUTime();
 }
 
 void MemoryAfterJobs(benchmark::State& state) {

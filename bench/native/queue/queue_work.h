@@ -99,6 +99,11 @@ void ThroughOneCore(benchmark::State& state, std::int64_t jobs) {
 /// The number of jobs is given, as the queue grows with each.
 constexpr std::int64_t kEnqueued = 50000;
 
+/// Of what takes a second each time.
+inline int LongRepetitions() {
+    return IsQuick() ? 9 : 21;
+}
+
 /// Less in a quick run, of which the table says so.
 inline std::int64_t JobsThrough() {
     return IsQuick() ? 100000 : 1000000;
@@ -113,6 +118,7 @@ int RegisterQueue(const std::string& contender) {
         ("7 a million jobs/" + contender).c_str(),
         [jobs](benchmark::State& state) { ThroughOneCore<Queue>(state, jobs); })
         ->Iterations(jobs)
+        ->Repetitions(LongRepetitions())
         ->MeasureProcessCPUTime();
     return 0;
 }
