@@ -2,6 +2,7 @@
 
 #include <codecvt>
 #include <cstddef>
+#include <cstdint>
 #include <cstring>
 #include <locale>
 #include <stdexcept>
@@ -27,31 +28,34 @@ bool IsContinuation(char byte) {
     return (static_cast<unsigned char>(byte) & 0xC0) == 0x80;
 }
 
-// Widens so many characters in one go. False when not all of them are ASCII.
+// Widens so many characters in one go. The result has a high bit when not all of them are ASCII.
 template <std::size_t kStride>
-bool WidenStride(wchar_t* out, const char* in) noexcept {
+std::uint64_t WidenStride(wchar_t* out, const char* in) noexcept {
     unsigned char bytes[kStride];  // out cannot overlap it: the compiler takes all at once
     std::memcpy(bytes, in, kStride);
     for (std::size_t i = 0; i != kStride; ++i) {
         out[i] = static_cast<wchar_t>(bytes[i]);
     }
-    unsigned char bits = 0;
-    for (std::size_t i = 0; i != kStride; ++i) {
-        bits |= bytes[i];
+    constexpr std::size_t kWord = kStride < 8 ? kStride : 8;
+    std::uint64_t bits = 0;
+    for (std::size_t i = 0; i != kStride; i += kWord) {
+        std::uint64_t word = 0;
+        std::memcpy(&word, in + i, kWord);
+        bits |= word;
     }
-    return bits < 0x80;
+    return bits;
 }
 
-// The same for a text of at least one stride.
+// The same for a text of at least one stride. False when not all of it is ASCII.
 template <std::size_t kStride>
 bool WidenByStrides(wchar_t* out, std::string_view text) noexcept {
+    constexpr std::uint64_t kHighBits = 0x8080808080808080;
     const std::size_t last = text.size() - kStride;
+    std::uint64_t bits = WidenStride<kStride>(out + last, text.data() + last);
     for (std::size_t at = 0; at < last; at += kStride) {
-        if (!WidenStride<kStride>(out + at, text.data() + at)) {
-            return false;
-        }
+        bits |= WidenStride<kStride>(out + at, text.data() + at);
     }
-    return WidenStride<kStride>(out + last, text.data() + last);  // may overlap the one before
+    return (bits & kHighBits) == 0;
 }
 
 // Nearly all text is ASCII.

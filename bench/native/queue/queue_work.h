@@ -97,7 +97,7 @@ void ThroughOneCore(benchmark::State& state, std::int64_t jobs) {
 }
 
 /// The number of jobs is given, as the queue grows with each.
-constexpr std::int64_t kEnqueued = 50000;
+constexpr std::int64_t kEnqueued = 25000;
 
 /// Of what takes a second each time.
 inline int LongRepetitions() {
