@@ -21,8 +21,9 @@ constexpr char kFunction[] = "DistributedFs::PLENXManager::Start";
 class Engine {
 public:
     void Start(std::uint32_t svcType, const std::string& first, const std::string& second) {
-        benchmark::DoNotOptimize(svcType);
-        target_.Run(first, second);
+        if (svcType == noService) {
+            target_.Run(first, second);
+        }
     }
 
 private:
