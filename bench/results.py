@@ -16,12 +16,16 @@ samples      one for each repetition; what is shown and held against the goals i
 allocations  optional: calls of the allocator for one operation
 
 In what Google Benchmark writes the benchmarks are named "row/contender", and their times are those
-of the processor, which other programs disturb least. What table.py has written can be read again.
+of the processor, which other programs disturb least. Many short runs of it, spread at random over the
+whole time, are taken together to REPETITIONS samples. What table.py has written can be read again.
 """
 
 import json
 import statistics
 from dataclasses import dataclass, field
+
+
+REPETITIONS = 11
 
 
 @dataclass
@@ -64,6 +68,13 @@ class Record:
         return self.unit.endswith("/s")
 
 
+def together(runs):
+    """One sample of every few runs. A core is twice as fast while its other thread sleeps, and the
+    median of single runs would fall on the one side or the other by chance."""
+    few = max(1, len(runs) // REPETITIONS)
+    return [statistics.mean(runs[i:i + few]) for i in range(0, len(runs) - few + 1, few)]
+
+
 class Results:
     """All records, by row, world and contender, in the order of their coming."""
 
@@ -88,6 +99,7 @@ class Results:
                         ("row", "world", "contender", "unit", "samples", "allocations")})
 
     def _add_google(self, benchmarks):
+        times = {}
         for run in benchmarks:
             if run["run_type"] != "iteration":
                 continue
@@ -99,7 +111,9 @@ class Results:
             elif "bytes_left" in run:
                 self.add(row, "native", contender, "B", [run["bytes_left"]])
             else:
-                self.add(row, "native", contender, run["time_unit"], [run["cpu_time"]])
+                times.setdefault((row, contender, run["time_unit"]), []).append(run["cpu_time"])
+        for (row, contender, unit), runs in times.items():
+            self.add(row, "native", contender, unit, together(runs))
 
     def get(self, row, world, contender):
         record = self.records.get((row, world, contender))

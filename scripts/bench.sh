@@ -37,7 +37,7 @@ command_bench() {
 bench_native() {
     local program folder
     # Many and short: what disturbs the machine for a while then falls on all contenders alike.
-    local -a often=(--benchmark_repetitions=121 --benchmark_min_time=0.004)
+    local -a often=(--benchmark_repetitions=484 --benchmark_min_time=0.001)
     if $quick; then
         often=(--benchmark_repetitions=9 --benchmark_min_time=0.002)
         export PLENX_BENCH_QUICK=1
