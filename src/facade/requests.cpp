@@ -83,8 +83,9 @@ int PLENXManager::LocalDeviceOnline(ServiceType svcType, const std::string& firs
         LogInfo(kFunction, "[PLENXSDK] plenx manager service (", svcType,
                 ") local device online is pushed into thread pool");
     };
-    return Push(poolMutex, threadPool, kFunction, logPushed, &PLENXManager::LocalDeviceOnlineFunc,
-                this, svcType, first, second, CopyBlock(data, blockSize), blockSize);
+    return Push(poolMutex, threadPool, kFunction, logPushed,  //
+                &PLENXManager::LocalDeviceOnlineFunc, this, svcType, first, second,
+                CopyBlock(data, blockSize), blockSize);
 }
 
 int PLENXManager::RemoteDeviceOnline(ServiceType svcType, const std::string& first,
@@ -97,8 +98,8 @@ int PLENXManager::RemoteDeviceOnline(ServiceType svcType, const std::string& fir
         LogInfo(kFunction, "[PLENXSDK] plenx manager service (", svcType,
                 ") remote device online is pushed into thread pool");
     };
-    return Push(poolMutex, threadPool, kFunction, logPushed, &PLENXManager::RemoteDeviceOnlineFunc,
-                this, svcType, first, second);
+    return Push(poolMutex, threadPool, kFunction, logPushed,  //
+                &PLENXManager::RemoteDeviceOnlineFunc, this, svcType, first, second);
 }
 
 int PLENXManager::LocalDeviceOffline(ServiceType svcType, const std::string& first,
@@ -111,8 +112,8 @@ int PLENXManager::LocalDeviceOffline(ServiceType svcType, const std::string& fir
         LogInfo(kFunction, "[PLENXSDK] plenx manager service (", svcType,
                 ") local device offline is pushed into thread pool");
     };
-    return Push(poolMutex, threadPool, kFunction, logPushed, &PLENXManager::LocalDeviceOfflineFunc,
-                this, svcType, first, second, trigger);
+    return Push(poolMutex, threadPool, kFunction, logPushed,  //
+                &PLENXManager::LocalDeviceOfflineFunc, this, svcType, first, second, trigger);
 }
 
 int PLENXManager::RemoteDeviceOffline(ServiceType svcType, const std::string& first,
@@ -126,8 +127,8 @@ int PLENXManager::RemoteDeviceOffline(ServiceType svcType, const std::string& fi
         LogInfo(kFunction, "[PLENXSDK] plenx manager service (", svcType,
                 ") remote device offline is pushed into thread pool");
     };
-    return Push(poolMutex, threadPool, kFunction, logPushed, &PLENXManager::RemoteDeviceOfflineFunc,
-                this, svcType, first, second, trigger);
+    return Push(poolMutex, threadPool, kFunction, logPushed,  //
+                &PLENXManager::RemoteDeviceOfflineFunc, this, svcType, first, second, trigger);
 }
 
 int PLENXManager::DeviceNameChanged(const std::string& name) {
