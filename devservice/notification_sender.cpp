@@ -7,6 +7,7 @@
 #include "rpc/interface/rpc_memory.h"
 #include "scenario.h"
 #include "wire/catalog.h"
+#include "wire/local_binding.h"
 #include "wire/render.h"
 
 namespace PlenxService {
@@ -15,31 +16,21 @@ namespace {
 constexpr ULONGLONG kTryForMilliseconds = 5000;
 constexpr DWORD kBetweenTries = 100;
 constexpr std::size_t kLongestQueue = 10000;
-wchar_t kProtocol[] = L"ncalrpc";
-wchar_t kEndpoint[] = L"Manager";
 
-// One call over a binding of its own: one that is kept does not survive the library's end.
 PlenxManagerReply CallManager(const Notification& notification) {
     PlenxManagerReply reply = {};
-    RPC_WSTR binding = nullptr;
-    RPC_STATUS status =
-        RpcStringBindingComposeW(nullptr, reinterpret_cast<RPC_WSTR>(kProtocol), nullptr,
-                                 reinterpret_cast<RPC_WSTR>(kEndpoint), nullptr, &binding);
-    if (status == RPC_S_OK) {
-        status = RpcBindingFromStringBindingW(binding, &plenxManagerBinding);
-        RpcStringFreeW(&binding);
-    }
-    if (status != RPC_S_OK) {
+    const PlenxWire::LocalBinding binding(L"Manager");
+    if (binding.Status() != RPC_S_OK) {
         reply.raised = 1;
-        reply.exceptionCode = static_cast<unsigned long>(status);
+        reply.exceptionCode = static_cast<unsigned long>(binding.Status());
         return reply;
     }
+    plenxManagerBinding = binding.Get();
     // a message of no bytes still needs an address
     static const unsigned char kNothing[1] = {};
     const PlenxWire::Bytes& message = notification.message;
     PlenxCallManager(notification.id, static_cast<long>(message.size()),
                      message.empty() ? kNothing : message.data(), &reply);
-    RpcBindingFree(&plenxManagerBinding);
     return reply;
 }
 

@@ -3,10 +3,6 @@
 
 #include "doctor/ping.h"
 
-#include <windows.h>
-
-#include <rpc.h>
-
 #include <chrono>
 #include <future>
 #include <memory>
@@ -15,6 +11,7 @@
 #include "rpc/interface/rpc_memory.h"
 #include "rpc/interface/service_call.h"
 #include "wire/catalog.h"
+#include "wire/local_binding.h"
 
 namespace PlenxHost {
 namespace {
@@ -24,27 +21,9 @@ using std::chrono::steady_clock;
 
 constexpr std::chrono::seconds kLongest(5);  // a Start waits as long
 
-class Binding {
-public:
-    explicit Binding(const std::string& endpoint) {
-        std::wstring text = L"ncalrpc:[" + std::wstring(endpoint.begin(), endpoint.end()) + L"]";
-        status_ = RpcBindingFromStringBindingW(reinterpret_cast<RPC_WSTR>(text.data()), &handle_);
-    }
-    ~Binding() {
-        if (handle_ != nullptr) {
-            RpcBindingFree(&handle_);
-        }
-    }
-    Binding(const Binding&) = delete;
-    Binding& operator=(const Binding&) = delete;
-
-    RPC_STATUS Status() const { return status_; }
-    RPC_BINDING_HANDLE Get() const { return handle_; }
-
-private:
-    RPC_BINDING_HANDLE handle_ = nullptr;
-    RPC_STATUS status_ = RPC_S_OK;
-};
+PlenxWire::LocalBinding BindTo(const std::string& endpoint) {
+    return PlenxWire::LocalBinding({endpoint.begin(), endpoint.end()});
+}
 
 PingAnswer Failed(unsigned long code) {
     PingAnswer answer;
@@ -53,7 +32,7 @@ PingAnswer Failed(unsigned long code) {
 }
 
 PingAnswer Call(const std::string& endpoint) {
-    const Binding binding(endpoint);
+    const PlenxWire::LocalBinding binding = BindTo(endpoint);
     if (binding.Status() != RPC_S_OK) {
         return Failed(static_cast<unsigned long>(binding.Status()));
     }
@@ -82,7 +61,7 @@ PingAnswer Call(const std::string& endpoint) {
 }  // namespace
 
 bool IsServed(const std::string& endpoint) {
-    const Binding binding(endpoint);
+    const PlenxWire::LocalBinding binding = BindTo(endpoint);
     return binding.Status() == RPC_S_OK && RpcMgmtIsServerListening(binding.Get()) == RPC_S_OK;
 }
 

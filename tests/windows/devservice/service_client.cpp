@@ -7,6 +7,7 @@
 #include "rpc/interface/service_call.h"
 #include "support/child_process.h"
 #include "wire/catalog.h"
+#include "wire/local_binding.h"
 
 namespace PlenxTest {
 
@@ -18,13 +19,12 @@ std::int32_t ServiceAnswer::Code() const {
 
 ServiceAnswer CallServiceWith(const std::wstring& endpoint, std::int32_t id,
                               const PlenxWire::Bytes& message) {
-    std::wstring text = L"ncalrpc:[" + endpoint + L"]";
-    RpcBindingFromStringBindingW(reinterpret_cast<RPC_WSTR>(text.data()), &plenxServiceBinding);
+    const PlenxWire::LocalBinding binding(endpoint);
+    plenxServiceBinding = binding.Get();
     PlenxServiceReply reply = {};
     const unsigned char nothing[1] = {};
     PlenxCallService(id, static_cast<long>(message.size()),
                      message.empty() ? nothing : message.data(), &reply);
-    RpcBindingFree(&plenxServiceBinding);
 
     ServiceAnswer answer;
     answer.exception = reply.raised ? reply.exceptionCode : 0;

@@ -10,6 +10,7 @@
 #include "rpc/interface/rpc_memory.h"
 #include "support/install_folder.h"
 #include "wire/catalog.h"
+#include "wire/local_binding.h"
 #include "wire/render.h"
 
 namespace PlenxTest {
@@ -41,15 +42,14 @@ Expected AnswerTo(const Notification& notification) {
 
 RawAnswer CallHonestly(const Notification& notification) {
     RawAnswer answer;
-    wchar_t text[] = L"ncalrpc:[Manager]";
-    answer.status =
-        RpcBindingFromStringBindingW(reinterpret_cast<RPC_WSTR>(text), &plenxManagerBinding);
+    const PlenxWire::LocalBinding binding(L"Manager");
+    answer.status = binding.Status();
     if (answer.status != RPC_S_OK) {
         return answer;
     }
     PlenxManagerReply reply{};
+    plenxManagerBinding = binding.Get();
     PlenxCallManager(notification.id, notification.statedSize, notification.message.data(), &reply);
-    RpcBindingFree(&plenxManagerBinding);
     answer.status = reply.raised != 0 ? static_cast<long>(reply.exceptionCode) : 0;
     answer.result = static_cast<std::int32_t>(reply.result);
     answer.size = static_cast<std::int32_t>(reply.size);

@@ -9,6 +9,7 @@
 
 #include "hostile/raw_routine.h"
 #include "rpc/interface/interface_identity.h"
+#include "wire/local_binding.h"
 
 namespace PlenxTest {
 namespace {
@@ -44,29 +45,6 @@ void Append(Bytes& bytes, std::uint32_t word) {
     const auto* const begin = reinterpret_cast<const std::uint8_t*>(&word);
     bytes.insert(bytes.end(), begin, begin + sizeof(word));
 }
-
-/// A binding for one call: one that is kept may be spoilt by a call that raised.
-class Binding {
-public:
-    Binding() {
-        wchar_t text[] = L"ncalrpc:[Manager]";
-        status_ = RpcBindingFromStringBindingW(reinterpret_cast<RPC_WSTR>(text), &handle_);
-    }
-    ~Binding() {
-        if (handle_ != nullptr) {
-            RpcBindingFree(&handle_);
-        }
-    }
-    Binding(const Binding&) = delete;
-    Binding& operator=(const Binding&) = delete;
-
-    RPC_STATUS Status() const { return status_; }
-    RPC_BINDING_HANDLE Get() const { return handle_; }
-
-private:
-    RPC_BINDING_HANDLE handle_ = nullptr;
-    RPC_STATUS status_ = RPC_S_OK;
-};
 
 class Cursor {
 public:
@@ -150,7 +128,7 @@ Bytes AnswerBytes(std::int32_t size, const std::optional<Bytes>& block, std::int
 
 RawAnswer CallManagerRaw(const Bytes& request) {
     RawAnswer failed;
-    const Binding binding;
+    const PlenxWire::LocalBinding binding(L"Manager");
     failed.status = binding.Status();
     if (failed.status != RPC_S_OK) {
         return failed;

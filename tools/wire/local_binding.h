@@ -1,0 +1,41 @@
+// LocalBinding: a binding of a peer to an endpoint of this PC. On Windows only.
+
+#ifndef PLENXSDK_WIRE_LOCAL_BINDING_H
+#define PLENXSDK_WIRE_LOCAL_BINDING_H
+
+#include <windows.h>
+
+#include <rpc.h>
+
+#include <string>
+
+namespace PlenxWire {
+
+/// For one call: one that is kept does not survive the other end's, and may be spoilt by a call
+/// that raised.
+class LocalBinding {
+public:
+    explicit LocalBinding(const std::wstring& endpoint) {
+        std::wstring text = L"ncalrpc:[" + endpoint + L"]";
+        status_ = RpcBindingFromStringBindingW(reinterpret_cast<RPC_WSTR>(text.data()), &handle_);
+    }
+    ~LocalBinding() {
+        if (handle_ != nullptr) {
+            RpcBindingFree(&handle_);
+        }
+    }
+    LocalBinding(const LocalBinding&) = delete;
+    LocalBinding& operator=(const LocalBinding&) = delete;
+
+    RPC_STATUS Status() const noexcept { return status_; }
+    /// Null unless Status() is RPC_S_OK.
+    RPC_BINDING_HANDLE Get() const noexcept { return handle_; }
+
+private:
+    RPC_BINDING_HANDLE handle_ = nullptr;
+    RPC_STATUS status_ = RPC_S_OK;
+};
+
+}  // namespace PlenxWire
+
+#endif  // PLENXSDK_WIRE_LOCAL_BINDING_H
