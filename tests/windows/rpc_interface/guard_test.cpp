@@ -13,7 +13,7 @@ namespace {
 
 class Guard : public testing::TestWithParam<Interface> {
 protected:
-    void SetUp() override { ASSERT_TRUE(peer_.Ready()); }
+    void SetUp() override { ASSERT_TRUE(peer_.Ready()) << "error " << peer_.StartError(); }
 
     Reply CallWith(std::function<void*()> allocate) {
         const Binding binding(Stubs::kOurs, GetParam(), peer_.Endpoint());

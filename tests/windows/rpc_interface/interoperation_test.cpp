@@ -34,7 +34,7 @@ protected:
     Interoperation() : peer_(std::get<2>(GetParam()), Served()) {}
 
     void SetUp() override {
-        ASSERT_TRUE(peer_.Ready());
+        ASSERT_TRUE(peer_.Ready()) << "error " << peer_.StartError();
         blocksBefore_ = BlocksOut();
     }
 

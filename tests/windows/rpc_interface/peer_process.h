@@ -22,6 +22,8 @@ public:
 
     /// Whether it serves.
     bool Ready() const { return ready_; }
+    /// Why it was not started; 0 when it was.
+    DWORD StartError() const { return process_.StartError(); }
     const std::wstring& Endpoint() const { return endpoint_; }
     std::optional<DWORD> WaitForExit(DWORD milliseconds);
 

@@ -13,17 +13,28 @@ std::wstring ProgramFolder() {
     return path.substr(0, path.find_last_of(L'\\'));
 }
 
+namespace {
+
+// Under Wine one new process in some thousands is gone before it has begun.
+constexpr DWORD kGoneBeforeItBegan = ERROR_INTERNAL_ERROR;
+constexpr int kMostStarts = 3;
+
+}  // namespace
+
 ChildProcess::ChildProcess(std::wstring commandLine) {
     STARTUPINFOW startup{};
     startup.cb = sizeof(startup);
     PROCESS_INFORMATION process{};
-    if (CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
-                       &startup, &process)) {
+    startError_ = kGoneBeforeItBegan;
+    for (int i = 0; i != kMostStarts && startError_ == kGoneBeforeItBegan; ++i) {
+        const BOOL isStarted = CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, FALSE,
+                                              0, nullptr, nullptr, &startup, &process);
+        startError_ = isStarted ? 0 : GetLastError();
+    }
+    if (process.hProcess != nullptr) {
         CloseHandle(process.hThread);
         process_ = process.hProcess;
         id_ = process.dwProcessId;
-    } else {
-        startError_ = GetLastError();
     }
 }
 
