@@ -38,7 +38,7 @@ ThreadPool::~ThreadPool() noexcept(false) {
             worker.detach();
         }
     }
-    state_->queue->tasks.clear();  // nobody else looks at it after the stop
+    state_->queue->tasks.clear();  // no other worker is left, and nobody appends after the stop
     if (firstFailure) {
         std::rethrow_exception(firstFailure);
     }
