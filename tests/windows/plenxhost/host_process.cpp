@@ -48,8 +48,7 @@ HostProcess::HostProcess(const std::string& arguments)
     PROCESS_INFORMATION process{};
     std::wstring command = L"\"" + ProgramFolder() + L"\\plenxhost.exe\" " +
                            std::wstring(arguments.begin(), arguments.end());
-    if (CreateProcessW(nullptr, command.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr,
-                       &startup, &process)) {
+    if (StartProcess(command, true, 0, startup, process)) {
         CloseHandle(process.hThread);
         process_ = process.hProcess;
     }

@@ -13,28 +13,32 @@ std::wstring ProgramFolder() {
     return path.substr(0, path.find_last_of(L'\\'));
 }
 
-namespace {
-
-// Under Wine one new process in some thousands is gone before it has begun.
-constexpr DWORD kGoneBeforeItBegan = ERROR_INTERNAL_ERROR;
-constexpr int kMostStarts = 3;
-
-}  // namespace
+// Under Wine one new process in some thousands is gone before it has begun, with this error.
+bool StartProcess(std::wstring& commandLine, bool inheritsHandles, DWORD flags,
+                  STARTUPINFOW& startup, PROCESS_INFORMATION& process) {
+    constexpr int kMostStarts = 3;
+    for (int i = 0; i != kMostStarts; ++i) {
+        if (CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, inheritsHandles, flags,
+                           nullptr, nullptr, &startup, &process)) {
+            return true;
+        }
+        if (GetLastError() != ERROR_INTERNAL_ERROR) {
+            break;
+        }
+    }
+    return false;
+}
 
 ChildProcess::ChildProcess(std::wstring commandLine) {
     STARTUPINFOW startup{};
     startup.cb = sizeof(startup);
     PROCESS_INFORMATION process{};
-    startError_ = kGoneBeforeItBegan;
-    for (int i = 0; i != kMostStarts && startError_ == kGoneBeforeItBegan; ++i) {
-        const BOOL isStarted = CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, FALSE,
-                                              0, nullptr, nullptr, &startup, &process);
-        startError_ = isStarted ? 0 : GetLastError();
-    }
-    if (process.hProcess != nullptr) {
+    if (StartProcess(commandLine, false, 0, startup, process)) {
         CloseHandle(process.hThread);
         process_ = process.hProcess;
         id_ = process.dwProcessId;
+    } else {
+        startError_ = GetLastError();
     }
 }
 

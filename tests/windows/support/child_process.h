@@ -15,6 +15,11 @@ namespace PlenxTest {
 std::wstring ProgramPath();
 std::wstring ProgramFolder();
 
+/// CreateProcessW, again when Wine has lost the new process before it began.
+/// @return false when there is none; GetLastError() tells why.
+bool StartProcess(std::wstring& commandLine, bool inheritsHandles, DWORD flags,
+                  STARTUPINFOW& startup, PROCESS_INFORMATION& process);
+
 class ChildProcess {
 public:
     /// commandLine: the program's path first, quoted where needed.

@@ -25,8 +25,7 @@ PROCESS_INFORMATION Sleeper() {
     STARTUPINFOW startup{};
     startup.cb = sizeof(startup);
     PROCESS_INFORMATION process{};
-    CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, FALSE, CREATE_SUSPENDED, nullptr,
-                   nullptr, &startup, &process);
+    StartProcess(commandLine, false, CREATE_SUSPENDED, startup, process);
     CloseHandle(process.hThread);
     return process;
 }
