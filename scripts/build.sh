@@ -1,5 +1,11 @@
 # Building both worlds.
 
+# A source that was compiled before, in whatever folder, is not compiled again.
+export CMAKE_C_COMPILER_LAUNCHER=ccache CMAKE_CXX_COMPILER_LAUNCHER=ccache
+export CCACHE_BASEDIR=$root CCACHE_NOHASHDIR=1 CCACHE_MAXSIZE=10G
+# Without these two, ccache refuses what is compiled with a precompiled header.
+export CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime
+
 windows_build=$build_dir/windows
 windows_options=()
 # Lines are all that a call stack needs; more makes the compiler slower by a fifth.

@@ -1,6 +1,6 @@
 # Debian packages: installed when they are missing.
 
-base_packages=(cmake ninja-build)
+base_packages=(cmake ninja-build ccache)
 windows_packages=("${base_packages[@]}"
     g++-mingw-w64-x86-64-posix mingw-w64-tools clang
     wine wine64
