@@ -52,8 +52,7 @@ void RunDialogue(const Surroundings& at, Session& session) {
     const auto read = [&](std::string& line) {
         return console.ReadLine(line, [&] { return session.HasEnded(); });
     };
-    RunLines(
-        read, [&](const std::string& text) { Complain(text, at); }, session);
+    RunLines(read, [&](const std::string& text) { Complain(text, at); }, session);
 }
 
 void RunInput(const Surroundings& at, Session& session) {

@@ -1,6 +1,6 @@
 # The sources' format, and what clang-tidy finds.
 
-lint_packages=(clang-format clang-tidy)
+lint_packages=(clang-format-19 clang-tidy-19)
 
 # The fake Windows headers keep the layout of the real ones.
 our_sources() {
@@ -8,13 +8,13 @@ our_sources() {
 }
 
 check_format() {
-    our_sources | xargs clang-format --dry-run -Werror
+    our_sources | xargs clang-format-19 --dry-run -Werror
 }
 
 # The library's own sources, as the native build sees them.
 check_tidy() {
     our_sources src | grep '\.cpp$' | grep -v 'src/common/process_life.cpp\|src/rpc/interface/' |
-        xargs -n 1 -P "$(nproc)" clang-tidy --quiet -p "$build_dir/native-plain"
+        xargs -n 1 -P "$(nproc)" clang-tidy-19 --quiet -p "$build_dir/native-plain"
 }
 
 msvc_options=(--target=x86_64-w64-mingw32 -fsyntax-only -fms-extensions

@@ -148,7 +148,7 @@ command_test() {
     all)
         need_packages "${native_packages[@]}" "${windows_packages[@]}" "${demo_packages[@]}" \
             "${coverage_packages[@]}" "${mutate_packages[@]}" "${docs_packages[@]}" \
-            "${browser_packages[@]}" "${package_packages[@]}" clang-format
+            "${browser_packages[@]}" "${package_packages[@]}" "${lint_packages[@]}"
         step "check the format of the sources" check_format
         step "compile the public header alone" check_public_header
         step "hold the table of tests against the tests" python3 docs/check_conformance.py

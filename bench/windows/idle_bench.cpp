@@ -91,7 +91,7 @@ int Run(const Options& options) {
     Sleep(options.quick ? kQuickIdleMilliseconds : kIdleMilliseconds);
     const Cost after = CostOf(process, host.Id());
 
-    const auto more = [&](std::int64_t Cost::*which) {
+    const auto more = [&](std::int64_t Cost::* which) {
         return std::vector<double>{static_cast<double>(after.*which - before.*which)};
     };
     return Finish(options, {{"14 CPU", "ours", "ns", more(&Cost::nanoseconds)},

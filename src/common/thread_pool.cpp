@@ -48,7 +48,9 @@ void ThreadPool::WakeAllToStop() {
     state_->stop = true;
     // A worker that has tested the condition but is not asleep yet still holds the mutex;
     // passing through it once makes sure that no worker misses the wake-up.
-    { const std::lock_guard<SlimMutex> lock(state_->queueMutex); }
+    {
+        const std::lock_guard<SlimMutex> lock(state_->queueMutex);
+    }
     state_->condition.notify_all();
 }
 

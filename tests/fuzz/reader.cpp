@@ -72,8 +72,8 @@ void RequireOutcome(std::int32_t code, bool expected) {
 void ReadInt32(DistributedFs::RpcMessageReader& reader, Model& model, std::uint32_t index) {
     std::int32_t value = 0x5a5a5a5a;
     Bytes bytes;
-    const bool expected = model.Read(
-        index, kInt32, [](std::int64_t size) { return size == 4; }, bytes);
+    const bool expected =
+        model.Read(index, kInt32, [](std::int64_t size) { return size == 4; }, bytes);
     RequireOutcome(reader.ReadInt32(index, &value), expected);
     const std::int32_t untouched = 0x5a5a5a5a;
     REQUIRE(std::memcmp(&value, expected ? static_cast<const void*>(bytes.data()) : &untouched,
@@ -83,8 +83,8 @@ void ReadInt32(DistributedFs::RpcMessageReader& reader, Model& model, std::uint3
 void ReadString(DistributedFs::RpcMessageReader& reader, Model& model, std::uint32_t index) {
     std::string text = "untouched";
     Bytes bytes;
-    const bool expected = model.Read(
-        index, kString, [](std::int64_t size) { return size > 0; }, bytes);
+    const bool expected =
+        model.Read(index, kString, [](std::int64_t size) { return size > 0; }, bytes);
     RequireOutcome(reader.ReadString(index, &text), expected);
     REQUIRE(text == (expected ? std::string(bytes.begin(), bytes.end() - 1) : "untouched"));
 }
@@ -96,8 +96,8 @@ void ReadArray(DistributedFs::RpcMessageReader& reader, Model& model, std::uint3
     std::uint8_t stale = 0;
     std::uint8_t* block = &stale;
     Bytes bytes;
-    const bool expected = model.Read(
-        index, kInt8Array, [](std::int64_t size) { return size == wanted; }, bytes);
+    const bool expected =
+        model.Read(index, kInt8Array, [](std::int64_t size) { return size == wanted; }, bytes);
     RequireOutcome(reader.ReadInt8Array(index, &block, length), expected);
     const std::unique_ptr<std::uint8_t[]> owner(block);
     REQUIRE((block != nullptr) == expected);

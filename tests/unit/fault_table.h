@@ -211,7 +211,9 @@ void CheckFaults(const FaultTable& table, Prepare prepare, Operate operate, Obse
                          << (fault.forEver ? ", and later fail with " : ": ") << fault.error);
             const Outcome expected = rows[n - 1].outcome(fault);
             const std::int64_t before = LiveAllocations();
-            { EXPECT_EQ(run(n, &fault), expected); }
+            {
+                EXPECT_EQ(run(n, &fault), expected);
+            }
             EXPECT_GE(hits, 1U);
             if (LiveAllocations() != before) {
                 // Things that are made once for a process are no leak; a leak comes again.

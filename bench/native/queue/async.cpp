@@ -20,8 +20,9 @@ void ThroughAsync(benchmark::State& state) {
 }
 
 [[maybe_unused]] const auto* const registered =
-    benchmark::RegisterBenchmark("7 a million jobs/(std::async)", ThroughAsync) -> Iterations(kJobs)
-        -> MeasureProcessCPUTime();
+    benchmark::RegisterBenchmark("7 a million jobs/(std::async)", ThroughAsync)
+        ->Iterations(kJobs)
+        ->MeasureProcessCPUTime();
 
 }  // namespace
 }  // namespace bench

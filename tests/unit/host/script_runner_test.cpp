@@ -190,8 +190,7 @@ TEST_F(ScriptTest, LinesRunAsTheyComeAndEndAtTheFirstThatIsWrong) {
     EXPECT_THAT(RecordedManager::Calls(), ElementsAre(R"(Stop(1,"a"))"));
     std::string complaint;
     next = 1;
-    RunLines(
-        read, [&](const std::string& text) { complaint = text; }, session_);
+    RunLines(read, [&](const std::string& text) { complaint = text; }, session_);
     EXPECT_THAT(complaint, HasSubstr("input:1: unknown command \"nonsense\""));
     EXPECT_THAT(RecordedManager::Calls(), ElementsAre(R"(Stop(1,"a"))", R"(Stop(1,"b"))"));
 }

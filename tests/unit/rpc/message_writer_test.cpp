@@ -72,7 +72,9 @@ TEST(RpcMessageWriter, FreshMessageHoldsSizeAndCountAndZeros) {
 TEST(RpcMessageWriter, WhatIsNotWrittenIsZeroInMessagesOfAnySize) {
     for (const std::int32_t size : {40, 300, 8192, 8193, 20000}) {
         // The message is built where another one has left its bytes.
-        { RpcMessageWriter(size, 1).WriteString(0, std::string(size - 21, 'x')); }
+        {
+            RpcMessageWriter(size, 1).WriteString(0, std::string(size - 21, 'x'));
+        }
         RpcMessageWriter writer(size, 2);
         EXPECT_EQ(writer.WriteInt32(0, 0x01020304), 0);
         Bytes expected = FromHex("00000000 02000000 02000000 20000000 04000000");
@@ -98,7 +100,9 @@ TEST(RpcMessageWriter, DescriptorBehindTheTableLeavesTheRestZero) {
 }
 
 TEST(RpcMessageWriter, DataOverlaysADescriptorBehindTheTable) {
-    { RpcMessageWriter(60, 1).WriteString(0, std::string(39, 'x')); }
+    {
+        RpcMessageWriter(60, 1).WriteString(0, std::string(39, 'x'));
+    }
     RpcMessageWriter writer(60, 1);
     EXPECT_EQ(writer.WriteInt32(0, 0x11111111), 0);
     EXPECT_EQ(writer.WriteInt32(1, 0x22222222), 0);

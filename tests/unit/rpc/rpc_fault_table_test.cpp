@@ -128,10 +128,7 @@ TEST(RpcFaultTable, EveryNotificationOfAService) {
         lines = LinesAndHeld();
         CheckFaults(
             {{0, lines},
-             {{"MIDL_user_allocate",
-               [=](const Fault&) {
-                   return Outcome{22, lines};
-               }}}},
+             {{"MIDL_user_allocate", [=](const Fault&) { return Outcome{22, lines}; }}}},
             [] { return std::make_unique<FreshRuntime>(); },
             [&](const auto&) {
                 const ManagerReply reply = CallManager(each.id, each.message);

@@ -30,11 +30,7 @@ protected:
 
 TEST_F(FileFaultTable, MakeDirectory) {
     Check(
-        {{0, {}},
-         {Row{"_wmkdir",
-              [](const Fault& fault) {
-                  return Outcome{27, Mkdir(fault)};
-              }}}},
+        {{0, {}}, {Row{"_wmkdir", [](const Fault& fault) { return Outcome{27, Mkdir(fault)}; }}}},
         [=] { files.AddFolder(kData); }, [] { return FileUtils::MakeDirectory(L"C:\\Data\\x"); });
 }
 
@@ -46,17 +42,12 @@ TEST_F(FileFaultTable, RemoveDirectory) {
 
 TEST_F(FileFaultTable, FileExists) {
     Check(
-        {{0, {}},
-         {Row{"_waccess",
-              [](const Fault& fault) {
-                  return Outcome{30, Access(fault)};
-              }}}},
+        {{0, {}}, {Row{"_waccess", [](const Fault& fault) { return Outcome{30, Access(fault)}; }}}},
         [=] { files.AddFolder(kData); }, [] { return FileUtils::FileExists(L"C:\\Data"); });
 }
 
 TEST_F(FileFaultTable, ForceRemoveOfAnEmptyFolder) {
-    Check(
-        RemoveEmpty(), [=] { files.AddFolder(kData); }, ForceRemoveData);
+    Check(RemoveEmpty(), [=] { files.AddFolder(kData); }, ForceRemoveData);
 }
 
 TEST_F(FileFaultTable, ForceRemoveOfATree) {
@@ -121,10 +112,8 @@ TEST_F(FileFaultTable, MakeSourcePath) {
         std::wstring out;
         return ServiceManager::MakeSourcePath(kData, out);
     };
-    Check(
-        MakeSourcePathAfresh(), [=] { files.AddFolder(kData); }, make);
-    Check(
-        MakeSourcePathOverOld(), [=] { files.AddFolder(L"C:\\Data\\plenx"); }, make);
+    Check(MakeSourcePathAfresh(), [=] { files.AddFolder(kData); }, make);
+    Check(MakeSourcePathOverOld(), [=] { files.AddFolder(L"C:\\Data\\plenx"); }, make);
 }
 
 }  // namespace

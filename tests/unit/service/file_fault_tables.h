@@ -66,13 +66,11 @@ inline Outcome AllSeen(const Fault& fault) {
 
 /// ForceRemoveDirectory of an empty folder.
 inline FaultTable RemoveEmpty() {
-    return {{0, {}},
-            {Row{"_waccess", Missing}, Row{"GetFileAttributesW", AllSeen},
-             Row{"_wfindfirst64i32",
-                 [](const Fault& fault) {
-                     return Outcome{28, FindFirst(fault)};
-                 }},
-             Row{"_wfindnext64i32", AllSeen, 2}, Row{"_wrmdir", NotRemoved}}};
+    return {
+        {0, {}},
+        {Row{"_waccess", Missing}, Row{"GetFileAttributesW", AllSeen},
+         Row{"_wfindfirst64i32", [](const Fault& fault) { return Outcome{28, FindFirst(fault)}; }},
+         Row{"_wfindnext64i32", AllSeen, 2}, Row{"_wrmdir", NotRemoved}}};
 }
 
 /// The same of a folder that is an entry of the one to be removed. A failure of its own ends it
@@ -113,12 +111,10 @@ inline Rows RemoveEntryFolder(const Rows& own, bool hasContent = false) {
 
 /// ForceRemoveDirectory of a folder with two entries.
 inline FaultTable RemoveFolderOf(const Rows& first, const Rows& second) {
-    const Rows begin = {Row{"_waccess", Missing}, Row{"GetFileAttributesW", Unseen},
-                        Row{"_wfindfirst64i32",
-                            [](const Fault& fault) {
-                                return Outcome{28, FindFirst(fault)};
-                            }},
-                        Row{"_wfindnext64i32", Unseen, 2}};
+    const Rows begin = {
+        Row{"_waccess", Missing}, Row{"GetFileAttributesW", Unseen},
+        Row{"_wfindfirst64i32", [](const Fault& fault) { return Outcome{28, FindFirst(fault)}; }},
+        Row{"_wfindnext64i32", Unseen, 2}};
     return {{0, {}},
             begin + first + Rows{Row{"_wfindnext64i32", Unseen}} + second +
                 Rows{Row{"_wfindnext64i32", AllSeen}, Row{"_wrmdir", NotRemoved}}};
@@ -130,9 +126,8 @@ inline Rows UnlinkEntry() {
 
 // A link is removed as such; that it is gone already is no excuse.
 inline Rows RemoveLinkEntry() {
-    return {Row{"_wrmdir", [](const Fault& fault) {
-                    return Outcome{28, RmdirOfEntry(fault.Errno())};
-                }}};
+    return {Row{"_wrmdir",
+                [](const Fault& fault) { return Outcome{28, RmdirOfEntry(fault.Errno())}; }}};
 }
 
 /// ForceRemoveDirectory of a\deep and b.

@@ -5,10 +5,8 @@
 namespace PlenxTest {
 namespace {
 
-#define VALUE(type, member) \
-    { #member, offsetof(type, member), sizeof(type::member), kValue }
-#define POINTER(type, member, kind) \
-    { #member, offsetof(type, member), sizeof(void*), kind }
+#define VALUE(type, member) {#member, offsetof(type, member), sizeof(type::member), kValue}
+#define POINTER(type, member, kind) {#member, offsetof(type, member), sizeof(void*), kind}
 
 TableLayout ClientInterface() {
     using T = RPC_CLIENT_INTERFACE;

@@ -13,13 +13,13 @@ struct Figures {
     const Sample last;
 };
 
-void PrintFigure(const char* name, std::uint64_t Sample::*figure, const Figures& figures) {
+void PrintFigure(const char* name, std::uint64_t Sample::* figure, const Figures& figures) {
     std::printf("\n%-30s %14llu %14llu %14llu", name, static_cast<Count>(figures.start.*figure),
                 static_cast<Count>(figures.middle.*figure),
                 static_cast<Count>(figures.last.*figure));
 }
 
-void PrintFigure(const char* name, std::uint64_t Sample::*figure, const Figures& figures,
+void PrintFigure(const char* name, std::uint64_t Sample::* figure, const Figures& figures,
                  std::uint64_t tolerance) {
     PrintFigure(name, figure, figures);
     std::printf("   +%llu", static_cast<Count>(tolerance));
