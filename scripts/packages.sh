@@ -4,10 +4,12 @@ base_packages=(cmake ninja-build ccache)
 windows_packages=("${base_packages[@]}"
     g++-mingw-w64-x86-64-posix mingw-w64-tools clang
     wine wine64
-    googletest libspdlog-dev libfmt-dev libcli11-dev libtomlplusplus-dev nlohmann-json3-dev)
+    googletest libspdlog-dev libfmt-dev libcli11-dev libtomlplusplus-dev nlohmann-json3-dev
+    libutfcpp-dev)
 schema_packages=(python3 python3-jsonschema)
 native_packages=("${base_packages[@]}" "${schema_packages[@]}" g++ clang libclang-rt-14-dev lld
-    googletest libspdlog-dev libfmt-dev libcli11-dev libtomlplusplus-dev nlohmann-json3-dev)
+    googletest libspdlog-dev libfmt-dev libcli11-dev libtomlplusplus-dev nlohmann-json3-dev
+    libutfcpp-dev)
 demo_packages=(python3)
 browser_packages=(chromium chromium-driver python3-selenium)
 package_packages=(zip unzip osslsigncode openssl pkg-config python3-pytest g++)

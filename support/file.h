@@ -1,0 +1,17 @@
+// Whole files.
+
+#ifndef PLENXSUPPORT_FILE_H
+#define PLENXSUPPORT_FILE_H
+
+#include <filesystem>
+#include <optional>
+#include <string>
+
+namespace PlenxSupport {
+
+/// The file's bytes; nothing when it cannot be read.
+std::optional<std::string> ReadWholeFile(const std::filesystem::path& file);
+
+}  // namespace PlenxSupport
+
+#endif  // PLENXSUPPORT_FILE_H

@@ -1,0 +1,63 @@
+#include "support/handle.h"
+
+#include <gtest/gtest.h>
+
+namespace PlenxSupport {
+namespace {
+
+bool IsOpen(HANDLE handle) {
+    DWORD flags = 0;
+    return GetHandleInformation(handle, &flags);
+}
+
+TEST(Handle, IsClosedWithItsOwner) {
+    HANDLE raw = nullptr;
+    {
+        const Handle owner = MakeEvent();
+        raw = owner.Get();
+        ASSERT_TRUE(owner);
+        ASSERT_TRUE(IsOpen(raw));
+    }
+    EXPECT_FALSE(IsOpen(raw));
+}
+
+TEST(Handle, MovesToANewOwner) {
+    Handle first = MakeEvent();
+    const HANDLE raw = first.Get();
+    Handle second(std::move(first));
+    EXPECT_FALSE(first);
+    EXPECT_EQ(second.Get(), raw);
+    Handle third;
+    third = std::move(second);
+    EXPECT_EQ(third.Get(), raw);
+    EXPECT_TRUE(IsOpen(raw));
+    third.Reset();
+    EXPECT_FALSE(third);
+    EXPECT_FALSE(IsOpen(raw));
+}
+
+TEST(Handle, TakesBothFormsOfNoHandleForNone) {
+    EXPECT_FALSE(Handle());
+    EXPECT_FALSE(Handle(nullptr));
+    EXPECT_FALSE(Handle(INVALID_HANDLE_VALUE));
+}
+
+TEST(Handle, OfAnEventTellsWhetherItIsSet) {
+    const Handle event = MakeEvent();
+    EXPECT_FALSE(IsSet(event));
+    SetEvent(event.Get());
+    EXPECT_TRUE(IsSet(event));
+    EXPECT_TRUE(IsSet(event));
+}
+
+TEST(ServiceHandle, IsClosedWithItsOwner) {
+    ServiceHandle owner(OpenSCManagerW(nullptr, nullptr, SC_MANAGER_CONNECT));
+    const SC_HANDLE raw = owner.Get();
+    ASSERT_TRUE(owner);
+    owner.Reset();
+    EXPECT_FALSE(CloseServiceHandle(raw));
+    EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_INVALID_HANDLE));
+}
+
+}  // namespace
+}  // namespace PlenxSupport
