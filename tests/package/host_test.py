@@ -117,6 +117,17 @@ def test_a_run_time_of_its_own_is_refused(package, tmp_path, where, flag):
     assert "-static gives the host a C++ run time of its own" in told(result)
 
 
+@pytest.mark.parametrize("command", ["target_link_libraries(host PRIVATE -static)",
+                                     "target_link_options(host PRIVATE -static-libstdc++)"])
+def test_a_run_time_of_its_own_for_a_deployed_target_is_refused(package, tmp_path, command):
+    configure(package, tmp_path)
+    project = tmp_path / "CMakeLists.txt"
+    project.write_text(project.read_text() + command + "\n")
+    result = run("cmake", tmp_path / "build")
+    assert result.returncode != 0
+    assert "-static gives the host a C++ run time of its own" in told(result)
+
+
 def test_a_host_in_c_and_cpp_is_built_with_the_packages_tool_chain(package, tmp_path):
     configure(package, tmp_path)
     shutil.rmtree(tmp_path / "build")
