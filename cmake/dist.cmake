@@ -45,7 +45,7 @@ install(FILES ${package}/README.md ${package}/SHIP.md ${PROJECT_SOURCE_DIR}/CHAN
   DESTINATION .)
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/devservice/scenarios DESTINATION share/plenxsdk)
 install(FILES ${PROJECT_SOURCE_DIR}/docs/plenxhost.schema.json
-  ${PROJECT_SOURCE_DIR}/tools/plenxmsg/plenxmsg.bash DESTINATION share/plenxsdk)
+  ${PROJECT_SOURCE_DIR}/kit/message/plenxmsg.bash DESTINATION share/plenxsdk)
 install(FILES ${PROJECT_SOURCE_DIR}/src/rpc/interface/service.idl
   ${PROJECT_SOURCE_DIR}/src/rpc/interface/manager.idl DESTINATION idl)
 install(FILES ${PROJECT_SOURCE_DIR}/cmake/mingw-w64-host.cmake

@@ -35,7 +35,7 @@ NAVIGATION = {
               "docs/plenxtrace.md"],
     LAST_GROUP: ["README.md", "CHANGELOG.md", "CONTRIBUTING.md", "docs/building-on-windows.md",
                  "docs/performance.md", "docs/reliability.md", "docs/conformance.md",
-                 "host/README.md", "companion/README.md", "tests/both_worlds/README.md"],
+                 "kit/host/README.md", "companion/README.md", "tests/both_worlds/README.md"],
 }
 REFERENCE = {
     "PLENXManager": "classDistributedFs_1_1PLENXManager.html",
@@ -50,7 +50,7 @@ SHORT_TITLES = {
     "package/SHIP.md": "What to ship",
     "devservice/README.md": "The development service",
     "docs/plenxhost-json.md": "plenxhost --json",
-    "host/README.md": "plenxhost, its sources",
+    "kit/host/README.md": "plenxhost, its sources",
     "companion/README.md": "Companion stand-ins",
     "tests/both_worlds/README.md": "One source, two worlds",
 }
@@ -70,7 +70,7 @@ def all_pages():
 
 
 def html_name(page):
-    """docs/security.md becomes security.html, host/README.md becomes host-readme.html."""
+    """docs/security.md becomes security.html, kit/host/README.md becomes kit-host-readme.html."""
     return re.sub(r"[^a-z0-9]+", "-", page.lower().removeprefix("docs/")[:-3]) + ".html"
 
 

@@ -6,7 +6,7 @@ test_browser() {
     local log=$log_dir/browser-tests.txt status=0
     # Debian's Python: it has the packages that were installed.
     PYTHONDONTWRITEBYTECODE=1 timeout -k 10 900 /usr/bin/python3 tests/browser/plenxtrace_test.py \
-        --program "$build_dir/native-plain/tools/plenxtrace/plenxtrace" \
+        --program "$build_dir/native-plain/kit/trace/plenxtrace" \
         --xml "$results_dir/browser.xml" >"$log" 2>&1 </dev/null || status=$?
     report browser "pages in Chromium" $status "$log"
 }

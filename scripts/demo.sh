@@ -54,12 +54,12 @@ lay_out_install_folder() {
 }
 
 run_demo_host() {
-    echo "Running the host's script, host/demo/demo.plenx, under Wine:"
+    echo "Running the host's script, kit/host/demo/demo.plenx, under Wine:"
     echo
     (cd "$dist_dir/bin" && WINEPREFIX=$1 \
         PLENX_LOG_FILE="$(windows_path "$2/library.log")" \
         timeout -k 10 120 wine plenxhost.exe --install 'C:\Plenx\App' --data 'C:\Plenx\Data' \
-        --third demo --flag --json --timeout 60 --script "$(windows_path "$root/host/demo/demo.plenx")" \
+        --third demo --flag --json --timeout 60 --script "$(windows_path "$root/kit/host/demo/demo.plenx")" \
         >"$2/host.jsonl" 2>"$2/host-errors.txt" </dev/null)
 }
 
@@ -68,7 +68,7 @@ windows_path() {
 }
 
 show_timeline() {
-    python3 "$root/host/demo/timeline.py" --host "$1/host.jsonl" --library "$1/library.log" \
+    python3 "$root/kit/host/demo/timeline.py" --host "$1/host.jsonl" --library "$1/library.log" \
         --service "$1/service.log"
 }
 

@@ -110,7 +110,7 @@ run_windows_test() {
 test_dialogue() {
     local prefix status=0
     prefix=$(new_prefix dialogue)
-    timeout -k 10 $windows_test_seconds python3 tests/windows/plenxhost/dialogue.py \
+    timeout -k 10 $windows_test_seconds python3 tests/windows/kit/host/dialogue.py \
         "$windows_build/bin" "$prefix" || status=$?
     drop_prefix "$prefix"
     return $status

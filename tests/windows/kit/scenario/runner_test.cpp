@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
-#include "scenarios/tool.h"
+#include "kit/scenario/tool.h"
 #include "support/child_process.h"
 #include "support/service_state.h"
 

@@ -1,4 +1,4 @@
-#include "plenxhost/host_process.h"
+#include "kit/host/host_process.h"
 
 #include "support/child_process.h"
 #include "support/install_folder.h"

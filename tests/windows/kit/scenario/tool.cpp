@@ -1,4 +1,4 @@
-#include "scenarios/tool.h"
+#include "kit/scenario/tool.h"
 
 #include <algorithm>
 

@@ -7,7 +7,7 @@
 
 #include <aclapi.h>
 
-#include "plenxhost/host_process.h"
+#include "kit/host/host_process.h"
 #include "support/child_process.h"
 #include "support/install_folder.h"
 #include "support/service_state.h"

@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "scenarios/tool.h"
+#include "kit/scenario/tool.h"
 
 namespace PlenxTest {
 namespace {

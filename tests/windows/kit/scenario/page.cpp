@@ -1,4 +1,4 @@
-#include "scenarios/page.h"
+#include "kit/scenario/page.h"
 
 #include <algorithm>
 #include <sstream>

@@ -8,8 +8,8 @@
 
 #include <algorithm>
 
-#include "scenarios/page.h"
-#include "scenarios/tool.h"
+#include "kit/scenario/page.h"
+#include "kit/scenario/tool.h"
 #include "support/child_process.h"
 
 namespace PlenxTest {

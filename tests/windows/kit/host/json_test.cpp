@@ -6,7 +6,7 @@
 
 #include <windows.h>
 
-#include "plenxhost/host_process.h"
+#include "kit/host/host_process.h"
 #include "support/install_folder.h"
 
 namespace PlenxTest {
