@@ -19,6 +19,14 @@ bench_packages=("${native_packages[@]}" "${windows_packages[@]}" python3 pkg-con
     libboost-log-dev liblog4cplus-dev libgoogle-glog-dev
     'libsigc++-2.0-dev' libboost-dev libpoco-dev libconcurrentqueue-dev)
 
+# become_root WHY: fills as_root with what goes in front of a command that only root may run.
+become_root() {
+    if [ "$(id -u)" -ne 0 ]; then
+        command -v sudo >/dev/null || fail "root is needed $1"
+        as_root=(sudo)
+    fi
+}
+
 need_packages() {
     local package missing=()
     for package in "$@"; do
@@ -31,10 +39,7 @@ need_packages() {
     fi
     command -v apt-get >/dev/null || fail "these packages are needed: ${missing[*]}"
     local -a as_root=()
-    if [ "$(id -u)" -ne 0 ]; then
-        command -v sudo >/dev/null || fail "root is needed to install: ${missing[*]}"
-        as_root=(sudo)
-    fi
+    become_root "to install ${missing[*]}"
     local -a apt=("${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get)
     step "read the package lists" "${apt[@]}" update
     # By their number: the names of many are too long for the name of a log.
