@@ -9,7 +9,7 @@ if(MSVC)  # its stack guard and the linker's options are on by default
 endif()
 
 add_library(plenx_stack_guard STATIC ${PROJECT_SOURCE_DIR}/cmake/stack_guard.c)
-target_compile_options(plenx_stack_guard PRIVATE -Wall -Wextra -Werror -fno-stack-protector)
+target_compile_options(plenx_stack_guard PRIVATE -Wall -Wextra ${plenx_werror} -fno-stack-protector)
 
 # The compiler's checked copies; what they call on failure is plenx_stack_guard's.
 execute_process(

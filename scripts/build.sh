@@ -13,13 +13,21 @@ windows_flags="-O2 -g1 -DNDEBUG"
 dist_dir=$build_dir/dist
 run_time_dlls=(libstdc++-6.dll libgcc_s_seh-1.dll libwinpthread-1.dll)
 
+# Continuous integration and 'lint' take warnings for errors; a stranger's compiler may warn as it
+# likes. A folder that was configured this way stays so.
+warnings_are_errors=${CI:-false}
+
 # configure FOLDER CMAKE-ARGUMENT...: once; ninja sees to it afterwards.
 configure() {
     local folder=$1
     shift
-    if [ ! -e "$folder/build.ninja" ]; then
-        step "configure $(basename "$folder")" cmake -G Ninja -S "$root" -B "$folder" "$@"
+    if [ "$warnings_are_errors" = true ] &&
+        ! grep -qs '^PLENX_WERROR:BOOL=ON' "$folder/CMakeCache.txt"; then
+        set -- "$@" -DPLENX_WERROR=ON
+    elif [ -e "$folder/build.ninja" ]; then
+        return
     fi
+    step "configure $(basename "$folder")" cmake -G Ninja -S "$root" -B "$folder" "$@"
 }
 
 # compile_windows NINJA-TARGET

@@ -1,6 +1,6 @@
 # libFuzzer over everything that takes bytes from a peer.
 
-fuzz_packages=("${base_packages[@]}" clang libclang-rt-14-dev googletest)
+fuzz_packages=("${base_packages[@]}" clang libclang-rt-dev googletest)
 fuzz_build=$build_dir/fuzz
 fuzz_targets=(reader writer server group_name decoder)
 fuzz_found=$fuzz_build/found     # inputs that reach something new

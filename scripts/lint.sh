@@ -36,6 +36,7 @@ check_for_msvc() {
 
 command_lint() {
     need_packages "${native_packages[@]}" "${windows_packages[@]}" "${lint_packages[@]}"
+    warnings_are_errors=true
     configure_native plain
     step "check the format" check_format
     step "compile as near to MSVC as can be" check_for_msvc

@@ -7,7 +7,7 @@ windows_packages=("${base_packages[@]}"
     googletest libspdlog-dev libfmt-dev libcli11-dev libtomlplusplus-dev nlohmann-json3-dev
     libutfcpp-dev)
 schema_packages=(python3 python3-jsonschema)
-native_packages=("${base_packages[@]}" "${schema_packages[@]}" g++ clang libclang-rt-14-dev lld
+native_packages=("${base_packages[@]}" "${schema_packages[@]}" g++ clang libclang-rt-dev lld
     googletest libspdlog-dev libfmt-dev libcli11-dev libtomlplusplus-dev nlohmann-json3-dev
     libutfcpp-dev)
 demo_packages=(python3)
