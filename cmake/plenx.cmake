@@ -6,8 +6,9 @@ find_package(Threads REQUIRED)
 option(PLENX_WERROR "Warnings about our own sources are errors; not with MSVC" OFF)
 set(plenx_werror $<$<BOOL:${PLENX_WERROR}>:-Werror>)
 
-# The warnings for our own sources. Nobody has held them to MSVC's yet. It would complain of parameters named as members (4458), of imported functions in tables (4232) and of the
-# converter of texts, whose behaviour is relied on.
+# The warnings for our own sources. Nobody has held them to MSVC's yet: it would complain of
+# parameters named as members (4458), of imported functions in tables (4232) and of the converter
+# of texts, whose behaviour is relied on.
 add_library(plenx_warnings INTERFACE)
 if(MSVC)
   target_compile_options(plenx_warnings INTERFACE /W4 /wd4458 /wd4232 /utf-8 /permissive-)
@@ -85,7 +86,9 @@ endfunction()
 # plenx_counted(<target>): the target's lines and branches are counted if PLENX_COVERAGE is on.
 function(plenx_counted target)
   if(PLENX_COVERAGE)
-    target_compile_options(${target} PRIVATE --coverage -fprofile-update=atomic)
+    # The counts are atomic. On Linux -pthread says so too, and ccache knows only that.
+    target_compile_options(${target} PRIVATE
+      --coverage $<IF:$<BOOL:${WIN32}>,-fprofile-update=atomic,-pthread>)
     target_link_options(${target} PUBLIC --coverage)
   endif()
 endfunction()
