@@ -1,6 +1,9 @@
 // How the module ends. When a Windows process exits, the system ends every other thread
 // at whatever it was doing and then runs the destructors of the DLLs' statics: locks may
 // belong to threads that are gone, and waiting for anybody waits for ever.
+//
+// A DLL of the host may be detached before this one or after it, and its statics may still call
+// the library. So each public operation asks ProcessIsEnding before it takes a lock.
 
 #ifndef PLENXSDK_COMMON_PROCESS_LIFE_H
 #define PLENXSDK_COMMON_PROCESS_LIFE_H
@@ -9,7 +12,7 @@
 
 namespace DistributedFs {
 
-/// True once the process is ending and only the calling thread is left.
+/// True once the system has ended all threads but the calling one and detaches the DLLs.
 bool ProcessIsEnding() noexcept;
 
 /// Keeps this module loaded until the process ends. To be called before the first thread

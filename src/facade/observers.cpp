@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "common/log.h"
+#include "common/process_life.h"
 #include "plenxsdk/plenx_manager.h"
 
 namespace DistributedFs {
@@ -91,6 +92,9 @@ void FanOut(std::mutex& observerMutex, const std::vector<PLENXServiceObserver*>&
 void PLENXManager::RegisterPLENXServiceObserver(PLENXServiceObserver* observer) {
     constexpr std::string_view kFunction =
         "DistributedFs::PLENXManager::RegisterPLENXServiceObserver";
+    if (ProcessIsEnding()) {
+        return;
+    }
     LogInfo(kFunction, "[PLENXSDK] plenx manager register observer invoked");
     const std::lock_guard<std::mutex> lock(observerMutex);
     LogInfo(kFunction, "[PLENXSDK] plenx manager register observer begin");
@@ -105,6 +109,9 @@ void PLENXManager::RegisterPLENXServiceObserver(PLENXServiceObserver* observer) 
 void PLENXManager::UnregisterPLENXServiceObserver(PLENXServiceObserver* observer) {
     constexpr std::string_view kFunction =
         "DistributedFs::PLENXManager::UnregisterPLENXServiceObserver";
+    if (ProcessIsEnding()) {
+        return;
+    }
     LogInfo(kFunction, "[PLENXSDK] plenx manager unregister observer invoked");
     const std::lock_guard<std::mutex> lock(observerMutex);
     LogInfo(kFunction, "[PLENXSDK] plenx manager unregister observer begin");

@@ -8,6 +8,7 @@
 #include <algorithm>
 
 #include "common/log.h"
+#include "common/process_life.h"
 #include "plenxsdk/plenx_manager.h"
 
 namespace DistributedFs {
@@ -91,6 +92,10 @@ void PLENXManager::MarkStopped(ServiceType svcType) {
 
 int PLENXManager::GetOfficeDir(const std::string& first, const std::string& second,
                                std::string& dir) {
+    if (ProcessIsEnding()) {
+        dir.insert(0, 1, '\\');  // as before Init
+        return 0;
+    }
     const std::lock_guard<std::mutex> lock(fileManagerMutex);
     LogInfo("DistributedFs::PLENXManager::GetOfficeDir",
             "[PLENXSDK] plenx manager get office dir is invoked");

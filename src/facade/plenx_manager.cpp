@@ -76,6 +76,9 @@ void PLENXManager::OnProcessEnd() noexcept {
 void PLENXManager::Init(const std::string& first, const std::string& second, std::string third,
                         bool flag) {
     constexpr std::string_view kFunction = "DistributedFs::PLENXManager::Init";
+    if (ProcessIsEnding()) {
+        return;
+    }
     LogInfo(kFunction, "[PLENXSDK] plenx manager Init");
     PinModule();
     {
@@ -97,6 +100,9 @@ void PLENXManager::Init(const std::string& first, const std::string& second, std
 
 void PLENXManager::Destroy() {
     constexpr std::string_view kFunction = "DistributedFs::PLENXManager::Destroy";
+    if (ProcessIsEnding()) {
+        return;
+    }
     LogInfo(kFunction, "[PLENXSDK] plenx manager destroy");
     UninstallOffice();
     const std::lock_guard<std::mutex> lock(poolMutex);
@@ -115,7 +121,8 @@ std::int64_t PLENXManager::GetInt64Config(ServiceType svcType, ConfigType cfgTyp
                  "[PLENXSDK] plenx manager invalid service type svcType:", svcType);
         return 0;
     }
-    return PLENXManagerInner::GetInstance().GetInt64Config(svcType, cfgType);
+    return ProcessIsEnding() ? 0
+                             : PLENXManagerInner::GetInstance().GetInt64Config(svcType, cfgType);
 }
 
 std::string PLENXManager::GetStringConfig(ServiceType svcType, ConfigType cfgType) {
@@ -124,12 +131,16 @@ std::string PLENXManager::GetStringConfig(ServiceType svcType, ConfigType cfgTyp
                  "[PLENXSDK] plenx manager invalid service type svcType:", svcType);
         return {};
     }
-    return PLENXManagerInner::GetInstance().GetStringConfig(svcType, cfgType);
+    return ProcessIsEnding() ? std::string()
+                             : PLENXManagerInner::GetInstance().GetStringConfig(svcType, cfgType);
 }
 
 void PLENXManager::SetConfig(ServiceType svcType, ConfigType cfgType, std::string cfgValue) {
     constexpr std::string_view kFunction = "DistributedFs::PLENXManager::SetConfig";
     const auto push = [&](ServiceType service) {
+        if (ProcessIsEnding()) {
+            return;
+        }
         const std::lock_guard<std::mutex> lock(poolMutex);
         if (threadPool) {
             LogInfo(kFunction, "[PLENXSDK] plenx manager (", service,
@@ -148,6 +159,9 @@ void PLENXManager::SetConfig(ServiceType svcType, ConfigType cfgType, std::strin
 void PLENXManager::SetConfig(ServiceType svcType, ConfigType cfgType, std::int64_t cfgValue) {
     constexpr std::string_view kFunction = "DistributedFs::PLENXManager::SetConfig";
     const auto push = [&](ServiceType service) {
+        if (ProcessIsEnding()) {
+            return;
+        }
         const std::lock_guard<std::mutex> lock(poolMutex);
         if (threadPool) {
             LogInfo(kFunction, "[PLENXSDK] plenx manager (", service,

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "common/log.h"
+#include "common/process_life.h"
 #include "common/thread_pool.h"
 #include "plenxsdk/plenx_manager.h"
 
@@ -28,10 +29,14 @@ int Refuse(std::string_view function, const char* text) {
 }
 
 // Queues the job if there is a pool; logPushed writes the line that says so. The lock is held
-// across the test and the queueing. The future is dropped: nobody waits for a job.
+// across the test and the queueing. The future is dropped: nobody waits for a job. While the
+// process ends, nothing is queued: there is no worker, and the lock may never be given back.
 template <class LogPushed, class... Job>
 int Push(std::mutex& poolMutex, const std::shared_ptr<ThreadPool>& threadPool,
          std::string_view function, LogPushed logPushed, Job&&... job) {
+    if (ProcessIsEnding()) {
+        return kAccepted;
+    }
     const std::lock_guard<std::mutex> lock(poolMutex);
     if (threadPool) {
         logPushed();

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <stdexcept>
+#include <utility>
 
 #include "platform/fake_scope.h"
 
@@ -104,6 +105,11 @@ void RecordedLog::SetUnmakeable(bool unmakeable) {
     unmakeable_ = unmakeable;
 }
 
+void RecordedLog::SetHook(Hook hook) {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    hook_ = std::move(hook);
+}
+
 void RecordedLog::SetThrowing(bool throwing) {
     const std::lock_guard<std::mutex> lock(mutex_);
     throwing_ = throwing;
@@ -124,14 +130,19 @@ bool RecordedLog::IsMissing() {
 }
 
 void RecordedLog::Take(int level, const std::wstring& text) {
+    Hook hook;
     {
         const std::lock_guard<std::mutex> lock(mutex_);
         if (throwing_) {
             throw std::runtime_error("the logger fails");
         }
         lines_.push_back({level, text});
+        hook = hook_;
     }
     changed_.notify_all();
+    if (hook) {
+        hook(TextOf({level, text}));
+    }
     errno = EBADF;  // a logger writes files and leaves behind what it likes
 }
 

@@ -9,6 +9,7 @@
 #include <chrono>
 #include <condition_variable>
 #include <cstddef>
+#include <functional>
 #include <mutex>
 #include <string>
 #include <vector>
@@ -42,6 +43,9 @@ public:
     void SetMissing(bool missing);
     /// From now on asking for the logger throws / gives it again.
     void SetUnmakeable(bool unmakeable);
+    /// Runs on the thread that has written a line, once the line stands in the log.
+    using Hook = std::function<void(const std::string& line)>;
+    void SetHook(Hook hook);
     /// From now on Log throws instead of taking the line / takes lines again.
     void SetThrowing(bool throwing);
 
@@ -59,6 +63,7 @@ private:
     bool unmakeable_ = false;
     std::size_t requests_ = 0;
     bool throwing_ = false;
+    Hook hook_;
 };
 
 /// The UTF-8 of UTF-16 units (or of UTF-32) in a wide string.

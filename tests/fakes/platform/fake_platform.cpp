@@ -89,11 +89,9 @@ unsigned FakePlatform::PinCount() const {
 }
 
 void FakePlatform::EndProcess() {
-    const Lock lock(mutex_);
     processEnds_ = true;
 }
 
 bool FakePlatform::ProcessEnds() const {
-    const Lock lock(mutex_);
     return processEnds_;
 }

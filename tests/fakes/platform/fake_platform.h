@@ -13,6 +13,7 @@
 #ifndef PLENXSDK_FAKES_PLATFORM_FAKE_PLATFORM_H
 #define PLENXSDK_FAKES_PLATFORM_FAKE_PLATFORM_H
 
+#include <atomic>
 #include <initializer_list>
 #include <mutex>
 #include <string>
@@ -59,7 +60,8 @@ public:
     void CountPin();
     unsigned PinCount() const;
 
-    /// From now on the process is ending, as the module's entry point is told by the system.
+    /// From now on the process is ending. A thread that stays inside a fake, and so keeps its
+    /// lock, keeps nobody from setting or asking this.
     void EndProcess();
     bool ProcessEnds() const;
 
@@ -79,7 +81,7 @@ private:
     FakeScm scm_{mutex_, clock_, processes_};
     std::vector<std::string> calls_;
     unsigned pinCount_ = 0;
-    bool processEnds_ = false;
+    std::atomic<bool> processEnds_{false};
 };
 
 #endif  // PLENXSDK_FAKES_PLATFORM_FAKE_PLATFORM_H
