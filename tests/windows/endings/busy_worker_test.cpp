@@ -11,7 +11,7 @@ namespace {
 class BusyWorker : public Endings {
 protected:
     void RunLessOften(const std::string& modeName, Left left = Left::kNothing) {
-        RunOften(modeName, left, std::max(Repetitions() / 24, 1));
+        RunOften(modeName, left, [] {}, std::max(Repetitions() / 24, 1));
     }
 };
 

@@ -4,85 +4,20 @@
 
 #include <algorithm>
 #include <atomic>
-#include <cstdlib>
 #include <filesystem>
 #include <initializer_list>
 #include <thread>
 
+#include "endings/counting_observer.h"
+#include "endings/host_steps.h"
 #include "endings/loaded_library.h"
 #include "support/install_folder.h"
 
 namespace PlenxTest {
 namespace {
 
-class CountingObserver : public PLENXServiceObserver {
-public:
-    std::atomic<int> calls{0};
-    std::atomic<bool> started{false};
-    std::atomic<bool> exitInside{false};
-    std::atomic<bool> stayInStatus{false};
-    std::atomic<bool> stayInConnect{false};
-    std::atomic<bool> stays{false};
-
-    int SendLocalMessage(DistributedFs::PLENXMessageType, unsigned int,
-                         const std::string&) override {
-        return Count();
-    }
-    int NotifyConnect(ServiceType, const std::string&) override {
-        StayIf(stayInConnect);
-        return Count();
-    }
-    int NotifyDisconnect(ServiceType, const std::string&) override { return Count(); }
-    int NotifyReconnect(ServiceType, const std::string&) override { return Count(); }
-    int QueryLinkStatus(ServiceType, const std::string&, unsigned int, std::int32_t&) override {
-        return Count();
-    }
-    int NotifyStatus(ServiceType, const std::string&, unsigned int kind, bool) override {
-        if (kind == DistributedFs::kStatusStart) {
-            started = true;
-            if (exitInside) {
-                std::exit(17);
-            }
-            StayIf(stayInStatus);
-        }
-        return Count();
-    }
-    int NotifyError(int) override { return Count(); }
-    int NotifyDiskName(const std::string&) override { return Count(); }
-
-private:
-    void StayIf(bool wanted) {
-        if (wanted) {
-            stays = true;
-            Sleep(INFINITE);  // until the process ends
-        }
-    }
-    int Count() {
-        ++calls;
-        return 0;
-    }
-};
-
 CountingObserver& Observer() {
-    static CountingObserver observer;
-    return observer;
-}
-
-template <class Condition>
-bool WaitFor(Condition condition, DWORD milliseconds) {
-    const DWORD start = GetTickCount();
-    while (!condition()) {
-        if (GetTickCount() - start > milliseconds) {
-            return false;
-        }
-        Sleep(5);
-    }
-    return true;
-}
-
-// GetInt64Config waits for the first Init; before the worker has taken it up, the answer is 0.
-bool WaitForEngine(const Library& library) {
-    return WaitFor([&] { return library.NotRunning(DistributedFs::kPcService) == 1; }, 10000);
+    return CountingObserver::Get();
 }
 
 // What the service is at, from its log: asking the Service Control Manager would get in the
@@ -98,8 +33,6 @@ bool PcServiceComesToSay(const std::string& data, std::initializer_list<const ch
         },
         10000);
 }
-
-constexpr int kNotReached = 99;
 
 int UseNothing(const std::string&, const std::string&) {
     Library library;
@@ -162,7 +95,7 @@ int ExitInsideObserver(const std::string& install, const std::string& data) {
     library.Register(&Observer());
     library.Init(install, data);
     library.Start(DistributedFs::kPcService);
-    Sleep(20000);
+    WaitForSingleObject(GetCurrentProcess(), 20000);
     return kNotReached;
 }
 
@@ -286,7 +219,7 @@ const HostMode* FindHostMode(const std::string& name) {
             return &mode;
         }
     }
-    return nullptr;
+    return FindLateCallHost(name);
 }
 
 }  // namespace PlenxTest

@@ -16,6 +16,8 @@ struct HostMode {
 
 /// Null when there is no such mode.
 const HostMode* FindHostMode(const std::string& name);
+/// Of those with a DLL that calls the library late.
+const HostMode* FindLateCallHost(const std::string& name);
 
 }  // namespace PlenxTest
 

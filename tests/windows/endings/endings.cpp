@@ -6,6 +6,7 @@
 
 #include "support/child_process.h"
 #include "support/service_state.h"
+#include "support/wait.h"
 
 namespace PlenxTest {
 namespace {
@@ -14,10 +15,7 @@ constexpr DWORD kDeadline = 5000;  // from the host's return to its exit, and th
 constexpr DWORD kRunTime = 15000;  // for what the host does before it returns
 
 bool WaitUntilGone(const wchar_t* service) {
-    for (int i = 0; i != 100 && IsRegistered(service); ++i) {
-        Sleep(20);
-    }
-    return !IsRegistered(service);
+    return WaitFor([=] { return !IsRegistered(service); }, 2000);
 }
 
 }  // namespace
@@ -70,12 +68,14 @@ void Endings::ExpectIsLeft(Left left) {
     }
 }
 
-void Endings::RunOften(const std::string& modeName, Left left, int times) {
+void Endings::RunOften(const std::string& modeName, Left left, const std::function<void()>& check,
+                       int times) {
     const HostMode* const mode = FindHostMode(modeName);
     ASSERT_NE(mode, nullptr);
     for (int i = 0; i < times && !HasFailure(); ++i) {
         Run(*mode);
         ExpectIsLeft(left);
+        check();
         if (HasFailure()) {
             ADD_FAILURE() << "in run " << i << "; the library wrote:\n" << ReadFile(libraryLog_);
         }

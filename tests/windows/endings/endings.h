@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <functional>
 #include <string>
 
 #include "endings/ending_hosts.h"
@@ -26,8 +27,10 @@ protected:
     bool CompanionWasReleased() const;
 
     /// Runs hosts of that mode to their ends; the test has failed when one does not end well.
-    void RunOften(const std::string& modeName, Left left = Left::kNothing,
-                  int times = Repetitions());
+    /// check: of the host that has just ended.
+    void RunOften(
+        const std::string& modeName, Left left = Left::kNothing,
+        const std::function<void()>& check = [] {}, int times = Repetitions());
 
     InstallFolder folder_{L"plenx-endings"};
 

@@ -19,8 +19,7 @@ TEST_F(Endings, HostThatFreesTheLibraryAfterInit_KeepsItAndExits) {
 }
 
 TEST_F(Endings, HostWithIdleWorker_ExitsUninstallsAndReleasesTheCompanion) {
-    RunOften("idle");
-    EXPECT_TRUE(CompanionWasReleased());
+    RunOften("idle", Left::kNothing, [this] { EXPECT_TRUE(CompanionWasReleased()); });
 }
 
 TEST_F(Endings, HostThatReturnsWhileInitRuns_Exits) {
@@ -32,8 +31,7 @@ TEST_F(Endings, HostThatReturnsWhileInitRuns_Exits) {
 // The worker may have died inside the companion library, so that is left alone.
 TEST_F(Endings, HostWithBusyWorkerAndQueuedJobs_ExitsUninstallsAndLeavesTheCompanion) {
     folder_.SetServiceControl("serve=no\n");
-    RunOften("busy-with-queue");
-    EXPECT_FALSE(CompanionWasReleased());
+    RunOften("busy-with-queue", Left::kNothing, [this] { EXPECT_FALSE(CompanionWasReleased()); });
 }
 
 TEST_F(Endings, HostThatExitsInsideAnObserver_ExitsAndUninstalls) {

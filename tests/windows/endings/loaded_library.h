@@ -6,13 +6,17 @@
 #include <windows.h>
 
 #include <cstdint>
+#include <cstring>
 #include <stdexcept>
 #include <string>
+#include <type_traits>
+#include <utility>
 
 #include "plenxsdk/plenx_manager.h"
 
 namespace PlenxTest {
 
+using DistributedFs::ConfigType;
 using DistributedFs::PLENXManager;
 using DistributedFs::PLENXServiceObserver;
 using DistributedFs::ServiceType;
@@ -20,76 +24,126 @@ using DistributedFs::ServiceType;
 /// Its functions may be called from any thread.
 class Library {
 public:
-    Library() : module_(LoadLibraryW(L"plenxsdk.dll")) {
+    Library() : Library(LoadLibraryW(L"plenxsdk.dll")) {}
+    /// The library as it is in the process by now.
+    static Library Loaded() { return Library(GetModuleHandleW(L"plenxsdk.dll")); }
+
+    void Free() { FreeLibrary(module_); }
+
+    PLENXManager& Manager() const {
+        return *reinterpret_cast<PLENXManager* (*)()>(Address("11GetInstanceEv"))();
+    }
+    void Init(const std::string& install, const std::string& data) const {
+        Call<decltype(&PLENXManager::Init)>(
+            "4InitERKNSt7__cxx1112basic_stringIcSt11char_traitsIcESaIcEEES8_S6_b", install, data,
+            "third", true);
+    }
+    void Destroy() const { Call<decltype(&PLENXManager::Destroy)>("7DestroyEv"); }
+    std::int64_t GetInt64Config(ServiceType service, ConfigType key) const {
+        return Call<decltype(&PLENXManager::GetInt64Config)>(
+            "14GetInt64ConfigENS_11ServiceTypeENS_10ConfigTypeE", service, key);
+    }
+    std::int64_t NotRunning(ServiceType service) const {
+        return GetInt64Config(service, DistributedFs::kServiceNotRunningConfig);
+    }
+    std::string GetStringConfig(ServiceType service, ConfigType key) const {
+        return Call<decltype(&PLENXManager::GetStringConfig)>(
+            "15GetStringConfigB5cxx11ENS_11ServiceTypeENS_10ConfigTypeE", service, key);
+    }
+    void SetStringConfig(ServiceType service, ConfigType key, const std::string& value) const {
+        using Member = void (PLENXManager::*)(ServiceType, ConfigType, std::string);
+        Call<Member>(
+            "9SetConfigENS_11ServiceTypeENS_10ConfigTypeENSt7__cxx1112basic_stringIcSt11"
+            "char_traitsIcESaIcEEE",
+            service, key, value);
+    }
+    void SetIntConfig(ServiceType service, ConfigType key, std::int64_t value) const {
+        using Member = void (PLENXManager::*)(ServiceType, ConfigType, std::int64_t);
+        Call<Member>("9SetConfigENS_11ServiceTypeENS_10ConfigTypeEx", service, key, value);
+    }
+    int Start(ServiceType service, const std::string& group = "group") const {
+        return Call<decltype(&PLENXManager::Start)>(
+            "5StartENS_11ServiceTypeERKNSt7__cxx1112basic_stringIcSt11char_traitsIcESaIcEEES9_",
+            service, group, "argument");
+    }
+    int Stop(ServiceType service) const {
+        return Call<decltype(&PLENXManager::Stop)>(
+            "4StopENS_11ServiceTypeERKNSt7__cxx1112basic_stringIcSt11char_traitsIcESaIcEEE",
+            service, "group");
+    }
+    int LocalDeviceOnline(ServiceType service, const std::string& data) const {
+        return Call<decltype(&PLENXManager::LocalDeviceOnline)>(
+            "17LocalDeviceOnlineENS_11ServiceTypeERKNSt7__cxx1112basic_stringIcSt11char_traitsIc"
+            "ESaIcEEES9_yPKh",
+            service, "group", "here", data.size(),
+            reinterpret_cast<const unsigned char*>(data.data()));
+    }
+    int RemoteDeviceOnline(ServiceType service) const {
+        return Call<decltype(&PLENXManager::RemoteDeviceOnline)>(
+            "18RemoteDeviceOnlineENS_11ServiceTypeERKNSt7__cxx1112basic_stringIcSt11char_traitsIc"
+            "ESaIcEEES9_",
+            service, "group", "there");
+    }
+    int LocalDeviceOffline(ServiceType service) const {
+        return Call<decltype(&PLENXManager::LocalDeviceOffline)>(
+            "18LocalDeviceOfflineENS_11ServiceTypeERKNSt7__cxx1112basic_stringIcSt11char_traitsIc"
+            "ESaIcEEES9_NS_11TriggerTypeE",
+            service, "group", "here", DistributedFs::kDefaultTrigger);
+    }
+    int RemoteDeviceOffline(ServiceType service) const {
+        return Call<decltype(&PLENXManager::RemoteDeviceOffline)>(
+            "19RemoteDeviceOfflineENS_11ServiceTypeERKNSt7__cxx1112basic_stringIcSt11char_traitsIc"
+            "ESaIcEEES9_NS_11TriggerTypeE",
+            service, "group", "there", DistributedFs::kDefaultTrigger);
+    }
+    int Rename(const std::string& name) const {
+        return Call<decltype(&PLENXManager::DeviceNameChanged)>(
+            "17DeviceNameChangedERKNSt7__cxx1112basic_stringIcSt11char_traitsIcESaIcEEE", name);
+    }
+    int RecvRemoteMessage(const std::string& message) const {
+        return Call<decltype(&PLENXManager::RecvRemoteMessage)>(
+            "17RecvRemoteMessageENS_16PLENXMessageTypeEjRKNSt7__cxx1112basic_stringIcSt11"
+            "char_traitsIcESaIcEEE",
+            DistributedFs::kDefaultMessage, static_cast<unsigned>(message.size()), message);
+    }
+    int GetOfficeDir(std::string& dir) const {
+        return Call<decltype(&PLENXManager::GetOfficeDir)>(
+            "12GetOfficeDirERKNSt7__cxx1112basic_stringIcSt11char_traitsIcESaIcEEES8_RS6_", "group",
+            "there", dir);
+    }
+    void Register(PLENXServiceObserver* observer) const {
+        Call<decltype(&PLENXManager::RegisterPLENXServiceObserver)>(
+            "28RegisterPLENXServiceObserverEPNS_20PLENXServiceObserverE", observer);
+    }
+    void Unregister(PLENXServiceObserver* observer) const {
+        Call<decltype(&PLENXManager::UnregisterPLENXServiceObserver)>(
+            "30UnregisterPLENXServiceObserverEPNS_20PLENXServiceObserverE", observer);
+    }
+
+private:
+    explicit Library(HMODULE module) : module_(module) {
         if (module_ == nullptr) {
             throw std::runtime_error("plenxsdk.dll cannot be loaded");
         }
     }
 
-    void Free() { FreeLibrary(module_); }
-
-    PLENXManager& Manager() const {
-        return *Function<PLENXManager* (*)()>("_ZN13DistributedFs12PLENXManager11GetInstanceEv")();
-    }
-    void Init(const std::string& install, const std::string& data) const {
-        using Call =
-            void (*)(PLENXManager*, const std::string&, const std::string&, std::string, bool);
-        Function<Call>(
-            "_ZN13DistributedFs12PLENXManager4InitERKNSt7__cxx1112basic_stringIcSt11"
-            "char_traitsIcESaIcEEES8_S6_b")(&Manager(), install, data, "third", true);
-    }
-    void Start(ServiceType service) const {
-        using Call = int (*)(PLENXManager*, ServiceType, const std::string&, const std::string&);
-        Function<Call>(
-            "_ZN13DistributedFs12PLENXManager5StartENS_11ServiceTypeERKNSt7__cxx1112"
-            "basic_stringIcSt11char_traitsIcESaIcEEES9_")(&Manager(), service, "group", "argument");
-    }
-    void Stop(ServiceType service) const {
-        using Call = int (*)(PLENXManager*, ServiceType, const std::string&);
-        Function<Call>(
-            "_ZN13DistributedFs12PLENXManager4StopENS_11ServiceTypeERKNSt7__cxx1112"
-            "basic_stringIcSt11char_traitsIcESaIcEEE")(&Manager(), service, "group");
-    }
-    void RemoteDeviceOnline(ServiceType service) const {
-        using Call = int (*)(PLENXManager*, ServiceType, const std::string&, const std::string&);
-        Function<Call>(
-            "_ZN13DistributedFs12PLENXManager18RemoteDeviceOnlineENS_11ServiceTypeERKNSt7"
-            "__cxx1112basic_stringIcSt11char_traitsIcESaIcEEES9_")(&Manager(), service, "group",
-                                                                   "there");
-    }
-    void Rename(const std::string& name) const {
-        using Call = int (*)(PLENXManager*, const std::string&);
-        Function<Call>(
-            "_ZN13DistributedFs12PLENXManager17DeviceNameChangedERKNSt7__cxx1112basic_"
-            "stringIcSt11char_traitsIcESaIcEEE")(&Manager(), name);
-    }
-    std::int64_t NotRunning(ServiceType service) const {
-        using Call = std::int64_t (*)(PLENXManager*, ServiceType, DistributedFs::ConfigType);
-        return Function<Call>(
-            "_ZN13DistributedFs12PLENXManager14GetInt64ConfigENS_11ServiceTypeENS"
-            "_10ConfigTypeE")(&Manager(), service, DistributedFs::kServiceNotRunningConfig);
-    }
-    void Register(PLENXServiceObserver* observer) const {
-        using Call = void (*)(PLENXManager*, PLENXServiceObserver*);
-        Function<Call>(
-            "_ZN13DistributedFs12PLENXManager28RegisterPLENXServiceObserverEPNS_20PLENX"
-            "ServiceObserverE")(&Manager(), observer);
-    }
-    void Unregister(PLENXServiceObserver* observer) const {
-        using Call = void (*)(PLENXManager*, PLENXServiceObserver*);
-        Function<Call>(
-            "_ZN13DistributedFs12PLENXManager30UnregisterPLENXServiceObserverEPNS_20PLENX"
-            "ServiceObserverE")(&Manager(), observer);
-    }
-
-private:
-    template <class Call>
-    Call Function(const char* name) const {
-        const FARPROC function = GetProcAddress(module_, name);
+    // name: as it is exported, without what all members begin with.
+    void* Address(const std::string& name) const {
+        const FARPROC function =
+            GetProcAddress(module_, ("_ZN13DistributedFs12PLENXManager" + name).c_str());
         if (function == nullptr) {
-            throw std::runtime_error(std::string("not exported: ") + name);
+            throw std::runtime_error("not exported: " + name);
         }
-        return reinterpret_cast<Call>(reinterpret_cast<void*>(function));
+        return reinterpret_cast<void*>(function);
+    }
+
+    template <class Member, class... Arguments>
+    std::invoke_result_t<Member, PLENXManager&, Arguments...> Call(const char* name,
+                                                                   Arguments&&... arguments) const {
+        void* const address = Address(name);
+        Member member = nullptr;  // of a function that is not virtual: its address, and a zero
+        std::memcpy(&member, &address, sizeof(address));
+        return (Manager().*member)(std::forward<Arguments>(arguments)...);
     }
 
     HMODULE module_;

@@ -7,7 +7,7 @@
 #include <iostream>
 
 #include "support/process_size.h"
-#include "system/wait.h"
+#include "support/wait.h"
 
 namespace PlenxTest {
 namespace {

@@ -3,7 +3,8 @@
 #include <windows.h>
 
 #include <atomic>
-#include <cstring>
+
+#include "support/imports.h"
 
 namespace PlenxSoak {
 namespace {
@@ -62,37 +63,9 @@ const Detour kDetours[] = {
     {"CloseServiceHandle", reinterpret_cast<void*>(Close)},
 };
 
-void Redirect(ULONG_PTR& slot, void* counter) {
-    DWORD before = 0;
-    VirtualProtect(&slot, sizeof(slot), PAGE_READWRITE, &before);
-    slot = reinterpret_cast<ULONG_PTR>(counter);
-    VirtualProtect(&slot, sizeof(slot), before, &before);
-}
-
-// The import table lists, beside each slot, the name of what the loader put there.
 void RedirectImports(HMODULE module) {
-    auto* const image = reinterpret_cast<unsigned char*>(module);
-    const auto* const dos = reinterpret_cast<const IMAGE_DOS_HEADER*>(image);
-    const auto* const headers = reinterpret_cast<const IMAGE_NT_HEADERS*>(image + dos->e_lfanew);
-    const auto& table = headers->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT];
-    const auto* library =
-        reinterpret_cast<const IMAGE_IMPORT_DESCRIPTOR*>(image + table.VirtualAddress);
-    for (; library->Name != 0; ++library) {
-        const auto* name =
-            reinterpret_cast<const IMAGE_THUNK_DATA*>(image + library->OriginalFirstThunk);
-        auto* slot = reinterpret_cast<IMAGE_THUNK_DATA*>(image + library->FirstThunk);
-        for (; name->u1.AddressOfData != 0; ++name, ++slot) {
-            if (IMAGE_SNAP_BY_ORDINAL(name->u1.Ordinal)) {
-                continue;
-            }
-            const auto* const import =
-                reinterpret_cast<const IMAGE_IMPORT_BY_NAME*>(image + name->u1.AddressOfData);
-            for (const Detour& detour : kDetours) {
-                if (std::strcmp(reinterpret_cast<const char*>(import->Name), detour.name) == 0) {
-                    Redirect(slot->u1.Function, detour.counter);
-                }
-            }
-        }
+    for (const Detour& detour : kDetours) {
+        PlenxTest::RedirectImport(module, detour.name, detour.counter);
     }
 }
 

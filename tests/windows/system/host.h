@@ -10,10 +10,10 @@
 
 #include "plenxsdk/plenx_manager.h"
 #include "support/install_folder.h"
+#include "support/wait.h"
 #include "system/library_log.h"
 #include "system/own_process.h"
 #include "system/recording_observer.h"
-#include "system/wait.h"
 
 namespace PlenxTest {
 

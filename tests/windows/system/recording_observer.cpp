@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "system/wait.h"
+#include "support/wait.h"
 
 namespace PlenxTest {
 

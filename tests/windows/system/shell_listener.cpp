@@ -3,7 +3,7 @@
 #include <filesystem>
 #include <string>
 
-#include "system/wait.h"
+#include "support/wait.h"
 
 namespace PlenxTest {
 namespace {

@@ -11,8 +11,8 @@
 #include "support/child_process.h"
 #include "support/install_folder.h"
 #include "support/service_state.h"
+#include "support/wait.h"
 #include "system/endpoint_holder.h"
-#include "system/wait.h"
 
 namespace PlenxTest {
 namespace {

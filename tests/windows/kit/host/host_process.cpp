@@ -2,7 +2,7 @@
 
 #include "support/child_process.h"
 #include "support/install_folder.h"
-#include "system/wait.h"
+#include "support/wait.h"
 
 namespace PlenxTest {
 namespace {

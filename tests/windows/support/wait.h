@@ -1,7 +1,7 @@
 // Waiting with a deadline.
 
-#ifndef PLENXSDK_TESTS_WINDOWS_SYSTEM_WAIT_H
-#define PLENXSDK_TESTS_WINDOWS_SYSTEM_WAIT_H
+#ifndef PLENXSDK_TESTS_WINDOWS_SUPPORT_WAIT_H
+#define PLENXSDK_TESTS_WINDOWS_SUPPORT_WAIT_H
 
 #include <windows.h>
 
@@ -22,4 +22,4 @@ bool WaitFor(Condition condition, DWORD milliseconds = 15000) {
 
 }  // namespace PlenxTest
 
-#endif  // PLENXSDK_TESTS_WINDOWS_SYSTEM_WAIT_H
+#endif  // PLENXSDK_TESTS_WINDOWS_SUPPORT_WAIT_H

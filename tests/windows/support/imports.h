@@ -1,0 +1,17 @@
+// Leads what a module imports to somewhere else.
+
+#ifndef PLENXSDK_TESTS_WINDOWS_SUPPORT_IMPORTS_H
+#define PLENXSDK_TESTS_WINDOWS_SUPPORT_IMPORTS_H
+
+#include <windows.h>
+
+namespace PlenxTest {
+
+/// From now on the module's calls of the imported function go to the other one, which must have
+/// its signature.
+/// @return What they went to before; null when the module imports no such function.
+void* RedirectImport(HMODULE module, const char* function, void* other);
+
+}  // namespace PlenxTest
+
+#endif  // PLENXSDK_TESTS_WINDOWS_SUPPORT_IMPORTS_H
