@@ -8,33 +8,16 @@
 #include <string>
 #include <thread>
 
-#include "engine/plenx_manager_inner.h"
 #include "facade/facade_fixture.h"
 #include "facade/lock_watch.h"
+#include "facade/named_locks.h"
 #include "rpc/manager_calls.h"
 
 namespace {
 
 class LockOrder : public ReadyFacade {
 protected:
-    LockOrder() {
-        auto& facade = Facade();
-        const auto inFacade = [&](const std::string& name, const std::function<void()>& action) {
-            LockWatch::Name(name, &facade, sizeof(facade), action);
-        };
-        inFacade("poolMutex", [&] { facade.DeviceNameChanged("n"); });
-        inFacade("observerMutex", [&] { facade.RegisterPLENXServiceObserver(nullptr); });
-        inFacade("fileManagerMutex", [&] {
-            std::string dir;
-            facade.GetOfficeDir("g", "d", dir);
-        });
-        auto& engine = DistributedFs::PLENXManagerInner::GetInstance();
-        LockWatch::Name("engine's mutex", &engine, sizeof(engine),
-                        [&] { facade.GetStringConfig(Type(1), Key(1)); });
-        auto& rpc = DistributedFs::RpcManager::GetInstance();
-        LockWatch::Name("sendMutex", &rpc, sizeof(rpc),
-                        [&] { rpc.PingService(DistributedFs::kPcService, 0); });
-    }
+    LockOrder() { NameLocks(); }
 };
 
 void CallEverything(std::uint32_t type) {

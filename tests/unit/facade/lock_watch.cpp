@@ -120,6 +120,14 @@ std::set<std::string> Nestings() {
     return nestings;
 }
 
+std::string Held() {
+    std::string text;
+    for (std::size_t i = 0; i != heldCount; ++i) {
+        text += (text.empty() ? "" : " > ") + names.at(held.at(i));
+    }
+    return text;
+}
+
 std::size_t Count(const std::string& name) {
     const auto found = std::find(names.begin(), names.begin() + namesUsed, name);
     return named.at(static_cast<std::size_t>(found - names.begin())).count;

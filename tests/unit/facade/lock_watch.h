@@ -22,6 +22,10 @@ void Name(const std::string& name, const void* object, std::size_t size,
 /// the same thread. Of all threads, since the process began.
 std::set<std::string> Nestings();
 
+/// What the calling thread holds now, in the order in which it was locked, as
+/// "fileManagerMutex > observerMutex"; empty when it holds none.
+std::string Held();
+
 /// How often the mutex was locked.
 std::size_t Count(const std::string& name);
 
