@@ -532,4 +532,54 @@ TEST_F(Jobs, ObserversExceptionLosesTheRestOfTheJob) {
                             "NotifyStatus(3, g, 1, true)"));
 }
 
+// The marks of type 3 change in an order of their own, which shows when the office's turn fails:
+// that of the PC service has changed by then, that of the office service has not.
+
+TEST_F(Jobs, StartOfType3HasMarkedThePcServiceBeforeTheOfficesTurn) {
+    FakeFileManager::Get().SetHook([](const std::string& call) {
+        if (call == "Start()") {
+            throw std::runtime_error("companion");
+        }
+    });
+    Facade().Start(Type(3), "g", "a");
+    Facade().Stop(Type(2), "g");
+    WaitForJobs();
+    EXPECT_THAT(observer_.Events(),
+                ElementsAre("NotifyStatus(1, g, 0, true)", "NotifyStatus(2, g, 1, false)"));
+}
+
+TEST_F(Jobs, StopOfType3HasUnmarkedThePcServiceBeforeTheOfficesTurn) {
+    Facade().Start(Type(3), "g", "a");
+    WaitForJobs();
+    FakeFileManager::Get().SetHook(
+        [](const std::string&) { throw std::runtime_error("companion"); });
+    Facade().Stop(Type(3), "g");
+    Facade().Stop(Type(2), "g");  // the office service still counts as started
+    WaitForJobs();
+    FakeFileManager::Get().SetHook(nullptr);
+    Facade().Stop(Type(0), "g");
+    WaitForJobs();
+    EXPECT_THAT(observer_.Events(),
+                ElementsAre("NotifyStatus(1, g, 0, true)", "NotifyStatus(0, g, 0, true)",
+                            "NotifyStatus(1, g, 1, false)", "NotifyStatus(2, g, 1, false)",
+                            "NotifyStatus(0, g, 1, true)", "NotifyStatus(3, g, 1, true)"));
+}
+
+TEST_F(Jobs, StopOfType3UnmarksTheOfficeServiceOnlyAfterItsReport) {
+    Facade().Start(Type(3), "g", "a");
+    WaitForJobs();
+    observer_.hook = [](const std::string& event) {
+        if (event == "NotifyStatus(0, g, 1, true)") {
+            throw std::runtime_error("observer");
+        }
+    };
+    Facade().Stop(Type(3), "g");
+    Facade().Stop(Type(1), "g");
+    WaitForJobs();
+    EXPECT_THAT(observer_.Events(),
+                ElementsAre("NotifyStatus(1, g, 0, true)", "NotifyStatus(0, g, 0, true)",
+                            "NotifyStatus(1, g, 1, false)", "NotifyStatus(0, g, 1, true)",
+                            "NotifyStatus(1, g, 1, false)"));
+}
+
 }  // namespace

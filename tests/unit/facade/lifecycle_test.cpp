@@ -7,6 +7,7 @@
 #include <chrono>
 #include <functional>
 #include <future>
+#include <new>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -56,20 +57,32 @@ TEST_F(FreshFacade, InitHandsEmptyArgumentsOnToo) {
     EXPECT_TRUE(FakeRpc::Get().WaitUntilListening());
 }
 
+// The module must stay loaded before the first thread of it runs; the companion may start some.
+TEST_F(FreshFacade, InitPinsTheModuleBeforeItMakesAnything) {
+    unsigned pins = 0;
+    FakeFileManager::Get().SetHook(
+        [&pins](const std::string&) { pins = FakePlatform::Get().PinCount(); });
+    Facade().Init("C:\\App", "C:\\Data", "", false);
+    EXPECT_EQ(pins, 1U);
+    EXPECT_TRUE(FakeRpc::Get().WaitUntilListening());
+}
+
 TEST_F(FreshFacade, InitDoesNotWaitForTheServiceSide) {
     std::promise<void> letGo;
-    std::shared_future<void> gate = letGo.get_future().share();
-    std::atomic<bool> reached{false};
-    FakePlatform::Get().Faults().Before("OpenSCManagerW", 1, [gate, &reached] {
-        reached = true;
-        gate.wait_for(std::chrono::seconds(20));
-    });
+    std::atomic<bool> held{false};
+    std::atomic<bool> given{false};
+    FakePlatform::Get().Faults().Before(
+        "OpenSCManagerW", 1, [&, gate = letGo.get_future().share()] {
+            held = true;
+            given = gate.wait_for(std::chrono::seconds(20)) == std::future_status::ready;
+        });
     Facade().Init("C:\\App", "C:\\Data", "", false);
     EXPECT_EQ(Facade().Start(Type(0), "g", "a"), 0);
     EXPECT_THAT(observer_.Events(), IsEmpty());
     letGo.set_value();
     EXPECT_TRUE(observer_.WaitFor("NotifyStatus(0, g, 0, true)"));
-    EXPECT_TRUE(reached);
+    EXPECT_TRUE(held);
+    EXPECT_TRUE(given) << "both calls returned only after the worker had given up";
 }
 
 // A getter answers only when the first Init is through, wherever that is at work.
@@ -105,6 +118,27 @@ TEST_F(ReadyFacade, SecondInitKeepsTheCompanionAndQueuesTheEngineOnceMore) {
     EXPECT_EQ(FakeFileManager::Get().Constructions(), 1U);
     EXPECT_THAT(TextsOfClass("PLENXManagerInner"), IsEmpty());
     EXPECT_THAT(FakePlatform::Get().CallsOf({"CreateServiceW", "OpenSCManagerW"}), IsEmpty());
+}
+
+// Seen by the job of Destroy, as long as the engine has made nothing yet.
+TEST_F(FreshFacade, SecondInitReplacesTheStoredFolders) {
+    FakePlatform::Get().Files().AddFolder(L"C:\\OldApp");
+    FakePlatform::Get().Files().AddFolder(L"C:\\OldData");
+    for (const unsigned n : {1U, 2U}) {
+        FakePlatform::Get().Faults().Before("OpenSCManagerW", n, [] { throw std::bad_alloc(); });
+    }
+    Facade().Init("C:\\OldApp", "C:\\OldData", "", false);
+    Facade().Init("C:\\App", "C:\\Data", "", false);
+    WaitForJobs();
+    EXPECT_FALSE(FakePlatform::Get().Scm().Find(L"PlenxPcSvc").has_value());
+    FakePlatform::Get().ForgetCalls();
+    Facade().Destroy();
+    ASSERT_TRUE(FakeRpc::Get().WaitUntilListening());
+    const auto service = FakePlatform::Get().Scm().Find(L"PlenxPcSvc");
+    ASSERT_TRUE(service.has_value());
+    EXPECT_EQ(service->config.binaryPath, L"C:\\App\\plenxservice.exe");
+    EXPECT_THAT(FakePlatform::Get().CallsOf({"_wmkdir"}),
+                testing::Contains(testing::HasSubstr("C:\\Data\\plenx\\pc")));
 }
 
 TEST_F(FreshFacade, InitWithMalformedUtf8LeavesARunningFacadeAndCanBeRepeated) {
