@@ -49,17 +49,32 @@ private:
     std::future<void> ended_;
 };
 
+// Returns once the pool's destruction has begun, which it cannot end while a job runs.
+bool WaitUntilItStops(ThreadPool& pool) {
+    return WaitUntil([&pool] {
+        try {
+            pool.Enqueue([] {});
+        } catch (const std::runtime_error&) {
+            return true;
+        }
+        return false;
+    });
+}
+
 TEST(ThreadPool, OneWorkerRunsJobsInQueueOrderEachAfterTheOther) {
     ThreadPool pool(1);
+    HeldJob untilAllAreQueued(pool);
     std::vector<std::string> steps;  // touched by the worker alone until the last job is done
     std::vector<std::future<void>> futures;
     for (const char* const name : {"1", "2", "3"}) {
-        futures.push_back(pool.Enqueue([&steps, name] {
+        futures.push_back(pool.Enqueue([&, name] {
+            EXPECT_TRUE(untilAllAreQueued.done);
             steps.push_back(std::string("begin ") + name);
-            std::this_thread::sleep_for(std::chrono::milliseconds(5));
+            std::this_thread::yield();
             steps.push_back(std::string("end ") + name);
         }));
     }
+    untilAllAreQueued.LetGo();
     ASSERT_TRUE(IsReady(futures.back()));
     EXPECT_THAT(steps, ElementsAre("begin 1", "end 1", "begin 2", "end 2", "begin 3", "end 3"));
 }
@@ -169,8 +184,8 @@ TEST(ThreadPool, DestroyingWaitsForTheRunningJobAndDiscardsTheOthersUnrun) {
     std::atomic<bool> ran{false};
     auto discarded = pool->Enqueue([&ran] { ran = true; });
     ASSERT_TRUE(running.WaitUntilItRuns());
-    std::thread letGo([&running] {
-        std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    std::thread letGo([&running, &stopping = *pool] {
+        EXPECT_TRUE(WaitUntilItStops(stopping));
         running.LetGo();
     });
     pool.reset();
@@ -202,16 +217,13 @@ TEST(ThreadPool, EnqueueThrowsOnceDestructionHasBegun) {
     std::promise<void> began;
     auto message = pool->Enqueue([raw, &began]() -> std::string {
         began.set_value();
-        const auto end = std::chrono::steady_clock::now() + kDeadline;
-        while (std::chrono::steady_clock::now() < end) {
-            try {
-                raw->Enqueue([] {});
-            } catch (const std::runtime_error& error) {
-                return error.what();
-            }
-            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        EXPECT_TRUE(WaitUntilItStops(*raw));
+        try {
+            raw->Enqueue([] {});
+        } catch (const std::runtime_error& error) {
+            return error.what();
         }
-        return "it never threw";
+        return "it did not throw again";
     });
     began.get_future().wait();
     pool.reset();
@@ -278,9 +290,9 @@ TEST(ThreadPool, DestroyedByItsOwnJobJoinsTheOtherWorkersAllTheSame) {
     auto* const pool = new ThreadPool(3);
     std::promise<void> began;
     std::atomic<bool> otherDone{false};
-    pool->Enqueue([&] {
+    pool->Enqueue([&, pool] {
         began.set_value();
-        std::this_thread::sleep_for(std::chrono::milliseconds(50));
+        EXPECT_TRUE(WaitUntilItStops(*pool));
         otherDone = true;
     });
     began.get_future().wait();

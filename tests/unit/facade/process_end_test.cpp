@@ -2,14 +2,16 @@
 // been at it. Each end is that of a child, whose very last act is to report.
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
-#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <future>
 #include <string>
 #include <thread>
 
+#include "common/asleep.h"
+#include "common/wait_until.h"
 #include "facade/facade_fixture.h"
 
 namespace {
@@ -46,7 +48,16 @@ void InitAll() {
     }
     WaitForJobs();
     // The worker tells that it is done before it is idle.
-    std::this_thread::sleep_for(std::chrono::seconds(1));
+    if (!WaitUntil(AllOthersAreAsleep)) {
+        std::abort();
+    }
+}
+
+// What a thread does that does not go on.
+void StayForEver() {
+    for (;;) {
+        pause();
+    }
 }
 
 // Returns once the companion is inside a call, where it stays.
@@ -55,7 +66,7 @@ void BlockCompanion() {
     FakeFileManager::Get().SetHook([](const std::string& call) {
         if (call.find("GetGroupNeighborDistributedDir") == 0) {
             reached.set_value();
-            std::this_thread::sleep_for(std::chrono::minutes(10));
+            StayForEver();
         }
     });
     std::thread([] {
@@ -87,7 +98,7 @@ TEST(ProcessEnd, WithTheWorkerInsideTheCompanionLeavesThatAlone) {
             static std::promise<void> reached;
             FakeFileManager::Get().SetHook([](const std::string&) {
                 reached.set_value();
-                std::this_thread::sleep_for(std::chrono::minutes(10));
+                StayForEver();
             });
             Facade().Start(Type(0), "g", "a");
             reached.get_future().wait();
