@@ -12,12 +12,12 @@ command_bench() {
         case $1 in
         --quick) quick=true ;;
         --json)
-            [ $# -gt 1 ] || fail "bench: --json needs the name of a file"
+            [ $# -gt 1 ] || fail "'bench' needs the name of a file after --json"
             table+=(--json "$2")
             shift
             ;;
         native | windows) world=$1 ;;
-        *) fail "bench: what is '$1'? [--quick] [--json FILE] [native | windows]" ;;
+        *) fail "'bench' does not know '$1'; it takes --quick, --json FILE, native and windows" ;;
         esac
         shift
     done

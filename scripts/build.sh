@@ -76,7 +76,7 @@ configure_native() {
     # g++ needs twice the time for these; and the tests see both compilers.
     address) sanitize=address,undefined c=clang cpp=clang++ ;;
     thread) sanitize=thread ;;
-    *) fail "unknown flavour of the native tests: $1" ;;
+    *) fail "the native tests have no flavour '$1'; they have plain, address and thread" ;;
     esac
     # Built fast rather than fast: the tests take seconds, the compiler takes minutes.
     configure "$build_dir/native-$1" -DCMAKE_C_COMPILER=$c -DCMAKE_CXX_COMPILER=$cpp \
@@ -93,5 +93,5 @@ build_native() {
 
 command_build() {
     build_windows
-    echo "Built. What a host needs is in build/dist: bin, lib, include."
+    echo "build/dist now holds what a host needs: bin, lib, include."
 }

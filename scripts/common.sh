@@ -19,9 +19,9 @@ step() {
     start=$SECONDS
     "$@" >"$log" 2>&1 </dev/null || status=$?
     if [ $status -ne 0 ]; then
-        echo "  $text: failed" >&2
+        echo "  The step '$text' has failed. Its output ends with:" >&2
         tail -n 40 "$log" >&2
-        fail "'$text' failed (exit $status); all of its output is in ${log#"$root"/}"
+        fail "could not $text (exit code $status); ${log#"$root"/} has the whole output"
     fi
     if [ $((SECONDS - start)) -gt 1 ]; then
         echo "  $text ($((SECONDS - start)) s)"

@@ -28,8 +28,7 @@ check_native_coverage() {
 }
 
 command_coverage() {
-    results_dir=$build_dir/test-results
-    mkdir -p "$results_dir"
+    forget_results
     test_native plain
     count_native
     windows_build=$coverage_windows_build

@@ -16,5 +16,5 @@ build_docs() {
 command_docs() {
     need_packages "${docs_packages[@]}"
     build_docs
-    echo "Built. Begin with build/docs/html/index.html."
+    echo "The pages are built. Begin with build/docs/html/index.html."
 }

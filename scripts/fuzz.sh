@@ -63,7 +63,7 @@ fuzz_all() {
                 [ $SECONDS -lt $next_report ] || fuzz_row "$target" "running"
             elif wait "${running[$target]}"; then
                 unset "running[$target]"
-                fuzz_row "$target" "done, nothing found"
+                fuzz_row "$target" "done, nothing breaks"
             else
                 unset "running[$target]"
                 fuzz_row "$target" "BROKEN, see build/log/fuzz-$target.txt"
@@ -104,9 +104,9 @@ command_fuzz() {
     elif [[ $what =~ ^[1-9][0-9]*$ ]]; then
         build_fuzz
         fuzz_all "$what" || fail "the inputs that break something are in ${fuzz_broken#"$root"/}"
-        echo "Nothing found. './plenx fuzz keep' adds what is new to the corpus."
+        echo "No input breaks anything. './plenx fuzz keep' adds new inputs to the corpus."
     else
-        echo "plenx: fuzz SECONDS (for each target) or fuzz keep" >&2
+        echo "plenx: 'fuzz' needs the seconds for each target, or the word keep" >&2
         exit 2
     fi
 }

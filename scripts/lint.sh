@@ -41,5 +41,5 @@ command_lint() {
     step "check the format" check_format
     step "compile as near to MSVC as can be" check_for_msvc
     step "run clang-tidy" check_tidy
-    echo "Nothing to complain of."
+    echo "The sources pass."
 }

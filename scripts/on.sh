@@ -18,7 +18,7 @@ command_on() {
     system=$on_dir/$release
     local -a as_root=()
     need_packages debootstrap git
-    become_root "to make a system in a folder"
+    become_root "make a system in a folder"
     make_system "$codename" "$system"
     step "bring the committed tree to Debian $release" bring_tree "$system"
     in_system "$system" ./plenx "$@" || status=$?

@@ -19,10 +19,10 @@ bench_packages=("${native_packages[@]}" "${windows_packages[@]}" python3 pkg-con
     libboost-log-dev liblog4cplus-dev libgoogle-glog-dev
     'libsigc++-2.0-dev' libboost-dev libpoco-dev libconcurrentqueue-dev)
 
-# become_root WHY: fills as_root with what goes in front of a command that only root may run.
+# become_root WHAT-FOR: fills as_root with what goes in front of a command that only root may run.
 become_root() {
     if [ "$(id -u)" -ne 0 ]; then
-        command -v sudo >/dev/null || fail "root is needed $1"
+        command -v sudo >/dev/null || fail "only root can $1, and sudo is not here"
         as_root=(sudo)
     fi
 }
@@ -37,9 +37,9 @@ need_packages() {
     if [ ${#missing[@]} -eq 0 ]; then
         return
     fi
-    command -v apt-get >/dev/null || fail "these packages are needed: ${missing[*]}"
+    command -v apt-get >/dev/null || fail "this machine has no apt-get to install ${missing[*]}"
     local -a as_root=()
-    become_root "to install ${missing[*]}"
+    become_root "install ${missing[*]}"
     local -a apt=("${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get)
     step "read the package lists" "${apt[@]}" update
     # By their number: the names of many are too long for the name of a log.

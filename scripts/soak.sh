@@ -6,7 +6,7 @@ soak_seconds=3600
 command_soak() {
     local seconds=${1:-$soak_seconds} seed=${2:-$(date +%s)} prefix run status=0
     local log=$log_dir/soak.txt kept=$build_dir/soak
-    [[ $seconds =~ ^[0-9]+$ && $seed =~ ^[0-9]+$ ]] || fail "soak: SECONDS and SEED are numbers"
+    [[ $seconds =~ ^[0-9]+$ && $seed =~ ^[0-9]+$ ]] || fail "'soak' needs whole numbers for the seconds and the seed"
     compile_windows soak_test
     make_prefix_template
     prefix=$(new_prefix soak)

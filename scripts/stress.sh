@@ -15,13 +15,12 @@ command_mutate() {
 }
 
 check_some_mutants() {
-    python3 tests/mutation/mutate.py "$build_dir/native-plain" --brief --count 8 --seed 2 \
+    python3 tests/mutation/mutate.py "$build_dir/native-plain" --brief --count "${1:-8}" --seed 2 \
         --jobs "$(nproc)"
 }
 
 command_stress() {
-    results_dir=$build_dir/test-results
-    mkdir -p "$results_dir"
+    forget_results
     local flavour
     for flavour in plain address thread; do
         build_native "$flavour"
@@ -36,5 +35,5 @@ command_stress() {
     export PLENX_TEST_ENDINGS=$stress_endings PLENX_TEST_HOSTILE=$stress_messages
     echo "  $stress_endings hosts that end in each way, then $stress_messages messages each way"
     test_windows endings_test hostile_test
-    [ $all_failed -eq 0 ]
+    close_results
 }

@@ -1,12 +1,64 @@
 # All tests, and the closing line that counts them.
 
 windows_test_seconds=900
-windows_jobs=3        # at a time: they mostly wait
+windows_jobs=4        # at a time: they mostly wait
 long_windows_tests=(endings_test system_test soak_test)  # begin first, so that none is left alone
+# The commands that are about these run them at length.
+brief_endings=10
+brief_mutants=3
+quick_windows_test=system_test
+quick_windows_filter='Lifecycle.*'
 show_each_test=false  # under Wine, for runs of many minutes
 failure_lines='^[^ ].*(Failure|FAILED|WARNING: ThreadSanitizer|ERROR: AddressSanitizer|runtime error)'
 failure_lines+='|\*\*\*(Failed|Timeout|Exception)'
-all_passed=0 all_failed=0 all_skipped=0
+
+forget_results() {
+    results_dir=$build_dir/test-results
+    rm -rf "$results_dir"
+    mkdir -p "$results_dir"
+    : >"$results_dir/counts"
+}
+
+# count PASSED FAILED SKIPPED: into a file, as lanes cannot add to each other's variables
+count() {
+    echo "$*" >>"$results_dir/counts"
+}
+
+# The closing line; whether all is well.
+close_results() {
+    awk '{ passed += $1; failed += $2; skipped += $3 }
+        END {
+            printf "%d passed, %d failed, %d skipped\n", passed, failed, skipped
+            exit failed > 0 || passed == 0
+        }' "$results_dir/counts"
+}
+
+# in_lane FUNCTION ARGUMENT...: beside the other lanes. A step that fails ends its lane alone.
+in_lane() {
+    "$@" &
+    lanes+=($!)
+}
+
+# A lane that a step has ended counts as one failure; the step has said why.
+finish_lanes() {
+    local lane
+    for lane in "${lanes[@]}"; do
+        wait "$lane" || count 0 1 0
+    done
+    lanes=()
+}
+lanes=()
+
+# Lanes do not hear Ctrl-C themselves. A shell has made this process the first of its group.
+end_lanes() {
+    local prefix
+    trap - INT TERM
+    kill -TERM -- "-$$" 2>/dev/null || true
+    for prefix in "$wine_dir"/*; do
+        WINEPREFIX=$prefix timeout 20 wineserver -k 2>/dev/null || true
+    done
+    exit 130
+}
 
 test_native() {
     local flavours=("$@") flavour
@@ -26,13 +78,15 @@ check_public_header() {
     done
 }
 
+# run_native FLAVOUR [CTEST-ARGUMENT...]
 run_native() {
     local name=native-$1 status=0
     local log=$log_dir/$name-tests.txt
+    shift
     forget_counts "$build_dir/$name"
     (cd "$build_dir/$name" && ctest -j"$(nproc)" --output-on-failure \
-        --output-junit "$results_dir/$name.xml") >"$log" 2>&1 </dev/null || status=$?
-    report "$name" "native tests, $1" $status "$log"
+        --output-junit "$results_dir/$name.xml" "$@") >"$log" 2>&1 </dev/null || status=$?
+    report "$name" "native tests, ${name#native-}" $status "$log"
 }
 
 # report NAME TEXT STATUS LOG: the count of a run, and its failures. A run that failed without a
@@ -43,15 +97,13 @@ report() {
         read -r passed failed skipped < <(count_results "$xml")
     fi
     if [ "$3" -ne 0 ]; then
-        echo "  failures in $2 (exit $3):"
+        echo "  $2 failed (exit code $3):"
         grep -aE "$failure_lines" "$4" | head -n 40 || true
-        echo "  (all of it: ${4#"$root"/})"
+        echo "  (${4#"$root"/} has the whole output)"
         [ "$failed" -ne 0 ] || failed=1
     fi
     echo "  $2: $passed passed, $failed failed, $skipped skipped"
-    all_passed=$((all_passed + passed))
-    all_failed=$((all_failed + failed))
-    all_skipped=$((all_skipped + skipped))
+    count "$passed" "$failed" "$skipped"
 }
 
 all_windows_tests() {
@@ -60,8 +112,13 @@ all_windows_tests() {
 
 test_windows() {
     compile_windows all
-    make_prefix_template
+    run_windows "$@"
+}
+
+# run_windows [PROGRAM...]: those named, or all
+run_windows() {
     local -a names=("$@")
+    make_prefix_template
     if [ ${#names[@]} -eq 0 ]; then
         # Each once, the long ones in front.
         mapfile -t names < <({ printf '%s\n' "${long_windows_tests[@]}"; all_windows_tests; } |
@@ -70,7 +127,7 @@ test_windows() {
     local name
     local -A running=()  # process to name
     for name in "${names[@]}"; do
-        [ -e "$windows_build/bin/$name.exe" ] || fail "no such test program: $name"
+        [ -e "$windows_build/bin/$name.exe" ] || fail "there is no test program '$name'"
         [ ${#running[@]} -lt $windows_jobs ] || finish_windows_test
         run_windows_test "$name" &
         running[$!]=$name
@@ -96,7 +153,8 @@ run_windows_test() {
     prefix=$(new_prefix "$1")
     : >"$log"
     (cd "$windows_build/bin" && WINEPREFIX=$prefix exec timeout -k 10 $windows_test_seconds \
-        wine "$1.exe" --gtest_output=xml:"Z:${xml//\//\\}") >"$log" 2>&1 </dev/null &
+        wine "$1.exe" --gtest_filter="${windows_filter:-*}" \
+        --gtest_output=xml:"Z:${xml//\//\\}") >"$log" 2>&1 </dev/null &
     run=$!
     if $show_each_test; then
         tail -n +1 -f --pid=$run "$log" |
@@ -138,43 +196,130 @@ count_results() {
         END { print tests - failed - skipped, failed + 0, skipped + 0 }' "$1"
 }
 
+check_sources() {
+    step "check the format of the sources" check_format
+    step "compile the public header alone" check_public_header
+    step "hold the table of tests against the tests" python3 docs/check_conformance.py
+}
+
+# Two lanes: one keeps the cores busy, the other mostly waits. What waits for real services has
+# deadlines, so the busy one steps back where both want a core.
+test_all() {
+    need_packages "${native_packages[@]}" "${windows_packages[@]}" "${demo_packages[@]}" \
+        "${coverage_packages[@]}" "${mutate_packages[@]}" "${docs_packages[@]}" \
+        "${browser_packages[@]}" "${package_packages[@]}" "${lint_packages[@]}"
+    check_sources
+    in_lane busy_lane
+    in_lane waiting_lane
+    finish_lanes
+}
+
+busy_lane() {
+    local lanes=()
+    renice -n 5 -p "$BASHPID" >/dev/null
+    test_native plain
+    check_native_coverage
+    in_lane test_browser
+    test_native address thread
+    step "see the tests notice mutants" check_some_mutants $brief_mutants
+    finish_lanes
+}
+
+waiting_lane() {
+    compile_windows all
+    PLENX_TEST_ENDINGS=$brief_endings run_windows
+    step "type at the host's prompt" test_dialogue
+    step "hold the host's JSON against its schema" /usr/bin/python3 \
+        docs/check_plenxhost_json.py "$windows_build/bin/plenxhost.jsonl"
+    build_docs
+    test_package
+}
+
+# While one writes: all unit tests of one flavour, and the library's life with real services.
+test_quick() {
+    need_packages "${native_packages[@]}" "${windows_packages[@]}"
+    in_lane test_native plain
+    in_lane quick_windows
+    finish_lanes
+}
+
+quick_windows() {
+    compile_windows $quick_windows_test
+    windows_filter=$quick_windows_filter run_windows $quick_windows_test
+}
+
+# test_one NAME: a program, or a test as GoogleTest names it, wherever there is one.
+test_one() {
+    local name=${1:-} word before
+    [ -n "$name" ] || fail "'test one' needs the name of a test or of a test program"
+    # Without the suite, and without what stands around the name of a test with parameters.
+    word=${name##*.}
+    word=${word%%/*}
+    one_native "$name" "$word"
+    one_windows "$name" "$word"
+    [ -s "$results_dir/counts" ] || fail "no test and no test program is named '$name'"
+}
+
+# folders_with WORD FOLDER...: those whose tests, or whose list of programs, contain the word
+folders_with() {
+    local word=$1
+    shift
+    grep -rlw --include='*.cpp' --include='*.h' --include=CMakeLists.txt -e "$word" "$@" |
+        xargs -r -n 1 dirname | sort -u
+}
+
+one_native() {
+    local folder found=false
+    local -a which=(-R "${1//./\\.}")
+    [[ $1 != *_test ]] || which=(-L "^$1\$")
+    for folder in $(folders_with "$2" tests/unit tests/both_worlds); do
+        folder=${folder/#tests\/both_worlds/tests\/unit\/both_worlds}
+        need_packages "${native_packages[@]}"
+        configure_native plain
+        step "build $folder" ninja -C "$build_dir/native-plain" "$folder/all"
+        found=true
+    done
+    forget_counts "$build_dir/native-plain"
+    if $found && (cd "$build_dir/native-plain" && ctest -N "${which[@]}") | grep -q 'Test *#1'; then
+        run_native plain "${which[@]}"
+    fi
+}
+
+one_windows() {
+    local folder program windows_filter="*$1*"
+    [[ $1 != *_test ]] || windows_filter='*'
+    for folder in $(folders_with "$2" tests/windows tests/both_worlds); do
+        for program in $(sed -nE 's/^ *plenx_windows_test\((\w+).*/\1/p' "$folder/CMakeLists.txt"); do
+            if [[ $1 != *_test || $1 = "$program" ]]; then
+                compile_windows "$program"
+                run_windows "$program"
+            fi
+        done
+    done
+}
+
 command_test() {
-    results_dir=$build_dir/test-results
-    rm -rf "$results_dir"
-    mkdir -p "$results_dir"
     local which=${1:-all}
     [ $# -gt 0 ] && shift
+    forget_results
+    trap end_lanes INT TERM
     case $which in
-    all)
-        need_packages "${native_packages[@]}" "${windows_packages[@]}" "${demo_packages[@]}" \
-            "${coverage_packages[@]}" "${mutate_packages[@]}" "${docs_packages[@]}" \
-            "${browser_packages[@]}" "${package_packages[@]}" "${lint_packages[@]}"
-        step "check the format of the sources" check_format
-        step "compile the public header alone" check_public_header
-        step "hold the table of tests against the tests" python3 docs/check_conformance.py
-        build_docs
-        test_native
-        check_native_coverage
-        test_browser
-        step "see the tests notice mutants" check_some_mutants
-        test_windows
-        step "type at the host's prompt" test_dialogue
-        step "hold the host's JSON against its schema" /usr/bin/python3 \
-            docs/check_plenxhost_json.py "$windows_build/bin/plenxhost.jsonl"
-        test_package
-        ;;
+    all) test_all ;;
+    quick) test_quick ;;
+    one) test_one "$@" ;;
     package)
-        command_docs
+        need_packages "${docs_packages[@]}"
+        build_docs
         test_package
         ;;
     native) test_native "$@" ;;
     windows) test_windows "$@" ;;
     browser) test_browser ;;
     *)
-        echo "plenx: test what? all, native, windows, browser or package" >&2
+        echo "plenx: 'test' does not know '$which'; it takes all, quick, one NAME, native," \
+            "windows, browser and package" >&2
         exit 2
         ;;
     esac
-    echo "$all_passed passed, $all_failed failed, $all_skipped skipped"
-    [ $all_failed -eq 0 ] && [ $all_passed -gt 0 ]
+    close_results
 }
