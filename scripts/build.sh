@@ -30,13 +30,13 @@ configure() {
     step "configure $(basename "$folder")" cmake -G Ninja -S "$root" -B "$folder" "$@"
 }
 
-# compile_windows NINJA-TARGET
+# compile_windows NINJA-TARGET...
 compile_windows() {
     need_packages "${windows_packages[@]}"
     configure "$windows_build" --toolchain "$root/cmake/mingw-w64-x86-64.cmake" \
         -DCMAKE_CXX_FLAGS_RELWITHDEBINFO="$windows_flags" \
         "${windows_options[@]}"
-    step "build for Windows" ninja -C "$windows_build" "$1"
+    step "build for Windows" ninja -C "$windows_build" "$@"
     step "add the run time" copy_run_time "$windows_build/bin"
 }
 

@@ -111,7 +111,11 @@ all_windows_tests() {
 }
 
 test_windows() {
-    compile_windows all
+    local name
+    for name in "$@"; do
+        [[ $name = *_test ]] || fail "there is no test program '$name'"
+    done
+    compile_windows "${@:-all}"
     run_windows "$@"
 }
 
