@@ -26,6 +26,7 @@ count() {
 
 # The closing line; whether all is well.
 close_results() {
+    echo "  The tests took $SECONDS s."
     awk '{ passed += $1; failed += $2; skipped += $3 }
         END {
             printf "%d passed, %d failed, %d skipped\n", passed, failed, skipped
@@ -33,9 +34,14 @@ close_results() {
         }' "$results_dir/counts"
 }
 
-# in_lane FUNCTION ARGUMENT...: beside the other lanes. A step that fails ends its lane alone.
+# in_lane FUNCTION ARGUMENT...: beside the other lanes. A step that fails ends its lane alone, and a
+# lane waits for those that it has begun.
 in_lane() {
-    "$@" &
+    (
+        lanes=()
+        trap finish_lanes EXIT
+        "$@"
+    ) &
     lanes+=($!)
 }
 
@@ -219,14 +225,12 @@ test_all() {
 }
 
 busy_lane() {
-    local lanes=()
     renice -n 5 -p "$BASHPID" >/dev/null
     test_native plain
     check_native_coverage
     in_lane test_browser
     test_native address thread
     step "see the tests notice mutants" check_some_mutants $brief_mutants
-    finish_lanes
 }
 
 waiting_lane() {
