@@ -1,8 +1,13 @@
 #include "inbox.h"
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
+#include <string>
 #include <thread>
+
+#include "common/asleep.h"
+#include "common/wait_until.h"
 
 namespace PlenxHost {
 namespace {
@@ -45,9 +50,9 @@ TEST(Inbox, OthersStayForLaterExpectations) {
 
 TEST(Inbox, WaitEndsWhenItComes) {
     Inbox inbox;
-    std::thread sender([&] {
+    std::thread sender([&, waiting = std::to_string(gettid())] {
         inbox.Put(Error(1));
-        std::this_thread::sleep_for(milliseconds(20));
+        EXPECT_TRUE(WaitUntil([&] { return IsAsleep(waiting); }));
         inbox.Put(Error(2));
     });
     EXPECT_TRUE(inbox.Take(For("NotifyError 2"), kLong));
@@ -63,8 +68,8 @@ TEST(Inbox, WaitEndsAtItsLimit) {
 
 TEST(Inbox, InterruptEndsEveryWaitNowAndLater) {
     Inbox inbox;
-    std::thread interrupter([&] {
-        std::this_thread::sleep_for(milliseconds(20));
+    std::thread interrupter([&, waiting = std::to_string(gettid())] {
+        EXPECT_TRUE(WaitUntil([&] { return IsAsleep(waiting); }));
         inbox.Interrupt();
     });
     EXPECT_FALSE(inbox.Take(For("*"), kLong));

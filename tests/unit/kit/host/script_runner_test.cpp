@@ -3,11 +3,16 @@
 #include "script_runner.h"
 
 #include <gmock/gmock.h>
+#include <unistd.h>
 
+#include <set>
 #include <stdexcept>
+#include <string>
 #include <thread>
 
 #include "captured_output.h"
+#include "common/asleep.h"
+#include "common/wait_until.h"
 #include "exit_code.h"
 #include "recorded_manager.h"
 #include "run_limit.h"
@@ -123,8 +128,8 @@ TEST_F(ScriptTest, ForgetDropsWhatCame) {
 TEST_F(ScriptTest, ExpectWaitsForANotificationOfAnotherThread) {
     std::thread service;
     RecordedManager::When("Start", [&] {
-        service = std::thread([] {
-            std::this_thread::sleep_for(milliseconds(20));
+        service = std::thread([waiting = std::to_string(gettid())] {
+            EXPECT_TRUE(WaitUntil([&] { return IsAsleep(waiting); }));
             RecordedManager::Notify([](auto& observer) { observer.NotifyError(4); });
         });
     });
@@ -150,8 +155,8 @@ TEST_F(ScriptTest, ExceptionOfTheLibraryIsAFailure) {
 
 TEST_F(ScriptTest, InterruptEndsTheWaitAndTheScript) {
     const auto steps = ParseScript("sleep 60000\nstop pc g", "s");
-    std::thread interrupter([&] {
-        std::this_thread::sleep_for(milliseconds(20));
+    std::thread interrupter([&, waiting = std::to_string(gettid())] {
+        EXPECT_TRUE(WaitUntil([&] { return IsAsleep(waiting); }));
         session_.Interrupt();
     });
     RunSteps(steps, session_);
@@ -176,8 +181,35 @@ TEST(ParseScript, FileThatIsMissingIsTold) {
     EXPECT_THROW(LoadScript("/nowhere/at all"), ScriptError);
 }
 
-TEST(ParseScript, DemoScriptIsRight) {
-    EXPECT_GT(LoadScript(DEMO_SCRIPT).size(), 50U);
+// The demo shows all that a host can ask for and hear, and it never waits without a limit.
+TEST_F(ScriptTest, DemoAsksForEveryOperationAndExpectsEveryNotification) {
+    std::set<std::string> expected;
+    for (const Step& step : LoadScript(DEMO_SCRIPT)) {
+        SCOPED_TRACE(step.place);
+        if (step.name == "expect") {
+            expected.insert(SplitWords(step.text).words.at(1).text);
+            EXPECT_THAT(step.text, HasSubstr(" within "));
+        } else if (step.name.rfind("expect", 0) != 0 && step.name != "sleep") {
+            EXPECT_FALSE(session_.HasEnded());
+            session_.Run(step);
+        }
+    }
+    EXPECT_TRUE(session_.HasEnded()) << "the last step is quit";
+    std::set<std::string> asked;
+    for (const std::string& call : RecordedManager::Calls()) {
+        asked.insert(call.substr(0, call.find('(')));
+    }
+    EXPECT_THAT(asked, ElementsAre("Destroy", "DeviceNameChanged", "GetInt64Config", "GetOfficeDir",
+                                   "GetStringConfig", "Init", "LocalDeviceOffline",
+                                   "LocalDeviceOnline", "RecvRemoteMessage", "RemoteDeviceOffline",
+                                   "RemoteDeviceOnline", "SetConfig", "Start", "Stop"));
+    EXPECT_THAT(expected, ElementsAre("NotifyConnect", "NotifyDisconnect", "NotifyDiskName",
+                                      "NotifyError", "NotifyReconnect", "NotifyStatus",
+                                      "QueryLinkStatus", "SendLocalMessage"));
+    EXPECT_EQ(RecordedManager::Calls().front().substr(0, 5), "Init(");
+    const EndReport report = session_.Finish(false);
+    EXPECT_EQ(report.exitCode, kAllHeld);
+    EXPECT_THAT(report.failures, IsEmpty());
 }
 
 TEST_F(ScriptTest, LinesRunAsTheyComeAndEndAtTheFirstThatIsWrong) {
@@ -215,7 +247,7 @@ TEST_F(RunLimitDeathTest, EndsAProcessThatDoesNotEndItself) {
     EXPECT_EXIT(
         {
             const RunLimit limit(milliseconds(10), [] {});
-            std::this_thread::sleep_for(std::chrono::seconds(30));
+            pause();  // nothing else ends it
         },
         testing::ExitedWithCode(kTimedOut), "");
 }
