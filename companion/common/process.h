@@ -1,4 +1,4 @@
-// What the stand-ins ask of their process. Any thread may call.
+// The stand-ins ask their process through these functions. Any thread may call them.
 
 #ifndef COMPANION_COMMON_PROCESS_H
 #define COMPANION_COMMON_PROCESS_H
@@ -8,17 +8,17 @@
 
 namespace Companion {
 
-/// The value of an environment variable, empty when it is not set. As a path it may hold
-/// any character; as text it is UTF-8.
+/// Both return the value of an environment variable, or an empty one when it is not set. A path
+/// may contain any character; a text is UTF-8.
 std::filesystem::path PathVariable(const char* name);
 std::string TextVariable(const char* name);
 
 unsigned long ProcessId() noexcept;
 unsigned long ThreadId() noexcept;
 
-/// True once the system has ended all other threads and unloads the DLLs: any lock may
-/// belong to a thread that is gone, and what it guards may be half changed. Always false
-/// where processes do not end like this.
+/// Returns true once the system has ended all other threads and unloads the DLLs. From then on
+/// any lock may belong to a thread that is gone, and the data behind it may be half changed.
+/// Always returns false where processes do not end like this.
 bool ProcessIsEnding() noexcept;
 
 }  // namespace Companion

@@ -43,7 +43,7 @@ void AppendCallLine(const std::filesystem::path& file, const std::string& line) 
     try {
         std::ofstream(file, std::ios::app | std::ios::binary) << line + '\n';
     } catch (...) {
-        // The call itself is done.
+        // The line must not fail the call that it describes.
     }
 }
 

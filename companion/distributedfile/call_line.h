@@ -1,9 +1,9 @@
-// The line that tells of one call:
+// The log has one line for each call:
 //
 //     LocalDeviceOnline("group", "device", 1, 00ffa0) = 0
 //
-// Strings stand in double quotes, with \" \\ and \xNN for what cannot stand as it is; data
-// stands in hexadecimal; after "= " follows the code. Constructor and destructor have none.
+// Strings are in double quotes, with \" \\ and \xNN for characters that need escaping. Data is
+// hexadecimal. The code follows after "= "; constructor and destructor have no code.
 
 #ifndef COMPANION_DISTRIBUTEDFILE_CALL_LINE_H
 #define COMPANION_DISTRIBUTEDFILE_CALL_LINE_H
@@ -16,10 +16,10 @@ namespace Office {
 
 std::string Quoted(std::string_view text);
 
-/// Empty for data that is null or has no positive size.
+/// Returns an empty text when data is null or size is not positive.
 std::string Hex(const unsigned char* data, int size);
 
-/// Appends the line to the file; a file that cannot be written is no failure.
+/// Appends the line to the file, and ignores a file that cannot be written.
 void AppendCallLine(const std::filesystem::path& file, const std::string& line) noexcept;
 
 }  // namespace Office

@@ -1,9 +1,9 @@
-// DistributedFileManager as the DLL exports it. The class has no members of its own, so the
-// state of each object lies in a table under the object's address.
+// DistributedFileManager, which the DLL exports. The class has no members, so a table keeps the
+// state of each object under the object's address.
 //
-//     PLENX_OFFICE_FAIL  "Start=7,LocalDeviceOffline=12": these operations do nothing and
-//                        return the code; read anew by each call
-//     PLENX_OFFICE_LOG   a file that gets a line for each call, in call order, also while the
+//     PLENX_OFFICE_FAIL  "Start=7,LocalDeviceOffline=12" makes these operations do nothing and
+//                        return these codes; each call reads it anew
+//     PLENX_OFFICE_LOG   a file that gets a line for each call, in call order, even while the
 //                        process is ending
 
 #include "distributed_file_manager.h"
@@ -55,14 +55,15 @@ void Remove(const DistributedFileManager* object) {
     }
 }
 
-// The lock for one call. When the process is ending it may belong for ever to a thread that is
-// gone, and the table may be half changed: the call then gets no lock and leaves the table.
+// Locks the table for one call. When the process is ending, the lock may belong for ever to a
+// thread that is gone, and the table may be half changed. The call then gets no lock and must not
+// touch the table.
 std::unique_lock<std::mutex> TakeTurn() {
     return Companion::ProcessIsEnding() ? std::unique_lock<std::mutex>(mutex, std::defer_lock)
                                         : std::unique_lock<std::mutex>(mutex);
 }
 
-// Runs work, with no exception coming out of it.
+// Runs work and lets no exception out of it.
 template <class Work>
 int Guarded(const Work& work) noexcept {
     try {
@@ -106,7 +107,7 @@ int RunOrFail(const DistributedFileManager* object, const char* name, const Oper
     return office != nullptr ? std::invoke(operation, *office, arguments...) : kUnknownObject;
 }
 
-// One call: the operation on the object's state, and its line.
+// Carries out one call: runs the operation on the object's state, and writes its line.
 template <class Operation, class... Arguments>
 int Call(const DistributedFileManager* object, const char* name, const Operation& operation,
          const Arguments&... arguments) noexcept {

@@ -1,5 +1,5 @@
 // The state of one DistributedFileManager: whether it is started, and which devices are
-// online in which group. Not thread-safe: the owner locks.
+// online in which group. It is not thread-safe: its owner must lock.
 
 #ifndef COMPANION_DISTRIBUTEDFILE_OFFICE_H
 #define COMPANION_DISTRIBUTEDFILE_OFFICE_H
@@ -11,20 +11,20 @@
 
 namespace Office {
 
-/// The library's own codes; far from those of plenxsdk, so that their origin shows.
+/// The library's own codes. They differ from those of plenxsdk, so that their origin shows.
 enum Code : int {
     kOk = 0,
-    kNotStarted = 1001,  ///< all but Start and UninstallPackages need Start first
+    kNotStarted = 1001,  ///< every operation but Start and UninstallPackages needs a start
     kAlreadyStarted = 1002,
     kUnknownDevice = 1003,    ///< no such device is online in the group
     kInvalidArgument = 1004,  ///< an empty name, or data that is not 0 to 16 bytes
     kNoFolder = 1005,         ///< the device's folder could not be made
     kUnknownObject = 1006,    ///< a call on an object that was not constructed
-    kProcessEnding = 1007,    ///< the process is ending; nothing was done
+    kProcessEnding = 1007,    ///< the process is ending; the call did nothing
     kInternalError = 1099,
 };
 
-/// size bytes of the caller; bytes may be null when size is 0.
+/// Points to size bytes of the caller; bytes may be null when size is 0.
 struct DeviceData {
     const unsigned char* bytes = nullptr;
     int size = 0;
@@ -42,19 +42,19 @@ public:
     int Start();
     /// Takes all devices offline.
     int Stop();
-    /// A device that is online already is kept with its new values.
+    /// A device that is online already gets the new values.
     int LocalDeviceOnline(const std::string& group, const std::string& device, int type,
                           DeviceData data);
     int RemoteDeviceOnline(const std::string& group, const std::string& device);
     int LocalDeviceOffline(const std::string& group, const std::string& device);
     int RemoteDeviceOffline(const std::string& group, const std::string& device);
-    /// Makes the folder of a local or remote device if need be; dir is untouched on failure.
+    /// Makes the folder of a local or remote device if necessary; leaves dir untouched on failure.
     int GetGroupNeighborDistributedDir(const std::string& group, const std::string& device,
                                        std::string& dir) const;
-    /// Back to the state after construction; folders are left as they are.
+    /// Returns to the state after construction; leaves folders as they are.
     int UninstallPackages();
 
-    /// Null when the device is not online.
+    /// Returns null when the device is not online.
     const LocalDevice* FindLocalDevice(const std::string& group, const std::string& device) const;
 
 private:

@@ -17,7 +17,8 @@ std::string_view Trim(std::string_view text) {
     return text;
 }
 
-// Takes the text before the separator off the front of rest, and the separator with it.
+// Removes the text up to and including the separator from the front of rest, and returns it
+// without the separator.
 std::string_view TakeUntil(std::string_view& rest, char separator) {
     const std::size_t end = rest.find(separator);
     const std::string_view front = rest.substr(0, end);

@@ -1,4 +1,4 @@
-// Failures on request, so that a host's handling of them can be tried out.
+// Operations fail on request, so that a host can try how it handles failures.
 
 #ifndef COMPANION_DISTRIBUTEDFILE_REQUESTED_FAILURE_H
 #define COMPANION_DISTRIBUTEDFILE_REQUESTED_FAILURE_H
@@ -7,9 +7,9 @@
 
 namespace Office {
 
-/// The code that a list such as "Start=7,LocalDeviceOffline=12" names for the operation; 0
-/// when it names none. Blanks around the parts do not count, a part that makes no sense is
-/// passed over, and the first of two parts for one operation holds.
+/// Returns the code that a list such as "Start=7,LocalDeviceOffline=12" names for the operation,
+/// or 0 when it names none. Blanks around the parts do not count. A part that makes no sense is
+/// skipped. The first of two parts for one operation wins.
 int RequestedFailure(std::string_view list, std::string_view operation) noexcept;
 
 }  // namespace Office

@@ -1,16 +1,17 @@
 /// @file
 /// The companion library distributedfile.dll: the office service.
 ///
-/// This header declares what plenxsdk uses of it and nothing else. Every operation
+/// This header declares only the parts that plenxsdk uses. Every operation
 /// that returns an int returns 0 on success and the companion library's own code
 /// otherwise. plenxsdk makes one object per process and never makes two calls at
 /// once; calls come from the host's threads and from plenxsdk's worker. The
 /// destructor runs while the process is ending, with all other threads gone.
 ///
 /// The class crosses a DLL border, so both sides must share one compiler family
-/// and one C++ runtime; and as plenxsdk makes the object, what it keeps must lie
-/// outside the object, which has no members here. A library that was built
-/// otherwise, or whose objects have members, needs an adapter DLL under this name.
+/// and one C++ runtime. plenxsdk makes the object from this declaration, which has
+/// no members, so the library must keep its state outside the object. A library
+/// that was built with another compiler, or whose objects have members, needs an
+/// adapter DLL under this name.
 
 #ifndef COMPANION_DISTRIBUTED_FILE_MANAGER_H
 #define COMPANION_DISTRIBUTED_FILE_MANAGER_H

@@ -1,10 +1,10 @@
 /// @file
 /// The logging library LogHelper.dll.
 ///
-/// This header declares what plenxsdk uses of it and nothing else. Log may be called
-/// from any thread, and while the process is ending: any lock may then belong for
-/// ever to a thread that is gone. The class crosses a DLL border, so both sides must
-/// share one compiler family and one C++ runtime.
+/// This header declares only the parts that plenxsdk uses. Log may be called from any
+/// thread, even while the process is ending; any lock may then belong for ever to a
+/// thread that is gone. The class crosses a DLL border, so both sides must share one
+/// compiler family and one C++ runtime.
 
 #ifndef COMPANION_LOG_HELPER_H
 #define COMPANION_LOG_HELPER_H
@@ -29,7 +29,7 @@ enum LOG_MESSAGE_LEVEL : int {
 class OvLogger {
 public:
     /// The process-wide logger.
-    /// @return Null is allowed: lines are dropped then.
+    /// @return May be null; plenxsdk then drops its lines.
     LOGHELPER_API static OvLogger* GetInstance();
 
     /// Writes the text of the stream as one line.

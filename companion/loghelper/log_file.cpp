@@ -8,11 +8,11 @@
 namespace LogHelper {
 namespace {
 
-// Opening blocks for up to 50 ms when it fails, so it is not tried for every line.
+// A failed opening blocks for up to 50 ms, so not every line tries again.
 constexpr std::chrono::seconds kOpenAgainAfter{5};
 
-// A line that fits the buffer reaches the file in one write: when the process ends in the
-// middle of it, the file holds all or nothing of the line.
+// A line that fits the buffer reaches the file in one write. If the process ends in the middle of
+// it, the file contains the whole line or nothing of it.
 constexpr std::size_t kBufferBytes = 64 * 1024;
 
 std::unique_ptr<spdlog::formatter> MakeFormatter() {
@@ -20,7 +20,7 @@ std::unique_ptr<spdlog::formatter> MakeFormatter() {
                                                        spdlog::pattern_time_type::local, "\n");
 }
 
-// The level is part of the text; the sink's own is not shown.
+// The text contains the level, so the sink's own level does not matter.
 spdlog::details::log_msg Message(std::string_view text) {
     return {spdlog::string_view_t(), spdlog::level::info,
             spdlog::string_view_t(text.data(), text.size())};
@@ -44,7 +44,7 @@ LogFile::LogFile(const LogSettings& settings) : settings_(settings) {}
 LogFile::~LogFile() = default;
 
 void LogFile::Write(std::string_view text) noexcept {
-    // A failed rotation leaves the sink without a usable file: open it anew for this line.
+    // A failed rotation leaves the sink without a usable file, so the line opens it again.
     for (int attempt = 0; attempt != 2 && EnsureOpen(); ++attempt) {
         if (TryWrite(text)) {
             return;

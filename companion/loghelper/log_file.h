@@ -3,9 +3,9 @@
 //     2026-01-31 12:34:56.789 [info] [1234] text
 //
 // Lines end with LF. When the file would grow beyond its size, name.log becomes name.1.log,
-// name.1.log becomes name.2.log and so on, and a new name.log is begun.
+// name.1.log becomes name.2.log and so on, and a new name.log begins.
 //
-// Not thread-safe: the owner locks.
+// The class is not thread-safe: its owner must lock.
 
 #ifndef COMPANION_LOGHELPER_LOG_FILE_H
 #define COMPANION_LOGHELPER_LOG_FILE_H
@@ -25,14 +25,14 @@ namespace LogHelper {
 
 class LogFile {
 public:
-    /// Opens nothing; the first line does.
+    /// The first line opens the file.
     explicit LogFile(const LogSettings& settings);
     ~LogFile();
     LogFile(const LogFile&) = delete;
     LogFile& operator=(const LogFile&) = delete;
 
-    /// Writes one line and hands it to the system. A line that cannot be written is dropped;
-    /// a file that cannot be opened is tried again after a few seconds.
+    /// Writes one line and hands it to the system. Drops a line that it cannot write, and tries
+    /// a file that it cannot open again after a few seconds.
     void Write(std::string_view text) noexcept;
 
 private:
@@ -44,7 +44,7 @@ private:
     std::chrono::steady_clock::time_point nextOpen_{};
 };
 
-/// The same line for a writer of its own.
+/// The line as Write would write it, for a caller that writes it itself.
 std::string FormatLine(std::string_view text);
 
 }  // namespace LogHelper

@@ -1,4 +1,4 @@
-// Where the log goes and what is written, as the process's environment tells:
+// The process's environment says where the log goes and which lines it gets:
 //
 //     PLENX_LOG_FILE       the file; by default plenxsdk-<process id>.log in the temp folder
 //     PLENX_LOG_LEVEL      the least level: a number, "info" (3), "error" (4) or "off";

@@ -32,12 +32,12 @@ bool IsLowSurrogate(char32_t unit) {
     return unit >= 0xDC00 && unit <= 0xDFFF;
 }
 
-// U+2028 and U+2029 are line breaks to many readers.
+// Many readers take U+2028 and U+2029 as line breaks.
 bool IsControl(char32_t point) {
     return point < 0x20 || (point >= 0x7F && point <= 0x9F) || point == 0x2028 || point == 0x2029;
 }
 
-// Decodes the code point at the front of text, which is not empty, and takes it off.
+// Decodes the code point at the front of text and removes it. The text must not be empty.
 char32_t TakeFront(std::wstring_view& text) {
     const auto first = static_cast<char32_t>(text[0]);
     const auto second = text.size() > 1 ? static_cast<char32_t>(text[1]) : 0;
@@ -85,9 +85,9 @@ bool IsPlain(wchar_t unit) {
 
 constexpr std::size_t kStride = 16;
 
-// Narrows so many characters in one go. False when not all of them are plain.
+// Narrows kStride characters at once. Returns false when not all of them are plain.
 bool NarrowStride(char* out, const wchar_t* in) {
-    wchar_t wide[kStride];  // out cannot overlap it: the compiler takes all at once
+    wchar_t wide[kStride];  // out cannot overlap this copy, so the compiler can vectorise
     std::memcpy(wide, in, sizeof(wide));
     char32_t odd = 0;
     for (std::size_t i = 0; i != kStride; ++i) {
@@ -99,7 +99,7 @@ bool NarrowStride(char* out, const wchar_t* in) {
     return odd == 0;
 }
 
-// The same for a text of any length.
+// Does the same for a text of any length.
 bool Narrow(char* out, std::wstring_view text) {
     std::size_t done = 0;
     for (; done + kStride <= text.size(); done += kStride) {
@@ -116,7 +116,7 @@ bool Narrow(char* out, std::wstring_view text) {
     return true;
 }
 
-// Nearly all lines are plain.
+// This is the fast path: nearly all lines are plain.
 bool AppendPlain(std::string& line, std::wstring_view text) {
     const std::size_t before = line.size();
     line.resize(before + text.size());

@@ -1,6 +1,6 @@
-// OvLogger as the DLL exports it. Nothing here is ever destroyed and nothing is made at load
-// time: lines come from the static destructors of other DLLs, and loading runs under the
-// loader lock.
+// OvLogger, which the DLL exports. Nothing here is ever destroyed, because the static destructors
+// of other DLLs still log. Nothing is made at load time, because loading runs under the loader
+// lock.
 
 #include "log_helper.h"
 
@@ -24,7 +24,8 @@ std::atomic<const LogSettings*> settings{nullptr};
 std::mutex mutex;         // guards file
 LogFile* file = nullptr;  // made by the first line
 
-// Reads the settings once, without a lock: they are needed when locks are of no use.
+// Reads the settings once. It takes no lock, because the end of the process may have made locks
+// useless.
 const LogSettings& Settings() {
     const LogSettings* known = settings.load(std::memory_order_acquire);
     if (known == nullptr) {
@@ -44,8 +45,8 @@ void WriteToFile(const std::string& text) {
     file->Write(text);
 }
 
-// Appends the line on its own. When the process is ending, the mutex may belong for ever to a
-// thread that the system has ended, and the open file may be in the middle of anything.
+// Opens the file for this line alone. When the process is ending, the mutex may belong for ever to
+// a thread that the system has ended, and the open LogFile may be in any state.
 void AppendToFile(const std::string& text) {
     const HANDLE handle = CreateFileW(Settings().file.c_str(), FILE_APPEND_DATA,
                                       FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
@@ -82,6 +83,6 @@ void OvLogger::Log(LOG_MESSAGE_LEVEL level, const std::wostringstream& stream) {
     try {
         LogHelper::WriteLine(level, stream);
     } catch (...) {
-        // A line that cannot be written is dropped.
+        // Logging must never fail its caller.
     }
 }

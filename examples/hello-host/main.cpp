@@ -1,9 +1,10 @@
-// hello-host: a small but whole host. It starts the PC service, waits until it hears what came of
-// that, stops the service again, and ends.
+// hello-host is a small but complete host. It starts the PC service, waits for the outcome, stops
+// the service again, and ends.
 //
 //     hello-host INSTALL_FOLDER DATA_FOLDER
 //
-// Ends with 0 when both outcomes came, 1 when not, 2 when the command line is wrong.
+// It returns 0 when the service started and is gone again, 1 when not, and 2 when the command line
+// is wrong.
 
 #include <plenxsdk/plenx_manager.h>
 
@@ -22,10 +23,11 @@ namespace {
 const std::string kGroup = "home";
 constexpr auto kPatience = std::chrono::seconds(60);
 
-// Calls come on threads of the library, one at a time: print, note down, return at once.
+// The library calls the observer on its own threads, one call at a time. Each call prints, notes
+// down what it heard, and returns at once.
 class Observer : public PLENXServiceObserver {
 public:
-    // The outcome of our own calls, and what services report by themselves.
+    // Brings the outcomes of our own calls and the reports of the services.
     int NotifyStatus(ServiceType service, const std::string& group, unsigned int kind,
                      bool value) override {
         std::printf("NotifyStatus     service %u, group %s, kind %u, %s\n", unsigned{service},
@@ -48,7 +50,7 @@ public:
     }
     int QueryLinkStatus(ServiceType service, const std::string& group, unsigned int,
                         std::int32_t& linkStatus) override {
-        linkStatus = 0;  // what the service gets as its answer
+        linkStatus = 0;  // the service gets this as its answer
         return Print("QueryLinkStatus", service, group);
     }
     int SendLocalMessage(PLENXMessageType type, unsigned int, const std::string& message) override {
@@ -64,7 +66,8 @@ public:
         return 0;
     }
 
-    // Wait on a thread of the host, never inside a notification. Empty when nothing came in time.
+    // Call these on a thread of the host, never inside a notification. They return nullopt when
+    // no outcome comes in time.
     std::optional<bool> WaitForStart() { return WaitFor(started_); }
     std::optional<bool> WaitForStop() { return WaitFor(stopped_); }
 
@@ -86,17 +89,18 @@ private:
     std::optional<bool> stopped_;
 };
 
-// Starts and stops the PC service; true when both were heard of and the start succeeded.
+// Starts and stops the PC service. Returns true when the start succeeded and the service is gone
+// after the stop.
 bool Run(PLENXManager& manager, Observer& observer, const char* installFolder,
          const char* dataFolder) {
-    // All of this returns at once; the work is done behind it, in this order.
+    // These calls return at once; the library does the work later, in this order.
     manager.Init(installFolder, dataFolder, "", false);
     manager.SetConfig(kPcService, kLocaleConfig, std::string("en_GB"));
     if (manager.Start(kPcService, kGroup, "argument of the group") != kAccepted) {
         return false;
     }
 
-    // 0 meant that the call was taken. Whether it worked is told by NotifyStatus.
+    // 0 only meant that the library took the call. NotifyStatus tells whether it worked.
     const std::optional<bool> started = observer.WaitForStart();
     if (!started) {
         std::puts("The start has had no outcome.");
@@ -104,7 +108,7 @@ bool Run(PLENXManager& manager, Observer& observer, const char* installFolder,
     }
     std::puts(*started ? "The PC service runs." : "The PC service did not start: see the log.");
 
-    // The outcome of a stop is always false; that it came is what counts.
+    // The outcome of a stop is always false, so only its arrival counts.
     manager.Stop(kPcService, kGroup);
     if (!observer.WaitForStop()) {
         std::puts("The stop has had no outcome.");
@@ -126,8 +130,8 @@ int main(int argc, char** argv) {
 
     Observer observer;
     PLENXManager& manager = PLENXManager::GetInstance();
-    manager.RegisterPLENXServiceObserver(&observer);  // before Init: nothing is kept for later
+    manager.RegisterPLENXServiceObserver(&observer);  // before Init, which may already notify
     const bool done = Run(manager, observer, argv[1], argv[2]);
-    manager.UnregisterPLENXServiceObserver(&observer);  // from here on it may be deleted
-    return done ? 0 : 1;  // at the end of the process the library uninstalls its services
+    manager.UnregisterPLENXServiceObserver(&observer);  // after this it may be deleted
+    return done ? 0 : 1;  // when the process ends, the library uninstalls its services
 }

@@ -1,5 +1,5 @@
-/* plenxservice.exe: answers every request with success, and tells the host that a group is
- * connected as soon as it has been created. */
+/* plenxservice.exe answers every request with success. As soon as a group has been created, it
+ * tells the host that the group is connected. */
 
 #include <windows.h>
 
@@ -32,8 +32,8 @@ static DWORD WINAPI OnControl(DWORD control, DWORD type, void* data, void* conte
     return control == SERVICE_CONTROL_INTERROGATE ? NO_ERROR : ERROR_CALL_NOT_IMPLEMENTED;
 }
 
-/* The start arguments: the service's name, the install folder, the data folder, the role's digit.
- */
+/* The start arguments are the service's name, the install folder, the data folder and the role's
+ * digit. */
 enum { DATA_FOLDER = 2, ROLE = 3, ARGUMENTS = 4 };
 
 static const wchar_t* EndpointOf(DWORD count, wchar_t** arguments) {
@@ -50,7 +50,7 @@ static DWORD MakeFolder(const wchar_t* folder) {
     return GetLastError() == ERROR_ALREADY_EXISTS ? NO_ERROR : GetLastError();
 }
 
-/* All that must stand before the service reports that it runs. */
+/* Makes everything that must exist before the service reports that it runs. */
 static DWORD Begin(DWORD count, wchar_t** arguments) {
     const wchar_t* const endpoint = EndpointOf(count, arguments);
     DWORD error = endpoint ? MakeFolder(arguments[DATA_FOLDER]) : ERROR_INVALID_PARAMETER;

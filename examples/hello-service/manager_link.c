@@ -6,7 +6,7 @@
 
 #include "manager.h"
 
-/* Of the stubs, in both directions. */
+/* The stubs of both directions call these two. */
 void* __RPC_USER midl_user_allocate(size_t size) {
     return malloc(size);
 }
@@ -20,8 +20,8 @@ static int TakeCode(DWORD exception, DWORD* code) {
     return EXCEPTION_EXECUTE_HANDLER;
 }
 
-/* The runtime raises an exception when a call does not get through. Its code is taken in the
- * filter: later it is not to be had everywhere. */
+/* The runtime raises an exception when a call does not get through. The filter reads its code,
+ * because the handler cannot read it on every system. */
 static DWORD CallThroughBinding(int32_t id, unsigned char* message, uint32_t size) {
     DWORD code = 0;
     long respSize = 0;

@@ -6,8 +6,8 @@
 enum { HEADER_SIZE = 8, DESCRIPTOR_SIZE = 12 };
 enum { TYPE_INT32 = 2, TYPE_INT64 = 3, TYPE_STRING = 4, TYPE_INT8_ARRAY = 5 };
 
-/* The arguments of each request: i int32, 2 an int32 that is always 2, l int64, s string, a an
- * array whose size is the int32 before it. */
+/* The arguments of each request: i is an int32, 2 an int32 that is always 2, l an int64, s a
+ * string, and a an array whose size is the int32 before it. */
 static const struct {
     int32_t id;
     const char* arguments;
@@ -29,7 +29,7 @@ typedef struct Argument {
     uint32_t size;
 } Argument;
 
-/* Nothing in a message is aligned. */
+/* memcpy, because nothing in a message is aligned. */
 static void PutWord(unsigned char* message, uint32_t offset, uint32_t value) {
     memcpy(message + offset, &value, sizeof value);
 }
@@ -49,7 +49,7 @@ static Argument ArgumentAt(const unsigned char* message, uint32_t index) {
     return argument;
 }
 
-/* Only for arguments that lie within the message. */
+/* The argument must lie within the message. */
 static int IsOfKind(char kind, const unsigned char* message, Argument argument) {
     const int isInt32 = argument.type == TYPE_INT32 && argument.size == sizeof(int32_t);
     switch (kind) {
@@ -104,7 +104,7 @@ void FirstText(const unsigned char* message, const char** text, uint32_t* length
     *length = argument.size - 1;
 }
 
-/* Header and table of a message of one argument; its data goes behind them. */
+/* Writes the header and the table of a message with one argument. Returns the place of its data. */
 static unsigned char* BeginMessage(unsigned char* message, uint32_t type, uint32_t dataSize) {
     PutWord(message, 0, HEADER_SIZE + DESCRIPTOR_SIZE + dataSize);
     PutWord(message, 4, 1);

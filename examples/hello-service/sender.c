@@ -15,14 +15,14 @@ typedef struct Notification {
     int32_t id;
 } Notification;
 
-static SRWLOCK lock = SRWLOCK_INIT; /* guards what follows, but the thread */
+static SRWLOCK lock = SRWLOCK_INIT; /* guards the variables below, except the thread */
 static CONDITION_VARIABLE changed = CONDITION_VARIABLE_INIT;
 static Notification* first;
 static Notification** end = &first;
 static int stopping;
 static HANDLE thread;
 
-/* Null: the service stops, and nothing is left. */
+/* Waits for the next notification. Returns null when the service stops and none is left. */
 static Notification* NextToSend(void) {
     Notification* next;
     AcquireSRWLockExclusive(&lock);
@@ -46,7 +46,7 @@ static int IsStopping(void) {
     return answer;
 }
 
-/* The host listens a little after it has started. */
+/* Tries several times, because the host begins to listen a little after it has started. */
 static void Send(const Notification* notification) {
     int tries = TRIES;
     while (

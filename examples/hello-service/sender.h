@@ -1,4 +1,4 @@
-/* One thread sends all notifications: they arrive in the order in which they were queued, and no
+/* One thread sends all notifications, so they arrive in the order in which they were queued, and no
  * request waits for them. */
 
 #ifndef HELLO_SENDER_H
@@ -9,10 +9,11 @@
 /* Returns 0 or an error of Windows. */
 unsigned long StartSending(void);
 
-/* Takes the message, which malloc has made. Returns 0 when there is no memory. */
+/* Queues the message and takes ownership of it; it must come from malloc. Returns 0 when there is
+ * no memory. */
 int SendLater(int32_t id, unsigned char* message, uint32_t size);
 
-/* What is queued still has half a second. */
+/* Gives the queued notifications half a second, then stops. */
 void StopSending(void);
 
 #endif

@@ -10,7 +10,7 @@
 
 enum { MOST_CALLS = 10 };
 
-/* The message belongs to the runtime: what is needed later is copied. */
+/* The message belongs to the runtime, so this copies the text that is needed later. */
 static int32_t GroupCreated(const unsigned char* message) {
     const char* group;
     uint32_t length;
@@ -21,13 +21,13 @@ static int32_t GroupCreated(const unsigned char* message) {
     return notification && SendLater(CONNECT_NOTIFY, notification, size) ? TAKEN : NO_MEMORY;
 }
 
-/* The code of the reply. */
+/* Returns the code for the reply. */
 static int32_t AnswerTo(int32_t id, const unsigned char* message, uint32_t size) {
     const int32_t verdict = Judge(id, message, size);
     return verdict == TAKEN && id == CREATE_GROUP ? GroupCreated(message) : verdict;
 }
 
-/* Called by the runtime for each request; the name is the interface's. */
+/* The runtime calls this for each request. The interface prescribes the name. */
 error_status_t ServiceMessage(long msgType, long msgSize, byte msg[], long* respSize, byte** resp) {
     const int32_t result = AnswerTo(msgType, msg, msgSize > 0 ? (uint32_t)msgSize : 0);
     *respSize = 0;

@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
 """Encodes and decodes every message between plenxsdk and its services.
 
-Plain Python, nothing to install; made from the page "The wire protocol" alone, and meant as a
-pattern for a codec in any language.
+It is plain Python and needs no packages. It was written from the page "The wire protocol" alone, and
+is meant as a pattern for a codec in any language.
 
     encode("CreateGroup", groupName="photos_1", groupArg="a")   ->  bytes
     decode("CreateGroup", data)   ->  {"groupName": "photos_1", "kind": 2, "groupArg": "a"}
@@ -29,7 +29,7 @@ LARGEST = 2**31 - 1
 
 
 class MessageError(ValueError):
-    """Something is not as the protocol wants it; the text says what."""
+    """Something breaks the protocol; the text says what."""
 
 
 class Field(NamedTuple):
@@ -84,7 +84,7 @@ MESSAGES = [
 
 
 def find(message):
-    """The message of a name ("reply" included) or of an id."""
+    """Finds a message by its name ("reply" included) or by its id."""
     for candidate in MESSAGES + [REPLY]:
         if message is not None and message in (candidate.name, candidate.id):
             return candidate
@@ -92,7 +92,7 @@ def find(message):
 
 
 def utf16_path(path):
-    """A path as UpdateWindowsExplore wants it."""
+    """Encodes a path for UpdateWindowsExplore."""
     return (path + "\0").encode("utf-16-le")
 
 
@@ -100,7 +100,7 @@ def utf16_path(path):
 
 
 def encode(message, /, **values):
-    """The bytes of a message. What can have one value only may be left out."""
+    """Returns the bytes of a message. Arguments that can have only one value may be left out."""
     message = find(message)
     given = _completed(message, values)
     data = [_data(field, given[field.name]) for field in message.fields]
@@ -145,14 +145,15 @@ def _data(field, value):
             return bytes(value)
         return NUMBERS[field.type].pack(value)
     except (struct.error, AttributeError, TypeError) as error:
-        raise MessageError(f"{field.name}: {value!r} is no {TYPE_NAMES[field.type]}") from error
+        raise MessageError(f"{field.name}: {value!r} is not of type "
+                           f"{TYPE_NAMES[field.type]}") from error
 
 
 # Decoding
 
 
 def decode(message, data):
-    """The arguments of a message by their names."""
+    """Returns the arguments of a message by their names."""
     message = find(message)
     count = _read_header(data)
     if count != len(message.fields):
@@ -167,7 +168,7 @@ def decode(message, data):
             raise MessageError(f"{where}: type {kind} where it must be {field.type}, "
                                f"{TYPE_NAMES[field.type]}")
         if offset != expected_offset:
-            raise MessageError(f"{where}: its data is said to begin at {offset}, it begins at "
+            raise MessageError(f"{where}: its offset is {offset} where its data begins at "
                                f"{expected_offset}")
         if offset + size > len(data):
             raise MessageError(f"{where}: {size} bytes at {offset} do not end within {len(data)}")
@@ -185,10 +186,10 @@ def decode_reply(data):
 
 def _read_header(data):
     if len(data) <= HEADER.size:
-        raise MessageError(f"{len(data)} bytes are no message")
+        raise MessageError(f"{len(data)} bytes are too few for a message")
     total, count = HEADER.unpack_from(data)
     if total != len(data):
-        raise MessageError(f"the total size says {total}, there are {len(data)} bytes")
+        raise MessageError(f"the total size is {total}, but there are {len(data)} bytes")
     if HEADER.size + DESCRIPTOR.size * count >= len(data):
         raise MessageError(f"{count} arguments leave no data in {len(data)} bytes")
     return count
@@ -232,7 +233,7 @@ def _typed(message, word):
             return name, text
         return name, bytes.fromhex(text) if types[name] == INT8_ARRAY else int(text)
     except ValueError as error:
-        raise MessageError(f"{word}: no {TYPE_NAMES[types[name]]}") from error
+        raise MessageError(f"{word}: the value is not of type {TYPE_NAMES[types[name]]}") from error
 
 
 def main(words):

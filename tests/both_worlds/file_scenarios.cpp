@@ -1,4 +1,4 @@
-// The file functions, and the product's own that are made of them.
+// Scenarios of the file functions, and of the product's functions that use them.
 
 #include <direct.h>
 #include <io.h>

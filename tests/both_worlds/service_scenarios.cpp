@@ -1,4 +1,4 @@
-// The functions of the Service Control Manager and of processes.
+// Scenarios of the Service Control Manager and of processes.
 
 #include "both_worlds/stage.h"
 

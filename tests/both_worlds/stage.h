@@ -1,5 +1,5 @@
-// What the scenarios find prepared, in either world: on the real system (stage_windows.cpp) and on
-// the fake one (stage_fake.cpp).
+// Prepares the scenarios in either world: on the real system (stage_windows.cpp) and on the fake
+// one (stage_fake.cpp).
 
 #ifndef PLENXSDK_TESTS_BOTH_WORLDS_STAGE_H
 #define PLENXSDK_TESTS_BOTH_WORLDS_STAGE_H
@@ -14,7 +14,7 @@
 
 namespace BothWorlds {
 
-/// Of the Windows C runtime; another one's number differs.
+/// The errno of the Windows C runtime; other C runtimes have another number.
 constexpr int kNotEmpty = 41;
 
 class Stage : public testing::Test {
@@ -22,7 +22,7 @@ protected:
     Stage();
     ~Stage() override;
 
-    /// An empty folder of each scenario's own, without a backslash at its end.
+    /// Returns an empty folder for this scenario alone, without a backslash at its end.
     std::wstring Folder() const;
     std::wstring At(const wchar_t* name) const { return Folder() + L"\\" + name; }
 
@@ -35,20 +35,21 @@ protected:
     void Hold(const std::wstring& path);
     void Release();
 
-    /// A service that starts and stops when it is told to, and one driver; neither is registered.
+    /// The files of a service that starts and stops when it is told to, and of a driver. Neither is
+    /// registered.
     static std::wstring ServiceProgram();
     static std::wstring DriverFile();
     static std::vector<std::wstring> ServiceArguments();
-    /// From now on the service named "PlenxPcSvc" takes the request to stop and goes on running.
+    /// From now on the service "PlenxPcSvc" accepts the request to stop but goes on running.
     void LetServiceIgnoreStop();
-    /// Removes a service whose process may hang.
+    /// Removes a service even if its process hangs.
     void RemoveService(const std::wstring& name);
 
     /// A process that runs until somebody ends it.
     DWORD StartProcess();
 
-    /// Wine differs from Windows in a few things, and the fake one follows Windows there. README.md
-    /// lists them.
+    /// Wine differs from Windows in a few points, where the fake platform follows Windows.
+    /// README.md lists them.
     static bool IsWine();
 
 private:

@@ -12,7 +12,7 @@ namespace {
 const fs::path kFolder = L"C:\\plenx-scenario";
 const fs::path kApp = L"C:\\plenx-stage\\app";
 
-// A read-only file would stay.
+// fs::remove_all alone would leave read-only files.
 void RemoveAll(const fs::path& folder) {
     std::error_code ignored;
     for (const auto& entry : fs::recursive_directory_iterator(folder, ignored)) {
@@ -88,7 +88,7 @@ void Stage::LetServiceIgnoreStop() {
     world_->install.SetServiceControl("stop=ignore\n");
 }
 
-// The next scenario wants the name.
+// The next scenario needs the same name.
 void Stage::RemoveService(const std::wstring& name) {
     PlenxTest::EndService(name);
     for (int i = 0; i != 200 && PlenxTest::IsRegistered(name); ++i) {

@@ -1,10 +1,10 @@
 #!/usr/bin/env python3
-"""Holds what the tests have run of src/ against what may be missed.
+"""Compares the lines of src/ that the tests ran with the list of those that may be missed.
 
     check.py NATIVE.json [WINDOWS.json]
 
-The files are gcovr's. Every line that no test runs must stand in missed.txt with its reason, and
-everything that stands there must still be true. With one file only the native world is judged.
+The files come from gcovr. missed.txt must name every line that no test runs, with its reason, and
+must name no other line. With one file this judges the native world alone.
 """
 
 import collections

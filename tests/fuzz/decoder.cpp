@@ -1,5 +1,6 @@
-// The peers' decoder and what shows its results: any bytes. What is decoded encodes to the very
-// same bytes, every text shown is valid UTF-8 on one line, and a refusal says why.
+// Feeds any bytes to the peers' decoder and to the code that shows its results. A decoded message
+// must encode to the very same bytes, every text shown must be valid UTF-8 on one line, and a
+// refusal must give its reason.
 
 #include <cstdint>
 #include <string>
@@ -12,7 +13,7 @@
 
 namespace {
 
-// How many bytes of well-formed UTF-8 stand at the position; 0: none.
+// Returns the length of the well-formed UTF-8 character at the position, or 0 when there is none.
 std::size_t Utf8Length(const std::string& text, std::size_t at) {
     const auto byte = [&](std::size_t i) -> unsigned {
         return at + i < text.size() ? static_cast<unsigned char>(text[at + i]) : 0U;

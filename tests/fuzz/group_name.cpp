@@ -1,5 +1,5 @@
-// The split of "name_3" into group and service: any bytes as the name, held against a second
-// way to say the same (a regular grammar and a number in 64 bits).
+// Feeds any bytes as a name to the code that splits "name_3" into group and service, and compares
+// it with a second implementation (a regular grammar and a number in 64 bits).
 
 #include <cstdint>
 #include <optional>
@@ -15,7 +15,7 @@
 
 namespace {
 
-// What the observer must hear of the group, if it is one.
+// Returns what the observer must hear if the name is valid.
 std::optional<std::string> ExpectedArguments(const std::string& name) {
     std::size_t digits = name.size();
     while (digits > 0 && name[digits - 1] >= '0' && name[digits - 1] <= '9') {

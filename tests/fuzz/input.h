@@ -1,5 +1,5 @@
-// FuzzInput: what a fuzz target reads its choices from. The bytes are taken from the front;
-// when they run out, every number is 0 and every block empty. One object, one thread.
+// A fuzz target reads its choices from a FuzzInput. The bytes are taken from the front; when they
+// run out, every number is 0 and every block is empty. Only one thread may use an object.
 
 #ifndef FUZZ_INPUT_H
 #define FUZZ_INPUT_H

@@ -1,5 +1,5 @@
-// The reader: any bytes, any sequence of reads, held against a model that is written from the
-// message layout alone.
+// Tries any sequence of reads on any bytes, and compares the reader with a model that was written
+// from the message layout alone.
 
 #include "rpc/rpc_message_reader.h"
 
@@ -21,7 +21,7 @@ constexpr std::uint32_t kInt32 = 2;
 constexpr std::uint32_t kString = 4;
 constexpr std::uint32_t kInt8Array = 5;
 
-// What a message holds, in 64 bits throughout.
+// Models the content of a message, in 64 bits throughout.
 class Model {
 public:
     Model(const Bytes& message, std::int64_t size) : message_(message) {
@@ -30,7 +30,7 @@ public:
         }
     }
 
-    /// The bytes of argument index, if a read of that type gets them now; moves on then.
+    /// Returns whether a read of that type gets argument index now, and moves on if so.
     bool Read(std::uint32_t index, std::uint32_t type, bool (*sizeIsRight)(std::int64_t),
               Bytes& found) {
         if (index != cursor_ || index >= count_) {
@@ -62,7 +62,7 @@ private:
     std::int64_t cursor_ = 0;
 };
 
-// A failed read says so in one line; a successful one says nothing.
+// A failed read writes one line; a successful one writes none.
 void RequireOutcome(std::int32_t code, bool expected) {
     REQUIRE(code == (expected ? DistributedFs::kSuccess : DistributedFs::kMessageCheckFailed));
     REQUIRE(RecordedLog::Get().Lines().size() == (expected ? 0U : 1U));

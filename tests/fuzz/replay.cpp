@@ -1,5 +1,5 @@
-// Runs a fuzz target over every file of the folders named, in order: what the fuzzers have found
-// worth keeping stays tested, with any compiler and under every sanitizer.
+// Runs a fuzz target over every file of the named folders, in order. So the inputs that the fuzzers
+// found stay tested with any compiler and under every sanitizer.
 
 #include <algorithm>
 #include <cstdint>
@@ -25,7 +25,8 @@ std::vector<std::filesystem::path> FilesOf(const std::filesystem::path& folder) 
 void Replay(const std::filesystem::path& file) {
     std::ifstream stream(file, std::ios::binary);
     const std::vector<char> bytes{std::istreambuf_iterator<char>(stream), {}};
-    // On the heap and of the exact size, so that a read beyond the end is seen.
+    // The copy is on the heap and has the exact size, so that a sanitizer sees a read beyond the
+    // end.
     const std::vector<std::uint8_t> input(bytes.begin(), bytes.end());
     LLVMFuzzerTestOneInput(input.data(), input.size());
 }
@@ -37,7 +38,7 @@ int main(int count, char** arguments) {
     for (int i = 1; i < count; ++i) {
         for (const std::filesystem::path& file : FilesOf(arguments[i])) {
             std::printf("%s\n", file.c_str());
-            std::fflush(stdout);  // the last name printed is the one that failed
+            std::fflush(stdout);  // after a crash the last name is the one that failed
             Replay(file);
             ++inputs;
         }

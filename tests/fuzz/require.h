@@ -1,5 +1,5 @@
-// Require: what must hold whatever the input is. Ends the process, so that the fuzzer keeps the
-// input and a replay of the corpus fails.
+// Require checks a condition that must hold whatever the input is. It ends the process otherwise,
+// so that the fuzzer keeps the input and a replay of the corpus fails.
 
 #ifndef FUZZ_REQUIRE_H
 #define FUZZ_REQUIRE_H

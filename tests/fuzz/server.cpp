@@ -1,8 +1,9 @@
-// The routine behind the "Manager" endpoint with all of its handlers: any id, any bytes.
+// Calls the routine behind the "Manager" endpoint, with all of its handlers, with any id and any
+// bytes.
 //
-// Whatever comes, the answer is one of the stated codes, a reply is the 24 bytes of one int32,
-// nothing stays allocated and at most one notification is heard. What the peers' strict decoder
-// takes for a message of that id must be served.
+// Whatever comes, the answer must be one of the documented codes, a reply must be the 24 bytes of
+// one int32, nothing may stay allocated, and at most one notification may reach the observers. The
+// routine must serve every message that the peers' strict decoder accepts.
 
 #include <cstdint>
 #include <string>
@@ -31,7 +32,7 @@ bool IsNotification(std::int32_t id) {
     return shape != nullptr && shape->direction == PlenxWire::Direction::kNotification;
 }
 
-// A failure of these two is never the caller's to see.
+// The caller of these never sees a failure.
 bool AlwaysSucceeds(std::int32_t id) {
     return id == kExploreFlush || !IsNotification(id);
 }
@@ -48,7 +49,7 @@ void RequireReply(const ManagerReply& reply, std::int32_t linkStatus, std::int32
     REQUIRE(decoded.arguments == PlenxWire::Arguments{expected});
 }
 
-// A message that the peers' decoder takes is refused for its group name alone.
+// Only the group name may be a reason to refuse a message that the peers' decoder accepts.
 void RequireServed(std::int32_t id, const Bytes& message, const ManagerReply& reply,
                    std::size_t heard) {
     const PlenxWire::MessageShape* const shape = PlenxWire::FindMessage(id);
@@ -58,7 +59,7 @@ void RequireServed(std::int32_t id, const Bytes& message, const ManagerReply& re
     const bool reachesExplorer =
         id == PlenxWire::kUpdateWindowsExplore || id == PlenxWire::kExploreFlushNotify;
     if (id == PlenxWire::kUpdateWindowsExplore) {
-        return;  // an empty path is well-formed and refused all the same
+        return;  // an empty path is well-formed, but the server refuses it
     }
     REQUIRE(reply.result == DistributedFs::kSuccess || reply.result == DistributedFs::kOutOfTable);
     REQUIRE(heard == (reply.result == DistributedFs::kSuccess && !reachesExplorer ? 1U : 0U));

@@ -1,5 +1,5 @@
-// The writer: any size, any number of arguments, any sequence of writes, held against a model.
-// What it has finished is then taken apart by the peers' own strict decoder.
+// Tries any size, any number of arguments and any sequence of writes, and compares the writer with
+// a model. The peers' strict decoder then reads every finished message.
 
 #include "rpc/rpc_message_writer.h"
 
@@ -36,7 +36,7 @@ public:
 
     std::int64_t Size() const { return size_; }
 
-    /// Nothing is missing and nothing is left over.
+    /// Returns whether all arguments are written and no byte is left over.
     bool IsFinished() const {
         return size_ > 0 && end_ == size_ && static_cast<std::int64_t>(written.size()) == count_;
     }
@@ -71,7 +71,7 @@ void WriteArray(FuzzInput& input, DistributedFs::RpcMessageWriter& writer, Model
     const auto length = input.Number<std::int16_t>();
     Bytes bytes = input.Block(length > 0 ? static_cast<std::size_t>(length) : 0);
     if (lying) {
-        // A null or a negative length must be refused before a byte is touched.
+        // The writer must refuse a null or a negative length before it touches a byte.
         Write(writer, model, index, bytes, length, writer.WriteInt8Array(index, nullptr, length),
               false);
         return;
@@ -117,7 +117,7 @@ void RequireReadable(DistributedFs::RpcMessageWriter& writer, const Model& model
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     FuzzInput input(data, size);
     const std::int32_t messageSize = input.Number<std::int32_t>() % kLargest;
-    // Mostly few arguments, now and then any number at all.
+    // Usually there are few arguments, and now and then any number.
     const std::uint8_t kind = input.Byte();
     const std::int32_t count =
         kind == 0xff ? input.Number<std::int32_t>() : static_cast<std::int8_t>(kind);

@@ -1,7 +1,7 @@
-// FakeFileManager: the companion library distributedfile.dll, in memory. It records every
+// FakeFileManager is the companion library distributedfile.dll in memory. It records every
 // call of DistributedFileManager and answers with scripted codes, 0 by default.
 //
-// Thread-safe. Lives until the process ends.
+// It is thread-safe and lives until the process ends.
 
 #ifndef FAKES_COMPANION_FAKE_FILE_MANAGER_H
 #define FAKES_COMPANION_FAKE_FILE_MANAGER_H
@@ -21,15 +21,16 @@ public:
 
     static FakeFileManager& Get();
 
-    // The script. operation: by its name, as "RemoteDeviceOnline".
+    // The script. An operation goes by its name, such as "RemoteDeviceOnline".
     void SetResult(const std::string& operation, int code);
     void SetNeighbourDir(const std::string& dir);
-    /// Runs inside every call, construction and destruction included; may throw, but not
-    /// in the destructor.
+    /// The hook runs inside every call, including construction and destruction. It may throw, but
+    /// not in the destructor.
     void SetHook(Hook hook);
 
     // The record.
-    /// As "LocalDeviceOnline(g, dev, 1, 0102, 2)", data in hexadecimal or "null".
+    /// A call looks like "LocalDeviceOnline(g, dev, 1, 0102, 2)", with data in hexadecimal or
+    /// "null".
     std::vector<std::string> Calls() const;
     void ClearRecord();
     std::size_t Live() const;

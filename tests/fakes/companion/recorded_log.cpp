@@ -143,7 +143,7 @@ void RecordedLog::Take(int level, const std::wstring& text) {
     if (hook) {
         hook(TextOf({level, text}));
     }
-    errno = EBADF;  // a logger writes files and leaves behind what it likes
+    errno = EBADF;  // a real logger writes files and may leave any value
 }
 
 OvLogger* OvLogger::GetInstance() {

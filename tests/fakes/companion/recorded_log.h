@@ -1,7 +1,7 @@
-// RecordedLog: what the product has logged, in place of LogHelper.dll.
+// RecordedLog stands in for LogHelper.dll and keeps every line that the product logs.
 //
-// Thread-safe. Lives until the process ends, so that lines written at the very end of it
-// are still taken.
+// It is thread-safe. It lives until the process ends, so it still takes lines that are written
+// at the very end.
 
 #ifndef FAKES_COMPANION_RECORDED_LOG_H
 #define FAKES_COMPANION_RECORDED_LOG_H
@@ -26,32 +26,32 @@ public:
     static RecordedLog& Get();
 
     std::vector<RecordedLine> Lines() const;
-    /// Each line as "L3 text" or "L4 text" in UTF-8. Half a surrogate pair, which has no
+    /// Gives each line as "L3 text" or "L4 text" in UTF-8. An unpaired surrogate, which has no
     /// UTF-8, shows as "{D800}".
     std::vector<std::string> Texts() const;
     void Clear();
-    /// How often the logger was asked for.
+    /// Returns how often the product asked for the logger.
     std::size_t Requests() const;
 
-    /// Waits until the line stands in the log, `times` times; line as Texts has it.
+    /// Waits until the log contains the line `times` times; the line has the form that Texts gives.
     /// @return false when the time is up before that.
     bool WaitFor(const std::string& line,
                  std::chrono::milliseconds timeout = std::chrono::seconds(20),
                  std::size_t times = 1) const;
 
-    /// From now on there is no logger / there is one again.
+    /// Removes the logger, or brings it back.
     void SetMissing(bool missing);
-    /// From now on asking for the logger throws / gives it again.
+    /// Makes the request for the logger throw, or succeed again.
     void SetUnmakeable(bool unmakeable);
-    /// Runs on the thread that has written a line, once the line stands in the log.
+    /// The hook runs on the thread that has written a line, once the log has the line.
     using Hook = std::function<void(const std::string& line)>;
     void SetHook(Hook hook);
-    /// From now on Log throws instead of taking the line / takes lines again.
+    /// Makes Log throw instead of taking the line, or take lines again.
     void SetThrowing(bool throwing);
 
     // For the fake logger.
-    /// Somebody asks for the logger.
-    /// @throws std::runtime_error when it cannot be made.
+    /// Counts a request for the logger.
+    /// @throws std::runtime_error after SetUnmakeable(true).
     bool IsMissing();
     void Take(int level, const std::wstring& text);
 
@@ -66,7 +66,7 @@ private:
     Hook hook_;
 };
 
-/// The UTF-8 of UTF-16 units (or of UTF-32) in a wide string.
+/// Converts a wide string of UTF-16 units (or of UTF-32) to UTF-8.
 std::string NarrowForTest(const std::wstring& text);
 
 #endif  // FAKES_COMPANION_RECORDED_LOG_H

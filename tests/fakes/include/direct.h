@@ -1,4 +1,4 @@
-/* The part of the Windows C runtime's <direct.h> that the product uses. */
+/* The functions of the Windows C runtime's <direct.h> that the product uses. */
 
 #ifndef PLENXSDK_FAKES_DIRECT_H
 #define PLENXSDK_FAKES_DIRECT_H

@@ -21,7 +21,7 @@ typedef I_RPC_HANDLE RPC_BINDING_HANDLE;
 typedef RPC_BINDING_HANDLE handle_t;
 typedef void* RPC_IF_HANDLE;
 typedef void RPC_MGR_EPV;
-/* As on Windows no wchar_t*, so that the product casts in both worlds. */
+/* On Windows this is not a wchar_t* either, so the product must cast in both worlds. */
 typedef unsigned short* RPC_WSTR;
 
 typedef struct _UUID {

@@ -1,4 +1,4 @@
-// How the arguments of a platform call read in the record of calls.
+// Formats the arguments of a platform call for the record of calls.
 
 #ifndef PLENXSDK_FAKES_PLATFORM_CALL_TEXT_H
 #define PLENXSDK_FAKES_PLATFORM_CALL_TEXT_H
@@ -7,17 +7,17 @@
 #include <string>
 #include <string_view>
 
-/// UTF-16 units in wide characters, as UTF-8; an unpaired surrogate shows as U+FFFD.
+/// Converts UTF-16 units in wide characters to UTF-8; an unpaired surrogate becomes U+FFFD.
 std::string Narrow(std::wstring_view text);
 
-/// "text" in double quotes, or null.
+/// Returns the text in double quotes, or null without quotes.
 std::string Quoted(const wchar_t* text);
 
-/// 0x10034.
+/// Returns the number in a form such as 0x10034.
 std::string Hex(std::uint64_t number);
 
-/// Lower case for comparing names and paths as Windows does; ASCII letters only, which is
-/// all that tests use.
+/// Returns the text in lower case, to compare names and paths as Windows does. It folds ASCII
+/// letters only, because tests use no others.
 std::wstring Folded(std::wstring_view text);
 
 #endif  // PLENXSDK_FAKES_PLATFORM_CALL_TEXT_H

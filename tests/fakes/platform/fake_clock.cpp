@@ -45,7 +45,7 @@ DWORD GetTickCount() {
 void Sleep(DWORD milliseconds) {
     PlatformCall call("Sleep");
     call.Record({std::to_string(milliseconds)});
-    // A sleep of 0 gives the processor away. Were it to take no time at all, a loop that
+    // A sleep of 0 gives the processor away. It must take some time, because otherwise a loop that
     // polls with it would never end.
     call.Platform().Clock().Advance(milliseconds == 0 ? 1 : milliseconds);
 }

@@ -1,4 +1,4 @@
-// The virtual clock: time passes only through Sleep, and through Advance in a test.
+// The virtual clock. Time passes only through Sleep, and through Advance in a test.
 
 #ifndef PLENXSDK_FAKES_PLATFORM_FAKE_CLOCK_H
 #define PLENXSDK_FAKES_PLATFORM_FAKE_CLOCK_H
@@ -12,11 +12,11 @@ public:
 
     void Reset();
 
-    /// Milliseconds since the test began.
+    /// Returns the milliseconds since the test began.
     std::uint64_t Now() const;
     void Advance(std::uint64_t milliseconds);
 
-    /// What GetTickCount returns; it wraps at 32 bits.
+    /// Returns the value for GetTickCount, which wraps at 32 bits.
     std::uint32_t Ticks() const;
     void SetTicks(std::uint32_t ticks);
 

@@ -59,7 +59,7 @@ std::uint32_t FakeFaults::Take(const std::string& function) {
     const Lock lock(mutex_);
     calls_.push_back(function);
     std::uint32_t error = 0;
-    std::vector<std::function<void()>> actions;  // run last: they may set faults of their own
+    std::vector<std::function<void()>> actions;  // run last, because they may set faults themselves
     for (Fault& fault : faults_) {
         if (!fault.function.empty() && fault.function != function) {
             continue;

@@ -1,9 +1,8 @@
 // Makes platform calls fail.
 //
-// Calls are counted from the moment a fault is set, the first one being 1. Only calls that
-// can fail count; closing a handle, asking for the time and the like cannot. A failing call
-// has no effect. Its error is the Windows error; functions of the C runtime also set errno
-// to what it stands for.
+// Calls are counted from the moment a fault is set, and the first one is 1. Only calls that can
+// fail count; closing a handle or asking for the time cannot. A failing call has no effect. It
+// sets the Windows error, and functions of the C runtime also set the matching errno.
 
 #ifndef PLENXSDK_FAKES_PLATFORM_FAKE_FAULTS_H
 #define PLENXSDK_FAKES_PLATFORM_FAKE_FAULTS_H
@@ -22,28 +21,28 @@ public:
 
     /// Only the n-th call of the function fails.
     void FailCall(const std::string& function, unsigned n, std::uint32_t error);
-    /// The n-th call of the function and all later ones fail.
+    /// The n-th call of the function fails, and so do all later ones.
     void FailCallsFrom(const std::string& function, unsigned n, std::uint32_t error);
-    /// The same, over the calls of all functions.
+    /// Does the same, but counts the calls of all functions.
     void FailAnyCall(unsigned n, std::uint32_t error);
     void FailAnyCallsFrom(unsigned n, std::uint32_t error);
 
     /// Runs the action just before the n-th call of the function takes effect.
     void Before(const std::string& function, unsigned n, std::function<void()> action);
 
-    /// How many calls have failed because of a fault.
+    /// Returns how many calls have failed because of a fault.
     unsigned Hits() const;
 
-    /// The functions of all calls that could have failed, in order.
+    /// Returns the functions of all calls that could have failed, in order.
     std::vector<std::string> Calls() const;
     void ForgetCalls();
 
-    /// For the fakes: to be asked once by every call. The error, or 0.
+    /// For the fakes: every call asks once. Returns the error to fail with, or 0.
     std::uint32_t Take(const std::string& function);
 
 private:
     struct Fault {
-        std::string function;  // empty: any
+        std::string function;  // empty means any
         unsigned n;
         bool forEver;
         std::uint32_t error;

@@ -13,7 +13,7 @@ using Lock = std::lock_guard<std::recursive_mutex>;
 
 constexpr DWORD kFound = 0;
 constexpr std::size_t kLongestPath = 32767;
-constexpr std::size_t kRoomForAName = 12;  // must be left in the path of a new folder
+constexpr std::size_t kRoomForAName = 12;  // Windows wants this left in the path of a new folder
 
 }  // namespace
 
@@ -124,20 +124,21 @@ const FakeFiles::Entry* FakeFiles::Look(const std::wstring& path) const {
 std::wstring FakeFiles::Resolve(const std::wstring& path) const {
     std::wstring full = FullPath(path);
     if (!hasLinks_) {
-        return full;  // which is quick, however deep
+        return full;  // the quick way, however deep the path is
     }
     for (std::size_t end = full.find(L'\\', RootOf(full).size() + 1); end != full.npos;
          end = full.find(L'\\', end + 1)) {
         const Entry* const above = Look(full.substr(0, end));
         if (above != nullptr && above->folder && above->IsLink()) {
-            // Tests make no circles of links.
+            // This ends because tests make no circles of links.
             return Resolve(above->linkTarget + full.substr(end));
         }
     }
     return full;
 }
 
-// What Windows says about a path: found, or the last part is missing, or one above it.
+// Returns the error that Windows gives for a path: none, or that the last part is missing, or a
+// part above it.
 DWORD FakeFiles::FindEntry(const std::wstring& resolved) const {
     if (resolved.find_first_of(L"?*<>|\"") != resolved.npos) {
         return ERROR_INVALID_NAME;
@@ -152,7 +153,7 @@ DWORD FakeFiles::FindEntry(const std::wstring& resolved) const {
     return above != nullptr && above->folder ? ERROR_FILE_NOT_FOUND : ERROR_PATH_NOT_FOUND;
 }
 
-// Whether something can be made in the folder above.
+// Returns 0 when something can be made in the folder above.
 DWORD FakeFiles::CheckFolderAbove(const std::wstring& resolved) const {
     const Entry* const above = Look(FolderAbove(resolved));
     if (above == nullptr || !above->folder) {

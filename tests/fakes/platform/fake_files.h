@@ -1,7 +1,7 @@
 // The files of the fake machine.
 //
-// Paths are Windows paths: drives or shares, backslashes (a slash counts as one), no
-// difference between upper and lower case. A path without a drive begins at C:\, the current
+// Paths are Windows paths: they have drives or shares and backslashes (a slash counts as one),
+// and upper and lower case are the same. A path without a drive begins at C:\, the current
 // folder. Every drive that was ever used exists.
 
 #ifndef PLENXSDK_FAKES_PLATFORM_FAKE_FILES_H
@@ -19,14 +19,15 @@
 
 #include "platform/handle_table.h"
 
-/// What is special about a file or folder. All but the last protect it.
+/// A file or folder may be special in one of these ways. All but the last protect it. The numbers
+/// are the Windows errors of an attempt.
 enum class FileTrait {
-    kReadOnly,  // removing: 5
-    kInUse,     // a loaded image. Removing: 5; renaming works and it stays in use
-    kPinned,    // a loaded image that is also held. Removing and renaming: 5
-    kHeldOpen,  // opened without sharing. Removing and renaming: 32
-    kDenied,    // everything: 5, also listing it and making something in it
-    kNoDots,    // a listing begins with a real entry, as it does in a root
+    kReadOnly,  // removing gives 5
+    kInUse,     // a loaded image: removing gives 5; renaming works, and it stays in use
+    kPinned,    // a loaded image that is also held: removing and renaming give 5
+    kHeldOpen,  // opened without sharing: removing and renaming give 32
+    kDenied,    // everything gives 5, even listing it and making something in it
+    kNoDots,    // a listing has no "." and "..", as in a root
 };
 
 class FakeFiles {
@@ -35,16 +36,16 @@ public:
 
     void Reset();
 
-    // All of these make missing folders above the path.
+    // All of these also make missing folders above the path.
     void AddFolder(const std::wstring& path);
     void AddFile(const std::wstring& path, const std::string& content = "");
-    /// A junction: a folder in name, whose content is that of target.
+    /// Adds a junction, a folder that shows the content of target.
     void AddFolderLink(const std::wstring& path, const std::wstring& target);
-    /// A symbolic link to a file.
+    /// Adds a symbolic link to a file.
     void AddFileLink(const std::wstring& path, const std::wstring& target);
 
-    /// From now on the functions do not reach paths that are longer, as Windows without long
-    /// paths; those of a test still do.
+    /// From now on the Windows functions do not reach longer paths, as on a Windows without long
+    /// paths. The functions of this class still do.
     void LimitPaths(std::size_t length);
 
     void Give(const std::wstring& path, FileTrait trait);
@@ -52,7 +53,7 @@ public:
 
     bool Exists(const std::wstring& path) const;
     std::string Content(const std::wstring& path) const;
-    /// The paths of everything under the folder, sorted; a path that is a folder ends with a
+    /// Returns the paths of everything under the folder, sorted. The path of a folder ends with a
     /// backslash. Links are not followed.
     std::vector<std::string> Tree(const std::wstring& folder) const;
 
@@ -79,10 +80,10 @@ public:
 
 private:
     struct Entry {
-        std::wstring path;  // as spelled when it was made
+        std::wstring path;  // in the spelling that made it
         bool folder = false;
         std::string content;
-        std::wstring linkTarget;  // empty: no link
+        std::wstring linkTarget;  // empty when it is not a link
         std::set<FileTrait> traits;
 
         bool Has(FileTrait trait) const { return traits.count(trait) != 0; }
@@ -95,7 +96,7 @@ private:
     Entry& Add(const std::wstring& path, bool folder);
     Entry& At(const std::wstring& path);
     const Entry* Look(const std::wstring& path) const;
-    /// The path with every link above its last part replaced by the target.
+    /// Replaces every link above the last part of the path by its target.
     std::wstring Resolve(const std::wstring& path) const;
     DWORD FindEntry(const std::wstring& resolved) const;
     bool IsTooLong(const std::wstring& path) const { return path.size() > longestPath_; }

@@ -1,4 +1,4 @@
-// Listing folders of the fake machine. A listing shows the folder as it was when it began.
+// Lists folders of the fake machine. A listing shows the folder as it was when the listing began.
 
 #include <algorithm>
 #include <cstdio>

@@ -15,7 +15,7 @@ bool IsCallOfOne(const std::string& line, std::initializer_list<const char*> fun
 }  // namespace
 
 FakePlatform& FakePlatform::Get() {
-    // Never destroyed: the product's own statics still call the platform at process end.
+    // It is never destroyed, because the product's statics still call the platform at process end.
     static FakePlatform& platform = *new FakePlatform;
     return platform;
 }

@@ -1,14 +1,14 @@
-// The fake platform: the part of Windows that the product calls, in memory, for tests on
-// Linux. The product calls the functions by their Windows names; a test prepares and inspects
-// the one object here.
+// The fake platform implements in memory the functions of Windows that the product calls, for
+// tests on Linux. The product calls the functions by their Windows names; a test prepares and
+// inspects the one object here.
 //
 //     FakePlatform& platform = FakePlatform::Get();
 //     platform.Files().AddFolder(L"C:\\App");
 //     platform.Scm().AddService(L"PlenxPcSvc");
 //     platform.Faults().FailCall("QueryServiceStatusEx", 2, ERROR_ACCESS_DENIED);
 //
-// Threads: everything here and every fake function may be called from any thread. Life: the
-// object outlives all others of the process; Reset takes it back to an empty machine.
+// Everything here and every fake function may be called from any thread. The object outlives all
+// others of the process; Reset makes it an empty machine again.
 
 #ifndef PLENXSDK_FAKES_PLATFORM_FAKE_PLATFORM_H
 #define PLENXSDK_FAKES_PLATFORM_FAKE_PLATFORM_H
@@ -33,8 +33,8 @@ public:
     FakePlatform(const FakePlatform&) = delete;
     FakePlatform& operator=(const FakePlatform&) = delete;
 
-    /// An empty machine: a drive C: without files, no services, no processes. Handles that
-    /// are still open are forgotten; using one afterwards stops the test process.
+    /// Makes the machine empty: a drive C: without files, no services, no processes. It forgets
+    /// handles that are still open; using one afterwards stops the test process.
     void Reset();
 
     FakeScm& Scm() { return scm_; }
@@ -44,24 +44,25 @@ public:
     FakeShell& Shell() { return shell_; }
     FakeFaults& Faults() { return faults_; }
 
-    /// Every platform call in its order, as "Function(arguments)". Other fakes may take down
-    /// their calls in the same list.
+    /// Adds a platform call, "Function(arguments)", to the list of all calls in their order. Other
+    /// fakes may add their calls to the same list.
     void Record(const std::string& line);
     std::vector<std::string> Calls() const;
-    /// Only the calls of the functions.
+    /// Returns the calls of these functions only.
     std::vector<std::string> CallsOf(std::initializer_list<const char*> functions) const;
-    /// All calls but those of the functions.
+    /// Returns all calls except those of these functions.
     std::vector<std::string> CallsWithout(std::initializer_list<const char*> functions) const;
     void ForgetCalls();
 
-    /// What is open now: "manager", "service PlenxPcSvc", "process 1000", "listing C:\x".
+    /// Returns the handles that are open now: "manager", "service PlenxPcSvc", "process 1000",
+    /// "listing C:\x".
     std::vector<std::string> OpenHandles() const;
 
     void CountPin();
     unsigned PinCount() const;
 
-    /// From now on the process is ending. A thread that stays inside a fake, and so keeps its
-    /// lock, keeps nobody from setting or asking this.
+    /// From now on the process is ending, as if the system had told the module's entry point so.
+    /// This takes no lock, so a thread that stays inside a fake blocks neither this nor the question.
     void EndProcess();
     bool ProcessEnds() const;
 

@@ -1,4 +1,4 @@
-// The module's life: the process ends when a test says so.
+// Stands in for process_life.cpp: the process ends when a test says so.
 
 #include "common/process_life.h"
 #include "platform/fake_platform.h"

@@ -107,7 +107,7 @@ HANDLE OpenProcess(DWORD access, BOOL inheritHandle, DWORD processId) {
     FakeProcesses& processes = call.Platform().Processes();
     std::uintptr_t handle = 0;
     call.Run([&]() -> DWORD {
-        call.Platform().Scm().CatchUp();  // a service that has stopped by now has no process
+        call.Platform().Scm().CatchUp();  // a service that has stopped by now loses its process
         const FakeProcesses::ProcessPointer process = processes.FindRunning(processId);
         if (!process) {
             return ERROR_INVALID_PARAMETER;

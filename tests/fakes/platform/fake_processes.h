@@ -15,11 +15,12 @@
 
 struct FakeProcess {
     std::uint32_t id = 0;
-    std::uint64_t creationTime = 0;  // in 100 ns, as a FILETIME; no two processes share one
+    std::uint64_t creationTime =
+        0;  // in units of 100 ns, like a FILETIME; no two processes share one
     bool running = true;
     bool terminated = false;  // by TerminateProcess
     std::uint32_t exitCode = 0;
-    std::uint32_t openError = 0;  // not 0: what OpenProcess answers
+    std::uint32_t openError = 0;  // when not 0, OpenProcess fails with it
 };
 
 class FakeProcesses {
@@ -28,16 +29,16 @@ public:
 
     void Reset();
 
-    /// Starts a process; 0: with an id that was never used before. An id may be used again
-    /// once its process has ended.
+    /// Starts a process with the id, or with one that was never used before when the id is 0. An id
+    /// may be used again once its process has ended.
     std::uint32_t Start(std::uint32_t id = 0);
-    /// The process ends by itself.
+    /// Lets the process end by itself.
     void End(std::uint32_t id);
-    /// OpenProcess on it fails with the error from now on.
+    /// From now on OpenProcess fails with the error for this process.
     void RefuseOpen(std::uint32_t id, std::uint32_t error);
 
     bool IsRunning(std::uint32_t id) const;
-    /// The ids that TerminateProcess has ended, in order.
+    /// Returns the ids of the processes that TerminateProcess has ended, in order.
     std::vector<std::uint32_t> Terminated() const;
 
     // For the fakes.

@@ -12,9 +12,9 @@ using Lock = std::lock_guard<std::recursive_mutex>;
 
 constexpr DWORD kDriverTypes = SERVICE_KERNEL_DRIVER | SERVICE_FILE_SYSTEM_DRIVER;
 constexpr DWORD kNeverStarted = 1077;
-constexpr DWORD kFirstWaitHint = 2000;  // of the manager itself, before the service reports
+constexpr DWORD kFirstWaitHint = 2000;  // states this until the service reports
 
-// Never destroyed: the engine still stops its services when the process ends.
+// It is never destroyed, because the engine still stops its services when the process ends.
 const StatusScript& kDefaultStart =
     *new StatusScript{{0, SERVICE_START_PENDING, 0, kFirstWaitHint}, {15, SERVICE_RUNNING}};
 const StatusScript& kDefaultStop =
@@ -101,7 +101,8 @@ void FakeScm::NoticeDeadProcesses(bool notice) {
 
 std::optional<FakeServiceView> FakeScm::Find(const std::wstring& name) const {
     const Lock lock(mutex_);
-    const auto service = const_cast<FakeScm*>(this)->FindNow(name);  // only catches up in time
+    const auto service =
+        const_cast<FakeScm*>(this)->FindNow(name);  // this only catches up with the clock
     if (!service) {
         return std::nullopt;
     }
@@ -248,7 +249,7 @@ DWORD FakeScm::Delete(const Handle& handle) {
     if (handle.service->markedForDelete) {
         return ERROR_SERVICE_MARKED_FOR_DELETE;
     }
-    handle.service->markedForDelete = true;  // gone once it is stopped and nobody holds it
+    handle.service->markedForDelete = true;  // it disappears once it is stopped and nobody holds it
     return 0;
 }
 
@@ -316,7 +317,7 @@ void FakeScm::EnsureProcess(Service& service) {
     }
 }
 
-// Catches up with the clock.
+// Brings the service up to date with the clock.
 void FakeScm::Update(Service& service) {
     const std::uint64_t elapsed = clock_.Now() - service.scriptStart;
     while (service.scriptPosition != service.script.size() &&

@@ -1,8 +1,8 @@
 // The Service Control Manager of the fake machine.
 //
-// A service follows a script after it was started or told to stop: what it reports, and how
-// many milliseconds later. Scripts are set by name, also before the service is registered.
-// Without one a service needs 15 ms to start or stop, a driver no time at all.
+// After a service was started or told to stop, it follows a script, which says what it reports
+// and how many milliseconds later. A test sets scripts by name, even before the service is
+// registered. Without a script, a service needs 15 ms to start or stop and a driver no time.
 
 #ifndef PLENXSDK_FAKES_PLATFORM_FAKE_SCM_H
 #define PLENXSDK_FAKES_PLATFORM_FAKE_SCM_H
@@ -23,7 +23,7 @@
 
 constexpr DWORD kItsOwnProcess = 0xFFFFFFFF;
 
-/// What a service reports from a moment on.
+/// The report of a service from a certain moment on.
 struct StatusAt {
     DWORD afterMs;
     DWORD state;
@@ -33,8 +33,8 @@ struct StatusAt {
 };
 using StatusScript = std::vector<StatusAt>;
 
-/// How a service was registered. A null text of CreateServiceW is empty here; the record of
-/// calls tells the two apart.
+/// The registration of a service. A null text given to CreateServiceW is empty here; only the
+/// record of calls shows the difference.
 struct FakeServiceConfig {
     std::wstring name;
     std::wstring displayName;
@@ -48,9 +48,9 @@ struct FakeServiceView {
     FakeServiceConfig config;
     SERVICE_STATUS_PROCESS status;
     bool markedForDelete;
-    std::vector<std::wstring> arguments;  // of the last start
+    std::vector<std::wstring> arguments;  // those of the last start
     unsigned starts;
-    unsigned stopRequests;  // that were accepted
+    unsigned stopRequests;  // counts accepted requests only
 };
 
 class FakeScm {
@@ -60,42 +60,43 @@ public:
 
     void Reset();
 
-    /// Registers a service, stopped.
+    /// Registers a service, which is stopped.
     void AddService(const std::wstring& name, DWORD type = SERVICE_WIN32_OWN_PROCESS);
-    /// From now on the registered service reports this; states other than stopped have a
-    /// process.
+    /// From now on the registered service reports this. It has a process in every state but
+    /// stopped.
     void SetStatus(const std::wstring& name, DWORD state, DWORD checkPoint = 0, DWORD waitHint = 0);
     /// From now on the registered service follows the script.
     void RunScript(const std::wstring& name, StatusScript script);
-    /// Starting fails with the error; 0: it succeeds again.
+    /// Starting fails with the error; with 0 it succeeds again.
     void RefuseStart(const std::wstring& name, DWORD error);
-    /// What happens after a start. Before its first entry and without any, the service is
-    /// start pending.
+    /// Sets the script for a start. The service is start pending before the first entry, and for
+    /// ever when there is none.
     void ScriptStart(const std::wstring& name, StatusScript script);
-    /// A request to stop is refused with the error; 0: it is accepted again.
+    /// The service refuses a request to stop with the error; with 0 it accepts requests again.
     void RefuseStop(const std::wstring& name, DWORD error);
-    /// What happens after a request to stop. An empty script: the request is ignored.
+    /// Sets the script for a request to stop. With an empty script the service ignores the request.
     void ScriptStop(const std::wstring& name, StatusScript script);
-    /// Whether a service whose process ends unexpectedly becomes stopped. True, as on
-    /// Windows; Wine's never notices.
+    /// Sets whether a service becomes stopped when its process ends unexpectedly. The default is
+    /// true, as on Windows; Wine never notices.
     void NoticeDeadProcesses(bool notice);
 
     std::optional<FakeServiceView> Find(const std::wstring& name) const;
-    /// As they were registered, sorted.
+    /// Returns the registered names, sorted.
     std::vector<std::wstring> Names() const;
     std::vector<std::string> OpenHandles() const;
 
-    /// Lets every service do what is due by now; a query of a service does that for itself.
+    /// Lets every service take the steps of its script that are due by now. A query does that for
+    /// its own service.
     void CatchUp();
 
     // For the fake functions.
     struct Service;
     struct Handle {
-        std::shared_ptr<Service> service;  // null: the manager
+        std::shared_ptr<Service> service;  // null for the manager
         DWORD access;
     };
     HandleTable<Handle>& Handles() { return handles_; }
-    /// The name of the handle's service, or "manager".
+    /// Returns the name of the handle's service, or "manager".
     static std::string NameOf(const Handle& handle);
     DWORD OpenManager(DWORD access, std::uintptr_t& handle);
     DWORD Open(const Handle& manager, const std::wstring& name, DWORD access,

@@ -1,5 +1,5 @@
-// Whether this thread is inside a fake at the moment. Tests that let allocations fail spare
-// what the fakes allocate for themselves.
+// Tells whether this thread is inside a fake at the moment. Tests that let allocations fail must
+// spare the fakes' own allocations.
 
 #ifndef PLENXSDK_FAKES_PLATFORM_FAKE_SCOPE_H
 #define PLENXSDK_FAKES_PLATFORM_FAKE_SCOPE_H

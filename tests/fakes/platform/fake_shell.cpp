@@ -29,7 +29,7 @@ std::vector<FakeShell::Notification> FakeShell::Notifications() const {
 }
 
 void SHChangeNotify(LONG eventId, UINT flags, LPCVOID item1, LPCVOID item2) {
-    // Items are paths, in characters of this platform's width.
+    // The product passes paths as items, in this platform's wide characters.
     const auto path = static_cast<const wchar_t*>(item1);
     const PlatformCall call("SHChangeNotify");
     call.Record({Hex(static_cast<DWORD>(eventId)), Hex(flags), Quoted(path),

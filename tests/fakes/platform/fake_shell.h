@@ -1,4 +1,4 @@
-// What was sent to Explorer.
+// Keeps the notifications for Explorer.
 
 #ifndef PLENXSDK_FAKES_PLATFORM_FAKE_SHELL_H
 #define PLENXSDK_FAKES_PLATFORM_FAKE_SHELL_H

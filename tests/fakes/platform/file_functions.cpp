@@ -17,7 +17,7 @@ namespace {
 // The numbers of the Windows C runtime; this one differs on Linux.
 constexpr int kNotEmpty = 41;
 
-// What errno the C runtime makes of a Windows error.
+// Returns the errno that the C runtime sets for a Windows error.
 int ErrnoOf(DWORD error) {
     switch (error) {
     case ERROR_FILE_NOT_FOUND:
@@ -39,7 +39,7 @@ int ErrnoOf(DWORD error) {
     }
 }
 
-// Listings make their own, coarser sense of an error.
+// Functions that list folders distinguish fewer errors.
 int ListingErrnoOf(DWORD error) {
     const int number = ErrnoOf(error);
     return number == ENOENT || number == ENOMEM ? number : EINVAL;

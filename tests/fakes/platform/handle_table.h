@@ -1,5 +1,5 @@
-// The open handles of one kind. A number is never given out twice in a process, whatever the
-// kind, so that a handle that was closed or belongs elsewhere is always known as such.
+// The open handles of one kind. No number is given out twice in a process, whatever the kind, so a
+// handle that was closed or is of another kind is always recognised.
 
 #ifndef PLENXSDK_FAKES_PLATFORM_HANDLE_TABLE_H
 #define PLENXSDK_FAKES_PLATFORM_HANDLE_TABLE_H
@@ -10,7 +10,7 @@
 
 inline std::uintptr_t lastHandleNumber = 0x100;
 
-/// To be used under the platform's lock.
+/// The caller must hold the platform's lock.
 template <class Object>
 class HandleTable {
 public:
@@ -20,7 +20,7 @@ public:
         return lastHandleNumber;
     }
 
-    /// Null when the handle is not open.
+    /// Returns null when the handle is not open.
     Object* Find(std::uintptr_t handle) {
         const auto found = open_.find(handle);
         return found == open_.end() ? nullptr : &found->second;

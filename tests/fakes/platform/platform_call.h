@@ -1,6 +1,6 @@
-// One call of a platform function, from its entry to its return. Every fake function begins
-// by making one: it keeps the platform locked, takes the call down, and lets it fail when a
-// fault has been set for it.
+// One call of a platform function, from its entry to its return. Every fake function begins by
+// making one. It keeps the platform locked, records the call, and makes it fail when a fault has
+// been set for it.
 
 #ifndef PLENXSDK_FAKES_PLATFORM_PLATFORM_CALL_H
 #define PLENXSDK_FAKES_PLATFORM_PLATFORM_CALL_H
@@ -23,11 +23,11 @@ public:
 
     void Record(std::initializer_list<std::string> arguments) const;
 
-    /// The error that this call is to fail with, or 0.
+    /// Returns the error that this call must fail with, or 0.
     DWORD Fault() const { return Platform().Faults().Take(function_); }
 
-    /// Runs the action, which returns an error or 0, unless a fault was set. After a failure
-    /// the last error is set.
+    /// Runs the action unless a fault was set. The action returns an error or 0. After a failure
+    /// this sets the last error.
     template <class Action>
     bool Run(Action action) const {
         DWORD error = Fault();
@@ -40,12 +40,12 @@ public:
         return error == 0;
     }
 
-    /// Ends a call that closes a handle. A success may leave any last error behind; this makes
-    /// sure that nobody reads an older one after it.
+    /// Ends a call that closes a handle. On Windows a success may leave any last error behind, so
+    /// this clears it: a product that reads an older error afterwards fails its test.
     void Succeed() const { SetLastError(ERROR_SUCCESS); }
 
-    /// Stops the process: a handle was used that is not open. Real systems answer with an
-    /// error at best; for a test it is never anything but a mistake of the caller.
+    /// Stops the process because the caller used a handle that is not open. A real system returns
+    /// an error at best; in a test this is always a mistake of the caller.
     [[noreturn]] void RejectHandle(const void* handle) const;
 
 private:

@@ -26,7 +26,7 @@ FakeScm::Handle Known(const PlatformCall& call, SC_HANDLE handle) {
     return *found;
 }
 
-// A service handle; one of the manager in its place is as good as none.
+// Returns a service handle, and rejects a handle of the manager in its place.
 FakeScm::Handle KnownService(const PlatformCall& call, SC_HANDLE handle) {
     FakeScm::Handle found = Known(call, handle);
     if (!found.service) {

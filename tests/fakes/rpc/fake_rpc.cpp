@@ -15,7 +15,7 @@ std::string Text(const wchar_t* text) {
     return text == nullptr ? "null" : NarrowForTest(text);
 }
 
-// What the runtime would not survive is a defect of the product.
+// The real runtime would not survive this, so it is a defect of the product.
 [[noreturn]] void Misused(const char* what) {
     std::fprintf(stderr, "FakeRpc: %s\n", what);
     std::abort();
@@ -239,7 +239,7 @@ ServiceAnswer FakeRpc::CallService(RPC_BINDING_HANDLE binding, ServiceCall call)
                                  std::to_string(call.msgType) + ", " +
                                  std::to_string(call.msgSize) + ")";
         calls_.push_back(line);
-        FakePlatform::Get().Record(line);  // where its place among the sleeps can be seen
+        FakePlatform::Get().Record(line);  // this list shows the order of calls and sleeps
         if (const DWORD fault = FakePlatform::Get().Faults().Take("ServiceMessage"); fault != 0) {
             answer.exception = fault;
             return answer;

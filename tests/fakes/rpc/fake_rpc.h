@@ -1,10 +1,10 @@
-// FakeRpc: the RPC runtime and the services behind it, in memory.
+// FakeRpc is the RPC runtime and the services behind it, in memory.
 //
-// Every function of the runtime that the product calls is recorded, in order and with its
-// arguments, and can be made to fail. A call of a service is answered by a function that
-// the test gives; by default every service answers "one int32 with the value 0".
+// It records every function of the runtime that the product calls, in order and with its
+// arguments, and can make each one fail. A function that the test gives answers the calls of a
+// service; by default every service answers with one int32 of value 0.
 //
-// Thread-safe. Lives until the process ends, for the listen thread never ends either.
+// It is thread-safe. It lives until the process ends, because the listen thread never ends either.
 
 #ifndef FAKES_RPC_FAKE_RPC_H
 #define FAKES_RPC_FAKE_RPC_H
@@ -34,50 +34,50 @@ struct ServiceCall {
     Bytes msg;
 };
 
-/// What a service answers.
+/// The answer of a service.
 struct ServiceAnswer {
     long result = 0;
     Bytes reply;
-    std::optional<long> statedSize;  // instead of the reply's own size
+    std::optional<long> statedSize;  // stated instead of the reply's own size
     bool nullBlock = false;
     std::optional<unsigned long> exception;  // raised instead of an answer
 };
 
 class FakeRpc {
 public:
-    /// May keep a state; calls of several threads run it at the same time.
+    /// It may have a state. Calls of several threads run it at the same time.
     using Service = std::function<ServiceAnswer(const ServiceCall&)>;
 
     static FakeRpc& Get();
 
-    /// Forgets the script and the record, and releases the strings and bindings that were left.
-    /// Not while a request is at work.
+    /// Forgets the script and the record, and releases the strings and bindings that are left. Must
+    /// not run during a request.
     void Reset();
 
     // The script.
     void SetService(Service service);
-    /// The next calls of the function (by its name, as "RpcStringFreeW") give the status. The
-    /// faults of FakePlatform reach these functions too; "ServiceMessage" then raises the error
-    /// and reaches no service.
+    /// The next calls of the function, which goes by a name such as "RpcStringFreeW", return the
+    /// status. The faults of FakePlatform reach these functions too; "ServiceMessage" then raises
+    /// the error and reaches no service.
     void Fail(const std::string& function, RPC_STATUS status);
     /// RpcServerListen returns the status; by default it blocks until the process ends.
     void SetListenReturns(RPC_STATUS status);
-    /// MIDL_user_allocate gives null.
+    /// MIDL_user_allocate returns null.
     void SetAllocationFails(bool fails);
 
     // The record.
-    /// As "RpcStringBindingComposeW(null, ncalrpc, null, PLENXPCService, null)".
+    /// A call looks like "RpcStringBindingComposeW(null, ncalrpc, null, PLENXPCService, null)".
     std::vector<std::string> Calls() const;
     std::vector<ServiceCall> ServiceCalls() const;
     void ClearRecord();
     bool WaitUntilListening(std::chrono::milliseconds timeout = std::chrono::seconds(20)) const;
-    /// Waits until a service has been sent exactly this message and no request is at work.
+    /// Waits until a service has got exactly this message and no request is running.
     bool WaitForMessage(const Bytes& msg,
                         std::chrono::milliseconds timeout = std::chrono::seconds(20)) const;
     std::size_t LiveStrings() const;
     std::size_t LiveBindings() const;
-    std::size_t LiveBlocks() const;   // of MIDL_user_allocate
-    std::size_t Allocations() const;  // all that were ever made
+    std::size_t LiveBlocks() const;   // from MIDL_user_allocate
+    std::size_t Allocations() const;  // counts all that were ever made
     std::size_t MostCallsAtOnce() const;
 
     // For the fake functions.
@@ -109,7 +109,7 @@ private:
     std::vector<std::string> calls_;
     std::vector<ServiceCall> serviceCalls_;
     std::set<void*> strings_;
-    std::map<void*, std::string> bindings_;  // to the endpoint
+    std::map<void*, std::string> bindings_;  // the value is the endpoint
     std::set<void*> blocks_;
     std::size_t allocations_ = 0;
     std::size_t callsNow_ = 0;

@@ -1,4 +1,4 @@
-// RPC messages as plain bytes, built by hand and without the product's own writer.
+// Builds RPC messages as plain bytes, without the product's own writer.
 
 #ifndef FAKES_RPC_MESSAGE_BYTES_H
 #define FAKES_RPC_MESSAGE_BYTES_H
@@ -9,10 +9,10 @@
 
 using Bytes = std::vector<std::uint8_t>;
 
-/// The bytes of hexadecimal digits; blanks do not count.
+/// Returns the bytes of hexadecimal digits, and ignores blanks.
 Bytes FromHex(const std::string& digits);
 
-/// 32-bit words, little-endian.
+/// Returns the 32-bit words in little-endian order.
 Bytes FromWords(const std::vector<std::uint32_t>& words);
 
 /// One argument of a message.
@@ -26,10 +26,10 @@ MessageArg Int64Arg(std::int64_t value);
 MessageArg StringArg(const std::string& text);
 MessageArg ArrayArg(const Bytes& bytes);
 
-/// The message of the arguments, well-formed.
+/// Returns a well-formed message with these arguments.
 Bytes MessageOf(const std::vector<MessageArg>& arguments);
 
-/// A message that carries one int32.
+/// Returns a message with one int32.
 Bytes Int32Message(std::int32_t value);
 
 #endif  // FAKES_RPC_MESSAGE_BYTES_H

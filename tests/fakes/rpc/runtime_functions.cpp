@@ -1,4 +1,4 @@
-// The functions of the RPC runtime and of the two interfaces, each handed to FakeRpc.
+// The functions of the RPC runtime and of the two interfaces. Each calls FakeRpc.
 
 #include <rpc.h>
 

@@ -140,16 +140,16 @@ class PythonPeer(unittest.TestCase):
         path = peer.encode("UpdateWindowsExplore", path=b"P\0\0\0")
         group = peer.encode("CreateGroup", groupName="g_1", groupArg="a")
         for name, message, complaint in [
-            ("PingService", b"", "0 bytes are no message"),
-            ("PingService", ping[:7], "7 bytes are no message"),
-            ("PingService", ping + b"\0", "the total size says 28, there are 29 bytes"),
+            ("PingService", b"", "0 bytes are too few for a message"),
+            ("PingService", ping[:7], "7 bytes are too few for a message"),
+            ("PingService", ping + b"\0", "the total size is 28, but there are 29 bytes"),
             ("PingService", put(ping, 4, 2), "2 arguments leave no data in 28 bytes"),
             ("PingService", put(ping, 4, 255, 255, 255, 255),
              "4294967295 arguments leave no data in 28 bytes"),
             ("PingService", put(ping, 8, 2),
              "argument 0 (number): type 2 where it must be 3, int64"),
             ("PingService", put(ping, 12, 19),
-             "argument 0 (number): its data is said to begin at 19, it begins at 20"),
+             "argument 0 (number): its offset is 19 where its data begins at 20"),
             ("PingService", put(ping, 16, 255, 255, 255, 255),
              "argument 0 (number): 4294967295 bytes at 20 do not end within 28"),
             ("PingService", put(ping, 16, 4), "argument 0 (number): size 4 where it must be 8"),
@@ -165,15 +165,15 @@ class PythonPeer(unittest.TestCase):
             with self.subTest(complaint):
                 self.assert_refused_by_both(name, message, complaint)
 
-    def test_what_cannot_be_encoded_is_refused(self):
+    def test_values_that_cannot_be_encoded_are_refused(self):
         for name, values, complaint in [
             ("Hello", {}, "there is no message Hello"),
             (6, {}, "there is no message 6"),
             ("ErrorNotify", {}, "ErrorNotify: errCode is missing"),
             ("ErrorNotify", {"code": 1}, "ErrorNotify has no argument code; it has errCode"),
-            ("ErrorNotify", {"errCode": 2**31}, "errCode: 2147483648 is no int32"),
-            ("ErrorNotify", {"errCode": "five"}, "errCode: 'five' is no int32"),
-            ("DiskNameNotify", {"diskName": 5}, "diskName: 5 is no string"),
+            ("ErrorNotify", {"errCode": 2**31}, "errCode: 2147483648 is not of type int32"),
+            ("ErrorNotify", {"errCode": "five"}, "errCode: 'five' is not of type int32"),
+            ("DiskNameNotify", {"diskName": 5}, "diskName: 5 is not of type string"),
             ("CreateGroup", {"groupName": "g_1", "kind": 1, "groupArg": "a"},
              "kind: 1 where it must be 2"),
             ("UpdateWindowsExplore", {"length": 1, "path": b"P\0\0\0"},
@@ -199,10 +199,11 @@ class PythonPeer(unittest.TestCase):
 
     def test_the_command_line_says_what_is_wrong(self):
         for words, complaint in [
-            (["decode", "reply", "18"], "plenx_message: 1 bytes are no message\n"),
+            (["decode", "reply", "18"], "plenx_message: 1 bytes are too few for a message\n"),
             (["decode", "reply", "xx"],
              "plenx_message: non-hexadecimal number found in fromhex() arg at position 0\n"),
-            (["encode", "reply", "result=x"], "plenx_message: result=x: no int32\n"),
+            (["encode", "reply", "result=x"],
+             "plenx_message: result=x: the value is not of type int32\n"),
             (["encode", "reply", "code=1"], "plenx_message: code=1: reply has result\n"),
             (["mend", "reply"], "plenx_message: the first word must be encode or decode\n"),
         ]:

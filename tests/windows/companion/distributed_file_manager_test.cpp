@@ -1,4 +1,4 @@
-// The office service on a real file system: folders and lines with any character.
+// Tests the office service on a real file system, with any character in folders and lines.
 
 #include <gtest/gtest.h>
 

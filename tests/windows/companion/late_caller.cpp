@@ -9,7 +9,7 @@
 
 namespace {
 
-// The busy threads write no call lines: under Wine, a thread that is ended while it opens a file
+// The busy threads write no call lines. Under Wine, a thread that is ended while it opens a file
 // can leave the whole process unable to open another one.
 void WriteCallsFromNowOn() {
     wchar_t file[MAX_PATH];

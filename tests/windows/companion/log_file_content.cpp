@@ -8,7 +8,7 @@
 namespace PlenxTest {
 namespace {
 
-// Only the short front is matched by the pattern: std::regex recurses for each character.
+// The pattern matches only the short front, because std::regex recurses for each character.
 LogLine ParseLine(const std::string& line) {
     static const std::regex kFront(
         R"((\d{4}-\d\d-\d\d \d\d:\d\d:\d\d\.\d{3}) \[([^\]]+)\] \[(\d+)\] )");

@@ -1,4 +1,4 @@
-// A log file taken apart.
+// Takes a log file apart.
 
 #ifndef PLENXSDK_TESTS_WINDOWS_COMPANION_LOG_FILE_CONTENT_H
 #define PLENXSDK_TESTS_WINDOWS_COMPANION_LOG_FILE_CONTENT_H
@@ -16,8 +16,8 @@ struct LogLine {
     std::string text;
 };
 
-/// All lines of the file, none when there is no file. A line that is not of the documented
-/// form, or lacks its end, is a failure of the running test.
+/// Returns all lines of the file, or no lines when there is no file. A line that does not have the
+/// documented form, or lacks its end, fails the running test.
 std::vector<LogLine> ReadLogLines(const std::filesystem::path& file);
 
 }  // namespace PlenxTest

@@ -1,5 +1,5 @@
-// The logger in processes of its own: its settings are read once per process, and what matters
-// most is how it behaves when a process ends.
+// Tests the logger in processes of its own, because it reads its settings once per process, and
+// because its behaviour at the end of a process matters most.
 
 #include <gtest/gtest.h>
 
@@ -120,7 +120,7 @@ TEST_F(LogHelperTest, ProcessEndsWhileThreadsLog_LateLineIsWritten_AndTheExitCod
         SCOPED_TRACE(i);
         std::filesystem::remove(file_);
         ASSERT_NO_FATAL_FAILURE(RunHost("busy"));
-        // Wine does not wait until a thread that it ends is out of its last write, so the
+        // Wine does not wait until a thread that it ends has finished its last write, so the
         // neighbour of the late line may be torn.
         const std::string content = ReadFile(file_);
         ASSERT_GT(CountOf(content, "] busy\n"), 10);

@@ -36,7 +36,7 @@ void LogFromThreads() {
     }
 }
 
-// The system ends these threads wherever they are: nearly always one of them owns a lock.
+// The system ends these threads wherever they are, and one of them nearly always owns a lock.
 void ReturnWhileThreadsCall() {
     for (int t = 0; t != kThreads; ++t) {
         std::thread([] {
@@ -59,7 +59,7 @@ void LogEachLevel() {
     Log(static_cast<LOG_MESSAGE_LEVEL>(2), L"two");
 }
 
-// A pause, so that a parent can change what is in the way.
+// Pauses so that the parent can remove the obstacle.
 void LogTwiceInOneSecond() {
     Log(LOG_MESSAGE_LEVEL_INFO, L"one");
     Sleep(1000);

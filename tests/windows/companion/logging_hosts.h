@@ -13,10 +13,10 @@ struct LoggingHost {
     void (*run)();
 };
 
-/// Null when there is no such mode.
+/// Returns null when there is no such mode.
 const LoggingHost* FindLoggingHost(const std::string& name);
 
-/// What "threads" writes: this many threads, each its lines "thread <t> line <n>".
+/// In the mode "threads" this many threads write lines "thread <t> line <n>".
 constexpr int kThreads = 4;
 constexpr int kLinesPerThread = 2000;
 

@@ -11,7 +11,7 @@ int main(int argc, char** argv) {
         if (host == nullptr) {
             return 98;
         }
-        LateOffice();  // the DLL is linked for its statics
+        LateOffice();  // links the DLL, which is needed for its statics
         host->run();
         return host->exitCode;
     }

@@ -11,11 +11,11 @@ namespace PlenxTest {
 
 std::wstring HostCommand(const std::string& mode);
 
-/// Fails the running test fatally when the host hangs or ends with another exit code.
+/// Fails the running test fatally when the host hangs or ends with a wrong exit code.
 void ExpectHostExits(ChildProcess& host, const std::string& mode);
 void RunHost(const std::string& mode);
 
-/// How often a test repeats what depends on chance.
+/// Returns how often a test repeats a step that depends on chance.
 int Repetitions();
 
 }  // namespace PlenxTest

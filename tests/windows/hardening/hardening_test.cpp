@@ -1,4 +1,4 @@
-// What the shipped binaries bring along against an attacker.
+// Tests that the shipped binaries are hardened against an attacker.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -19,7 +19,8 @@ using testing::Contains;
 using testing::Each;
 using testing::Not;
 
-// The least number of guarded functions: half of what is there. Without the guard there are none.
+// The least number of guarded functions is half of the present number. Without the guard there are
+// none at all.
 struct Shipped {
     const char* file;
     int guarded;
@@ -75,7 +76,7 @@ TEST_P(Hardening, Imports_AreTheSystemOurOwnAndTheRunTime) {
                            "libwinpthread-1.dll")));
 }
 
-// It takes longer to load than everything else together.
+// The shell takes longer to load than all other DLLs together.
 TEST(LibraryImage, LeavesTheShellUntilItIsNeeded) {
     const ImageFile image("plenxsdk.dll");
     ASSERT_TRUE(image.IsRead());
@@ -88,7 +89,7 @@ TEST(ServiceImage, BringsItsRunTimeAlong) {
                            "USER32.dll", "msvcrt.dll", "ntdll.dll")));
 }
 
-// That the checks above can fail: mingw's own libraries were built without the guard.
+// Shows that the checks above can fail: mingw's own libraries were built without the guard.
 TEST(RunTimeImage, WasBuiltByOthers_HasNoGuard) {
     const ImageFile image("libwinpthread-1.dll");
     ASSERT_TRUE(image.IsRead());

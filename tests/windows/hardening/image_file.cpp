@@ -63,7 +63,7 @@ bool ImageFile::HasRelocations() const {
     return table.Size != 0 && first.SizeOfBlock > sizeof(IMAGE_BASE_RELOCATION);
 }
 
-// Long names lie in the table of strings behind the symbols.
+// Long names are in the table of strings behind the symbols.
 std::optional<DWORD> ImageFile::AddressOf(const std::string& function) const {
     const std::size_t symbols = headers_.FileHeader.PointerToSymbolTable;
     const std::size_t strings =

@@ -1,5 +1,5 @@
-// A program or DLL as it lies in its file: headers, sections, imports, symbols. The file is one
-// that this build has made, so what it says of itself is taken as it is.
+// A program or DLL as stored in its file: headers, sections, imports, symbols. This build has made
+// the file, so this code trusts its content.
 
 #ifndef PLENXSDK_TESTS_WINDOWS_HARDENING_IMAGE_FILE_H
 #define PLENXSDK_TESTS_WINDOWS_HARDENING_IMAGE_FILE_H
@@ -15,17 +15,17 @@ namespace PlenxTest {
 
 class ImageFile {
 public:
-    /// name: of a file in the folder of the running program.
+    /// @param name  A file in the folder of the running program.
     explicit ImageFile(const std::string& name);
 
     bool IsRead() const { return headers_.Signature == IMAGE_NT_SIGNATURE; }
     const IMAGE_NT_HEADERS64& Headers() const { return headers_; }
     const std::vector<IMAGE_SECTION_HEADER>& Sections() const { return sections_; }
     std::vector<std::string> Imports() const;
-    /// Whether the table of relocations holds any.
+    /// Returns whether the table of relocations has any entry.
     bool HasRelocations() const;
-    /// How many calls in the code go to the function of that name; nothing when the file names no
-    /// such function.
+    /// Returns how many calls in the code go to the function of that name, or nullopt when the file
+    /// names no such function.
     std::optional<int> CallsOf(const std::string& function) const;
 
 private:

@@ -11,7 +11,7 @@ constexpr std::size_t kBufferSize = 16;
 
 volatile char sink;
 
-// Byte by byte, so that only the frame's guard can notice.
+// Writes byte by byte, so that only the frame's guard can notice.
 __attribute__((noinline)) void OverwriteFrame(std::size_t count) {
     char buffer[kBufferSize];
     volatile char* const target = buffer;
@@ -21,7 +21,7 @@ __attribute__((noinline)) void OverwriteFrame(std::size_t count) {
     sink = target[0];
 }
 
-// Too much for the buffer, which is no frame of a function.
+// Copies more than the buffer holds. The buffer is static, so no frame is overwritten.
 __attribute__((noinline)) void Copy(const char* from, std::size_t count) {
     static char buffer[kBufferSize];
     std::memcpy(buffer, from, count);
