@@ -183,7 +183,7 @@ TEST_F(Services, DeletingARunningOne_WaitsForItsStop) {
     EXPECT_TRUE(Vanishes());
 }
 
-TEST_F(Services, EndedProcess_StopsItsServiceButUnderWine) {
+TEST_F(Services, EndedProcess_StopsItsServiceExceptUnderWine) {
     const SC_HANDLE service = Create(manager);
     ASSERT_TRUE(Start(service));
     ASSERT_TRUE(ComesTo(service, SERVICE_RUNNING));

@@ -36,7 +36,7 @@ TEST(Handle, MovesToANewOwner) {
     EXPECT_FALSE(IsOpen(raw));
 }
 
-TEST(Handle, TakesBothFormsOfNoHandleForNone) {
+TEST(Handle, TreatsNullAndInvalidHandleValueAsNoHandle) {
     EXPECT_FALSE(Handle());
     EXPECT_FALSE(Handle(nullptr));
     EXPECT_FALSE(Handle(INVALID_HANDLE_VALUE));

@@ -83,7 +83,7 @@ TEST(LibraryImage, LeavesTheShellUntilItIsNeeded) {
     EXPECT_THAT(image.Imports(), Not(Contains("SHELL32.dll")));
 }
 
-TEST(ServiceImage, BringsItsRunTimeAlong) {
+TEST(ServiceImage, ContainsItsOwnRunTime) {
     EXPECT_THAT(ImageFile("plenxservice.exe").Imports(),
                 Each(AnyOf("KERNEL32.dll", "ADVAPI32.dll", "RPCRT4.dll", "SHELL32.dll",
                            "USER32.dll", "msvcrt.dll", "ntdll.dll")));

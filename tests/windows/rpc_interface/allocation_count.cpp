@@ -29,7 +29,7 @@ AllocationReplacement::~AllocationReplacement() {
     replacement = nullptr;
 }
 
-// The linker leads every use of the two routines to the __wrap_ ones.
+// The linker replaces every use of the two routines by the __wrap_ ones.
 extern "C" {
 
 void* __real_MIDL_user_allocate(std::size_t size);

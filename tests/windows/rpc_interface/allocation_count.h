@@ -1,6 +1,6 @@
-// Stands before MIDL_user_allocate and MIDL_user_free: counts the blocks that are out, and
-// makes an allocation misbehave when told to. The runtime allocates replies on the client's
-// own thread, so a misbehaving allocation is a failure in the midst of a call.
+// Wraps MIDL_user_allocate and MIDL_user_free: counts the blocks that are out, and makes an
+// allocation misbehave when told to. The runtime allocates replies on the client's own thread, so a
+// misbehaving allocation is a failure in the middle of a call.
 
 #ifndef PLENXSDK_TESTS_WINDOWS_RPC_INTERFACE_ALLOCATION_COUNT_H
 #define PLENXSDK_TESTS_WINDOWS_RPC_INTERFACE_ALLOCATION_COUNT_H
@@ -9,13 +9,13 @@
 
 namespace PlenxTest {
 
-/// Blocks that are allocated and not yet released.
+/// Returns the number of blocks that are allocated and not yet released.
 long BlocksOut();
 
-/// Blocks that were ever allocated.
+/// Returns the number of blocks that were ever allocated.
 long BlocksEver();
 
-/// While it lives, each allocation of this process gives what the function gives.
+/// While it lives, each allocation of this process returns the result of the function.
 class AllocationReplacement {
 public:
     explicit AllocationReplacement(std::function<void*()> allocate);

@@ -1,4 +1,4 @@
-// One call of an interface's procedure, through the library's stubs or the IDL compiler's.
+// Calls an interface's procedure, through the library's stubs or the IDL compiler's.
 
 #ifndef PLENXSDK_TESTS_WINDOWS_RPC_INTERFACE_CALLS_H
 #define PLENXSDK_TESTS_WINDOWS_RPC_INTERFACE_CALLS_H
@@ -24,10 +24,10 @@ struct Reply {
     long result = 0;
     long size = 0;
     bool hasBlock = false;
-    Bytes bytes;  // of the block
+    Bytes bytes;  // copied from the block
 };
 
-/// Fills an interface's implicit handle for as long as it lives. One at a time of each kind.
+/// Fills an interface's implicit handle for as long as it lives. Only one of each kind may exist.
 class Binding {
 public:
     Binding(Stubs stubs, Interface which, const std::wstring& endpoint);
@@ -48,7 +48,7 @@ private:
 Reply CallOnce(Stubs stubs, Interface which, const std::wstring& endpoint, long msgType,
                const Bytes& msg);
 
-/// What to register for serving an interface.
+/// Returns the handle to register for serving an interface.
 RPC_IF_HANDLE ServerInterface(Stubs stubs, Interface which);
 
 }  // namespace PlenxTest

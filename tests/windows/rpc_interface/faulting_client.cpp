@@ -10,7 +10,7 @@
 namespace PlenxTest {
 namespace {
 
-// Instead of the debugger that would come now, and slowly.
+// Ends the process here, because otherwise the debugger would start, which takes long.
 LONG WINAPI EndAtLastFilter(EXCEPTION_POINTERS* exception) {
     const bool fault = exception->ExceptionRecord->ExceptionCode == EXCEPTION_ACCESS_VIOLATION &&
                        exception->ExceptionRecord->NumberParameters == 2;

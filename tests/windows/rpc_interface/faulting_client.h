@@ -1,5 +1,5 @@
-// A client that meets a fault of its own in the midst of a call, in a process of its own,
-// because the fault has to end it.
+// A client that causes a fault in the middle of a call. It runs in a process of its own, because
+// the fault must end that process.
 
 #ifndef PLENXSDK_TESTS_WINDOWS_RPC_INTERFACE_FAULTING_CLIENT_H
 #define PLENXSDK_TESTS_WINDOWS_RPC_INTERFACE_FAULTING_CLIENT_H
@@ -11,12 +11,13 @@ namespace PlenxTest {
 /// Exit codes of the faulting client.
 enum FaultingClientExit : int {
     kCallReturned = 10,  // the guard took the fault
-    kFaultGotOut = 11,   // it went up to the process's last filter, as it has to
+    kFaultGotOut = 11,   // the fault went up to the process's last filter, as it must
     kOtherExceptionGotOut = 12,
 };
 
-/// fault: "message" (the message cannot be read) or "allocation" (the allocation of the reply
-/// writes to where nothing is).
+/// @param fault  "message" (the message cannot be read) or "allocation" (the allocation of the
+/// reply
+///               writes to an invalid address).
 int RunFaultingClient(const std::string& fault, const std::string& endpoint);
 
 }  // namespace PlenxTest

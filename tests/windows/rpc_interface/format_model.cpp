@@ -27,7 +27,7 @@ public:
             PutArray(parameter, argument);
             break;
         case Shape::kArrayPointerPointer:
-            // The outer pointer is a ref pointer and leaves no trace.
+            // The outer pointer is a ref pointer, which is not on the wire.
             PutNumber(argument.bytes ? kReferentId : 0, rules_.id);
             if (argument.bytes) {
                 PutArray(parameter, argument);
@@ -57,7 +57,7 @@ private:
         wire_.insert(wire_.end(), array.bytes->begin(), array.bytes->end());
     }
 
-    // Aligned to its own width.
+    // Appends the number, aligned to its own width.
     void PutNumber(std::uint64_t number, std::size_t width) {
         wire_.resize((wire_.size() + width - 1) / width * width);
         for (std::size_t i = 0; i < width; ++i) {

@@ -1,6 +1,6 @@
-// What a procedure's format says, read from either transfer syntax into one model, and what
-// travels on the wire by it. Reading stays inside the formats even when they are altered ones;
-// what makes no sense throws FormatError.
+// Reads a procedure's format from either transfer syntax into one model, and computes the bytes
+// that travel on the wire. Reading stays inside the formats even when a test has altered them; a
+// format that makes no sense throws FormatError.
 
 #ifndef PLENXSDK_TESTS_WINDOWS_RPC_INTERFACE_FORMAT_MODEL_H
 #define PLENXSDK_TESTS_WINDOWS_RPC_INTERFACE_FORMAT_MODEL_H
@@ -28,7 +28,7 @@ struct Parameter {
     bool result = false;
     Shape shape = Shape::kLong;
     std::uint32_t offset = 0;  // on the stack
-    // Of an array: where its size stands, and whether that is a pointer to the size.
+    // For an array: the place of its size, and whether that place holds a pointer to the size.
     std::uint32_t sizeOffset = 0;
     bool sizeBehindPointer = false;
 };
@@ -41,10 +41,10 @@ struct Procedure {
 Procedure ReadNdr20(const unsigned char* procString, const unsigned char* typeString);
 Procedure ReadNdr64(const void* procedureFragment);
 
-/// For example "in long @0; in byte[@8] @16; return error_status_t @40; stack 48".
+/// Returns for example "in long @0; in byte[@8] @16; return error_status_t @40; stack 48".
 std::string Signature(const Procedure& procedure);
 
-/// One argument of a call: a number, or bytes that may be absent.
+/// One argument of a call. It is a number, or bytes that may be absent.
 struct Argument {
     Shape shape;
     std::int32_t number = 0;
@@ -54,7 +54,7 @@ using Stack = std::map<std::uint32_t, Argument>;
 
 enum class Direction { kRequest, kResponse };
 
-/// The widths in which the transfer syntaxes differ.
+/// The transfer syntaxes differ in these widths.
 struct WireRules {
     std::size_t count;  // of an array's count
     std::size_t id;     // of a pointer's referent id
@@ -62,7 +62,7 @@ struct WireRules {
 constexpr WireRules kNdr20Wire{4, 4};
 constexpr WireRules kNdr64Wire{8, 8};
 
-/// The stub data, with padding 0 and referent id 0x20000.
+/// Returns the stub data, with padding 0 and referent id 0x20000.
 std::vector<std::uint8_t> Marshal(const Procedure& procedure, const WireRules& rules,
                                   Direction direction, const Stack& stack);
 

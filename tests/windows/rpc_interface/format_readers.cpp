@@ -137,7 +137,7 @@ const Fragment& FragmentOf(const void* fragment, unsigned code) {
 
 void ReadSize(const void* expression, Parameter& parameter) {
     Require(expression != nullptr, "no size");
-    // The word before the expression tells where the size stands; it takes no part in it.
+    // The word before the expression says where the size stands, and is not part of the expression.
     const auto* const start = static_cast<const unsigned char*>(expression) + 4;
     const unsigned char* variableAt = start;
     if (*start == 0x04) {

@@ -1,4 +1,5 @@
-// The guard around a call: what the runtime raises becomes a code, a fault of our own does not.
+// Tests the guard around a call: an exception of the runtime becomes a code, a fault of our own
+// does not.
 
 #include <gtest/gtest.h>
 

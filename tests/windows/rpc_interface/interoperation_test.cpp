@@ -1,4 +1,4 @@
-// Calls between processes: the library's stubs and those of the IDL compiler in all four
+// Tests calls between processes, with the library's stubs and those of the IDL compiler in all four
 // combinations of client and server, for both interfaces. Under Wine they speak NDR 2.0.
 
 #include <gtest/gtest.h>
@@ -38,7 +38,7 @@ protected:
         blocksBefore_ = BlocksOut();
     }
 
-    // Whatever a test does, no block stays behind on either side.
+    // Whatever a test does, no block may stay behind on either side.
     void TearDown() override {
         EXPECT_EQ(BlocksOut(), blocksBefore_);
         if (!peerEnded_) {
@@ -68,7 +68,7 @@ protected:
         EXPECT_TRUE(reply.bytes == bytes) << "other bytes, " << bytes.size() << " of them";
     }
 
-    // The server releases a reply after it has sent it: ask until it has.
+    // The server releases a reply after it has sent it, so this asks until it has done so.
     bool PeerHasNoBlocks() {
         for (int i = 0; i < 200; ++i) {
             if (NumberIn(Call(kBlocksOut, {}).bytes) == 0) {
@@ -128,7 +128,7 @@ TEST_P(Interoperation, SizeAndBlock_AreEmptyWhenTheServerRoutineBegins) {
     EXPECT_EQ(NumberIn(Call(kEntryState, {}).bytes), 1u);
 }
 
-// Windows refuses such a reply, Wine passes it on. In neither case is there a block to copy from.
+// Windows refuses such a reply and Wine passes it on, but neither gives a block to copy from.
 TEST_P(Interoperation, SizeWithoutABlock_NeverBringsABlock) {
     for (const std::uint32_t size : {5u, 0xFFFFFFFBu}) {
         const Reply reply = Call(kSizeWithoutBlock, Number(size));
@@ -193,7 +193,7 @@ TEST_P(Interoperation, CallsOfManyThreads_AreAnsweredToTheirOwnCallers) {
     EXPECT_EQ(right, std::vector<int>(kThreads, kCalls));
 }
 
-// The service calls the library's interface back before it has answered, as services may.
+// The service calls the library's interface before it has answered, as services may.
 TEST_P(Interoperation, CallBackDuringACall_IsServed) {
     std::wstring endpoint = UniqueName(L"plenx-manager");
     std::wstring protocol = L"ncalrpc";

@@ -1,4 +1,4 @@
-// The test program, and the other processes that it starts itself as.
+// Runs the tests, or one of the roles in which the program starts itself again.
 
 #include <gtest/gtest.h>
 

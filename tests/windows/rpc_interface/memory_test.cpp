@@ -1,5 +1,5 @@
-// The interfaces' memory itself: behind the counter stand the language's own array routines,
-// the ones that do not throw. This program replaces them to see each use.
+// Tests the interfaces' memory itself. It comes from the language's own array routines that do not
+// throw; this program replaces them to see each use.
 
 #include <gtest/gtest.h>
 
@@ -50,7 +50,7 @@ TEST(InterfaceMemory, TooLargeABlockIsNullAndThrowsNothing) {
     EXPECT_NO_THROW(EXPECT_EQ(MIDL_user_allocate(SIZE_MAX / 2), nullptr));
 }
 
-TEST(InterfaceMemory, NullIsReleasedInPeace) {
+TEST(InterfaceMemory, ReleasingNullIsHarmless) {
     MIDL_user_free(nullptr);
 }
 

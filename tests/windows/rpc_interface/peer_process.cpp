@@ -10,7 +10,7 @@ namespace {
 constexpr DWORD kReadyMilliseconds = 20000;
 constexpr DWORD kPeerLifeMilliseconds = 120000;
 
-// The events are named after the endpoint, which is unique.
+// The endpoint is unique, so the names of the events are too.
 HANDLE EventOf(const std::wstring& endpoint, const wchar_t* what) {
     return CreateEventW(nullptr, TRUE, FALSE, (endpoint + what).c_str());
 }

@@ -1,5 +1,5 @@
-// A server in another process: this program, started again with --peer. It ends when its object
-// goes, or by itself after two minutes.
+// A server in another process, which is this program started again with --peer. It ends when its
+// object is destroyed, or by itself after two minutes.
 
 #ifndef PLENXSDK_TESTS_WINDOWS_RPC_INTERFACE_PEER_PROCESS_H
 #define PLENXSDK_TESTS_WINDOWS_RPC_INTERFACE_PEER_PROCESS_H
@@ -12,7 +12,7 @@
 
 namespace PlenxTest {
 
-/// A name that nobody else in this prefix uses.
+/// Returns a name that nobody else in this prefix uses.
 std::wstring UniqueName(const std::wstring& stem);
 
 class PeerProcess {
@@ -20,9 +20,9 @@ public:
     PeerProcess(Stubs stubs, Interface which);
     ~PeerProcess();
 
-    /// Whether it serves.
+    /// Returns whether it serves.
     bool Ready() const { return ready_; }
-    /// Why it was not started; 0 when it was.
+    /// Returns the reason why it was not started, or 0 when it was.
     DWORD StartError() const { return process_.StartError(); }
     const std::wstring& Endpoint() const { return endpoint_; }
     std::optional<DWORD> WaitForExit(DWORD milliseconds);
@@ -35,7 +35,7 @@ private:
     bool ready_;
 };
 
-/// The peer's side of it. Arguments: stubs, interface, endpoint.
+/// Runs the peer, with the arguments of its command line.
 int RunPeer(const std::string& stubs, const std::string& which, const std::string& endpoint);
 
 }  // namespace PlenxTest

@@ -86,7 +86,7 @@ long PlenxHandleManagerMessage(long msgType, long msgSize, unsigned char* msg, l
     return PlenxTest::Answer(msgType, msgSize, msg, respSize, resp);
 }
 
-// The same for the IDL compiler's servers, which bring their prototypes along in C.
+// The same for the IDL compiler's servers, whose prototypes are in C.
 extern "C" {
 
 error_status_t WidlServe_ServiceMessage(long msgType, long msgSize, unsigned char msg[],

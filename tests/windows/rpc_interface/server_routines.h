@@ -1,5 +1,5 @@
-// What the servers of the test do: the message type tells them. The same answers stand behind
-// both interfaces and both kinds of stubs.
+// The message type tells the servers of the test what to do. Both interfaces and both kinds of
+// stubs give the same answers.
 
 #ifndef PLENXSDK_TESTS_WINDOWS_RPC_INTERFACE_SERVER_ROUTINES_H
 #define PLENXSDK_TESTS_WINDOWS_RPC_INTERFACE_SERVER_ROUTINES_H
@@ -14,14 +14,14 @@ namespace PlenxTest {
 enum MessageType : long {
     kEcho,              // replies with the message
     kReplyOfSize,       // replies with as many bytes as the message's number says
-    kNullReply,         // size 0 and no block
-    kResult,            // the message's number as the result, no block
-    kResultWithReply,   // the message's number as the result, 3 bytes as the reply
-    kSizeWithoutBlock,  // the message's number as the size, no block
+    kNullReply,         // gives size 0 and no block
+    kResult,            // returns the message's number, without a block
+    kResultWithReply,   // returns the message's number, with a reply of 3 bytes
+    kSizeWithoutBlock,  // gives the message's number as the size, without a block
     kRaise,             // raises the message's number
-    kFault,             // writes to where nothing is
+    kFault,             // writes to an invalid address
     kEndProcess,        // ends the server's process
-    kCallManagerBack,   // calls the manager on the endpoint that the message names, echoes that
+    kCallManagerBack,   // calls the manager on the endpoint in the message, then echoes
     kEntryState,        // replies with 1 when size and block were 0 and null on entry, or 0
     kBlocksOut,         // replies with the number of blocks that are out in the server
 };
@@ -38,7 +38,7 @@ inline std::uint32_t NumberIn(const Bytes& bytes) {
     return number;
 }
 
-/// Bytes that show a shift, a cut and a swap.
+/// Returns bytes in which a shift, a cut or a swap shows.
 inline Bytes Pattern(std::size_t size) {
     Bytes bytes(size);
     for (std::size_t i = 0; i < size; ++i) {
@@ -47,7 +47,7 @@ inline Bytes Pattern(std::size_t size) {
     return bytes;
 }
 
-/// Writes to where nothing is: an access violation of this process.
+/// Causes an access violation in this process.
 inline void Fault() {
     static volatile char* volatile nowhere = reinterpret_cast<volatile char*>(16);
     *nowhere = 1;

@@ -1,5 +1,5 @@
-// The tables of the two interfaces, in both roles, value by value. The NDR64 half of them never
-// runs under Wine, so nothing else would show a wrong one.
+// Tests every value in the tables of the two interfaces, in both roles. The NDR64 half of them
+// never runs under Wine, so nothing else would show a wrong value.
 
 #include <gmock/gmock.h>
 
@@ -90,7 +90,7 @@ Stack ResponseStack(std::optional<std::vector<std::uint8_t>> resp, std::int32_t 
             {40, {Shape::kErrorStatus, result}}};
 }
 
-// Request, empty request, response, response without a block.
+// The samples are a request, an empty request, a response, and a response without a block.
 std::vector<std::string> MarshalSamples(const Procedure& procedure, const WireRules& rules) {
     return {
         Hex(Marshal(procedure, rules, Direction::kRequest, RequestStack(kThreeBytes))),
@@ -114,7 +114,7 @@ std::vector<std::string> Ndr64Samples() {
             Joined({"00000000", "00000000", "0000000000000000", "16000000"})};
 }
 
-// Whether signature and wire images come out of the formats as they should.
+// Returns whether the formats give the right signature and wire images.
 bool FormatsSpeakRight(const Formats& formats) {
     try {
         const Procedure ndr20 = ReadNdr20(formats.procString, formats.typeString);
@@ -165,7 +165,7 @@ TEST_P(Structure, UnalteredCopyHasNoFault) {
     EXPECT_TRUE(FormatsSpeakRight(FindFormats(GetParam().expected.role, image.Interface())));
 }
 
-// What the walker and the formats' readers notice of all alterations of an image.
+// Counts how many alterations of an image the walker and the formats' readers notice.
 class AlterationCount {
 public:
     AlterationCount(const Description& description)
@@ -190,7 +190,8 @@ private:
         }
     }
 
-    // To nothing, and to somewhere else: zeros, except where a zero is the right content.
+    // Makes the pointer null, then lets it point to zeros, or to something else where zeros are
+    // right.
     void AlterPointer(const TableImage::Field& field) {
         static const unsigned char zeros[512] = {};
         static const unsigned short otherOffset[1] = {1};

@@ -5,7 +5,7 @@
 namespace PlenxTest {
 namespace {
 
-// Zeros behind every copy: a reader that takes one table for a larger one finds null pointers.
+// Zeros follow every copy, so a reader that takes one table for a larger one finds null pointers.
 constexpr std::size_t kTail = 160;
 
 }  // namespace

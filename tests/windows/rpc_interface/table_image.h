@@ -1,6 +1,6 @@
-// An altered copy of an interface's tables: everything that is reachable from the descriptor,
-// with the pointers led to the copies, and a list of all its values to alter. A walker must
-// notice each alteration, or the value is not watched.
+// A copy of an interface's tables that tests can alter. It has everything that is reachable from
+// the descriptor, with pointers to the copies, and a list of all its values. A walker must notice
+// the alteration of each value, because otherwise nothing checks that value.
 
 #ifndef PLENXSDK_TESTS_WINDOWS_RPC_INTERFACE_TABLE_IMAGE_H
 #define PLENXSDK_TESTS_WINDOWS_RPC_INTERFACE_TABLE_IMAGE_H

@@ -1,5 +1,4 @@
-// Where the tables hold what: for each kind of table its values and its pointers. Padding is
-// left out.
+// Lists the values and pointers of each kind of table with their places. Padding is left out.
 
 #ifndef PLENXSDK_TESTS_WINDOWS_RPC_INTERFACE_TABLE_LAYOUTS_H
 #define PLENXSDK_TESTS_WINDOWS_RPC_INTERFACE_TABLE_LAYOUTS_H
@@ -18,8 +17,8 @@
 namespace PlenxTest {
 
 enum TableKind : int {
-    kValue,   // no pointer
-    kOpaque,  // a pointer that leads out of the tables, or that should be null
+    kValue,   // not a pointer
+    kOpaque,  // a pointer out of the tables, or one that should be null
     kClientInterface,
     kServerInterface,
     kClientStub,
@@ -55,14 +54,14 @@ struct TableMember {
 
 struct TableLayout {
     const char* name;
-    std::size_t lead;  // bytes that stand before the place that is pointed to
-    std::size_t size;  // with the lead
+    std::size_t lead;  // the bytes before the place that a pointer names
+    std::size_t size;  // including the lead
     std::vector<TableMember> members;
 };
 
 const TableLayout& LayoutOf(TableKind kind);
 
-// The procedure with its parameters.
+// A procedure with its parameters.
 struct Ndr64Procedure {
     NDR64_PROC_FORMAT procedure;
     NDR64_PARAM_FORMAT parameters[6];
@@ -73,7 +72,7 @@ struct Ndr64Array {
     NDR64_ARRAY_ELEMENT_INFO element;
 };
 
-// The size of an array: a word, then the expression.
+// The size of an array is a word, then the expression.
 struct Ndr64MsgSize {
     NDR64_UINT32 early;
     NDR64_EXPR_VAR variable;

@@ -19,7 +19,7 @@ constexpr char kProcBytes[] =
     "3248 00000000 0000 3000 1000 2400 47 06 0a 07 0100 0100 0000 0000 480000000800 "
     "480008000800 0b0010000200 502118000800 132020001200 700028001000 00";
 
-// "12 34" as bytes; blanks are free.
+// Returns the bytes of a text such as "12 34"; blanks do not count.
 std::string FromHex(const std::string& text) {
     std::string bytes;
     std::string digits;
@@ -53,7 +53,7 @@ std::string UuidText(const GUID& id) {
     return text;
 }
 
-// An imported function's address in static data is that of a jump through the import table.
+// In static data the address of an imported function is that of a jump through the import table.
 const void* BehindImportJump(const void* function) {
     const auto* const code = static_cast<const unsigned char*>(function);
     if (code == nullptr || code[0] != 0xff || code[1] != 0x25) {
@@ -286,7 +286,7 @@ private:
         Equal(what + " major", id.SyntaxVersion.MajorVersion, major);
         Equal(what + " minor", id.SyntaxVersion.MinorVersion, 0);
     }
-    // zeros: bytes before the place that have to be 0.
+    // Compares the bytes at the place, and checks that so many bytes before it are 0.
     bool Bytes(const std::string& what, const void* place, const char* hex, std::size_t zeros = 0) {
         if (!There(what, place)) {
             return false;

@@ -1,5 +1,5 @@
-// Walks through an interface's tables as the RPC runtime would and tells every value that is
-// not as it has to be. It is the only guard of the NDR64 side, which does not run under Wine.
+// Walks through an interface's tables as the RPC runtime would and reports every wrong value. It is
+// the only check of the NDR64 side, which does not run under Wine.
 
 #ifndef PLENXSDK_TESTS_WINDOWS_RPC_INTERFACE_TABLE_WALKER_H
 #define PLENXSDK_TESTS_WINDOWS_RPC_INTERFACE_TABLE_WALKER_H
@@ -15,18 +15,18 @@
 
 namespace PlenxTest {
 
-/// What differs among the four descriptions.
+/// The values in which the four descriptions differ.
 struct ExpectedTables {
     Role role;
-    const char* uuid;     // in its usual spelling
-    const void* binding;  // client: the variable of the implicit handle
-    long (*routine)(long, long, unsigned char*, long*, unsigned char**);  // server
+    const char* uuid;     // in the usual spelling
+    const void* binding;  // for a client: the variable of the implicit handle
+    long (*routine)(long, long, unsigned char*, long*, unsigned char**);  // for a server
 };
 
-/// One line for each fault; none when all is right.
+/// Returns one line for each fault.
 std::vector<std::string> WalkTables(const void* descriptor, const ExpectedTables& expected);
 
-/// The formats that a description leads to; null where the way to them is broken.
+/// The formats that a description leads to. A pointer is null where the way to it is broken.
 struct Formats {
     const unsigned char* procString = nullptr;
     const unsigned char* typeString = nullptr;

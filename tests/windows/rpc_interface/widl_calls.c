@@ -2,7 +2,7 @@
 
 #include <rpcndr.h>
 
-/* The prototypes of the compiler's own headers, which would bring in much more. */
+/* These prototypes stand in the compiler's own headers, which would bring in much more. */
 error_status_t WidlCall_ServiceMessage(long msgType, long msgSize, unsigned char msg[],
                                        long* respSize, unsigned char** resp);
 error_status_t WidlCall_HandleServiceMessage(long msgType, long msgSize, unsigned char msg[],

@@ -1,4 +1,4 @@
-/* The calls through the IDL compiler's stubs, guarded like the library's own. */
+/* Calls through the IDL compiler's stubs, guarded like the library's own. */
 
 #ifndef PLENXSDK_TESTS_WINDOWS_RPC_INTERFACE_WIDL_CALLS_H
 #define PLENXSDK_TESTS_WINDOWS_RPC_INTERFACE_WIDL_CALLS_H
