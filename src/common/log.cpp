@@ -15,8 +15,7 @@
 namespace DistributedFs {
 namespace {
 
-// Building a line allocates, which may disturb the values that the caller has still to
-// report.
+// Building a line allocates, which may change the error values that the caller has yet to report.
 class KeepErrors {
 public:
     KeepErrors() noexcept : errno_(errno) {}
@@ -42,7 +41,7 @@ wchar_t* WriteDecimal(wchar_t* out, Number number) noexcept {
     return std::copy(digits, std::to_chars(digits, digits + Most, number).ptr, out);
 }
 
-// Room for the characters of a line; most fit without an allocation.
+// Room for the characters of a line. Most lines fit without an allocation.
 class LineRoom {
 public:
     explicit LineRoom(std::size_t characters) {
@@ -81,7 +80,7 @@ void TouchLogger() noexcept {
         OvLogger::GetInstance();
         LogStream::Keep();
     } catch (...) {
-        // Each line tries again.
+        // The next line tries again.
     }
 }
 
@@ -110,7 +109,7 @@ void WriteLogLine(LOG_MESSAGE_LEVEL level, std::string_view function, const LogV
         stream.Get().rdbuf()->sputn(line.Begin(), end - line.Begin());
         logger->Log(level, stream.Get());
     } catch (...) {
-        // A line that cannot be written must not fail the operation it tells about.
+        // A line that cannot be written must not fail the operation that it describes.
     }
 }
 

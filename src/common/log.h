@@ -1,12 +1,12 @@
-// The one way to write a log line.
+// Everything in the library writes its log lines through this header.
 //
-// A line is a text, the values, and the qualified name of the operation in
-// parentheses, in this order and with nothing between them:
+// A line consists of a text, the values, and the qualified name of the operation in parentheses, in
+// this order and with nothing between them:
 //
 //     LogError(kFunction, "[PLENXSDK] open service error ", error);
 //
-// Any thread may log at any time, also while the process is ending. Logging never
-// throws, and leaves errno and the thread's last error as they were.
+// Any thread may log at any time, even while the process is ending. Logging never throws, and
+// leaves errno and the thread's last error as they were.
 
 #ifndef PLENXSDK_COMMON_LOG_H
 #define PLENXSDK_COMMON_LOG_H
@@ -21,15 +21,14 @@
 
 namespace DistributedFs {
 
-/// A part of a line. Narrow text is UTF-8 of any origin: each malformed byte shows as
-/// U+FFFD. Numbers, enums and bool (1 or 0) are written in decimal, a char as the one
-/// character. The value refers to its text and must not outlive it.
+/// A part of a line. Narrow text is UTF-8 of any origin, and each malformed byte shows as U+FFFD.
+/// Numbers, enums and bool (1 or 0) appear in decimal, a char as one character. The value refers to
+/// its text and must not outlive it.
 class LogValue {
 public:
     LogValue(std::string_view text) noexcept
         : kind_(Kind::kNarrow), most_(text.size()), narrow_(text.data()) {}
-    /// A literal: its length is known without looking for its end. An array that is none is to
-    /// come as a string_view.
+    /// Takes a literal, whose length the compiler knows. Pass any other array as a string_view.
     template <std::size_t Size>
     LogValue(const char (&literal)[Size]) noexcept
         : LogValue(std::string_view(literal, Size - 1)) {}
@@ -49,7 +48,7 @@ public:
     template <class Enum, std::enable_if_t<std::is_enum_v<Enum>, int> = 0>
     LogValue(Enum value) noexcept : LogValue(static_cast<std::underlying_type_t<Enum>>(value)) {}
 
-    /// The most characters that Write writes.
+    /// Returns the most characters that Write may write.
     std::size_t MostCharacters() const noexcept { return most_; }
     /// Returns the end of what it wrote.
     wchar_t* Write(wchar_t* out) const noexcept;
@@ -57,10 +56,10 @@ public:
 private:
     enum class Kind { kNarrow, kWide, kLetter, kSigned, kUnsigned };
 
-    static constexpr std::size_t kMostDigits = 20;  // with the sign
+    static constexpr std::size_t kMostDigits = 20;  // including the sign
 
     Kind kind_;
-    std::size_t most_;  // of a text: its length
+    std::size_t most_;  // for a text this is its length
     union {
         const char* narrow_;
         const wchar_t* wide_;
@@ -69,21 +68,21 @@ private:
     };
 };
 
-/// Makes sure that the logger exists, and what lines need. A static object that logs in its
-/// destructor calls this in its constructor, so that the logger outlives it.
+/// Makes sure that the logger exists, and everything else that lines need. A static object that
+/// logs in its destructor calls this in its constructor, so that the logger outlives it.
 void TouchLogger() noexcept;
 
 void WriteLogLine(LOG_MESSAGE_LEVEL level, std::string_view function, const LogValue* parts,
                   std::size_t count) noexcept;
 
-/// Progress and success.
+/// Logs progress or success.
 template <class... Parts>
 void LogInfo(std::string_view function, const Parts&... parts) noexcept {
     const LogValue line[] = {LogValue(parts)...};
     WriteLogLine(LOG_MESSAGE_LEVEL_INFO, function, line, sizeof...(parts));
 }
 
-/// Invalid arguments and failures.
+/// Logs an invalid argument or a failure.
 template <class... Parts>
 void LogError(std::string_view function, const Parts&... parts) noexcept {
     const LogValue line[] = {LogValue(parts)...};

@@ -14,9 +14,9 @@ std::atomic_flag keptIsTaken = ATOMIC_FLAG_INIT;
 struct KeptStream {
     KeptStream() {
         stream.imbue(std::locale::classic());
-        stream.str(std::wstring(LogStream::kMostKept, L' '));  // most libraries keep the room
+        stream.str(std::wstring(LogStream::kMostKept, L' '));  // most libraries keep this room
     }
-    ~KeptStream() { keptIsTaken.test_and_set(); }  // later lines use their own
+    ~KeptStream() { keptIsTaken.test_and_set(); }  // later lines make their own
     void OnProcessEnd() noexcept {}
 
     std::wostringstream stream;

@@ -1,9 +1,9 @@
-// LogStream: the wide stream in which a line is handed to the logger.
+// A LogStream is the wide stream in which a line goes to the logger.
 //
-// Making a stream costs several times as much as writing a line, so one is kept for all
-// lines. A line that finds it in use, by another thread or by a logger that logs, makes
-// one of its own: nobody ever waits, also not for a thread that has ended in the middle
-// of a line. One object, one thread, one line.
+// Making a stream takes several times as long as writing a line, so one stream is kept for all
+// lines. A line that finds it in use, by another thread or by a logger that logs, makes one of its
+// own. So nobody ever waits, not even for a thread that has ended in the middle of a line. Use an
+// object on one thread and for one line only.
 
 #ifndef PLENXSDK_COMMON_LOG_STREAM_H
 #define PLENXSDK_COMMON_LOG_STREAM_H
@@ -16,20 +16,20 @@ namespace DistributedFs {
 
 class LogStream {
 public:
-    /// Lines up to this many characters use the kept stream; it never holds room for more.
+    /// Lines of up to this many characters use the kept stream, which never keeps room for more.
     static constexpr std::size_t kMostKept = 512;
 
-    /// length: of the line, at most.
+    /// The line must not be longer than length.
     explicit LogStream(std::size_t length);
     ~LogStream();
     LogStream(const LogStream&) = delete;
     LogStream& operator=(const LogStream&) = delete;
 
-    /// Empty until it is written to; prints in the classic locale.
+    /// The stream is empty at first and prints in the classic locale.
     std::wostringstream& Get() noexcept { return *stream_; }
 
-    /// Makes the kept stream. What logs in its destructor calls this in its constructor, so
-    /// that the stream outlives it.
+    /// Makes the kept stream. An object that logs in its destructor calls this in its constructor,
+    /// so that the stream outlives it.
     static void Keep();
 
 private:

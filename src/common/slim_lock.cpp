@@ -7,7 +7,7 @@
 namespace DistributedFs {
 namespace {
 
-// The header does without windows.h and its macros: both are one pointer, initially null.
+// The header avoids windows.h and its macros. Both locks are one pointer that is null at first.
 static_assert(sizeof(SRWLOCK) == sizeof(void*) && sizeof(CONDITION_VARIABLE) == sizeof(void*));
 
 SRWLOCK* Lock(void*& lock) noexcept {

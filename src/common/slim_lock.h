@@ -1,9 +1,9 @@
-// SlimMutex and SlimCondition: the locks of a thread that waits for work.
+// SlimMutex and SlimCondition are the locks of a thread that waits for work.
 //
-// On Windows they are the system's own slim lock and condition variable: they wake a thread
-// several times faster than those of the C++ run time, and need no destruction, so there is
-// nothing to wait for when a process ends with a thread asleep on them. Elsewhere they are the
-// standard ones.
+// On Windows they are the system's own slim lock and condition variable. These wake a thread
+// several times faster than those of the C++ run time. They also need no destruction, so nothing
+// waits when a process ends with a thread asleep on them. On other systems they are the standard
+// ones.
 
 #ifndef PLENXSDK_COMMON_SLIM_LOCK_H
 #define PLENXSDK_COMMON_SLIM_LOCK_H
@@ -17,7 +17,7 @@ namespace DistributedFs {
 
 #ifdef _WIN32
 
-/// Meets what std::lock_guard and std::unique_lock ask for. Not recursive.
+/// Works with std::lock_guard and std::unique_lock. It is not recursive.
 class SlimMutex {
 public:
     SlimMutex() = default;

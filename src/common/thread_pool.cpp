@@ -16,7 +16,7 @@ ThreadPool::ThreadPool(unsigned threadCount) {
             workers.emplace_back(&ThreadPool::Work, state_);
         }
     } catch (...) {
-        // Joinable threads must not meet the vector's destructor.
+        // The vector's destructor must not find joinable threads.
         WakeAllToStop();
         for (std::thread& worker : workers) {
             worker.join();
@@ -38,7 +38,7 @@ ThreadPool::~ThreadPool() noexcept(false) {
             worker.detach();
         }
     }
-    state_->queue->tasks.clear();  // no other worker is left, and nobody appends after the stop
+    state_->queue->tasks.clear();  // no other worker is left, and nobody appends now
     if (firstFailure) {
         std::rethrow_exception(firstFailure);
     }
@@ -46,8 +46,8 @@ ThreadPool::~ThreadPool() noexcept(false) {
 
 void ThreadPool::WakeAllToStop() {
     state_->stop = true;
-    // A worker that has tested the condition but is not asleep yet still holds the mutex;
-    // passing through it once makes sure that no worker misses the wake-up.
+    // A worker that has tested the condition but does not sleep yet still holds the mutex. Locking
+    // it once makes sure that no worker misses the wake-up.
     {
         const std::lock_guard<SlimMutex> lock(state_->queueMutex);
     }
@@ -69,26 +69,26 @@ void ThreadPool::Append(Task task) {
     state_->condition.notify_one();
 }
 
-// An emptied queue keeps the memory of as many tasks as it ever held. It is freed when there is
-// nothing else to do, and without the lock: that may take long.
+// An emptied queue keeps memory for the most tasks that it ever held. A worker frees it when there
+// is nothing else to do, and without the lock, because that may take long.
 void ThreadPool::GiveBackMemory(State& state, std::unique_lock<SlimMutex>& lock) {
     constexpr std::size_t kLong = 1024;
     if (state.queue->longest <= kLong) {
         return;
     }
     try {
-        auto emptied = std::make_unique<Queue>();  // an empty one has memory as well
+        auto emptied = std::make_unique<Queue>();  // even an empty one allocates
         emptied.swap(state.queue);
         lock.unlock();
         emptied.reset();
         lock.lock();
     } catch (const std::bad_alloc&) {
-        // Tried again when the queue is empty the next time.
+        // The worker tries again when the queue is empty the next time.
     }
 }
 
 void ThreadPool::Work(const std::shared_ptr<State>& state) {
-    std::uint64_t ended = 0;  // jobs that finished does not count yet
+    std::uint64_t ended = 0;  // jobs that `finished` does not count yet
     while (!state->stop) {
         Task task;
         {
@@ -106,7 +106,7 @@ void ThreadPool::Work(const std::shared_ptr<State>& state) {
             state->queue->tasks.pop_front();
         }
         task();
-        task = Task();  // what the job owns is released before the job counts as done
+        task = Task();  // releases what the job owns before the job counts as done
         ++ended;
     }
 }

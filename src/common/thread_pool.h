@@ -1,8 +1,7 @@
-// ThreadPool: a fixed number of workers that run queued jobs first in, first out.
+// A ThreadPool has a fixed number of workers that run queued jobs first in, first out.
 //
-// Any thread may enqueue. Jobs run without the pool's lock. Destroying the pool waits
-// for the jobs that are running and discards the others unrun; their futures then report
-// a broken promise.
+// Any thread may enqueue. Jobs run without the pool's lock. Destroying the pool waits for the jobs
+// that are running and discards the others; their futures then report a broken promise.
 
 #ifndef PLENXSDK_COMMON_THREAD_POOL_H
 #define PLENXSDK_COMMON_THREAD_POOL_H
@@ -28,12 +27,12 @@ namespace DistributedFs {
 
 class ThreadPool {
 public:
-    /// Starts threadCount workers; with 0 jobs are accepted and never run.
+    /// Starts threadCount workers. With 0 workers the pool accepts jobs and never runs them.
     /// @throws std::system_error when a thread cannot be started.
     explicit ThreadPool(unsigned threadCount);
 
-    /// @throws std::system_error when a worker cannot be joined, above all when this
-    ///         runs on a worker; that worker then ends by itself.
+    /// @throws std::system_error when a worker cannot be joined, for example because this runs on
+    ///         that worker; the worker then ends by itself.
     ~ThreadPool() noexcept(false);
 
     ThreadPool(const ThreadPool&) = delete;
@@ -52,16 +51,16 @@ public:
         return future;
     }
 
-    /// True when every job that was queued has been run to its end. Takes no lock, so it
-    /// also answers while the process is ending.
+    /// Returns true when every job that was queued has run to its end. It takes no lock, so it also
+    /// works while the process is ending.
     bool IsIdle() const noexcept {
-        const std::uint64_t finished = state_->finished;  // first: it never overtakes the other
+        const std::uint64_t finished = state_->finished;  // first: it never overtakes enqueued
         return finished == state_->enqueued;
     }
 
 private:
-    // A packaged task and the call that it makes, which is built in its place: neither the
-    // function nor an argument is moved after it has been copied.
+    // A packaged task and the call that it makes. The call is built in its final place, so neither
+    // the function nor an argument is moved after it has been copied.
     template <class Function, class... Arguments>
     class Job {
     public:
@@ -89,8 +88,8 @@ private:
         std::packaged_task<Result()> task_;
     };
 
-    // Any callable without arguments and result, by its shared pointer. Unlike std::function it
-    // needs no allocation for that, and cannot be copied.
+    // A shared pointer to any callable without arguments and result. Unlike std::function it needs
+    // no allocation for that, and it cannot be copied.
     class Task {
     public:
         Task() noexcept = default;
@@ -114,21 +113,20 @@ private:
         void (*run_)(void*) = nullptr;
     };
 
-    // The tasks that wait, in memory that is kept for those to come.
+    // The waiting tasks. The queue keeps its memory for later tasks.
     struct Queue {
         std::pmr::unsynchronized_pool_resource memory;
         std::pmr::deque<Task> tasks{&memory};
-        std::size_t longest = 0;  // ever
+        std::size_t longest = 0;  // the most tasks that it ever held
     };
 
-    // Shared with the workers, so that one that could not be joined never touches freed
-    // memory.
+    // The workers share this, so that one that could not be joined never touches freed memory.
     struct State {
         std::atomic<bool> stop{false};
         SlimMutex queueMutex;
         SlimCondition condition;
         std::unique_ptr<Queue> queue = std::make_unique<Queue>();
-        std::atomic<std::uint64_t> enqueued{0};  // changed under queueMutex only
+        std::atomic<std::uint64_t> enqueued{0};  // only changes under queueMutex
         std::atomic<std::uint64_t> finished{0};
     };
 

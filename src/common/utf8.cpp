@@ -13,7 +13,7 @@ namespace {
 constexpr char32_t kMalformed = 0xFFFFFFFF;
 constexpr wchar_t kReplacement = 0xFFFD;
 
-// The standard converter lets surrogates through that were encoded one by one.
+// The standard converter accepts surrogates that were encoded one by one.
 bool HoldsEncodedSurrogate(const std::string& text) {
     for (std::size_t i = 0; i + 1 < text.size(); ++i) {
         if (static_cast<unsigned char>(text[i]) == 0xED &&
@@ -28,10 +28,10 @@ bool IsContinuation(char byte) {
     return (static_cast<unsigned char>(byte) & 0xC0) == 0x80;
 }
 
-// Widens so many characters in one go. The result has a high bit when not all of them are ASCII.
+// Widens kStride characters at once. The result has a high bit when not all of them are ASCII.
 template <std::size_t kStride>
 std::uint64_t WidenStride(wchar_t* out, const char* in) noexcept {
-    unsigned char bytes[kStride];  // out cannot overlap it: the compiler takes all at once
+    unsigned char bytes[kStride];  // out cannot overlap this copy, so the compiler can vectorise
     std::memcpy(bytes, in, kStride);
     for (std::size_t i = 0; i != kStride; ++i) {
         out[i] = static_cast<wchar_t>(bytes[i]);
@@ -46,7 +46,7 @@ std::uint64_t WidenStride(wchar_t* out, const char* in) noexcept {
     return bits;
 }
 
-// The same for a text of at least one stride. False when not all of it is ASCII.
+// Does the same for a text of at least one stride. Returns false when not all of it is ASCII.
 template <std::size_t kStride>
 bool WidenByStrides(wchar_t* out, std::string_view text) noexcept {
     constexpr std::uint64_t kHighBits = 0x8080808080808080;
@@ -58,7 +58,7 @@ bool WidenByStrides(wchar_t* out, std::string_view text) noexcept {
     return (bits & kHighBits) == 0;
 }
 
-// Nearly all text is ASCII.
+// This is the fast path: nearly all text is ASCII.
 bool WidenAscii(wchar_t* out, std::string_view text) noexcept {
     if (text.size() >= 16) {
         return WidenByStrides<16>(out, text);
@@ -77,8 +77,8 @@ bool WidenAscii(wchar_t* out, std::string_view text) noexcept {
     return bits < 0x80;
 }
 
-// Decodes the code point at the front of text and sets length to its bytes; kMalformed
-// when there is none.
+// Decodes the code point at the front of text and sets length to its number of bytes. Returns
+// kMalformed when there is none.
 char32_t DecodeFront(std::string_view text, std::size_t& length) {
     const auto lead = static_cast<unsigned char>(text[0]);
     if (lead < 0x80) {
@@ -121,7 +121,7 @@ std::wstring Utf8ToWide(const std::string& text) {
     using Converter = std::codecvt_utf8_utf16<wchar_t>;
     std::wstring_convert<Converter, wchar_t> convert;
     std::wstring wide = convert.from_bytes(text);
-    // A sequence cut off at the end is dropped by the converter without a word.
+    // The converter silently drops a sequence that is cut off at the end.
     if (convert.converted() != text.size() || HoldsEncodedSurrogate(text)) {
         throw std::range_error("Utf8ToWide: malformed UTF-8");
     }

@@ -1,4 +1,4 @@
-// Gives each category folder its icon: a desktop.ini in the folder of the category.
+// Gives each category folder its icon, by a desktop.ini in that folder.
 
 #include <fstream>
 
@@ -10,7 +10,7 @@ namespace {
 
 constexpr const char* kCategories[] = {"archive", "file", "audio", "picture", "video"};
 
-// Written in binary, so that the bytes are the same on every platform.
+// The stream is binary, so that the bytes are the same on every platform.
 void WriteDesktopIni(std::ostream& file, const std::string& folder, const std::string& category) {
     file << "[.ShellClassInfo]\r\n"
          << "IconResource=" << folder << "\\" << category << ".ico,0\r\n"
@@ -24,13 +24,13 @@ void WriteDesktopIni(std::ostream& file, const std::string& folder, const std::s
 
 }  // namespace
 
-// The folders are part of the installed resources; a missing one shows as a failed open.
+// The installer brings the folders; when one is missing, opening the file fails.
 void PLENXManagerInner::CreateFileIcon(const std::string& rootDir) {
     for (const std::string category : kCategories) {
         const std::string folder = rootDir + "\\res\\plenx\\icon\\" + category;
         const std::string path = folder + "\\desktop.ini";
         std::ofstream file;
-        // The system would open what the path names up to a NUL, and that would be lost.
+        // The system would open, and overwrite, the file that the path names up to a NUL.
         if (path.find('\0') == std::string::npos) {
             file.open(path, std::ios::binary | std::ios::trunc);
         }

@@ -1,7 +1,7 @@
-// The configuration that is pushed to a service at each of its starts: per service, keys that
-// are fixed by their defaults. Values last until the process ends.
+// The configuration that the engine sends to a service at each of its starts. The defaults fix the
+// keys of each service. Values last until the process ends.
 //
-// Setters and readers run on the facade's worker, so the tables have no lock of their own.
+// Setters and readers run on the facade's worker, so the tables have no lock.
 
 #ifndef PLENXSDK_ENGINE_CONFIG_TABLES_H
 #define PLENXSDK_ENGINE_CONFIG_TABLES_H
@@ -19,7 +19,7 @@ namespace DistributedFs {
 using IntegerConfig = std::map<std::uint32_t, std::int64_t>;
 using StringConfig = std::map<std::uint32_t, std::string>;
 
-/// One map per service: office, PC, phone.
+/// Has one map for each service: office, PC, phone.
 template <class Config>
 using ConfigTable = std::array<Config, 3>;
 
@@ -33,8 +33,8 @@ struct ConfigTables {
     ConfigTables();
 };
 
-/// The map that a setter changes, null for a type that has none. Type 3 shares the map of the
-/// PC service, on purpose.
+/// Returns the map that a setter changes, or null for a type that has none. Type 3 shares the map
+/// of the PC service on purpose.
 template <class Config>
 Config* FindConfig(ConfigTable<Config>& table, ServiceType svcType) {
     switch (svcType) {
@@ -48,7 +48,7 @@ Config* FindConfig(ConfigTable<Config>& table, ServiceType svcType) {
     }
 }
 
-/// Overwrites the value of a key that is there; no key is ever added.
+/// Overwrites the value of an existing key, and never adds a key.
 template <class Config>
 void ReplaceValue(Config& config, ConfigType key, typename Config::mapped_type value) {
     const auto entry = config.find(key);

@@ -13,7 +13,7 @@
 namespace DistributedFs {
 namespace {
 
-// No exception may leave a thread.
+// An exception must not leave a thread.
 void ServeManagerEndpoint() noexcept {
     try {
         RpcManager::GetInstance().Start();
@@ -21,9 +21,9 @@ void ServeManagerEndpoint() noexcept {
     }
 }
 
-// The thread listens until the process ends. Its object is neither joined (that would wait
-// for ever) nor detached (which races with the thread's own end when listening fails at
-// once), so it must never be destroyed: it lives in memory of its own.
+// The thread listens until the process ends. Nobody may join its object (that would wait for ever)
+// or detach it (that races with the end of the thread when listening fails at once). So the object
+// must never be destroyed, and lives in memory of its own.
 std::shared_ptr<std::thread> StartListenThread() {
     alignas(std::thread) static unsigned char storage[sizeof(std::thread)];
     return {new (storage) std::thread(ServeManagerEndpoint), [](std::thread*) {}};
@@ -36,7 +36,7 @@ PLENXManagerInner& PLENXManagerInner::GetInstance() {
     return instance.Get();
 }
 
-// What the engine uses is made before it, and so outlives it.
+// These objects are made before the engine, so they outlive it.
 PLENXManagerInner::PLENXManagerInner() {
     RpcManager::GetInstance();
     ConfigTables::GetInstance();
@@ -44,7 +44,7 @@ PLENXManagerInner::PLENXManagerInner() {
 
 PLENXManagerInner::~PLENXManagerInner() = default;
 
-// Uninstalls the services and removes the working folder; nothing else may be touched.
+// Uninstalls the services and removes the working folder. It must not touch anything else.
 void PLENXManagerInner::OnProcessEnd() noexcept {
     serviceManager.reset();
 }
@@ -77,7 +77,7 @@ std::int64_t PLENXManagerInner::GetInt64Config(ServiceType svcType, ConfigType c
     return value;
 }
 
-// String settings cannot be read back; a caller still waits for a setter at work.
+// String settings cannot be read back, but a caller still waits for a setter at work.
 std::string PLENXManagerInner::GetStringConfig(ServiceType, ConfigType) {
     const std::lock_guard<std::mutex> lock(mutex);
     return {};

@@ -1,9 +1,9 @@
-// PLENXManagerInner: the engine behind the facade. It owns the service manager, serves the
-// RPC endpoint, keeps the configuration that is pushed to a service at each start, and
-// carries out the facade's jobs for the PC and phone services.
+// PLENXManagerInner is the engine behind the facade. It owns the service manager, serves the RPC
+// endpoint, keeps the configuration for the services, and carries out the facade's jobs for the PC
+// and phone services.
 //
-// Threads: Init, the getters and the setters lock the engine's mutex. Everything else runs on
-// the facade's worker, one at a time, and takes no lock.
+// Init, the getters and the setters lock the engine's mutex. Everything else runs on the facade's
+// worker, one operation at a time, and takes no lock.
 
 #ifndef PLENXSDK_ENGINE_PLENX_MANAGER_INNER_H
 #define PLENXSDK_ENGINE_PLENX_MANAGER_INNER_H
@@ -29,8 +29,8 @@ public:
     PLENXManagerInner(const PLENXManagerInner&) = delete;
     PLENXManagerInner& operator=(const PLENXManagerInner&) = delete;
 
-    /// Makes the service manager and the icon files, and starts the RPC server, each once.
-    /// @throws std::range_error when an argument is not valid UTF-8; nothing is made then.
+    /// Makes the service manager and the icon files, and starts the RPC server, each only once.
+    /// @throws std::range_error when an argument is not valid UTF-8; it makes nothing then.
     void Init(const std::string& rootDir, const std::string& serviceArg);
 
     std::int64_t GetInt64Config(ServiceType svcType, ConfigType cfgType);
@@ -39,7 +39,7 @@ public:
     void SetIntConfig(ServiceType svcType, ConfigType cfgType, std::int64_t cfgValue);
 
     std::int32_t Start(ServiceType svcType, const std::string& group, const std::string& groupArg);
-    /// Always 0: every failure is logged only.
+    /// Always returns 0; failures only show in the log.
     std::int32_t Stop(ServiceType svcType, const std::string& group);
     std::int32_t LocalDeviceOnline(ServiceType svcType, const std::string& group,
                                    const std::string& deviceId, std::uint64_t dataLen,

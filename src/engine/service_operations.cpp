@@ -1,4 +1,4 @@
-// The engine's jobs for one service: start, stop, devices coming and going.
+// The engine's jobs for one service: start, stop, and devices that come and go.
 
 #include <windows.h>
 
@@ -14,7 +14,7 @@ namespace {
 
 constexpr std::string_view kStart = "DistributedFs::PLENXManagerInner::Start";
 
-// 26 pings at most, and 25 pauses.
+// Together this makes at most 26 pings and 25 pauses.
 constexpr unsigned kPingPauseMilliseconds = 200;
 constexpr unsigned kPingTimeoutMilliseconds = 5000;
 
@@ -57,7 +57,7 @@ std::int32_t PLENXManagerInner::Stop(ServiceType svcType, const std::string& gro
     if (rc != kSuccess) {
         LogError(kFunction, "[PLENXSDK] plenx manager stop plenx service error ", rc);
     }
-    // Hosts rely on this: a stop always ends, and always reports false.
+    // Hosts rely on this: every stop reports its end, and the value is always false.
     Notify(svcType, group, kStatusStop, false);
     return kSuccess;
 }
@@ -128,7 +128,7 @@ std::int32_t PLENXManagerInner::RemoteDeviceOffline(ServiceType svcType, const s
     return kSuccess;
 }
 
-// Without a service manager (its initialisation failed) there is no service of any type.
+// There is no service of any type when the service manager could not be made.
 std::int32_t PLENXManagerInner::StartPlenxService(ServiceType svcType) {
     const auto row = static_cast<std::int32_t>(svcType);
     return serviceManager ? serviceManager->StartPlenxService(row) : kOutOfTable;
@@ -139,8 +139,8 @@ std::int32_t PLENXManagerInner::StopPlenxService(ServiceType svcType) {
     return serviceManager ? serviceManager->StopPlenxService(row) : kOutOfTable;
 }
 
-// A service that runs may need a while before it answers. One that never does is treated as
-// if it had: the requests that follow tell.
+// A service that runs may need a while before it answers. If it never does, the start goes on, and
+// the requests that follow show the failure.
 void PLENXManagerInner::WaitForAnswer(ServiceType svcType) {
     std::int64_t attempt = 0;
     unsigned waited = 0;
@@ -156,7 +156,7 @@ void PLENXManagerInner::WaitForAnswer(ServiceType svcType) {
     }
 }
 
-// What a service does not take, it does without.
+// A setting that the service refuses does not fail the start.
 void PLENXManagerInner::PushConfiguration(ServiceType svcType) {
     const ConfigTables& tables = ConfigTables::GetInstance();
     if (svcType >= tables.strings.size()) {

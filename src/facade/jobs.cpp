@@ -1,5 +1,5 @@
-// The jobs, run on the worker: the PC and phone services go to the engine, the office service to
-// the companion library.
+// The jobs, which run on the worker. Jobs for the PC and phone services call the engine, jobs for
+// the office service call the companion library.
 
 #include "common/log.h"
 #include "engine/plenx_manager_inner.h"
@@ -52,8 +52,9 @@ void PLENXManager::StopFunc(ServiceType svcType, const std::string& first) {
         LogError(kFunction, "[PLENXSDK] plenx manager stop service invalid service type svcType(",
                  svcType, ")");
     }
-    // The signal that everything is stopped. A PC or phone service that was started alone never
-    // sets a mark, so the signal follows its stop as well, unless a mark of type 0 or 3 stands.
+    // Sends the signal that everything is stopped. A PC or phone service that was started alone
+    // never sets a mark, so the signal follows its stop as well, unless a mark of type 0 or 3 is
+    // set.
     if (startedMask == 0) {
         NotifyStatus(kCombinedService, first, kStatusStop, true);
     }
@@ -77,8 +78,8 @@ void PLENXManager::LocalDeviceOnlineFunc(ServiceType svcType, const std::string&
         engine.LocalDeviceOnline(svcType, first, second, length, block.get());
         break;
     case kCombinedService:
-        // This job alone hands the combined type on as it is: the link knows no such service
-        // and refuses it, and the observers hear of the failure.
+        // Only this job hands on the combined type unchanged. The link knows no such service and
+        // refuses it, and the observers hear of the failure.
         engine.LocalDeviceOnline(svcType, first, second, length, block.get());
         OfficeLocalDeviceOnline(first, second, block.get(), size);
         break;

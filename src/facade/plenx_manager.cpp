@@ -9,7 +9,8 @@
 namespace DistributedFs {
 namespace {
 
-// Made when the library is loaded. Nothing but memory is touched then: the loader lock is held.
+// It is made when the library is loaded. The loader lock is held then, so this may only touch
+// memory.
 ModuleObject<PLENXManager> instance;
 
 constexpr unsigned kWorkers = 1;  // one at a time, in the order of the calls

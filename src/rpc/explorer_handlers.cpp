@@ -1,4 +1,4 @@
-// The handlers of what the services want Windows Explorer to refresh.
+// The handlers of the notifications that make Windows Explorer refresh.
 
 #include <windows.h>
 
@@ -15,7 +15,7 @@
 namespace DistributedFs {
 namespace {
 
-// The bytes as they came, behind them zeros: a sender that forgot the path's NUL must not
+// Returns the bytes with zeros behind them, because a sender that forgot the path's NUL must not
 // make the shell read past the block.
 std::vector<wchar_t> TerminatedPath(const std::uint8_t* bytes, std::int32_t length) {
     const std::size_t padded = static_cast<std::size_t>(length) + 3;
@@ -66,7 +66,7 @@ void RpcManager::FlushExplorer(char cLetter, std::int32_t expFlushType) {
     constexpr wchar_t kComputerFolder[] = L"shell:::{20D04FE0-3AEA-1069-A2D8-08002B30309D}";
     LogInfo(kFunction, "[PLENXSDK] update device status invoked cLetter:", cLetter,
             " expFlushType:", expFlushType);
-    // ASCII only: the locale must not decide what a drive letter is.
+    // Compares with ASCII, because the locale must not decide what a drive letter is.
     const bool lower = cLetter >= 'a' && cLetter <= 'z';
     const bool upper = cLetter >= 'A' && cLetter <= 'Z';
     if (!lower && !upper) {

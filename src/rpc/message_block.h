@@ -1,5 +1,5 @@
-// MessageBlock: the bytes of one RPC message. Most messages are small and need no allocation.
-// Its owners live on the stack, and one thread never has more than a few.
+// A MessageBlock holds the bytes of one RPC message. Most messages are small and need no
+// allocation. Owners of a block live on the stack, and one thread never has more than a few.
 
 #ifndef PLENXSDK_RPC_MESSAGE_BLOCK_H
 #define PLENXSDK_RPC_MESSAGE_BLOCK_H
@@ -19,7 +19,7 @@ public:
     MessageBlock(const MessageBlock&) = delete;
     MessageBlock& operator=(const MessageBlock&) = delete;
 
-    /// Makes the block, once. The bytes are not initialised.
+    /// Makes the block; call it once. The bytes are not initialised.
     /// @return false when there is no memory; there is no block then.
     bool Make(std::size_t size) noexcept {
         if (size > kSmall) {
@@ -29,7 +29,7 @@ public:
         return bytes_ != nullptr;
     }
 
-    /// Null before Make.
+    /// Returns null before Make.
     std::uint8_t* Get() const noexcept { return bytes_; }
 
 private:

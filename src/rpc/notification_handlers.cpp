@@ -1,4 +1,4 @@
-// The handlers of what the services report to the host's observers.
+// The handlers of the notifications that go to the host's observers.
 
 #include <cstring>
 #include <limits>
@@ -34,7 +34,7 @@ struct Group {
     ServiceType svcType = kOfficeService;
 };
 
-// "name_3" is group "name" of service 3; the name may hold underscores itself.
+// "name_3" is group "name" of service 3; the name may contain underscores itself.
 bool SplitGroupName(std::string_view function, const std::string& grpName, Group& group) {
     const std::size_t underscore = grpName.rfind('_');
     std::int32_t number = 0;
@@ -48,7 +48,7 @@ bool SplitGroupName(std::string_view function, const std::string& grpName, Group
     return true;
 }
 
-// The message of the three connection notifications: a group name and nothing else.
+// The messages of the three connection notifications contain a group name and nothing else.
 std::int32_t ReadGroup(std::string_view function, const RpcMessage& message, Group& group) {
     RpcMessageReader reader = MakeReader(message);
     std::string grpName;

@@ -1,4 +1,4 @@
-// What the notification handlers share: reading an argument with its failure line.
+// The notification handlers share this check of a read, which logs its failure.
 
 #ifndef PLENXSDK_RPC_NOTIFICATION_READING_H
 #define PLENXSDK_RPC_NOTIFICATION_READING_H
@@ -16,7 +16,7 @@ inline RpcMessageReader MakeReader(const RpcMessage& message) {
     return RpcMessageReader(message.msgBuffer, message.msgSize);
 }
 
-/// code: of the read; logs its failure.
+/// Returns whether the code of a read means success; otherwise logs the failure.
 inline bool WasRead(std::int32_t code, std::string_view function, const char* failure) {
     if (code != kSuccess) {
         LogError(function, failure);

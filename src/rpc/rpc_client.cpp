@@ -44,7 +44,7 @@ public:
 private:
     RpcArgType type_;
     std::int64_t number_ = 0;
-    std::string* text_ = nullptr;  // given away to the writer
+    std::string* text_ = nullptr;  // the writer takes the text away
     const std::uint8_t* bytes_ = nullptr;
 };
 
@@ -56,7 +56,7 @@ constexpr const wchar_t* kEndpoints[] = {
     L"PLENXPhoneService",
 };
 
-// The spelling "Error" of one of the two int64 failures is what its readers look for.
+// Programs search for the spelling "Error" in one of the two int64 failures, so it must stay.
 constexpr RpcRequest kCreateGroup{0, "DistributedFs::RpcManager::CreateGroup"};
 constexpr RpcRequest kDeleteGroup{1, "DistributedFs::RpcManager::DeleteGroup"};
 constexpr RpcRequest kDeviceOnline{2, "DistributedFs::RpcManager::DeviceOnline"};
@@ -81,7 +81,7 @@ std::int32_t MessageSize(std::initializer_list<RpcArgument> arguments) {
     return fits ? static_cast<std::int32_t>(size) : 0;
 }
 
-// What the runtime allocated for a reply.
+// A block that the runtime allocated for a reply.
 using RuntimeBlock = std::unique_ptr<unsigned char, decltype(&MIDL_user_free)>;
 
 std::int32_t KeepReply(const PlenxServiceReply& reply, RpcMessage& message) {
@@ -159,7 +159,7 @@ bool RpcArgument::Write(RpcMessageWriter& writer, std::uint32_t index,
         break;
     }
     if (written != kSuccess) {
-        LogError(request.function, failure, index + 1);  // lines count from one
+        LogError(request.function, failure, index + 1);  // the lines count from one
     }
     return written == kSuccess;
 }
@@ -250,7 +250,7 @@ std::int32_t RpcManager::SendRequest(const RpcRequest& request, ServiceType svcT
     std::int32_t result = 0;
     if (reader.ReadInt32(0, &result) != kSuccess) {
         LogError(request.function, "[PLENXSDK] read ret error");
-        return kSuccess;  // a service that answers nothing readable has done what was asked
+        return kSuccess;  // an unreadable reply counts as success
     }
     return result;
 }

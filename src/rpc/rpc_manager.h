@@ -1,9 +1,9 @@
-// RpcManager: the local RPC link between this process and the services.
+// RpcManager is the local RPC link between this process and the services.
 //
-// Client: one method per request; each makes one call to the endpoint of a service and
-// returns the service's own result code, or the code of what failed. Requests wait for
+// As a client it has one method for each request. A method makes one call to the endpoint of a
+// service and returns the service's own result code, or the code of the failure. Requests wait for
 // each other.
-// Server: Start serves the endpoint "Manager"; the runtime runs HandleServiceMessage on
+// As a server it serves the endpoint "Manager" in Start. The runtime runs HandleServiceMessage on
 // its own threads, up to ten at once.
 
 #ifndef PLENXSDK_RPC_RPC_MANAGER_H
@@ -29,7 +29,7 @@ public:
     RpcManager(const RpcManager&) = delete;
     RpcManager& operator=(const RpcManager&) = delete;
 
-    // Requests. The strings and numbers are the caller's; the service interprets them.
+    // Requests. The service interprets the strings and numbers; this class does not.
     std::int32_t CreateGroup(ServiceType svcType, std::string groupName, std::string groupArg);
     std::int32_t DeleteGroup(ServiceType svcType, std::string groupName);
     std::int32_t DeviceOnline(ServiceType svcType, std::string groupName, std::string deviceId,
@@ -50,16 +50,16 @@ public:
     /// @return 0, an RPC status, the procedure's result, or an exception code.
     std::int32_t SendRpcMessage(ServiceType svcType, RpcMessage* message);
 
-    /// Serves the endpoint "Manager"; returns only when it cannot be served.
+    /// Serves the endpoint "Manager"; returns only when it cannot serve it.
     void Start();
 
-    /// One call of a service. *resp is a block of the interface's allocator, which the
-    /// RPC runtime releases. Lets no exception out.
+    /// Answers one call of a service. *resp becomes a block of the interface's allocator, which
+    /// the RPC runtime releases.
     std::int32_t HandleServiceMessage(std::int32_t msgType, std::int32_t msgSize,
                                       const std::uint8_t* msg, std::int32_t* respSize,
                                       std::uint8_t** resp) noexcept;
 
-    // Handlers of HandleServiceMessage, one per message id; each leaves a reply.
+    // Handlers of HandleServiceMessage, one for each message id. Each leaves a reply.
     std::int32_t SendLocalMessage(RpcMessage& message);
     std::int32_t ConnectNotify(RpcMessage& message);
     std::int32_t DisconnectNotify(RpcMessage& message);
@@ -72,8 +72,8 @@ public:
     std::int32_t ExploreFlushNotify(RpcMessage& message);
     std::int32_t RpcDefaultResponse(RpcMessage& message);
 
-    /// Asks Explorer to refresh the drive of the letter: 0 or 1 when it has come, 2 when
-    /// its content has changed.
+    /// Asks Explorer to refresh the drive of the letter. A type of 0 or 1 means that the drive has
+    /// come or gone, and 2 that its content has changed.
     void FlushExplorer(char cLetter, std::int32_t expFlushType);
 
 private:

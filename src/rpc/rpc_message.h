@@ -1,4 +1,4 @@
-// RpcMessage: the record that carries one call, in either direction.
+// An RpcMessage carries one call, in either direction.
 
 #ifndef PLENXSDK_RPC_RPC_MESSAGE_H
 #define PLENXSDK_RPC_RPC_MESSAGE_H
@@ -11,7 +11,7 @@ namespace DistributedFs {
 struct RpcMessage {
     std::int32_t msgType = 0;
     std::int32_t msgSize = 0;
-    /// Not owned: belongs to the writer that built it, or to the RPC runtime.
+    /// Belongs to the writer that built it, or to the RPC runtime.
     const std::uint8_t* msgBuffer = nullptr;
     std::int32_t respSize = 0;
     std::unique_ptr<std::uint8_t[]> respBuffer;

@@ -12,7 +12,7 @@ enum class RpcArgType : std::uint32_t { kInt32 = 2, kInt64 = 3, kString = 4, kIn
 constexpr std::int64_t kRpcHeaderSize = 8;
 constexpr std::int64_t kRpcDescriptorSize = 12;
 
-/// Where the data of a message of args arguments begins, computed without overflow.
+/// Returns the offset of the data in a message of args arguments, computed without overflow.
 constexpr std::int64_t RpcDataOffset(std::int64_t args) noexcept {
     return kRpcHeaderSize + kRpcDescriptorSize * args;
 }

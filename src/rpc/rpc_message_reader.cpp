@@ -52,7 +52,7 @@ inline bool RpcMessageReader::FindDescriptor(std::string_view function, std::uin
     return true;
 }
 
-// These lines stand apart from the reads, which are the faster for it.
+// The logging is outside the reads, which makes them faster.
 void RpcMessageReader::LogWrongIndex(std::string_view function,
                                      std::uint32_t index) const noexcept {
     LogError(function, "[PLENXSDK] Invalid Args Error index:", index, " argCursor_:", argCursor_,
@@ -75,7 +75,7 @@ inline bool RpcMessageReader::IsInside(const Descriptor& argument) const noexcep
 }
 
 inline void RpcMessageReader::Advance(const Descriptor& argument) noexcept {
-    // Arguments may overlap, so the sum may pass 31 bits; it is only logged.
+    // Arguments may overlap, so the sum may exceed 31 bits. It is only logged.
     msgCursor_ = static_cast<std::int32_t>(static_cast<std::uint32_t>(msgCursor_) + argument.size);
     ++argCursor_;
 }
@@ -105,7 +105,7 @@ std::int32_t RpcMessageReader::ReadString(std::uint32_t index, std::string* out)
         LogWrongRange(kFunction, argument);
         return kMessageCheckFailed;
     }
-    // The last byte is the sender's NUL and not looked at.
+    // The last byte is the sender's NUL, which this does not check.
     const auto* const text = reinterpret_cast<const char*>(rpcMsgBuf_.Get() + argument.offset);
     out->assign(text, argument.size - 1);
     Advance(argument);
@@ -122,7 +122,7 @@ std::int32_t RpcMessageReader::ReadInt8Array(std::uint32_t index, std::uint8_t**
     if (!FindDescriptor(kFunction, index, out != nullptr, RpcArgType::kInt8Array, argument)) {
         return kMessageCheckFailed;
     }
-    // Nothing is allocated before the claimed length has been found to be inside the buffer.
+    // Allocates only now that the claimed length is known to lie inside the buffer.
     std::uint8_t* block = nullptr;
     if (IsInside(argument) && std::int64_t{argument.size} == length) {
         block = new (std::nothrow) std::uint8_t[argument.size];

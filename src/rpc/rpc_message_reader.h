@@ -1,8 +1,8 @@
-// RpcMessageReader: takes one RPC message apart (the layout stands in
-// rpc_message_writer.h). The bytes come from another process and are never trusted.
+// An RpcMessageReader takes one RPC message apart (rpc_message_writer.h shows the layout). The
+// bytes come from another process, so it never trusts them.
 //
-// Arguments are read in index order. Every failure logs one line and returns
-// kMessageCheckFailed; nothing has changed then. One object, one thread.
+// Read the arguments in index order. Every failure logs one line and returns kMessageCheckFailed;
+// nothing has changed then. Only one thread may use an object.
 
 #ifndef PLENXSDK_RPC_RPC_MESSAGE_READER_H
 #define PLENXSDK_RPC_RPC_MESSAGE_READER_H
@@ -18,16 +18,16 @@ namespace DistributedFs {
 
 class RpcMessageReader {
 public:
-    /// Copies size bytes of the buffer. When they hold no message, every read fails.
+    /// Copies size bytes of the buffer. Every read fails if they do not contain a message.
     RpcMessageReader(const std::uint8_t* buffer, std::int32_t size);
     RpcMessageReader(const RpcMessageReader&) = delete;
     RpcMessageReader& operator=(const RpcMessageReader&) = delete;
 
     std::int32_t ReadInt32(std::uint32_t index, std::int32_t* out);
-    /// The argument's bytes without the last one, which is not looked at.
+    /// Reads the argument's bytes without the last one, which is not checked.
     std::int32_t ReadString(std::uint32_t index, std::string* out);
-    /// length: what the argument's size must be. The caller releases *out with
-    /// delete[]; on failure *out is null.
+    /// The argument's size must be length. The caller releases *out with delete[]; on failure *out
+    /// is null.
     std::int32_t ReadInt8Array(std::uint32_t index, std::uint8_t** out, std::int32_t length);
 
 private:

@@ -34,8 +34,8 @@ RpcMessageWriter::RpcMessageWriter(std::int32_t size, std::int32_t args)
     Store32(rpcMsgBuf_.Get() + 4, args);
 }
 
-// Only what would stay unwritten is cleared: clearing all of a large message first would be a
-// second pass over it.
+// This clears only the bytes that would stay unwritten, because clearing all of a large message
+// first would be a second pass over it.
 std::uint8_t* RpcMessageWriter::Buffer() noexcept {
     std::uint8_t* const message = rpcMsgBuf_.Get();
     const std::int64_t described = RpcDataOffset(argCursor_);
@@ -47,7 +47,7 @@ std::uint8_t* RpcMessageWriter::Buffer() noexcept {
     return message;
 }
 
-// Of the data, from its end so far.
+// Clears the data from its present end up to end.
 void RpcMessageWriter::ClearTo(std::int64_t end) noexcept {
     if (rawFrom_ < end) {
         std::memset(rpcMsgBuf_.Get() + rawFrom_, 0, static_cast<std::size_t>(end - rawFrom_));
@@ -97,14 +97,14 @@ inline std::int32_t RpcMessageWriter::Write(std::string_view function, std::uint
     return kSuccess;
 }
 
-// It stands apart from Write, which is the faster for it.
+// The logging is outside Write, which makes Write faster.
 void RpcMessageWriter::LogRefusal(std::string_view function, std::uint32_t index) const noexcept {
     LogError(function, "[PLENXSDK] index:", index, " argCursor_:", argCursor_,
              " msgCursor_:", msgCursor_, " rpcMsgSize_:", rpcMsgSize_);
 }
 
-// The index is not held against the argument count: what must fit is the descriptor and
-// the data.
+// This does not compare the index with the number of arguments: only the descriptor and the data
+// must fit.
 bool RpcMessageWriter::HasRoom(std::uint32_t index, std::int64_t size) const noexcept {
     return rpcMsgBuf_.Get() != nullptr && index == static_cast<std::uint32_t>(argCursor_) &&
            msgCursor_ + size <= rpcMsgSize_ &&

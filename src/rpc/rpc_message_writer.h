@@ -1,12 +1,12 @@
-// RpcMessageWriter: builds one RPC message, a flat little-endian buffer.
+// An RpcMessageWriter builds one RPC message, a flat little-endian buffer.
 //
 //     0            uint32  size of the whole message
 //     4            uint32  number of arguments
 //     8 + 12 * i   uint32  type tag, uint32 offset, uint32 size of argument i
 //     8 + 12 * n           the arguments' bytes, one after the other
 //
-// Arguments are written in index order. Every failure logs one line and returns
-// kMessageCheckFailed; nothing has changed then. One object, one thread.
+// Write the arguments in index order. Every failure logs one line and returns kMessageCheckFailed;
+// nothing has changed then. Only one thread may use an object.
 
 #ifndef PLENXSDK_RPC_RPC_MESSAGE_WRITER_H
 #define PLENXSDK_RPC_RPC_MESSAGE_WRITER_H
@@ -22,22 +22,22 @@ namespace DistributedFs {
 
 class RpcMessageWriter {
 public:
-    /// size: of the whole message in bytes, with room for at least one byte of data;
-    /// args: the number of arguments. Otherwise every write fails.
+    /// size is that of the whole message in bytes, and args is the number of arguments. Every write
+    /// fails if there is not room for at least one byte of data.
     RpcMessageWriter(std::int32_t size, std::int32_t args);
     RpcMessageWriter(const RpcMessageWriter&) = delete;
     RpcMessageWriter& operator=(const RpcMessageWriter&) = delete;
 
     std::int32_t WriteInt32(std::uint32_t index, std::int32_t value);
     std::int32_t WriteInt64(std::uint32_t index, std::int64_t value);
-    /// The bytes and one NUL after them; embedded NULs are kept.
+    /// Writes the bytes and one NUL after them, and keeps embedded NULs.
     std::int32_t WriteString(std::uint32_t index, std::string value);
     /// bytes may be null when length is 0.
     std::int32_t WriteInt8Array(std::uint32_t index, const std::uint8_t* bytes,
                                 std::int32_t length);
 
-    /// The finished message, owned by the writer; null when construction failed. What was not
-    /// written is zero.
+    /// Returns the finished message, which the writer owns, or null when construction failed. Bytes
+    /// that were not written are zero.
     std::uint8_t* Buffer() noexcept;
     std::int32_t Size() const noexcept { return rpcMsgSize_; }
 
@@ -53,7 +53,7 @@ private:
     std::int32_t rpcMsgSize_;
     std::int32_t argCursor_;
     std::int32_t msgCursor_;
-    std::int32_t rawFrom_;  // data from here on is neither written nor zero yet
+    std::int32_t rawFrom_;  // data from here on is neither written nor cleared yet
 };
 
 }  // namespace DistributedFs

@@ -1,5 +1,5 @@
-// The server half of RpcManager: serves the endpoint "Manager" and gives each call of a
-// service to the handler of its message id.
+// The server half of RpcManager. It serves the endpoint "Manager" and gives each call of a service
+// to the handler of its message id.
 
 #include <windows.h>
 
@@ -35,7 +35,7 @@ enum NotificationId : std::int32_t {
     kExploreFlushNotify = 18,
 };
 
-// Gives the reply to the runtime, which releases it through the interface's own routine.
+// Hands the reply to the runtime, which releases it through the interface's own routine.
 std::int32_t HandOver(const RpcMessage& message, std::int32_t* respSize, std::uint8_t** resp) {
     const auto size = static_cast<std::size_t>(message.respSize);
     auto* const block = static_cast<std::uint8_t*>(MIDL_user_allocate(size));
@@ -77,7 +77,7 @@ std::int32_t RpcManager::HandleServiceMessage(std::int32_t msgType, std::int32_t
                                               std::uint8_t** resp) noexcept {
     *respSize = 0;
     *resp = nullptr;
-    // The caller is the RPC runtime: no exception may get there.
+    // The caller is the RPC runtime, which must not get an exception.
     try {
         RpcMessage message;
         message.msgType = msgType;
@@ -113,7 +113,7 @@ std::int32_t RpcManager::Dispatch(RpcMessage& message) {
     case kUpdateWindowsExplore:
         return UpdateWindowsExplore(message);
     case kExploreFlushNotify:
-        // A service never sees this one fail: the reply is always the default one.
+        // A service never sees this one fail, so the reply is always the default one.
         try {
             ExploreFlushNotify(message);
         } catch (...) {
@@ -132,7 +132,7 @@ RpcManager& RpcManager::GetInstance() {
 
 }  // namespace DistributedFs
 
-// What the runtime calls, on one of its own threads.
+// The runtime calls this on one of its own threads.
 long PlenxHandleManagerMessage(long msgType, long msgSize, unsigned char* msg, long* respSize,
                                unsigned char** resp) noexcept {
     std::int32_t size = 0;

@@ -1,5 +1,5 @@
-// Replaces the driver's files by newer ones that the host's updater has left in the install
-// folder's "upgrade" folder.
+// Replaces the driver's files by newer ones, which the host's updater has put into the folder
+// "upgrade" of the install folder.
 
 #include <windows.h>
 
@@ -22,15 +22,15 @@ const wchar_t* const kDriverFiles[] = {
 
 enum class Target {
     kFree,     // the new file can take the name
-    kInUse,    // and cannot even be moved aside
-    kBlocked,  // for another reason
+    kInUse,    // the old file is in use and cannot be moved aside
+    kBlocked,  // the old file cannot be deleted for another reason
 };
 
 bool Exists(const std::wstring& path) {
     return _waccess(path.c_str(), 0) == 0;
 }
 
-// A loaded driver or library cannot be deleted, but it can be given another name.
+// A loaded driver or library cannot be deleted, but it can be renamed.
 Target MoveAside(const std::wstring& file, const std::wstring& target) {
     LogInfo(kFunction, "[PLENXSDK] driver ", file, " is used");
     if (!MoveFileExW(target.c_str(), (target + L".old").c_str(), MOVEFILE_REPLACE_EXISTING)) {
@@ -67,8 +67,8 @@ bool MoveIn(const std::wstring& file, const std::wstring& source, const std::wst
 }  // namespace
 
 std::int32_t ServiceManager::UpgradeDriver(const std::wstring& installFolder) {
-    // Where the system sees a path end at a NUL, every path here would be the same: the file to
-    // be replaced and the one to replace it.
+    // For the system a path ends at a NUL, so all paths here would be the same, both the old file
+    // and the new one.
     if (installFolder.find(L'\0') != std::wstring::npos) {
         return kDriverNotReplaced;
     }
@@ -82,8 +82,8 @@ std::int32_t ServiceManager::UpgradeDriver(const std::wstring& installFolder) {
         case Target::kFree:
             break;
         case Target::kInUse:
-            // Given up for this run: the new files wait for the next one, and the library
-            // works on with the old ones.
+            // The upgrade is given up for this run. The new files wait for the next one, and the
+            // library goes on with the old ones.
             return kSuccess;
         case Target::kBlocked:
             return kDriverNotReplaced;

@@ -31,8 +31,8 @@ bool IsSeparator(wchar_t character) {
     return character == L'\\' || character == L'/';
 }
 
-// "C:", "C:\" or "\\server\share". A root's listing does not begin with ".", so the entry
-// that is skipped unseen would be a real one; and nobody means to remove a whole drive.
+// A root is "C:", "C:\" or "\\server\share". The listing of a root does not begin with ".", so the
+// entry that the removal skips would be a real one. And nobody wants to remove a whole drive.
 bool IsRoot(const std::wstring& path) {
     const bool isDrive = path.size() >= 2 && path[1] == L':';
     if (isDrive) {
@@ -48,7 +48,7 @@ bool IsRoot(const std::wstring& path) {
     return std::all_of(afterShare, path.end(), IsSeparator);
 }
 
-// Of a link the link itself: what it points to is not under the folder, and may be anything.
+// Removes a link itself, and not its target, which is not under the folder and may be anything.
 std::int32_t RemoveFileOrLink(const std::wstring& path, unsigned attributes) {
     const bool isFolder = (attributes & _A_SUBDIR) != 0;
     if ((isFolder ? _wrmdir(path.c_str()) : _wunlink(path.c_str())) != 0) {
@@ -60,8 +60,8 @@ std::int32_t RemoveFileOrLink(const std::wstring& path, unsigned attributes) {
     return kSuccess;
 }
 
-// Removes a folder and all that is in it, depth first. It does not call itself: how deep a tree
-// is lies with whoever made it, and the stack is not that deep.
+// Removes a folder and everything in it, depth first. It is not recursive, because somebody else
+// may have made the tree deeper than the stack allows.
 class TreeRemoval {
 public:
     explicit TreeRemoval(std::wstring path) : path_(std::move(path)) {}
@@ -71,7 +71,7 @@ public:
         while (code == kSuccess && !levels_.empty()) {
             code = RemoveNextEntry();
         }
-        // Each folder above what has failed says so too.
+        // Each folder above the failure logs a line too.
         for (; !levels_.empty(); levels_.pop_back()) {
             LogError(kForceRemove, "[PLENXSDK] rmdir error ", errno);
         }
@@ -85,20 +85,20 @@ private:
         std::size_t pathLength;
     };
 
-    // The folder of path_ is removed, or its listing begun.
+    // Removes the folder of path_ if it is a link, or begins its listing.
     std::int32_t BeginFolder() {
         if (FileUtils::FileExists(path_) != kSuccess) {
             return kSuccess;
         }
         const DWORD attributes = GetFileAttributesW(path_.c_str());
         if (attributes == INVALID_FILE_ATTRIBUTES) {
-            // It may be a link: it is removed only if that takes nothing with it.
+            // It may be a link, so this removes it only when nothing else goes with it.
             return FileUtils::RemoveDirectoryW(path_);
         }
         if (IsLink(attributes)) {
             return RemoveFileOrLink(path_, attributes);
         }
-        _wfinddata64i32_t first{};  // "." and skipped unseen
+        _wfinddata64i32_t first{};  // this is ".", which is skipped
         const std::wstring pattern = path_ + L"\\*.*";
         ListingHandle listing(_wfindfirst64i32(pattern.c_str(), &first));
         if (!listing) {
@@ -109,7 +109,7 @@ private:
         return kSuccess;
     }
 
-    // Of the innermost folder; after its last entry the folder itself.
+    // Removes the next entry of the innermost folder, or the folder itself after the last entry.
     std::int32_t RemoveNextEntry() {
         path_.resize(levels_.back().pathLength);
         _wfinddata64i32_t entry{};
@@ -128,12 +128,12 @@ private:
         }
         const std::int32_t code = RemoveFileOrLink(path_, entry.attrib);
         if (code != kSuccess) {
-            levels_.pop_back();  // the line is the folder's own
+            levels_.pop_back();  // this folder has logged its own line
         }
         return code;
     }
 
-    std::wstring path_;  // of the entry at hand
+    std::wstring path_;  // the path of the current entry
     std::vector<Level> levels_;
 };
 

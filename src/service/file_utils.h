@@ -1,6 +1,6 @@
-// FileUtils: folders of wide paths. Every operation returns a result code and writes its
-// own log line on failure; a path that is merely absent is no failure worth a line. Paths
-// carry no trailing backslash.
+// FileUtils works on folders with wide paths. Every operation returns a result code and writes its
+// own log line on failure, but no line for a path that is merely absent. Paths have no trailing
+// backslash.
 
 #ifndef PLENXSDK_SERVICE_FILE_UTILS_H
 #define PLENXSDK_SERVICE_FILE_UTILS_H
@@ -12,17 +12,17 @@ namespace DistributedFs {
 
 class FileUtils {
 public:
-    /// Makes the last folder of the path; one that exists already is a success.
+    /// Makes the last folder of the path; succeeds when it exists already.
     /// @return 0, kInvalidArgument or kFolderNotMade.
     static std::int32_t MakeDirectory(const std::wstring& path);
 
-    /// Removes an empty folder; one that does not exist is a success.
+    /// Removes an empty folder; succeeds when it does not exist.
     /// @return 0, kInvalidArgument or kNotRemoved.
     static std::int32_t RemoveDirectoryW(const std::wstring& path);
 
-    /// Removes a folder and all that is in it, depth first. Links are removed and never
-    /// followed. The first failure ends it; what was removed before stays removed. A drive
-    /// or share root is refused without a word.
+    /// Removes a folder and everything in it, depth first. It removes links and never follows them.
+    /// It stops at the first failure and does not restore anything. It refuses the root of a drive
+    /// or share without a log line.
     /// @return 0, kInvalidArgument or kNotRemoved.
     static std::int32_t ForceRemoveDirectory(std::wstring path);
 

@@ -1,5 +1,5 @@
-// One-line owners for the handles of the service room: each closer and each invalid value is
-// named here and nowhere else.
+// Owners for the handles of the service code. Each closing function and each invalid value is named
+// only here.
 
 #ifndef PLENXSDK_SERVICE_HANDLES_H
 #define PLENXSDK_SERVICE_HANDLES_H
@@ -48,7 +48,7 @@ struct ServiceHandleTraits {
     static Handle Invalid() noexcept { return nullptr; }
     static void Close(Handle handle) noexcept { CloseServiceHandle(handle); }
 };
-using ServiceHandle = UniqueHandle<ServiceHandleTraits>;  // of a service, or of the manager
+using ServiceHandle = UniqueHandle<ServiceHandleTraits>;  // a service, or the manager
 
 struct ProcessHandleTraits {
     using Handle = HANDLE;

@@ -5,8 +5,8 @@
 
 namespace DistributedFs {
 
-/// Ends a service process that the Service Control Manager could not stop in time. Always
-/// logs; 0 does nothing more.
+/// Ends a service process that the Service Control Manager could not stop in time. It always logs;
+/// for the id 0 it does nothing more.
 void KillServiceProcess(std::uint32_t processId);
 
 }  // namespace DistributedFs

@@ -1,5 +1,5 @@
-// Creating, starting, stopping, deleting and probing the services of the table, one row at a
-// time, through the Service Control Manager.
+// Creates, starts, stops, deletes and probes the services of the table, one row at a time, through
+// the Service Control Manager.
 
 #include <windows.h>
 
@@ -17,7 +17,8 @@ namespace {
 
 constexpr std::int32_t kDriverRow = 3;
 
-// What each operation asks for; the numbers are fixed, the header's masks could vary.
+// The rights that each operation asks for. The numbers are fixed, while the header's masks could
+// vary.
 constexpr DWORD kStartAccess = DELETE | SERVICE_STOP | SERVICE_START | SERVICE_QUERY_STATUS;
 constexpr DWORD kStopAccess = SERVICE_STOP | SERVICE_ENUMERATE_DEPENDENTS | SERVICE_QUERY_STATUS;
 constexpr DWORD kDeleteAccess = DELETE | SERVICE_QUERY_STATUS;
@@ -30,7 +31,7 @@ static_assert(sizeof(SERVICE_STATUS_PROCESS) == 36);
 static_assert(sizeof(SERVICE_STATUS) == 28);
 
 constexpr DWORD kPollsPerWaitHint = 200;
-constexpr DWORD kStopWaitMilliseconds = 2000;  // without progress
+constexpr DWORD kStopWaitMilliseconds = 2000;  // counts while there is no progress
 
 ServiceHandle OpenManager(std::string_view function) {
     ServiceHandle manager(OpenSCManagerW(nullptr, nullptr, SC_MANAGER_ALL_ACCESS));
@@ -62,7 +63,7 @@ bool QueryStatus(std::string_view function, SC_HANDLE service, SERVICE_STATUS_PR
     return true;
 }
 
-// The call fills the short form of the status; the fields behind it keep their values.
+// The call fills only the short form of the status; the fields behind it keep their values.
 bool SendStop(SC_HANDLE service, SERVICE_STATUS_PROCESS& status) {
     SERVICE_STATUS reply{};
     if (!ControlService(service, SERVICE_CONTROL_STOP, &reply)) {
@@ -72,7 +73,7 @@ bool SendStop(SC_HANDLE service, SERVICE_STATUS_PROCESS& status) {
     return true;
 }
 
-// 0 when it cannot be told.
+// Returns 0 when the system does not tell the time.
 std::uint64_t ProcessBirth(DWORD processId) {
     if (processId == 0) {
         return 0;
@@ -99,8 +100,8 @@ void ServiceManager::RememberProcess(std::int32_t row, DWORD processId) {
     processBirths[row] = ProcessBirth(processId);
 }
 
-// The process that was last seen running may linger. Its id may also have gone to a process
-// that has nothing to do with us: that one is spared.
+// The last known process of the service may still exist. Its id may also belong to an unrelated
+// process by now, which this spares.
 void ServiceManager::EndLingeringProcess(std::int32_t row) const {
     const std::uint32_t processId = processIds[row];
     const std::uint64_t birth = processBirths[row] != 0 ? ProcessBirth(processId) : 0;
@@ -233,7 +234,7 @@ std::int32_t ServiceManager::StopServiceByIndex(std::int32_t row) {
         LogInfo(kFunction, "[PLENXSDK] service has stopped");
         return kSuccess;
     }
-    // A service that stops of itself during this wait refuses the request that follows.
+    // If the service stops by itself during this wait, it refuses the request that follows.
     WaitServiceStatus(service.Get(), status, bytesNeeded, SERVICE_STOP_PENDING, false);
     if (!SendStop(service.Get(), status)) {
         const DWORD error = GetLastError();
@@ -285,7 +286,7 @@ std::int32_t ServiceManager::DeleteServiceByIndex(std::int32_t row) {
 
 std::int32_t ServiceManager::StartDokanService() {
     constexpr std::string_view kFunction = "DistributedFs::ServiceManager::StartDokanService";
-    // The driver may have been registered by other means.
+    // Somebody else may have registered the driver.
     if (const std::int32_t code = CreateServiceByIndex(kDriverRow); code != kSuccess) {
         LogError(kFunction, "[PLENXSDK] create dokan service error ", code);
     }

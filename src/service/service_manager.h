@@ -1,14 +1,14 @@
-// ServiceManager: the fixed table of the Windows services that the library installs and
-// drives (three instances of one service program, and the file-system driver), and the
-// folders that they work in.
+// ServiceManager has the fixed table of the Windows services that the library installs and controls
+// (three instances of one service program, and the file-system driver), and the folders in which
+// they work.
 //
-// Making one upgrades the driver files, makes a fresh working folder, registers the PC and
-// phone services and starts the driver; destroying it unregisters those services and
-// removes the folder. Either all of the table is there or, when making it had to stop,
-// none. The table never changes after construction.
+// The constructor upgrades the driver files, makes a fresh working folder, registers the PC and
+// phone services and starts the driver. The destructor unregisters those services and removes the
+// folder. The table is complete, or empty when the constructor had to stop early. It never changes
+// later.
 //
-// Threads: isServiceAlive may be called from any thread; everything else from one at a
-// time. Every operation opens its own handles and keeps none.
+// Any thread may call isServiceAlive; only one thread at a time may call anything else. Every
+// operation opens its own handles and keeps none.
 
 #ifndef PLENXSDK_SERVICE_SERVICE_MANAGER_H
 #define PLENXSDK_SERVICE_SERVICE_MANAGER_H
@@ -39,7 +39,7 @@ public:
     ServiceManager(const ServiceManager&) = delete;
     ServiceManager& operator=(const ServiceManager&) = delete;
 
-    // row: a ServiceType, or 3 for the driver.
+    // A row is a ServiceType, or 3 for the driver.
     std::int32_t StartPlenxService(std::int32_t row);
     std::int32_t StopPlenxService(std::int32_t row);
     bool isServiceAlive(std::int32_t row) const;
@@ -57,8 +57,8 @@ public:
     static std::int32_t MakeSourcePath(const std::wstring& dataFolder, std::wstring& out);
     static std::int32_t MakeServicePath(const std::wstring& folder);
 
-    /// Polls the status until it equals state (untilEqual) or differs from it, for as long
-    /// as the service makes progress within the wait hint that stands in status.
+    /// Polls the status until it equals state (untilEqual) or differs from it. Gives up when the
+    /// service makes no progress within the wait hint in status.
     static void WaitServiceStatus(SC_HANDLE service, SERVICE_STATUS_PROCESS& status,
                                   DWORD& bytesNeeded, std::int32_t state, bool untilEqual);
 
@@ -72,9 +72,9 @@ private:
 
     std::vector<ServiceRecord> services;
     std::wstring sourcePath;
-    std::vector<std::uint32_t> processIds;  // per row, last seen running
-    // Creation times, 0 when unknown: they tell a process from a later one that was given the
-    // same id.
+    std::vector<std::uint32_t> processIds;  // for each row the process last seen running
+    // Creation times, or 0 when unknown. They distinguish a process from a later one with the same
+    // id.
     std::vector<std::uint64_t> processBirths;
 };
 

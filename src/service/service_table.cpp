@@ -1,4 +1,4 @@
-// The service table: its rows, the folders, installing and uninstalling.
+// The service table: its rows, its folders, installing and uninstalling.
 
 #include <windows.h>
 
@@ -14,7 +14,7 @@ constexpr int kNumberedFolders = 100;
 
 static_assert(SERVICE_ALL_ACCESS == 0xF01FF, "the access mask of the service rows");
 
-// All service rows run one program; they differ in name and arguments.
+// All services run the same program and differ in name and arguments.
 ServiceRecord ServiceRow(const std::wstring& name, const std::wstring& installFolder,
                          const std::wstring& serviceFolder, const std::wstring& digit) {
     return {name,
@@ -27,7 +27,7 @@ ServiceRecord ServiceRow(const std::wstring& name, const std::wstring& installFo
             {installFolder, serviceFolder, digit}};
 }
 
-// No access is asked for when the driver is created.
+// The creation of the driver asks for no access.
 ServiceRecord DriverRow(const std::wstring& installFolder) {
     return {L"Dokan1",
             installFolder + L"\\dokan1.sys",
@@ -39,7 +39,7 @@ ServiceRecord DriverRow(const std::wstring& installFolder) {
             {}};
 }
 
-// The last step of every candidate that has failed on the way.
+// Removes a candidate after one of its steps has failed.
 void RemoveCandidate(const std::wstring& folder) {
     if (FileUtils::ForceRemoveDirectory(folder) != kSuccess) {
         LogError("DistributedFs::ServiceManager::MakeSourcePath",
@@ -92,13 +92,14 @@ ServiceManager::~ServiceManager() {
                      "[PLENXSDK] remove src path error");
         }
     } catch (...) {
-        // Out of memory: what is left behind is taken over by the next construction.
+        // Out of memory. The next constructor takes over what is left behind.
     }
 }
 
 std::int32_t ServiceManager::MakeSourcePath(const std::wstring& dataFolder, std::wstring& out) {
-    // Candidates are wiped. Without a data folder they would lie on the current drive; and where
-    // the system sees a path end at a NUL, each of them would be the data folder itself.
+    // Candidates are deleted with their content. Without a data folder they would lie on the
+    // current drive. With a NUL in it each of them would be the data folder itself, because for the
+    // system a path ends there.
     if (dataFolder.empty() || dataFolder.find(L'\0') != std::wstring::npos) {
         return kNoWorkingFolder;
     }
@@ -160,8 +161,8 @@ void ServiceManager::UninstallService() {
     }
 }
 
-// The first row is the office service, the last one the driver: neither is installed or
-// uninstalled here.
+// The first row is the office service and the last one the driver. Neither is installed or
+// uninstalled by this.
 bool ServiceManager::IsInstalledRow(std::int32_t row) const noexcept {
     return row >= kFirstInstalledRow && row <= static_cast<std::int32_t>(services.size()) - 2;
 }

@@ -1,16 +1,16 @@
-/* C, because the guard is a structured exception handler, which g++ does not have; clang
- * builds this file. */
+/* This file is C, because the guard is a structured exception handler. g++ does not have these, so
+ * clang builds the file. */
 
 #include "rpc/interface/guarded_call.h"
 
 enum { MESSAGE_PROCEDURE = 0 };
 
-/* Takes what was raised by software, whatever its code: a peer's fault travels back as any
- * 32-bit value, that of an access violation included, and the runtime raises it without
- * parameters. An access violation of our own carries parameters; hiding it would be worse
- * than failing, so it searches on, and with it every C++ exception.
+/* Takes every exception that software has raised without parameters, whatever its code. The runtime
+ * raises a peer's fault like that, and the fault may have any 32-bit value, even that of an access
+ * violation. An access violation of our own has parameters. Hiding it would be worse than failing,
+ * so the search for a handler continues; so it does for every C++ exception.
  *
- * The code is taken here: inside the handler block it is no longer to be had everywhere. */
+ * The filter reads the code, because the handler block cannot read it on every system. */
 static int TakeRaised(const EXCEPTION_POINTERS* exception, unsigned long* code) {
     if (exception->ExceptionRecord->NumberParameters != 0) {
         return EXCEPTION_CONTINUE_SEARCH;
@@ -28,7 +28,7 @@ void PlenxGuardedCall(const MIDL_STUBLESS_PROXY_INFO* proxyInfo, long msgType, l
 
     *reply = nothing;
     __try {
-        /* The handle is implicit: nothing stands for it among the arguments. */
+        /* The handle is implicit, so it is not among the arguments. */
         const CLIENT_CALL_RETURN result =
             NdrClientCall3((MIDL_STUBLESS_PROXY_INFO*)proxyInfo, MESSAGE_PROCEDURE, NULL, msgType,
                            msgSize, msg, &size, &block);
@@ -36,7 +36,7 @@ void PlenxGuardedCall(const MIDL_STUBLESS_PROXY_INFO* proxyInfo, long msgType, l
         reply->size = size;
         reply->block = block;
     } __except (TakeRaised(GetExceptionInformation(), &code)) {
-        /* size and block may have been touched; neither means anything now. */
+        /* The call may have changed size and block, but they mean nothing now. */
         reply->raised = 1;
         reply->exceptionCode = code;
     }

@@ -1,5 +1,5 @@
-/* The call of the message procedure through a client's tables. Nothing that the RPC runtime
- * raises gets out. */
+/* Calls the message procedure through a client's tables. No exception of the RPC runtime gets out.
+ */
 
 #ifndef PLENXSDK_RPC_INTERFACE_GUARDED_CALL_H
 #define PLENXSDK_RPC_INTERFACE_GUARDED_CALL_H

@@ -1,4 +1,4 @@
-/* What tells the two interfaces apart. All else about them is the same. */
+/* The two interfaces differ in these identities and in nothing else. */
 
 #ifndef PLENXSDK_RPC_INTERFACE_INTERFACE_IDENTITY_H
 #define PLENXSDK_RPC_INTERFACE_INTERFACE_IDENTITY_H
@@ -15,7 +15,7 @@
 #define PLENX_MANAGER_INTERFACE_ID \
     {{0xec383975, 0xd9bc, 0x4258, {0x99, 0x44, 0xf9, 0x2f, 0x13, 0xe3, 0x2b, 0xbf}}, {1, 0}}
 
-/* The transfer syntaxes that every description offers, in this order. */
+/* Every description offers these transfer syntaxes, in this order. */
 
 /* NDR 2.0: 8a885d04-1ceb-11c9-9fe8-08002b104860, 2.0 */
 #define PLENX_NDR20_SYNTAX_ID \

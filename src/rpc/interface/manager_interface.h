@@ -1,6 +1,5 @@
-/* The server of the manager interface.
- *
- * Whoever serves the interface registers plenxManagerInterface and defines the server routine. */
+/* The server of the manager interface. A program that serves it registers plenxManagerInterface and
+ * defines the server routine. */
 
 #ifndef PLENXSDK_RPC_INTERFACE_MANAGER_INTERFACE_H
 #define PLENXSDK_RPC_INTERFACE_MANAGER_INTERFACE_H
@@ -16,13 +15,13 @@ extern "C" {
 #define PLENX_NOEXCEPT
 #endif
 
-/* For RpcServerRegisterIf. */
+/* Goes to RpcServerRegisterIf. */
 extern RPC_IF_HANDLE plenxManagerInterface;
 
-/* One call of a client; runs on a thread of the RPC runtime, several at once. msg is the
- * received buffer, gone after the return and not aligned. *resp is to be a block of
- * MIDL_user_allocate, which the runtime releases, or null. The result goes to the client.
- * The caller is C: no C++ exception may get out. */
+/* Answers one call of a client. It runs on threads of the RPC runtime, several at once. msg is the
+ * received buffer, which is not aligned and is invalid after the return. *resp must become a block
+ * of MIDL_user_allocate, which the runtime releases, or null. The result goes to the client. The
+ * caller is C, so no C++ exception may get out. */
 long PlenxHandleManagerMessage(long msgType, long msgSize, unsigned char* msg, long* respSize,
                                unsigned char** resp) PLENX_NOEXCEPT;
 

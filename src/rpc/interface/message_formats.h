@@ -1,5 +1,5 @@
-/* The formats of the one message procedure, in both transfer syntaxes. They carry no interface
- * identity: one copy serves both interfaces and both roles. Constant data. */
+/* The formats of the message procedure, in both transfer syntaxes. They do not contain the identity
+ * of an interface, so one constant copy serves both interfaces and both roles. */
 
 #ifndef PLENXSDK_RPC_INTERFACE_MESSAGE_FORMATS_H
 #define PLENXSDK_RPC_INTERFACE_MESSAGE_FORMATS_H
@@ -11,8 +11,8 @@
 
 #include <ndr64types.h>
 
-/* The arguments as they stand on the stack of the call, 8 bytes each. The handle is implicit
- * and takes no place. */
+/* The arguments take 8 bytes each on the stack of the call. The handle is implicit and takes no
+ * place. */
 enum {
     PLENX_STACK_MSG_TYPE = 0,
     PLENX_STACK_MSG_SIZE = 8,
@@ -39,7 +39,7 @@ typedef struct PlenxNdr20ProcString {
 extern const PlenxNdr20TypeString plenxNdr20TypeString;
 extern const PlenxNdr20ProcString plenxNdr20ProcString;
 
-/* Where each procedure begins in the procedure string. */
+/* The places in the procedure string at which the procedures begin. */
 extern const unsigned short plenxNdr20ProcOffsets[1];
 
 /* The format of each procedure. */

@@ -1,4 +1,4 @@
-/* The message procedure in NDR64: fragments that refer to each other by address. */
+/* The message procedure in NDR64. It consists of fragments that refer to each other by address. */
 
 #include "rpc/interface/message_formats.h"
 
@@ -57,7 +57,7 @@ static const struct {
 };
 _Static_assert(sizeof(msgSizeExpression) == 12, "msgSize");
 
-/* *respSize: the variable is the pointer itself, address-sized; behind it is a long. */
+/* *respSize: the variable is the pointer itself, which is address-sized and points to a long. */
 static const struct {
     NDR64_UINT32 order;
     NDR64_EXPR_OPERATOR indirection;
@@ -153,7 +153,7 @@ static const struct {
         .StackOffset = PLENX_STACK_MSG,
     },
     .respSize = {
-        .Type = &int32Type, /* what a simple ref points to, not a pointer */
+        .Type = &int32Type, /* the type that a simple ref points to, not a pointer */
         .Attributes = {.IsOut = 1, .IsBasetype = 1, .IsSimpleRef = 1, .UseCache = 1}, /* 0x8150 */
         .StackOffset = PLENX_STACK_RESP_SIZE,
     },

@@ -2,7 +2,7 @@
 
 #include <new>
 
-// The runtime is C: an exception must not get there, so a failure is a null pointer.
+// The runtime is C and must not get an exception, so a failure returns null.
 void* MIDL_user_allocate(size_t size) {
     return new (std::nothrow) unsigned char[size];
 }

@@ -1,5 +1,5 @@
-/* The memory of the RPC interfaces: every block that the runtime takes over from us or hands
- * to us is allocated and released here. Usable from any thread. */
+/* These two allocate and release every block that the RPC runtime takes from us or hands to us. Any
+ * thread may call them. */
 
 #ifndef PLENXSDK_RPC_INTERFACE_RPC_MEMORY_H
 #define PLENXSDK_RPC_INTERFACE_RPC_MEMORY_H
@@ -10,10 +10,10 @@
 extern "C" {
 #endif
 
-/* Null when there is no memory; nothing is thrown. */
+/* Returns null when there is no memory, and never throws. */
 void* MIDL_user_allocate(size_t size);
 
-/* Null is allowed. */
+/* The block may be null. */
 void MIDL_user_free(void* block);
 
 #ifdef __cplusplus

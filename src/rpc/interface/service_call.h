@@ -1,8 +1,7 @@
-/* The client of the service interface: the one call of a service's procedure, guarded against
- * what the RPC runtime raises.
+/* The client of the service interface. It calls a service's procedure and takes the exceptions of
+ * the RPC runtime.
  *
- * There is one binding handle for the process, so one thread at a time may bind, call and
- * release. */
+ * The process has one binding handle, so only one thread at a time may bind, call and release. */
 
 #ifndef PLENXSDK_RPC_INTERFACE_SERVICE_CALL_H
 #define PLENXSDK_RPC_INTERFACE_SERVICE_CALL_H
@@ -17,7 +16,7 @@
 extern "C" {
 #endif
 
-/* The implicit binding handle of the interface; to be filled before a call. */
+/* The implicit binding handle of the interface. Fill it before a call. */
 extern RPC_BINDING_HANDLE plenxServiceBinding;
 
 /* The client's description of the interface. */
@@ -25,9 +24,9 @@ extern RPC_IF_HANDLE plenxServiceClientInterface;
 
 typedef PlenxMessageReply PlenxServiceReply;
 
-/* Calls ServiceMessage through plenxServiceBinding. msg must not be null. A memory fault of
- * this process is not taken; the few faults that carry no parameters (a division by zero) cannot
- * be told from what the runtime raises. */
+/* Calls ServiceMessage through plenxServiceBinding. msg must not be null. The guard lets a memory
+ * fault of this process through. It cannot distinguish the few faults without parameters (a
+ * division by zero) from the exceptions of the runtime. */
 void PlenxCallService(long msgType, long msgSize, const unsigned char* msg,
                       PlenxServiceReply* reply);
 

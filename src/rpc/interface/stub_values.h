@@ -1,4 +1,4 @@
-/* Values that the descriptions of a client and of a server share, and the layouts they rely on. */
+/* The descriptions of clients and servers share these values, and rely on these layouts. */
 
 #ifndef PLENXSDK_RPC_INTERFACE_STUB_VALUES_H
 #define PLENXSDK_RPC_INTERFACE_STUB_VALUES_H
@@ -7,7 +7,7 @@
 
 #include "rpc/interface/message_formats.h"
 
-/* Where a stub descriptor has its proxy or server information. */
+/* The member of a stub descriptor that has its proxy or server information. */
 #if defined(__MINGW32__)
 #define PLENX_STUB_DESC_INFO Reserved4
 #else
@@ -17,7 +17,7 @@
 enum {
     PLENX_STUB_VERSION = 0x60001,
     PLENX_STUB_COMPILER = 0x801026e, /* the IDL compiler that the tables are modelled on */
-    PLENX_STUB_FLAGS = 0x2000001,    /* as ever, multiple transfer syntaxes */
+    PLENX_STUB_FLAGS = 0x2000001,    /* the usual ones, and multiple transfer syntaxes */
 };
 
 _Static_assert(sizeof(RPC_CLIENT_INTERFACE) == 96, "client interface");
