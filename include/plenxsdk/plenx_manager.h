@@ -1,9 +1,9 @@
 /// @file
-/// Run a distributed file system on this PC: the whole interface of plenxsdk.dll.
+/// The whole interface of plenxsdk.dll, which runs a distributed file system on this PC.
 ///
 /// There is one singleton, PLENXManager, and one observer class, PLENXServiceObserver, that the
-/// host implements. A host registers its observer, calls Init once, then Start, and hears through
-/// the observer what came of it.
+/// host implements. A host registers its observer, calls Init once, then Start, and hears the
+/// outcome through the observer.
 ///
 /// **How it works.** Every operation that changes something checks its arguments, queues a job and
 /// returns at once. One private worker runs the jobs one at a time, in the order of the calls. The
@@ -12,16 +12,16 @@
 ///
 /// **Threads.** All operations of PLENXManager may be called from any thread at any time. Observers
 /// are called on the worker and on threads of the RPC runtime, never two at once, and never on a
-/// thread of the host. What an observer may do is said at PLENXServiceObserver.
+/// thread of the host. PLENXServiceObserver says what an observer may do.
 ///
-/// **What 0 means.** That the call was taken: its job is queued, or, before Init, dropped with a
-/// line in the log. It never means that the work succeeded.
+/// **What 0 means.** 0 means that the call was taken: its job is queued, or, before Init, dropped
+/// with a line in the log. It never means that the work succeeded.
 ///
 /// **When the outcome comes.** Outcomes of jobs come in the order of the calls. There is no upper
 /// limit to the time: a job waits for the service, and later jobs wait behind it, so a host sets
 /// deadlines of its own. What a service reports by itself comes in between, in no fixed order: it
-/// may overtake the outcome of the call that caused it. Which job has which outcome is said at each
-/// operation; where none is said, a failure shows in the log only.
+/// may overtake the outcome of the call that caused it. Each operation says which outcome its job
+/// has; where it names none, a failure shows in the log only.
 ///
 /// **Strings.** A std::string holds UTF-8. Strings and data that the host passes are copied before
 /// the call returns; what an observer gets is valid during the notification only. Group names,
@@ -34,18 +34,21 @@
 ///
 /// **The end of the process.** When the process ends in an orderly way (main returns, exit,
 /// ExitProcess), the PC and phone services are stopped and uninstalled and the working folder is
-/// removed, on the thread that ends the process. A service that takes the stop and then makes no
-/// progress for 2 s is ended by force; one that refuses the stop, because it is still starting or
-/// hangs in a stop, is left. Jobs that are queued are not run, one that is running is cut off, and
-/// no observer is called any more, from the moment the system has ended the other threads; until
-/// then, while static objects of the host are destroyed for example, observers are still called:
-/// unregister them before main returns. The driver and the office service stay registered. After a
-/// crash or TerminateProcess all of it stays. The next Init takes over what was left; a service
-/// that still hangs in its stop cannot be started until its process is ended.
+/// removed, on the thread that ends the process. A service that accepts the stop and then makes no
+/// progress for 2 s is ended by force. A service that refuses the stop, because it is still
+/// starting or hangs in a stop, is left alone. The driver and the office service stay registered.
 ///
-/// **Exceptions.** No operation throws because of its arguments. std::system_error,
-/// std::bad_alloc and whatever the companion library throws may pass through. What goes wrong
-/// inside a job never reaches the caller.
+/// Queued jobs do not run any more, a running job is cut off, and no observer is called any more.
+/// All this holds from the moment at which the system has ended the other threads. Before that, for
+/// example while static objects of the host are destroyed, observers are still called, so
+/// unregister them before main returns.
+///
+/// After a crash or TerminateProcess everything stays as it is. The next Init takes over what was
+/// left; a service that still hangs in its stop cannot be started until its process is ended.
+///
+/// **Exceptions.** No operation throws because of its arguments. std::system_error, std::bad_alloc
+/// and exceptions of the companion library may pass through. An error inside a job never reaches
+/// the caller.
 ///
 /// **Toolchain.** C++ classes and std::string cross the DLL's border. Host and library must be
 /// built by the same compiler family and share one C++ runtime, which is why that runtime is
@@ -96,26 +99,26 @@ enum ConfigType : std::uint32_t {
     kIntegerConfig0 = 0,          ///< Integer setting, 0 by default.
     kLocaleConfig = 1,            ///< String setting, "en_US" by default.
     kIntegerConfig2 = 2,          ///< Integer setting, 0 by default.
-    kServiceNotRunningConfig = 5  ///< Read only, GetInt64Config: 1 while the service
+    kServiceNotRunningConfig = 5  ///< Only GetInt64Config reads it: 1 while the service
                                   ///< is not running, else 0.
 };
 
-/// Why a device goes offline. Any 32-bit value; passed on to the service as it is.
+/// The reason why a device goes offline. Any 32-bit value goes to the service unchanged.
 enum TriggerType : std::int32_t {
     kDefaultTrigger = 0  ///< No particular reason.
 };
 
-/// The type of a message exchanged with the services. Any 32-bit value; passed
-/// on as it is in both directions.
+/// The type of a message exchanged with the services. Any 32-bit value is passed on
+/// unchanged in both directions.
 enum PLENXMessageType : std::int32_t {
     kDefaultMessage = 0  ///< No particular type.
 };
 
 /// The status kinds that the library itself raises through NotifyStatus. The
-/// services may send further kinds, and these too.
+/// services may send these kinds too, and further ones.
 enum StatusKind : std::uint32_t {
-    kStatusStart = 0,         ///< A start ended; value tells whether it succeeded.
-    kStatusStop = 1,          ///< A stop ended. Office: value tells whether it
+    kStatusStart = 0,         ///< A start has ended; value says whether it succeeded.
+    kStatusStop = 1,          ///< A stop has ended. Office: value says whether it
                               ///< succeeded. PC and phone: value is always false.
                               ///< Service type 3 with value true: no mark of a start
                               ///< is left. It follows each stop, of any type, unless
@@ -138,33 +141,34 @@ enum PLENXResult : int {
     kInvalidParameter = 26  ///< A required string is empty; nothing was queued.
 };
 
-/// What the services and the library tell the host.
+/// Receives the notifications of the services and of the library.
 ///
 /// The host derives from this class and registers the object; the library never
 /// owns or deletes it. Keep it alive until UnregisterPLENXServiceObserver has
 /// returned; after that no call to it is running or will come.
 ///
 /// **Where and when.** Calls come on the library's worker and on threads of the RPC runtime, to one
-/// observer after the other, in no order that a host could choose. They never overlap: while one
+/// observer after the other, in an order that a host cannot choose. They never overlap: while one
 /// notification runs, every other one waits. A slow observer therefore delays all outcomes, and the
-/// services that wait for their answer. Copy what is needed, hand it to a thread of your own, and
-/// return.
+/// services that wait for their answer. Copy the values that you need, hand them to a thread of
+/// your own, and return.
 ///
 /// **What an observer may call.** From inside a notification do not call
 /// RegisterPLENXServiceObserver, UnregisterPLENXServiceObserver, GetOfficeDir, Init or Destroy, and
-/// do not wait for another thread that is calling one of them: they would wait for a lock that is
-/// held while the notification runs, for ever. So an observer can never unregister itself from
-/// inside a notification. Every other operation is allowed; those that queue a job return at once.
-/// But do not wait there for the outcome of a job: it is a notification too and cannot come.
+/// do not wait for another thread that is calling one of them. They would wait for ever for a lock
+/// that is held while the notification runs. So an observer can never unregister itself from inside
+/// a notification. Every other operation is allowed; those that queue a job return at once. But do
+/// not wait there for the outcome of a job, because that is a notification too and cannot come.
 ///
-/// **Results.** Each notification returns 0 when it was handled; any other value is logged as an
-/// error code and has no other effect. The other observers are called all the same.
+/// **Results.** Each notification returns 0 when the observer has handled it. The library logs any
+/// other value as an error code, which has no other effect; it calls the other observers all the
+/// same.
 ///
 /// **Exceptions.** Do not throw. An exception skips the observers that follow. On an RPC thread the
 /// service gets an error as the result of its call; on the worker the rest of the job is lost.
 ///
 /// **Trust.** Any local process that reaches the endpoint "Manager" can cause every one of these
-/// notifications, also those that the library raises itself. Treat what they say as hints: ask
+/// notifications, even those that the library itself raises. Treat them as hints, and ask
 /// GetInt64Config whether a service runs.
 class PLENXServiceObserver {
 public:
@@ -172,14 +176,14 @@ public:
 
     /// A service sends a message to this device.
     /// @param msgType  The sender's own number.
-    /// @param msgLen   The sender's own number: never use it as the length of message, use
+    /// @param msgLen   The sender's own number. Never use it as the length of message; use
     ///                 message.size().
     /// @param message  Any bytes.
     /// @return 0 when handled.
     virtual int SendLocalMessage(PLENXMessageType msgType, unsigned int msgLen,
                                  const std::string& message) = 0;
     /// A group of a service is connected.
-    /// @param svcType  The service, by the number that it put into the group's name; not checked.
+    /// @param svcType  The number that the service put into the group's name; it is not checked.
     /// @param first    The group's name, as it was given to Start.
     /// @return 0 when handled.
     virtual int NotifyConnect(ServiceType svcType, const std::string& first) = 0;
@@ -196,10 +200,10 @@ public:
     /// A service asks for the status of a link of a group, and waits for the answer.
     /// @param svcType     As for NotifyConnect.
     /// @param first       The group's name.
-    /// @param linkType    Which link; the service's own number.
-    /// @param linkStatus  Holds 0, or what an observer before this one has written; the value
-    ///                    left in it by the last observer goes back to the service, whatever this
-    ///                    returns.
+    /// @param linkType    The service's own number for the link.
+    /// @param linkStatus  Holds 0, or the value that an earlier observer has written. The value
+    /// that
+    ///                    the last observer leaves goes back to the service, whatever this returns.
     /// @return 0 when handled.
     virtual int QueryLinkStatus(ServiceType svcType, const std::string& first,
                                 unsigned int linkType, std::int32_t& linkStatus) = 0;
@@ -209,12 +213,12 @@ public:
     ///                  false after LocalDeviceOnline of type 3.
     /// @param first     The group's name, as it was given to the operation.
     /// @param sttsType  A StatusKind, or a kind of the service's own.
-    /// @param value     What StatusKind says of the kind.
+    /// @param value     Has the meaning that StatusKind gives for the kind.
     /// @return 0 when handled.
     virtual int NotifyStatus(ServiceType svcType, const std::string& first, unsigned int sttsType,
                              bool value) = 0;
     /// A service reports an error of its own. The library itself never calls this.
-    /// @param errCode  The service's own code, none of the library's.
+    /// @param errCode  The service's own code, which is not one of the library's.
     /// @return 0 when handled.
     virtual int NotifyError(int errCode) = 0;
     /// A service tells the name under which its disk is mounted.
@@ -229,9 +233,9 @@ public:
 /// Before Init every queueing operation is checked, logged, dropped, and answered
 /// with 0; configuration set before Init is lost silently.
 ///
-/// In all operations on groups and devices, svcType is the service that is meant, first the name of
-/// the group and second the id of the device. A service sees the group's name followed by '_' and
-/// its own number, `home_1`.
+/// In all operations on groups and devices, svcType is the service, first is the name of the group,
+/// and second is the id of the device. A service sees the group's name followed by '_' and its own
+/// number, for example `home_1`.
 class PLENXManager {
 public:
     /// The process-wide instance. It may be used as soon as the DLL is loaded.
@@ -243,16 +247,16 @@ public:
     /// files, RPC endpoint). Returns before any of that is done. Do not call it from
     /// DllMain.
     ///
-    /// No notification tells that the job is done. Operations may be called at once: they wait
-    /// behind it in the queue. GetInt64Config waits while the job is at work, but not for its
-    /// beginning: right after Init it may give 0 at once.
+    /// No notification says that the job is done. Other operations may be called at once, because
+    /// they wait behind it in the queue. GetInt64Config waits while the job is running, but not for
+    /// its beginning: right after Init it may give 0 at once.
     ///
-    /// Once the service side is there, a later call queues a job that finds everything
-    /// done. The process must be allowed to control services (elevated), first and second must be
-    /// valid UTF-8, and second must be a folder that exists. No service side, no driver, no icons,
-    /// no endpoint: what fails is logged in most cases. Without the service side every Start of
-    /// type 1 or 2 fails; without the driver or the endpoint they succeed. Not logged are folders
-    /// that are not valid UTF-8, a NUL in a folder, and an empty data folder.
+    /// Once the service side exists, a later call queues a job that finds everything done. The
+    /// process must have the right to control services (elevated), first and second must be valid
+    /// UTF-8, and second must be a folder that exists. Most failures of the job are logged, but not
+    /// folders that are not valid UTF-8, a NUL in a folder, or an empty data folder. Without the
+    /// service side every Start of type 1 or 2 fails; without the driver, the icons or the endpoint
+    /// they succeed.
     ///
     /// @param first   Install folder, without a trailing backslash or a NUL: it holds
     ///                plenxservice.exe, dokan1.sys, dokan1.dll, dokanfuse1.dll and the icon
@@ -261,16 +265,15 @@ public:
     ///                blanks (service paths are registered unquoted).
     /// @param second  Data folder, without a trailing backslash or a NUL, not empty. Its
     ///                sub-folder "plenx", and "plenx0" to "plenx99" as needed, are DELETED with
-    ///                all that is in them.
+    ///                everything in them.
     /// @param third   Goes to the companion library only.
     /// @param flag    Goes to the companion library only.
     PLENXSDK_API void Init(const std::string& first, const std::string& second, std::string third,
                            bool flag);
 
-    /// Asks the companion library to uninstall its packages (on the caller's
-    /// thread) and queues the initialisation once more, which finds everything done if
-    /// Init succeeded. Releases nothing: the library keeps working. A host need not call it before
-    /// it ends.
+    /// Asks the companion library to uninstall its packages (on the caller's thread) and queues the
+    /// initialisation once more, which finds everything done if Init succeeded. It releases
+    /// nothing, and the library keeps working. A host need not call it before it ends.
     PLENXSDK_API void Destroy();
 
     /// Reads an integer setting on the caller's thread. Only key 5 has an answer of
@@ -284,14 +287,15 @@ public:
     ///         has not begun yet. 0 means "running" only afterwards.
     PLENXSDK_API std::int64_t GetInt64Config(ServiceType svcType, ConfigType cfgType);
 
-    /// String settings cannot be read back. Waits while the first Init is at work.
+    /// String settings cannot be read back, so this has no value to give. It waits while the first
+    /// Init is at work.
     /// @param svcType  1 to 3; any other is logged as an error and does not wait.
     /// @param cfgType  Makes no difference.
     /// @return Always the empty string.
     PLENXSDK_API std::string GetStringConfig(ServiceType svcType, ConfigType cfgType);
 
-    /// Queues a change of a string setting. The service hears of it at its next Start, one that is
-    /// called after this included. The value stays until the process ends.
+    /// Queues a change of a string setting. The service gets the value at its next Start, even if
+    /// that is called right after this. The value stays until the process ends.
     /// @param svcType   Service 1 or 2, or both (3). The office service has no settings.
     /// @param cfgType   Keys that the service does not have are ignored.
     /// @param cfgValue  Handed to the service as it is.
@@ -307,9 +311,9 @@ public:
     /// office service. A service that runs already is not started again; it gets its settings and
     /// the group.
     ///
-    /// The job waits until the service reports running, as long as the service asks for, and then
-    /// until it answers a ping: up to about 5 s of pauses, plus the time that the pings themselves
-    /// take, which has no limit.
+    /// The job waits as long as the service asks for until the service reports running. Then it
+    /// waits until the service answers a ping: up to about 5 s of pauses, plus the time of the
+    /// pings themselves, which has no limit.
     /// @param svcType  Service 0 to 3.
     /// @param first    Group name, not empty.
     /// @param second   Group argument, not empty; handed to the service as it is. The office
@@ -320,18 +324,19 @@ public:
 
     /// Queues the deletion of the group and the stop of its service, whatever other groups the
     /// service has. The outcome comes as NotifyStatus with kind 1, which for the PC and phone
-    /// services always says false; another one, of type 3 with value true, follows when no start of
-    /// type 0 or 3 is left (see kStatusStop). A service that does not stop within 2 s without
-    /// progress is ended.
+    /// services always says false. Another notification, of type 3 with value true, follows when no
+    /// start of type 0 or 3 is left (see kStatusStop). A service that makes no progress for 2 s
+    /// while it stops is ended.
     /// @param svcType  Service 0 to 3.
     /// @param first    Group name, not empty.
     /// @return kAccepted or kInvalidParameter.
     PLENXSDK_API int Stop(ServiceType svcType, const std::string& first);
 
     /// Queues the news that the local device is online. With kCombinedService only the
-    /// office service hears of it; the rest fails as NotifyStatus(3, first, 2, false). Call
-    /// it for kPcService as well. A failure at the PC or phone service comes as NotifyStatus with
-    /// kind 2; success brings no notification, and the office service none at all.
+    /// office service hears of it, and NotifyStatus(3, first, 2, false) reports the rest as failed,
+    /// so call it for kPcService as well. A failure at the PC or phone service comes as
+    /// NotifyStatus with kind 2. Success brings no notification, and the office service never
+    /// brings one.
     /// @param svcType  Service 0 to 3.
     /// @param first    Group name, not empty.
     /// @param second   Device id, not empty.
@@ -344,8 +349,8 @@ public:
                                        const std::string& second, std::uint64_t size,
                                        const unsigned char* data);
 
-    /// Queues the news that a remote device is online. The office service's outcome comes as
-    /// NotifyStatus with kind 2, of the PC and phone services only a failure.
+    /// Queues the news that a remote device is online. The outcome of the office service comes as
+    /// NotifyStatus with kind 2, and so does a failure of the PC and phone services.
     /// @param svcType  Service 0 to 3.
     /// @param first    Group name, not empty.
     /// @param second   Device id, not empty.
@@ -353,8 +358,9 @@ public:
     PLENXSDK_API int RemoteDeviceOnline(ServiceType svcType, const std::string& first,
                                         const std::string& second);
 
-    /// Queues the news that the local device goes offline, and why. The office service's outcome
-    /// comes as NotifyStatus with kind 3, of the PC and phone services only a failure.
+    /// Queues the news that the local device goes offline, and why. The outcome of the office
+    /// service comes as NotifyStatus with kind 3, and so does a failure of the PC and phone
+    /// services.
     /// @param svcType  Service 0 to 3.
     /// @param first    Group name, not empty.
     /// @param second   Device id, not empty.
@@ -364,7 +370,7 @@ public:
                                         const std::string& second, TriggerType trigger);
 
     /// Queues the news that a remote device goes offline, and why. A failure at the PC or phone
-    /// service comes as NotifyStatus with kind 3; of the office service nothing comes.
+    /// service comes as NotifyStatus with kind 3; the office service brings no notification.
     /// @param svcType  Service 0 to 3.
     /// @param first    Group name, not empty.
     /// @param second   Device id, not empty.
@@ -397,14 +403,14 @@ public:
     PLENXSDK_API int GetOfficeDir(const std::string& first, const std::string& second,
                                   std::string& dir);
 
-    /// Adds an observer; one that is registered already is not added again. Waits
-    /// for a notification that is being delivered. Register before Init, or early notifications
-    /// are missed: none is kept for later.
+    /// Adds an observer; one that is registered already is not added again. This waits for a
+    /// notification that is being delivered. Register before Init, because notifications are not
+    /// kept for later.
     /// @param observer  Not owned. Null is ignored.
     PLENXSDK_API void RegisterPLENXServiceObserver(PLENXServiceObserver* observer);
 
-    /// Removes an observer; an unknown one is no error. Waits for a notification
-    /// that is being delivered: once this has returned, the observer may be deleted.
+    /// Removes an observer; an unknown one is not an error. This waits for a notification that is
+    /// being delivered, so the observer may be deleted once it has returned.
     /// @param observer  As it was registered.
     PLENXSDK_API void UnregisterPLENXServiceObserver(PLENXServiceObserver* observer);
 
@@ -420,7 +426,7 @@ private:
     ~PLENXManager();
     void OnProcessEnd() noexcept;
 
-    // Fan-out: each passes its arguments to every observer, on the calling thread.
+    // Fan-out. Each passes its arguments to every observer, on the calling thread.
     void SendLocalMessage(PLENXMessageType msgType, unsigned int msgLen,
                           const std::string& message);
     void NotifyConnect(ServiceType svcType, const std::string& first);
@@ -433,7 +439,7 @@ private:
     void NotifyError(int errCode);
     void NotifyDiskName(const std::string& diskName);
 
-    // Jobs: run on the worker.
+    // Jobs, which run on the worker.
     void StartFunc(ServiceType svcType, const std::string& first, const std::string& second);
     void StopFunc(ServiceType svcType, const std::string& first);
     void LocalDeviceOnlineFunc(ServiceType svcType, const std::string& first,
