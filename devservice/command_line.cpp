@@ -1,14 +1,14 @@
 #include "command_line.h"
 
+#include <charconv>
 #include <utility>
 
-#include "settings.h"
 #include "text/text.h"
 
 namespace PlenxService {
 namespace {
 
-constexpr std::int64_t kLongestRun = 24 * 60 * 60;
+constexpr unsigned kLongestRun = 24 * 60 * 60;
 
 struct Options {
     std::wstring check;
@@ -38,6 +38,15 @@ CommandLine Refused(std::string error) {
     return line;
 }
 
+std::optional<unsigned> SecondsOf(const std::string& text) {
+    unsigned seconds = 0;
+    const char* const end = text.data() + text.size();
+    const auto read = std::from_chars(text.data(), end, seconds);
+    const bool whole = read.ec == std::errc() && read.ptr == end;
+    return whole && seconds >= 1 && seconds <= kLongestRun ? std::optional<unsigned>(seconds)
+                                                           : std::nullopt;
+}
+
 CommandLine FromOptions(const Options& options, const std::wstring& programFolder) {
     CommandLine line;
     line.check = options.check;
@@ -56,12 +65,10 @@ CommandLine FromOptions(const Options& options, const std::wstring& programFolde
         return Refused("there is no service " + PlenxText::ToUtf8(options.console));
     }
     if (!options.seconds.empty()) {
-        std::int64_t seconds = 0;
-        if (!ParseNumber(PlenxText::ToUtf8(options.seconds), seconds) || seconds < 1 ||
-            seconds > kLongestRun) {
+        line.seconds = SecondsOf(PlenxText::ToUtf8(options.seconds));
+        if (!line.seconds) {
             return Refused("--seconds takes 1 to " + std::to_string(kLongestRun));
         }
-        line.seconds = static_cast<unsigned>(seconds);
     }
     return line;
 }
@@ -78,12 +85,12 @@ const char kUsage[] =
     "  plenxservice --console office|pc|phone [--install DIR] [--data DIR]\n"
     "               [--scenario FILE] [--seconds N]\n"
     "\n"
-    "  --install DIR    where plenxservice.ini may lie (default: the program's folder)\n"
+    "  --install DIR    where plenxservice.toml may lie (default: the program's folder)\n"
     "  --data DIR       where service.log is written (default: console\\<name> in there)\n"
-    "  --scenario FILE  what the service does, instead of the one that the ini names\n"
+    "  --scenario FILE  what the service does, instead of the one that plenxservice.toml names\n"
     "  --seconds N      ends after N seconds (default: at Ctrl-C)\n"
     "\n"
-    "A scenario file is looked through, and its mistakes told, by\n"
+    "A scenario file or a plenxservice.toml is looked through, and its mistakes told, by\n"
     "  plenxservice --check FILE\n"
     "which ends with 0 when there are none, else with 2.\n";
 

@@ -27,19 +27,16 @@ DevService::DevService(Identity identity, ServiceStatus& status, bool toConsole,
       status_(status),
       scenarioFile_(std::move(scenario)),
       log_(identity_.nickname, identity_.dataFolder, toConsole),
-      control_(identity_, log_),
       stop_(MakeEvent()),
       sender_(log_),
       scenario_(identity_, log_, sender_),
-      peer_(identity_, status_, log_, control_, scenario_, sender_, stop_) {}
+      peer_(identity_, status_, log_, scenario_, sender_, stop_) {}
 
 int DevService::Run() {
     if (!Start()) {
         return 1;
     }
-    const Settings settings = control_.Read(scenario_.Life());
-    const DWORD longest =
-        settings.Has("stop_after") ? static_cast<DWORD>(settings.Number("stop_after")) : INFINITE;
+    const auto longest = static_cast<DWORD>(scenario_.Stop().Number("after_ms", INFINITE));
     if (WaitForSingleObject(stop_.Get(), longest) == WAIT_TIMEOUT) {
         RequestStop();
     }
@@ -51,8 +48,8 @@ int DevService::Run() {
 bool DevService::Start() {
     std::error_code error;
     std::filesystem::create_directories(identity_.dataFolder, error);
-    LoadScenario(control_.Read());
-    const Settings settings = control_.Read(scenario_.Life());
+    scenario_.Load(scenarioFile_);
+    const Values start = scenario_.Start();
     log_.Write("starts, process " + std::to_string(GetCurrentProcessId()) + ", install folder " +
                PlenxWire::RenderText(PlenxText::ToUtf8(identity_.installFolder)) +
                ", data folder " + PlenxWire::RenderText(PlenxText::ToUtf8(identity_.dataFolder)));
@@ -60,27 +57,19 @@ bool DevService::Start() {
         Fail("no data folder", static_cast<DWORD>(error.value()));
         return false;
     }
-    if (!StartUnpunctually(settings) || !ServeEndpoint(settings)) {
+    if (!StartUnpunctually(start) || !ServeEndpoint(start)) {
         return false;
     }
-    status_.Running(settings.Flag("accept_stop"));
+    status_.Running(scenario_.Stop().Flag("accept", true));
     log_.Write("runs");
     scenario_.Started();
     return true;
 }
 
-void DevService::LoadScenario(const Settings& settings) {
-    const std::wstring file =
-        scenarioFile_.empty() ? control_.Absolute(settings.Text("scenario")) : scenarioFile_;
-    if (!file.empty()) {
-        scenario_.Load(file, control_.Folder());
-    }
-}
-
 // As a service that crashes before it runs: "die" tells nobody.
-void DevService::EndAtStart(const Settings& settings) {
-    const bool crashes = settings.Flag("start_crash");
-    if (!crashes && !settings.Flag("start_die")) {
+void DevService::EndAtStart(const Values& start) {
+    const bool crashes = start.Flag("crash");
+    if (!crashes && !start.Flag("die")) {
         return;
     }
     log_.Write(crashes ? "crashes at the start" : "dies at the start");
@@ -90,32 +79,32 @@ void DevService::EndAtStart(const Settings& settings) {
     TerminateProcess(GetCurrentProcess(), 3);
 }
 
-// What the control file wants of the start; without it, nothing but one step forward.
-bool DevService::StartUnpunctually(const Settings& settings) {
-    const auto hint = static_cast<DWORD>(settings.Number("start_hint", kStartHint));
+// What [start] wants of the start; without it, nothing but one step forward.
+bool DevService::StartUnpunctually(const Values& start) {
+    const auto hint = static_cast<DWORD>(start.Number("hint_ms", kStartHint));
     status_.Pending(SERVICE_START_PENDING, hint);
-    if (settings.Flag("start_never")) {
+    if (start.Flag("never")) {
         log_.Write("never leaves start pending");
         WaitForSingleObject(stop_.Get(), kForEver);
         Fail("gives up the start", ERROR_TIMEOUT);
         return false;
     }
-    if (settings.Has("start_silent")) {
+    if (start.Has("silent_ms")) {
         log_.Write("starts silently");
-        WaitForSingleObject(stop_.Get(), static_cast<DWORD>(settings.Number("start_silent")));
+        WaitForSingleObject(stop_.Get(), static_cast<DWORD>(start.Number("silent_ms")));
     }
-    Progress(SERVICE_START_PENDING, hint, static_cast<DWORD>(settings.Number("start_delay")));
-    EndAtStart(settings);
-    if (const auto code = static_cast<DWORD>(settings.Number("start_fail")); code != 0) {
+    Progress(SERVICE_START_PENDING, hint, static_cast<DWORD>(start.Number("delay_ms")));
+    EndAtStart(start);
+    if (const auto code = static_cast<DWORD>(start.Number("fail")); code != 0) {
         Fail("is told to fail", NO_ERROR, code);
         return false;
     }
     return true;
 }
 
-bool DevService::ServeEndpoint(const Settings& settings) {
+bool DevService::ServeEndpoint(const Values& start) {
     const std::string name = PlenxText::ToUtf8(identity_.endpoint);
-    if (!settings.Flag("serve")) {
+    if (!start.Flag("serve", true)) {
         log_.Write("does not serve " + name);
         return true;
     }
@@ -138,13 +127,13 @@ void DevService::Progress(DWORD state, DWORD waitHint, DWORD milliseconds) {
 
 void DevService::RequestStop() {
     scenario_.AskedToStop();
-    const Settings settings = control_.Read(scenario_.Life());
-    if (settings.Text("stop") == "ignore") {
+    const std::string how = scenario_.Stop().Text("how");
+    if (how == "ignore") {
         log_.Write("ignores stop");
         return;
     }
     status_.Pending(SERVICE_STOP_PENDING, kStopHint);
-    if (settings.Text("stop") == "never") {
+    if (how == "never") {
         log_.Write("never leaves stop pending");
         return;
     }
@@ -155,8 +144,8 @@ void DevService::RequestStop() {
 // The library may itself be ending and answer nobody any more, so nothing here waits long.
 void DevService::End() {
     scenario_.Stopping();
-    const Settings settings = control_.Read(scenario_.Life());
-    Progress(SERVICE_STOP_PENDING, kStopHint, static_cast<DWORD>(settings.Number("stop_delay")));
+    const Values stop = scenario_.Stop();
+    Progress(SERVICE_STOP_PENDING, kStopHint, static_cast<DWORD>(stop.Number("delay_ms")));
     const bool sent = sender_.Stop(kLastNotifications);
     if (!sent) {
         log_.Write("the library does not come back from a notification");
@@ -166,7 +155,7 @@ void DevService::End() {
     log_.Write("has stopped");
     log_.LeaveDataFolder();
     status_.Stopped();
-    Sleep(static_cast<DWORD>(settings.Number("linger")));
+    Sleep(static_cast<DWORD>(stop.Number("linger_ms")));
     if (!sent) {
         TerminateProcess(GetCurrentProcess(), 0);
     }

@@ -4,7 +4,6 @@
 #ifndef PLENXSERVICE_DEV_SERVICE_H
 #define PLENXSERVICE_DEV_SERVICE_H
 
-#include "control_file.h"
 #include "handle.h"
 #include "identity.h"
 #include "notification_sender.h"
@@ -33,10 +32,9 @@ public:
 
 private:
     bool Start();
-    void LoadScenario(const Settings& settings);
-    void EndAtStart(const Settings& settings);
-    bool StartUnpunctually(const Settings& settings);
-    bool ServeEndpoint(const Settings& settings);
+    void EndAtStart(const Values& start);
+    bool StartUnpunctually(const Values& start);
+    bool ServeEndpoint(const Values& start);
     void Progress(DWORD state, DWORD waitHint, DWORD milliseconds);
     void End();
     void Fail(const std::string& what, DWORD exitCode, DWORD ownCode = 0);
@@ -45,7 +43,6 @@ private:
     ServiceStatus& status_;
     const std::wstring scenarioFile_;
     ServiceLog log_;
-    ControlFile control_;
     const Handle stop_;
     NotificationSender sender_;
     ScenarioPlayer scenario_;

@@ -10,6 +10,7 @@
 
 #include "command_line.h"
 #include "dev_service.h"
+#include "scenario_player.h"
 #include "scenario_reader.h"
 #include "text/text.h"
 #include "text_file.h"
@@ -65,7 +66,7 @@ int RunOnConsole(const PlenxService::CommandLine& line) {
     return onConsole->Run();
 }
 
-int CheckScenario(const std::wstring& path) {
+int CheckFile(const std::wstring& path) {
     SetConsoleOutputCP(CP_UTF8);
     const std::string name = PlenxText::ToUtf8(path);
     const auto text = PlenxService::ReadTextFile(path);
@@ -73,7 +74,11 @@ int CheckScenario(const std::wstring& path) {
         std::fprintf(stderr, "plenxservice: cannot read %s\n", name.c_str());
         return kUsageError;
     }
-    const PlenxService::ReadScenario read = PlenxService::ReadScenarioText(*text);
+    const bool isControlFile =
+        path.substr(path.find_last_of(L"\\/") + 1) == PlenxService::kControlFileName;
+    const PlenxService::ReadScenario read =
+        PlenxService::ReadScenarioText(*text, isControlFile ? PlenxService::FileKind::kControl
+                                                            : PlenxService::FileKind::kScenario);
     for (const PlenxService::Mistake& mistake : read.mistakes) {
         std::fprintf(stderr, "%s\n", PlenxService::Located(name, mistake).c_str());
     }
@@ -105,7 +110,7 @@ int main() {
         return UsageError(line.error);
     }
     if (!line.check.empty()) {
-        return CheckScenario(line.check);
+        return CheckFile(line.check);
     }
     return line.console ? RunOnConsole(line) : RunUnderManager();
 }

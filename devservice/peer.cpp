@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "hex_bytes.h"
 #include "hostile.h"
 #include "reactions.h"
 #include "wire/catalog.h"
@@ -64,12 +65,11 @@ std::string Described(const Answer& answer) {
 
 }  // namespace
 
-Peer::Peer(const Identity& identity, ServiceStatus& status, ServiceLog& log, ControlFile& control,
+Peer::Peer(const Identity& identity, ServiceStatus& status, ServiceLog& log,
            ScenarioPlayer& scenario, NotificationSender& sender, const Handle& stop)
     : identity_(identity),
       status_(status),
       log_(log),
-      control_(control),
       scenario_(scenario),
       sender_(sender),
       stop_(stop) {}
@@ -79,25 +79,23 @@ Answer Peer::AnswerTo(std::int32_t request, const std::uint8_t* message, std::in
     log_.Write("received " + (decoded.Ok() ? PlenxWire::RenderMessage(request, decoded.arguments)
                                            : RenderId(request) + " broken: " + decoded.error));
 
-    const Values step = scenario_.StepFor(request);
-    const Settings told = control_.Read(step);
-    const Settings settings = Misbehaves(request, told) ? told : Settings("", "", step);
-    EndIfTold(request, settings);
-    if (const std::int64_t delay = settings.Number("delay", 0, request); delay > 0) {
+    const Values told = scenario_.StepFor(request);
+    EndIfTold(request, told);
+    if (const std::int64_t delay = told.Number("delay_ms"); delay > 0) {
         WaitForSingleObject(stop_.Get(), static_cast<DWORD>(delay));
     }
 
     const std::int32_t honest = Judge(request, decoded);
-    const auto code = static_cast<std::int32_t>(settings.Number("answer", honest, request));
+    const auto code = static_cast<std::int32_t>(told.Number("answer", honest));
     Answer answer;
-    answer.fault = static_cast<unsigned long>(settings.Number("fault", 0, request));
-    answer.result = static_cast<long>(settings.Number("result", 0, request));
+    answer.fault = static_cast<unsigned long>(told.Number("fault"));
+    answer.result = static_cast<long>(told.Number("result"));
     if (answer.result == 0 && answer.fault == 0) {
         answer.reply = PlenxWire::Encode({code});
-        ShapeReply(settings.Text("reply", request), answer);
+        ShapeReply(told.Text("reply"), answer);
     }
     if (honest == kTaken && code == kTaken && answer.result == 0 && answer.fault == 0) {
-        Take(request, decoded.arguments, settings);
+        Take(request, decoded.arguments, told);
     }
     log_.Write("answered " + RenderId(request) + " " + Described(answer));
     scenario_.Answered(request);
@@ -117,46 +115,39 @@ std::int32_t Peer::Judge(std::int32_t request, const Decoded& decoded) const {
     return decoded.Ok() ? kTaken : kBrokenMessage;
 }
 
-bool Peer::Misbehaves(std::int32_t request, const Settings& settings) {
-    const std::lock_guard<std::mutex> lock(mutex_);
-    const std::int64_t before = seen_[request]++;
-    return !settings.Has("times", request) || before < settings.Number("times", 0, request);
-}
-
 // The Service Control Manager need not notice that a process is gone, so a crash that is to
 // look like one is reported first; "die" says nothing.
-void Peer::EndIfTold(std::int32_t request, const Settings& settings) {
-    if (settings.Flag("crash", request)) {
+void Peer::EndIfTold(std::int32_t request, const Values& told) {
+    if (told.Flag("crash")) {
         log_.Write("crashes at " + RenderId(request));
         status_.Stopped(ERROR_PROCESS_ABORTED);
         TerminateProcess(GetCurrentProcess(), 3);
     }
-    if (settings.Flag("die", request)) {
+    if (told.Flag("die")) {
         log_.Write("dies at " + RenderId(request));
         TerminateProcess(GetCurrentProcess(), 3);
     }
 }
 
-void Peer::Take(std::int32_t request, const PlenxWire::Arguments& arguments,
-                const Settings& settings) {
+void Peer::Take(std::int32_t request, const PlenxWire::Arguments& arguments, const Values& told) {
     Notifications notifications;
     std::string summary;
     {
         const std::lock_guard<std::mutex> lock(mutex_);
         state_.Apply(request, arguments);
         summary = state_.Summary();
-        if (settings.Flag("notify", request)) {
+        if (told.Flag("notify", true)) {
             notifications = ReactionsTo(request, arguments, state_, identity_.dataFolder);
         }
     }
     if (request == PlenxWire::kCreateGroup) {
         log_.Write(summary);
     }
-    if (settings.Flag("hostile", request)) {
+    if (told.Flag("hostile")) {
         const Notifications hostile = HostileNotifications();
         notifications.insert(notifications.end(), hostile.begin(), hostile.end());
     }
-    for (std::int64_t round = settings.Number("repeat", 1, request); round > 0; --round) {
+    for (std::int64_t round = told.Number("repeat", 1); round > 0; --round) {
         sender_.Enqueue(notifications);
     }
 }

@@ -5,12 +5,10 @@
 #define PLENXSERVICE_PEER_H
 
 #include <cstdint>
-#include <map>
 #include <mutex>
 #include <optional>
 #include <string>
 
-#include "control_file.h"
 #include "handle.h"
 #include "identity.h"
 #include "notification_sender.h"
@@ -38,8 +36,8 @@ struct Answer {
 class Peer {
 public:
     /// stop: cuts every wait short.
-    Peer(const Identity& identity, ServiceStatus& status, ServiceLog& log, ControlFile& control,
-         ScenarioPlayer& scenario, NotificationSender& sender, const Handle& stop);
+    Peer(const Identity& identity, ServiceStatus& status, ServiceLog& log, ScenarioPlayer& scenario,
+         NotificationSender& sender, const Handle& stop);
 
     /// One request; any thread, several at once.
     Answer AnswerTo(std::int32_t request, const std::uint8_t* message, std::int32_t size);
@@ -49,22 +47,18 @@ public:
 private:
     /// @return the code of an honest answer.
     std::int32_t Judge(std::int32_t request, const PlenxWire::Decoded& decoded) const;
-    bool Misbehaves(std::int32_t request, const Settings& settings);
-    void EndIfTold(std::int32_t request, const Settings& settings);
-    void Take(std::int32_t request, const PlenxWire::Arguments& arguments,
-              const Settings& settings);
+    void EndIfTold(std::int32_t request, const Values& told);
+    void Take(std::int32_t request, const PlenxWire::Arguments& arguments, const Values& told);
 
     const Identity& identity_;
     ServiceStatus& status_;
     ServiceLog& log_;
-    ControlFile& control_;
     ScenarioPlayer& scenario_;
     NotificationSender& sender_;
     const Handle& stop_;
 
     std::mutex mutex_;
     PeerState state_;
-    std::map<std::int32_t, std::int64_t> seen_;  // requests of each id
 };
 
 }  // namespace PlenxService

@@ -1,9 +1,10 @@
-// What a scenario file says, ready to be played: how a service answers, starts and stops, and
-// what it notifies when. docs/scenarios.md describes the file. Plain values.
+// What a scenario file or the control file says, ready to be played: how a service answers, starts
+// and stops, and what it notifies when. docs/scenarios.md describes the files. Plain values.
 
 #ifndef PLENXSERVICE_SCENARIO_H
 #define PLENXSERVICE_SCENARIO_H
 
+#include <algorithm>
 #include <cstdint>
 #include <limits>
 #include <optional>
@@ -12,7 +13,7 @@
 #include <vector>
 
 #include "notification.h"
-#include "settings.h"
+#include "values.h"
 
 namespace PlenxService {
 
@@ -31,7 +32,7 @@ struct Scope {
 
 enum class Moment { kStart, kRequest, kStop };
 
-/// [start] or [stop].
+/// [start] or [stop]: of several that say the same, the first one counts.
 struct LifePart {
     unsigned line = 0;  // of the table in the file, here and below
     Moment moment = Moment::kStart;
@@ -65,9 +66,20 @@ struct Schedule {
 struct Scenario {
     std::string title;
     std::string about;
+    std::string log;    // of the control file alone: where the service's lines go as well
+    std::string below;  // of the control file alone: the scenario that it leaves the rest to
     std::vector<LifePart> life;
     std::vector<Step> steps;
     std::vector<Schedule> schedules;
+
+    /// Some part is about the first runs of a service alone.
+    bool CountsRuns() const {
+        const auto some = [](const auto& parts) {
+            return std::any_of(parts.begin(), parts.end(),
+                               [](const auto& part) { return part.scope.runs != kUnlimited; });
+        };
+        return some(life) || some(steps) || some(schedules);
+    }
 };
 
 /// What the service's log says when the table that begins in this line has its turn.

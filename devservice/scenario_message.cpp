@@ -5,6 +5,8 @@
 #include <locale>
 #include <string>
 
+#include "hex_bytes.h"
+
 namespace PlenxService {
 namespace {
 

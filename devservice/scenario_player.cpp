@@ -1,5 +1,7 @@
 #include "scenario_player.h"
 
+#include <windows.h>
+
 #include <filesystem>
 #include <fstream>
 #include <utility>
@@ -13,26 +15,37 @@
 namespace PlenxService {
 namespace {
 
-std::int64_t CountRun(const std::filesystem::path& file) {
-    std::int64_t run = 0;
-    std::ifstream(file) >> run;
-    std::ofstream(file) << run + 1 << "\n";
-    return run + 1;
+std::wstring ControlFolderOf(const Identity& identity) {
+    wchar_t folder[MAX_PATH];
+    const DWORD length = GetEnvironmentVariableW(L"PLENX_SERVICE_CONTROL", folder, MAX_PATH);
+    return length > 0 && length < MAX_PATH ? std::wstring(folder, length) : identity.installFolder;
 }
 
 // Nobody tells a service of a stop that it does not accept, so that counts from the start.
 Moment TurnOf(const LifePart& part) {
-    const auto accept = part.values.find("accept_stop");
-    return accept != part.values.end() && accept->second == "no" ? Moment::kStart : part.moment;
+    return part.values.Flag("accept", true) ? part.moment : Moment::kStart;
 }
 
 }  // namespace
 
+const wchar_t kControlFileName[] = L"plenxservice.toml";
+
 ScenarioPlayer::ScenarioPlayer(const Identity& identity, ServiceLog& log,
                                NotificationSender& sender)
-    : identity_(identity), log_(log), sender_(sender) {}
+    : log_(log), sender_(sender), folder_(ControlFolderOf(identity)) {
+    part_.nickname = identity.nickname;
+}
 
-void ScenarioPlayer::Load(const std::wstring& path, const std::wstring& folderOfRuns) {
+void ScenarioPlayer::Load(const std::wstring& scenario) {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    ReadControlFile();
+    const std::wstring path = scenario.empty() ? Absolute(control_.Said().below) : scenario;
+    if (!path.empty()) {
+        LoadScenario(path);
+    }
+}
+
+void ScenarioPlayer::LoadScenario(const std::wstring& path) {
     const std::string name = PlenxText::ToUtf8(path);
     const auto text = ReadTextFile(path);
     if (!text) {
@@ -47,68 +60,95 @@ void ScenarioPlayer::Load(const std::wstring& path, const std::wstring& folderOf
         log_.Write("does not play a scenario with mistakes");
         return;
     }
-    scenario_ = std::move(read.scenario);
-    seen_.assign(scenario_.steps.size(), 0);
-    run_ = CountRun(std::filesystem::path(folderOfRuns) /
-                    ("plenxservice." + identity_.nickname + ".runs"));
-    log_.Write("plays scenario " + PlenxWire::RenderText(scenario_.title) + ", run " +
-               std::to_string(run_));
-    PlayLife(Moment::kStart);
+    scenario_ = PlayedFile(std::move(read.scenario));
+    CountRun();
+    log_.Write("plays scenario " + PlenxWire::RenderText(scenario_.Said().title) + ", run " +
+               std::to_string(part_.run));
+    LogTurns(Moment::kStart);
 }
 
-Values ScenarioPlayer::Life() const {
-    Values values;
-    for (const LifePart& part : scenario_.life) {
-        if (Covers(part.scope)) {
-            values.insert(part.values.begin(), part.values.end());
-        }
+void ScenarioPlayer::ReadControlFile() {
+    const std::string text = ReadTextFile(folder_ + L"\\" + kControlFileName).value_or("");
+    if (text == controlText_) {
+        return;
     }
+    controlText_ = text;
+    ReadScenario read = ReadScenarioText(text, FileKind::kControl);
+    // This holds in spite of mistakes, as it is where they will be looked for.
+    log_.SetSecondFile(Absolute(read.scenario.log));
+    log_.Write("control file says " + PlenxWire::RenderText(text));
+    for (const Mistake& mistake : read.mistakes) {
+        log_.Write("control file line " + std::to_string(mistake.line) + ": " + mistake.text);
+    }
+    control_ = read.mistakes.empty() ? PlayedFile(std::move(read.scenario)) : PlayedFile();
+    if (control_.Said().CountsRuns()) {
+        CountRun();
+    }
+}
+
+void ScenarioPlayer::CountRun() {
+    if (part_.run != 0) {
+        return;
+    }
+    const auto file = std::filesystem::path(folder_) / ("plenxservice." + part_.nickname + ".runs");
+    std::ifstream(file) >> part_.run;
+    std::ofstream(file) << ++part_.run << "\n";
+}
+
+std::wstring ScenarioPlayer::Absolute(const std::string& path) const {
+    const std::wstring wide = PlenxText::ToWide(path);
+    const bool absolute = wide.size() > 1 && (wide[1] == L':' || wide[0] == L'\\');
+    return wide.empty() || absolute ? wide : folder_ + L"\\" + wide;
+}
+
+Values ScenarioPlayer::Life(Moment moment) {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    ReadControlFile();
+    Values values = control_.Life(moment, part_);
+    values.Add(scenario_.Life(moment, part_));
     return values;
 }
 
-void ScenarioPlayer::PlayLife(Moment moment) const {
-    for (const LifePart& part : scenario_.life) {
-        if (Covers(part.scope) && TurnOf(part) == moment) {
-            log_.Write(TurnOfLine(part.line));
+void ScenarioPlayer::LogTurns(Moment moment) const {
+    for (const LifePart& life : scenario_.Said().life) {
+        if (part_.Has(life.scope) && TurnOf(life) == moment) {
+            log_.Write(TurnOfLine(life.line));
         }
     }
 }
 
 Values ScenarioPlayer::StepFor(std::int32_t request) {
-    const Step* const step = FirstFor(request);
-    if (!step) {
-        return {};
-    }
-    log_.Write(TurnOfLine(step->line));
-    return step->values;
-}
-
-const Step* ScenarioPlayer::FirstFor(std::int32_t request) {
     const std::lock_guard<std::mutex> lock(mutex_);
-    const Step* first = nullptr;
-    for (std::size_t i = 0; i != scenario_.steps.size(); ++i) {
-        const Step& step = scenario_.steps[i];
-        if (!Covers(step.scope) || (step.request && *step.request != request)) {
-            continue;
-        }
-        const std::int64_t before = seen_[i]++;
-        if (!first && before >= step.skip && before - step.skip < step.times) {
-            first = &step;
-        }
+    ReadControlFile();
+    Values values;
+    if (const Step* const step = control_.StepFor(request, part_)) {
+        values = step->values;
     }
-    return first;
+    if (const Step* const step = scenario_.StepFor(request, part_)) {
+        log_.Write(TurnOfLine(step->line));
+        values.Add(step->values);
+    }
+    return values;
 }
 
-void ScenarioPlayer::Begin(Moment moment, std::int32_t request) const {
-    for (const Schedule& schedule : scenario_.schedules) {
+void ScenarioPlayer::Begin(Moment moment, std::int32_t request) {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    ReadControlFile();
+    Schedule(control_, moment, request, false);
+    Schedule(scenario_, moment, request, true);
+}
+
+void ScenarioPlayer::Schedule(const PlayedFile& file, Moment moment, std::int32_t request,
+                              bool logged) const {
+    for (const PlenxService::Schedule& schedule : file.Said().schedules) {
         const bool now = schedule.moment == moment &&
                          (moment != Moment::kRequest || schedule.request == request);
-        if (!now || !Covers(schedule.scope)) {
+        if (!now || !part_.Has(schedule.scope)) {
             continue;
         }
         Notifications notifications =
             schedule.hostile ? HostileNotifications() : Notifications{schedule.notification};
-        notifications.front().scenarioLine = schedule.line;
+        notifications.front().scenarioLine = logged ? schedule.line : 0;
         for (std::int64_t i = 0; i != schedule.times; ++i) {
             sender_.Enqueue(notifications,
                             static_cast<unsigned long>(schedule.after + i * schedule.every));

@@ -1,9 +1,14 @@
-// Plays a scenario: says what holds for a request, the start and the stop of this service in this
-// run of it, and hands notifications to the sender when their time has come. "plays line 12 of the
-// scenario" in the log tells that the table there has its turn.
+// Plays what two files say: the control file, which may change while the service runs, and the
+// scenario that it or the command line names, which is read once. Says what holds for a request,
+// the start and the stop of this service in this run of it, and hands notifications to the sender
+// when their time has come. Key by key, the control file counts before the scenario.
 //
-// The runs are counted in a file beside the control file, plenxservice.pc.runs, as a service that
-// has crashed knows nothing. Load comes first; the rest on any thread.
+// The control file plenxservice.toml lies in the folder that the environment variable
+// PLENX_SERVICE_CONTROL names, else in the install folder. Beside it, in plenxservice.pc.runs, the
+// runs are counted, as a service that has crashed knows nothing. "plays line 12 of the scenario" in
+// the log tells that the table there has its turn.
+//
+// Load comes first; the rest on any thread.
 
 #ifndef PLENXSERVICE_SCENARIO_PLAYER_H
 #define PLENXSERVICE_SCENARIO_PLAYER_H
@@ -11,30 +16,32 @@
 #include <cstdint>
 #include <mutex>
 #include <string>
-#include <vector>
 
 #include "identity.h"
 #include "notification_sender.h"
-#include "scenario.h"
+#include "played_file.h"
 #include "service_log.h"
 
 namespace PlenxService {
+
+extern const wchar_t kControlFileName[];
 
 class ScenarioPlayer {
 public:
     ScenarioPlayer(const Identity& identity, ServiceLog& log, NotificationSender& sender);
 
-    /// A file that cannot be read, or has mistakes, is named in the log and not played.
-    void Load(const std::wstring& path, const std::wstring& folderOfRuns);
+    /// scenario: empty: the one that the control file names. A file that cannot be read, or has
+    /// mistakes, is named in the log and not played.
+    void Load(const std::wstring& scenario);
 
-    /// What [start] and [stop] say.
-    Values Life() const;
-
-    /// What the step for this request says; counts the request.
+    // What the files say by now.
+    Values Start() { return Life(Moment::kStart); }
+    Values Stop() { return Life(Moment::kStop); }
+    /// Counts the request.
     Values StepFor(std::int32_t request);
 
     /// The service is asked to stop, or stops by itself.
-    void AskedToStop() const { PlayLife(Moment::kStop); }
+    void AskedToStop() const { LogTurns(Moment::kStop); }
 
     // What is scheduled for the moment begins.
     void Started() { Begin(Moment::kStart, 0); }
@@ -42,19 +49,24 @@ public:
     void Stopping() { Begin(Moment::kStop, 0); }
 
 private:
-    bool Covers(const Scope& scope) const { return scope.Covers(identity_.nickname, run_); }
-    void PlayLife(Moment moment) const;
-    const Step* FirstFor(std::int32_t request);
-    void Begin(Moment moment, std::int32_t request) const;
+    void LoadScenario(const std::wstring& path);
+    void ReadControlFile();
+    void CountRun();
+    std::wstring Absolute(const std::string& path) const;
+    Values Life(Moment moment);
+    void LogTurns(Moment moment) const;
+    void Begin(Moment moment, std::int32_t request);
+    void Schedule(const PlayedFile& file, Moment moment, std::int32_t request, bool logged) const;
 
-    const Identity& identity_;
     ServiceLog& log_;
     NotificationSender& sender_;
-    Scenario scenario_;
-    std::int64_t run_ = 0;
+    const std::wstring folder_;
+    Part part_;
+    PlayedFile scenario_;
 
     std::mutex mutex_;
-    std::vector<std::int64_t> seen_;  // requests that each step covers
+    std::string controlText_;
+    PlayedFile control_;
 };
 
 }  // namespace PlenxService

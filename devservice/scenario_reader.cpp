@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "hex_bytes.h"
 #include "scenario_message.h"
 #include "scenario_section.h"
 #include "wire/catalog.h"
@@ -23,28 +24,24 @@ enum class Kind { kFlag, kCode, kTime, kCount, kReply, kHow };
 struct Key {
     const char* name;
     Kind kind;
-    const char* setting;  // of the control file
 };
 
 const std::vector<Key> kStartKeys = {
-    {"crash", Kind::kFlag, "start_crash"},  {"delay_ms", Kind::kTime, "start_delay"},
-    {"die", Kind::kFlag, "start_die"},      {"fail", Kind::kCode, "start_fail"},
-    {"hint_ms", Kind::kTime, "start_hint"}, {"never", Kind::kFlag, "start_never"},
-    {"serve", Kind::kFlag, "serve"},        {"silent_ms", Kind::kTime, "start_silent"},
+    {"crash", Kind::kFlag}, {"delay_ms", Kind::kTime},  {"die", Kind::kFlag},
+    {"fail", Kind::kCode},  {"hint_ms", Kind::kTime},   {"never", Kind::kFlag},
+    {"serve", Kind::kFlag}, {"silent_ms", Kind::kTime},
 };
 
 const std::vector<Key> kStopKeys = {
-    {"accept", Kind::kFlag, "accept_stop"},  {"after_ms", Kind::kTime, "stop_after"},
-    {"delay_ms", Kind::kTime, "stop_delay"}, {"how", Kind::kHow, "stop"},
-    {"linger_ms", Kind::kTime, "linger"},
+    {"accept", Kind::kFlag}, {"after_ms", Kind::kTime},  {"delay_ms", Kind::kTime},
+    {"how", Kind::kHow},     {"linger_ms", Kind::kTime},
 };
 
 const std::vector<Key> kOnKeys = {
-    {"answer", Kind::kCode, "answer"},  {"crash", Kind::kFlag, "crash"},
-    {"delay_ms", Kind::kTime, "delay"}, {"die", Kind::kFlag, "die"},
-    {"fault", Kind::kCode, "fault"},    {"hostile", Kind::kFlag, "hostile"},
-    {"notify", Kind::kFlag, "notify"},  {"repeat", Kind::kCount, "repeat"},
-    {"reply", Kind::kReply, "reply"},   {"result", Kind::kCode, "result"},
+    {"answer", Kind::kCode}, {"crash", Kind::kFlag},   {"delay_ms", Kind::kTime},
+    {"die", Kind::kFlag},    {"fault", Kind::kCode},   {"hostile", Kind::kFlag},
+    {"notify", Kind::kFlag}, {"repeat", Kind::kCount}, {"reply", Kind::kReply},
+    {"result", Kind::kCode},
 };
 
 const std::vector<std::string> kServices = {"office", "pc", "phone"};
@@ -52,6 +49,8 @@ const std::vector<std::string> kHows = {"normal", "ignore", "never"};
 const std::vector<std::string> kReplies = {"normal", "empty", "garbage", "short", "large", "lie"};
 const std::vector<std::string> kTables = {"title",  "about",  "service",   "[start]",
                                           "[stop]", "[[on]]", "[[notify]]"};
+constexpr const char* kLog = "log";
+constexpr const char* kScenario = "scenario";
 constexpr const char* kStart = "start";
 constexpr const char* kStop = "stop";
 constexpr const char* kHostile = "hostile";
@@ -100,23 +99,16 @@ std::optional<std::string> ReplyOf(Section& section, const char* key) {
     return text;
 }
 
-std::optional<std::string> AsText(const std::optional<std::int64_t>& number) {
-    return number ? std::optional<std::string>(std::to_string(*number)) : std::nullopt;
-}
-
-// As the control file would say it.
-std::optional<std::string> SettingOf(Section& section, const Key& key) {
+std::optional<Value> ValueOf(Section& section, const Key& key) {
     switch (key.kind) {
-    case Kind::kFlag: {
-        const std::optional<bool> flag = section.Flag(key.name);
-        return flag ? std::optional<std::string>(*flag ? "yes" : "no") : std::nullopt;
-    }
+    case Kind::kFlag:
+        return section.Flag(key.name);
     case Kind::kCode:
-        return AsText(section.Integer(key.name, kInt32Least, kUint32Most));
+        return section.Integer(key.name, kInt32Least, kUint32Most);
     case Kind::kTime:
-        return AsText(section.Integer(key.name, 0, kMostMilliseconds));
+        return section.Integer(key.name, 0, kMostMilliseconds);
     case Kind::kCount:
-        return AsText(section.Integer(key.name, 1, kMostTimes));
+        return section.Integer(key.name, 1, kMostTimes);
     case Kind::kReply:
         return ReplyOf(section, key.name);
     case Kind::kHow:
@@ -125,14 +117,14 @@ std::optional<std::string> SettingOf(Section& section, const Key& key) {
     return std::nullopt;
 }
 
-Values SettingsOf(Section& section, const std::vector<Key>& keys) {
-    Values values;
+Values ValuesOf(Section& section, const std::vector<Key>& keys) {
+    Values::Map values;
     for (const Key& key : keys) {
-        if (const std::optional<std::string> value = SettingOf(section, key)) {
-            values[key.setting] = *value;
+        if (std::optional<Value> value = ValueOf(section, key)) {
+            values[key.name] = std::move(*value);
         }
     }
-    return values;
+    return Values(std::move(values));
 }
 
 // A request by its name or number; other numbers than those in use are allowed.
@@ -160,7 +152,7 @@ std::optional<std::int32_t> RequestOf(Section& section, const char* key,
 
 class Reader {
 public:
-    explicit Reader(std::vector<Mistake>& mistakes) : mistakes_(mistakes) {}
+    Reader(FileKind kind, std::vector<Mistake>& mistakes) : kind_(kind), mistakes_(mistakes) {}
 
     Scenario Read(const toml::table& file) {
         Section top("the file", file, mistakes_);
@@ -168,8 +160,16 @@ public:
         scenario.title = top.Text("title").value_or("");
         scenario.about = top.Text("about").value_or("");
         service_ = OneOf(top, "service", kServices).value_or("");
-        ReadLife(top, kStart, kStartKeys, scenario);
-        ReadLife(top, kStop, kStopKeys, scenario);
+        if (kind_ == FileKind::kControl) {
+            scenario.log = top.Text(kLog).value_or("");
+            scenario.below = top.Text(kScenario).value_or("");
+        }
+        for (const toml::table* table : LifeTablesOf(top, kStart)) {
+            scenario.life.push_back(LifePartOf(*table, Moment::kStart, "[start]", kStartKeys));
+        }
+        for (const toml::table* table : LifeTablesOf(top, kStop)) {
+            scenario.life.push_back(LifePartOf(*table, Moment::kStop, "[stop]", kStopKeys));
+        }
         for (const toml::table* table : TablesOf(top, "on")) {
             scenario.steps.push_back(StepOf(*table));
         }
@@ -186,51 +186,58 @@ private:
     }
 
     void RefuseOthers(const toml::table& file) {
+        std::vector<std::string> all = kTables;
+        if (kind_ == FileKind::kControl) {
+            all.insert(all.end(), {kLog, kScenario});
+        }
         for (const auto& [key, value] : file) {
             const std::string name(key.str());
-            const bool known = Contains(kTables, name) || Contains(kTables, "[" + name + "]") ||
-                               Contains(kTables, "[[" + name + "]]");
+            const bool known = Contains(all, name) || Contains(all, "[" + name + "]") ||
+                               Contains(all, "[[" + name + "]]");
             if (!known) {
-                mistakes_.push_back(
-                    {key.source().begin.line,
-                     "unknown key " + name + "; there are " + Enumeration(kTables)});
+                mistakes_.push_back({key.source().begin.line,
+                                     "unknown key " + name + "; there are " + Enumeration(all)});
             }
         }
     }
 
-    void ReadLife(Section& top, const char* name, const std::vector<Key>& keys,
-                  Scenario& scenario) {
+    // Mostly there is one; several are for several services.
+    std::vector<const toml::table*> LifeTablesOf(Section& top, const std::string& name) {
         const toml::node* const node = top.Any(name);
-        if (!node) {
-            return;
+        if (node && node->is_table()) {
+            return {node->as_table()};
         }
-        const std::string title = std::string("[") + name + "]";
-        if (!node->is_table()) {
-            Refuse(*node, std::string(name) + " must be one table, " + title);
-            return;
-        }
-        Section section(title, *node->as_table(), mistakes_);
-        LifePart part;
-        part.line = node->source().begin.line;
-        part.moment = std::string_view(name) == kStart ? Moment::kStart : Moment::kStop;
-        part.scope = ScopeOf(section);
-        part.values = SettingsOf(section, keys);
-        section.AllRead();
-        scenario.life.push_back(std::move(part));
+        return TablesIn(node,
+                        name + " must be a table, [" + name + "], or tables, [[" + name + "]]");
     }
 
-    std::vector<const toml::table*> TablesOf(Section& top, const char* name) {
+    std::vector<const toml::table*> TablesOf(Section& top, const std::string& name) {
+        return TablesIn(top.Any(name), name + " must be tables, [[" + name + "]]");
+    }
+
+    std::vector<const toml::table*> TablesIn(const toml::node* node, const std::string& must) {
         std::vector<const toml::table*> tables;
-        const toml::node* const node = top.Any(name);
         const toml::array* const array = node ? node->as_array() : nullptr;
         if (node && (!array || !array->is_homogeneous<toml::table>())) {
-            Refuse(*node, std::string(name) + " must be tables, [[" + name + "]]");
+            Refuse(*node, must);
             return tables;
         }
         for (std::size_t i = 0; array && i != array->size(); ++i) {
             tables.push_back(array->get(i)->as_table());
         }
         return tables;
+    }
+
+    LifePart LifePartOf(const toml::table& table, Moment moment, const char* title,
+                        const std::vector<Key>& keys) {
+        Section section(title, table, mistakes_);
+        LifePart part;
+        part.line = table.source().begin.line;
+        part.moment = moment;
+        part.scope = ScopeOf(section);
+        part.values = ValuesOf(section, keys);
+        section.AllRead();
+        return part;
     }
 
     Scope ScopeOf(Section& section) {
@@ -248,7 +255,7 @@ private:
         step.request = RequestOf(section, "request", {});
         step.skip = section.Integer("skip", 0, kMostTimes).value_or(0);
         step.times = section.Integer("times", 1, kMostTimes).value_or(kUnlimited);
-        step.values = SettingsOf(section, kOnKeys);
+        step.values = ValuesOf(section, kOnKeys);
         section.AllRead();
         return step;
     }
@@ -296,16 +303,17 @@ private:
         section.AllRead();
     }
 
+    const FileKind kind_;
     std::vector<Mistake>& mistakes_;
     std::string service_;
 };
 
 }  // namespace
 
-ReadScenario ReadScenarioText(std::string_view text) {
+ReadScenario ReadScenarioText(std::string_view text, FileKind kind) {
     ReadScenario result;
     try {
-        result.scenario = Reader(result.mistakes).Read(toml::parse(text));
+        result.scenario = Reader(kind, result.mistakes).Read(toml::parse(text));
     } catch (const toml::parse_error& error) {
         result.mistakes.push_back(
             {error.source().begin.line, "this is no TOML: " + std::string(error.description())});

@@ -1,4 +1,4 @@
-// Reads a scenario file, TOML in UTF-8. Pure functions; any thread.
+// Reads a scenario file or the control file, TOML in UTF-8. Pure functions; any thread.
 
 #ifndef PLENXSERVICE_SCENARIO_READER_H
 #define PLENXSERVICE_SCENARIO_READER_H
@@ -21,7 +21,10 @@ struct ReadScenario {
     std::vector<Mistake> mistakes;  // in the order of their lines
 };
 
-ReadScenario ReadScenarioText(std::string_view text);
+/// The control file may also say "log" and "scenario".
+enum class FileKind { kScenario, kControl };
+
+ReadScenario ReadScenarioText(std::string_view text, FileKind kind = FileKind::kScenario);
 
 /// "FILE:LINE: TEXT"
 std::string Located(const std::string& file, const Mistake& mistake);

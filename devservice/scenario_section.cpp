@@ -29,12 +29,12 @@ std::string Joined(const std::vector<std::string>& items, const std::string& las
 Section::Section(std::string name, const toml::table& table, std::vector<Mistake>& mistakes)
     : name_(std::move(name)), table_(table), mistakes_(mistakes) {}
 
-const toml::node* Section::Any(const char* key) {
-    known_.emplace_back(key);
+const toml::node* Section::Any(const std::string& key) {
+    known_.push_back(key);
     return table_.get(key);
 }
 
-std::optional<std::string> Section::Text(const char* key) {
+std::optional<std::string> Section::Text(const std::string& key) {
     const toml::node* const node = Any(key);
     if (node && !node->is_string()) {
         Refuse(key, "a text in quotes");
@@ -43,7 +43,7 @@ std::optional<std::string> Section::Text(const char* key) {
     return node ? node->value<std::string>() : std::nullopt;
 }
 
-std::optional<bool> Section::Flag(const char* key) {
+std::optional<bool> Section::Flag(const std::string& key) {
     const toml::node* const node = Any(key);
     if (node && !node->is_boolean()) {
         Refuse(key, "true or false");
@@ -52,7 +52,7 @@ std::optional<bool> Section::Flag(const char* key) {
     return node ? node->value<bool>() : std::nullopt;
 }
 
-std::optional<std::int64_t> Section::Integer(const char* key, std::int64_t least,
+std::optional<std::int64_t> Section::Integer(const std::string& key, std::int64_t least,
                                              std::int64_t most) {
     const toml::node* const node = Any(key);
     if (!node) {
@@ -67,10 +67,10 @@ std::optional<std::int64_t> Section::Integer(const char* key, std::int64_t least
     return number;
 }
 
-void Section::Refuse(const char* key, const std::string& must) {
+void Section::Refuse(const std::string& key, const std::string& must) {
     const toml::node& node = *table_.get(key);
-    mistakes_.push_back({node.source().begin.line, std::string(key) + " = " + Shown(node) + " in " +
-                                                       name_ + " must be " + must});
+    mistakes_.push_back({node.source().begin.line,
+                         key + " = " + Shown(node) + " in " + name_ + " must be " + must});
 }
 
 void Section::Refuse(const std::string& what) {

@@ -19,17 +19,18 @@ public:
     /// name: as it stands in the file, "[start]". table and mistakes outlive this.
     Section(std::string name, const toml::table& table, std::vector<Mistake>& mistakes);
 
-    bool Has(const char* key) const { return table_.contains(key); }
+    bool Has(const std::string& key) const { return table_.contains(key); }
 
     // Nothing when the key is absent or its value wrong.
-    std::optional<std::string> Text(const char* key);
-    std::optional<bool> Flag(const char* key);
-    std::optional<std::int64_t> Integer(const char* key, std::int64_t least, std::int64_t most);
+    std::optional<std::string> Text(const std::string& key);
+    std::optional<bool> Flag(const std::string& key);
+    std::optional<std::int64_t> Integer(const std::string& key, std::int64_t least,
+                                        std::int64_t most);
     /// For what may be one of several types; null when absent.
-    const toml::node* Any(const char* key);
+    const toml::node* Any(const std::string& key);
 
     /// The value of the key is not what it must be.
-    void Refuse(const char* key, const std::string& must);
+    void Refuse(const std::string& key, const std::string& must);
     /// The table as a whole is not.
     void Refuse(const std::string& what);
 

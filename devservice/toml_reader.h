@@ -1,4 +1,4 @@
-// The TOML library as it is used here: to read, with exceptions for what is no TOML.
+// The TOML library as it is used here: with exceptions for what is no TOML.
 
 #ifndef PLENXSERVICE_TOML_READER_H
 #define PLENXSERVICE_TOML_READER_H

@@ -42,7 +42,7 @@ lay_out_install_folder() {
     mkdir -p "$app/upgrade" "$1/Data"
     cp "$dist_dir/bin/plenxservice.exe" "$app/"
     # The services append to one log outside the working folder, which the library removes.
-    printf 'log=%s\n' "$(windows_path "$2/service.log")" >"$app/plenxservice.ini"
+    printf "log = '%s'\n" "$(windows_path "$2/service.log")" >"$app/plenxservice.toml"
     local file
     for file in "${driver_files[@]}"; do
         cp "$dist_dir/bin/$file" "$app/"

@@ -8,6 +8,7 @@
 
 #include "ready_scenarios.h"
 #include "registered_services.h"
+#include "toml_reader.h"
 
 namespace PlenxScenario {
 namespace {
@@ -69,9 +70,8 @@ Stage::Stage(const StageOptions& options, const std::string& name, const fs::pat
         LayOutInstallFolder(options.programs);
     }
     fs::create_directories(logs_);
-    std::ofstream(ControlFile(), std::ios::binary)
-        << "scenario=" << scenario.u8string() << "\n"
-        << "log=" << (logs_ / "service.log").u8string() << "\n";
+    std::ofstream(ControlFile(), std::ios::binary) << toml::table{
+        {"scenario", scenario.u8string()}, {"log", (logs_ / "service.log").u8string()}};
 }
 
 Stage::~Stage() {

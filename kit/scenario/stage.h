@@ -32,7 +32,7 @@ public:
 
 private:
     void LayOutInstallFolder(const std::filesystem::path& programs) const;
-    std::filesystem::path ControlFile() const { return install_ / "plenxservice.ini"; }
+    std::filesystem::path ControlFile() const { return install_ / "plenxservice.toml"; }
 
     const std::filesystem::path logs_;
     const std::filesystem::path install_;

@@ -85,7 +85,7 @@ std::vector<std::wstring> Stage::ServiceArguments() {
 }
 
 void Stage::LetServiceIgnoreStop() {
-    world_->install.SetServiceControl("stop=ignore\n");
+    world_->install.SetServiceControl("[stop]\nhow = 'ignore'\n");
 }
 
 // The next scenario needs the same name.

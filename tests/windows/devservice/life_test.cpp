@@ -71,7 +71,7 @@ TEST(Life, ArgumentsThatAreWrong_EndInStoppedWithError87) {
 }
 
 TEST(Life, SlowStart_ReportsAHintOfSecondsAndRisingCheckpoints) {
-    ServiceUnderTest service(1, "start_delay=600\n");
+    ServiceUnderTest service(1, "[start]\ndelay_ms = 600\n");
     ASSERT_EQ(service.Start(), NO_ERROR);
     const auto reports = service.Watch(SERVICE_RUNNING, 5000);
     ASSERT_EQ(reports.back().dwCurrentState, SERVICE_RUNNING);
@@ -83,7 +83,7 @@ TEST(Life, SlowStart_ReportsAHintOfSecondsAndRisingCheckpoints) {
 }
 
 TEST(Life, SilentStart_ReportsNoProgressWhileItLasts) {
-    ServiceUnderTest service(1, "start_silent=800\nstart_hint=4000\n");
+    ServiceUnderTest service(1, "[start]\nsilent_ms = 800\nhint_ms = 4000\n");
     ASSERT_EQ(service.Start(), NO_ERROR);
     ASSERT_TRUE(service.LogComesToSay("starts silently"));
     const auto reports = service.Watch(SERVICE_RUNNING, 500);
@@ -94,7 +94,7 @@ TEST(Life, SilentStart_ReportsNoProgressWhileItLasts) {
 }
 
 TEST(Life, StartThatNeverEnds_StaysStartPending) {
-    ServiceUnderTest service(1, "start_never=yes\n");
+    ServiceUnderTest service(1, "[start]\nnever = true\n");
     ASSERT_EQ(service.Start(), NO_ERROR);
     ASSERT_TRUE(service.LogComesToSay("never leaves start pending"));
     EXPECT_FALSE(service.Reaches(SERVICE_RUNNING, 1000));
@@ -102,7 +102,7 @@ TEST(Life, StartThatNeverEnds_StaysStartPending) {
 }
 
 TEST(Life, StartThatIsToldToFail_ReportsStoppedWithTheCode) {
-    ServiceUnderTest service(1, "pc.start_fail=1234\n");
+    ServiceUnderTest service(1, "[start]\nservice = 'pc'\nfail = 1234\n");
     service.Start();
     ASSERT_TRUE(service.LogComesToSay("is told to fail, code 1234"));
     ASSERT_TRUE(service.Reaches(SERVICE_STOPPED, 5000));
@@ -111,12 +111,12 @@ TEST(Life, StartThatIsToldToFail_ReportsStoppedWithTheCode) {
 }
 
 TEST(Life, ControlOfAnotherService_HasNoEffect) {
-    ServiceUnderTest service(1, "phone.start_fail=1234\n");
+    ServiceUnderTest service(1, "[start]\nservice = 'phone'\nfail = 1234\n");
     EXPECT_TRUE(service.StartAndRun());
 }
 
 TEST(Life, ServiceThatDoesNotServe_RunsAndItsEndpointIsAbsent) {
-    ServiceUnderTest service(1, "serve=no\n");
+    ServiceUnderTest service(1, "[start]\nserve = false\n");
     ASSERT_TRUE(service.StartAndRun());
     EXPECT_EQ(ExceptionOfCall(kEndpoints[1], PlenxWire::kPingService),
               DWORD{RPC_S_SERVER_UNAVAILABLE});
@@ -145,7 +145,7 @@ TEST(Life, StartStopAgainAndAgain_Works) {
 }
 
 TEST(Life, SlowStop_ReportsProgress) {
-    ServiceUnderTest service(1, "stop_delay=600\n");
+    ServiceUnderTest service(1, "[stop]\ndelay_ms = 600\n");
     ASSERT_TRUE(service.StartAndRun());
     ASSERT_EQ(service.SendStop(), NO_ERROR);
     const auto reports = service.Watch(SERVICE_STOPPED, 5000);
@@ -157,7 +157,7 @@ TEST(Life, SlowStop_ReportsProgress) {
 }
 
 TEST(Life, StopThatIsIgnored_LeavesItRunning) {
-    ServiceUnderTest service(1, "stop=ignore\n");
+    ServiceUnderTest service(1, "[stop]\nhow = 'ignore'\n");
     ASSERT_TRUE(service.StartAndRun());
     EXPECT_EQ(service.SendStop(), NO_ERROR);
     EXPECT_FALSE(service.Reaches(SERVICE_STOPPED, 500));
@@ -167,7 +167,7 @@ TEST(Life, StopThatIsIgnored_LeavesItRunning) {
 }
 
 TEST(Life, StopThatNeverEnds_StaysStopPending) {
-    ServiceUnderTest service(1, "stop=never\n");
+    ServiceUnderTest service(1, "[stop]\nhow = 'never'\n");
     ASSERT_TRUE(service.StartAndRun());
     EXPECT_EQ(service.SendStop(), NO_ERROR);
     EXPECT_FALSE(service.Reaches(SERVICE_STOPPED, 1000));
@@ -175,14 +175,14 @@ TEST(Life, StopThatNeverEnds_StaysStopPending) {
 }
 
 TEST(Life, StopThatIsNotAccepted_IsRefused) {
-    ServiceUnderTest service(1, "accept_stop=no\n");
+    ServiceUnderTest service(1, "[stop]\naccept = false\n");
     ASSERT_TRUE(service.StartAndRun());
     EXPECT_NE(service.SendStop(), DWORD{NO_ERROR});
     EXPECT_EQ(service.Status().dwCurrentState, SERVICE_RUNNING);
 }
 
 TEST(Life, StopDuringADelayedRequest_IsDoneInTimeAndTheCallerComesBack) {
-    ServiceUnderTest service(1, "delay=60000\n");
+    ServiceUnderTest service(1, "[[on]]\ndelay_ms = 60000\n");
     ASSERT_TRUE(service.StartAndRun());
     ChildProcess caller(CallerOf(kEndpoints[1], PlenxWire::kDeleteGroup));
     EXPECT_TRUE(service.LogComesToSay("received DeleteGroup(1) groupName:\"g_1\"\n"));
@@ -195,7 +195,7 @@ TEST(Life, StopDuringADelayedRequest_IsDoneInTimeAndTheCallerComesBack) {
 TEST(Life, StopWhileTheLibraryDoesNotComeBack_IsDoneInTime) {
     FakeManager::Show();
     FakeManager::Block(4000);
-    ServiceUnderTest service(1, "log=second.log\n");
+    ServiceUnderTest service(1, "log = 'second.log'\n");
     ASSERT_TRUE(service.StartAndRun());
     CallService(kEndpoints[1], PlenxWire::kCreateGroup, {std::string("g_1"), 2, std::string("a")});
     ASSERT_EQ(FakeManager::Await(1).size(), 1u);
@@ -209,7 +209,7 @@ TEST(Life, StopWhileTheLibraryDoesNotComeBack_IsDoneInTime) {
 // The service says that it runs just after it runs, and Wine keeps a folder in which a file is
 // open at that moment. The answer to a ping comes after all earlier lines are written.
 TEST(Life, DataFolder_CanBeRemovedWhileTheServiceRuns) {
-    ServiceUnderTest service(1, "log=second.log\n");
+    ServiceUnderTest service(1, "log = 'second.log'\n");
     ASSERT_TRUE(service.StartAndRun());
     ASSERT_TRUE(service.LogComesToSay(" pc runs\n"));
     ASSERT_EQ(Ping(kEndpoints[1]).Code(), 0);
@@ -223,7 +223,7 @@ TEST(Life, DataFolder_CanBeRemovedWhileTheServiceRuns) {
 }
 
 TEST(Life, OnceStopped_NothingIsWrittenToTheDataFolder) {
-    ServiceUnderTest service(1, "log=second.log\n");
+    ServiceUnderTest service(1, "log = 'second.log'\n");
     ASSERT_TRUE(service.StartAndRun());
     service.SendStop();
     ASSERT_TRUE(service.Reaches(SERVICE_STOPPED, kStopLimit));
@@ -245,7 +245,7 @@ TEST(Console, UsageErrors_EndWith2) {
 }
 
 TEST(Console, ControlFile_IsTakenFromTheFolderOfTheEnvironment) {
-    ServiceUnderTest service(1, "start_fail=7\n");  // only for its folders
+    ServiceUnderTest service(1, "[start]\nfail = 7\n");  // only for its folders
     SetEnvironmentVariableW(L"PLENX_SERVICE_CONTROL", service.InstallFolder().c_str());
     ChildProcess child(L"\"" + ProgramFolder() +
                        L"\\plenxservice.exe\" --console pc --install C:\\nowhere --data " +

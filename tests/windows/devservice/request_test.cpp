@@ -174,7 +174,7 @@ TEST_F(Request, LinkTypeQuery_LogsTheStatusThatTheLibraryAnswers) {
 }
 
 TEST_F(Request, QueuedNotifications_AreStillSentWhenItStops) {
-    service.Control("repeat=5\n");
+    service.Control("[[on]]\nrepeat = 5\n");
     Send(PlenxWire::kDeleteGroup, {std::string("g_1")});
     service.SendStop();
     EXPECT_TRUE(service.Reaches(SERVICE_STOPPED, 2000));
@@ -210,39 +210,56 @@ const Bytes kShortReply = {24, 0, 0, 0, 1, 0, 0, 0, 2, 0, 0, 0, 20, 0, 0, 0, 4, 
 INSTANTIATE_TEST_SUITE_P(
     Each, Misbehaving,
     testing::Values(
-        Misbehaviour{"Answer", "answer=5", 0, 24, true, PlenxWire::Encode({5})},
-        Misbehaviour{"AnswerNegative", "answer=-5", 0, 24, true, PlenxWire::Encode({-5})},
-        Misbehaviour{"Empty", "reply=empty", 0, 0, false, {}},
-        Misbehaviour{"Garbage", "reply=garbage", 0, 24, true, Bytes(24, 0xee)},
-        Misbehaviour{"Short", "reply=short", 0, 20, true, kShortReply},
-        Misbehaviour{"Large", "reply=large", 0, 1 << 20, true, Bytes(1 << 20, 0)},
-        Misbehaviour{"Lie", "reply=lie", 0, 24, false, {}},
-        Misbehaviour{"Hex", "reply=hex:01 02ff", 0, 3, true, {1, 2, 255}},
-        Misbehaviour{"Result", "result=31", 31, 0, false, {}},
-        Misbehaviour{"OfThisService", "answer=6\npc.answer=5\nphone.answer=7", 0, 24, true,
+        Misbehaviour{"Answer", "[[on]]\nanswer = 5", 0, 24, true, PlenxWire::Encode({5})},
+        Misbehaviour{"AnswerNegative", "[[on]]\nanswer = -5", 0, 24, true, PlenxWire::Encode({-5})},
+        Misbehaviour{"Empty", "[[on]]\nreply = 'empty'", 0, 0, false, {}},
+        Misbehaviour{"Garbage", "[[on]]\nreply = 'garbage'", 0, 24, true, Bytes(24, 0xee)},
+        Misbehaviour{"Short", "[[on]]\nreply = 'short'", 0, 20, true, kShortReply},
+        Misbehaviour{"Large", "[[on]]\nreply = 'large'", 0, 1 << 20, true, Bytes(1 << 20, 0)},
+        Misbehaviour{"Lie", "[[on]]\nreply = 'lie'", 0, 24, false, {}},
+        Misbehaviour{"Hex", "[[on]]\nreply = 'hex:01 02ff'", 0, 3, true, {1, 2, 255}},
+        Misbehaviour{"Result", "[[on]]\nresult = 31", 31, 0, false, {}},
+        Misbehaviour{"OfThisService",
+                     "[[on]]\nservice = 'phone'\nanswer = 7\n"
+                     "[[on]]\nservice = 'pc'\nanswer = 5\n[[on]]\nanswer = 6",
+                     0, 24, true, PlenxWire::Encode({5})},
+        Misbehaviour{"OfThisRequest",
+                     "[[on]]\nrequest = 2\nanswer = 7\n"
+                     "[[on]]\nrequest = 'PingService'\nanswer = 5\n"
+                     "[[on]]\nservice = 'pc'\nanswer = 6",
+                     0, 24, true, PlenxWire::Encode({5})},
+        Misbehaviour{"OfThisRequestByNumber", "[[on]]\nrequest = 19\nanswer = 5", 0, 24, true,
                      PlenxWire::Encode({5})},
-        Misbehaviour{"OfThisRequest", "pc.answer=6\nanswer.PingService=5\nanswer.2=7", 0, 24, true,
-                     PlenxWire::Encode({5})},
-        Misbehaviour{"OfThisRequestByNumber", "answer.19=5", 0, 24, true, PlenxWire::Encode({5})},
-        Misbehaviour{"OfAnotherRequest", "result.CreateGroup=31", 0, 24, true,
-                     PlenxWire::Encode({0})},
-        Misbehaviour{"NotUnderstood", "\xef\xbb\xbf# comment\r\nansver=1\nanswer=x\nanswer.Pong=1",
-                     0, 24, true, PlenxWire::Encode({0})}),
+        Misbehaviour{"OfAnotherRequest", "[[on]]\nrequest = 'CreateGroup'\nresult = 31", 0, 24,
+                     true, PlenxWire::Encode({0})},
+        Misbehaviour{"AfterAByteOrderMark", "\xef\xbb\xbf# comment\r\n[[on]]\r\nanswer = 5\r\n", 0,
+                     24, true, PlenxWire::Encode({5})},
+        Misbehaviour{"NotUnderstood", "[[on]]\nanswer = 5\n[[on]]\nanswer = 'x'", 0, 24, true,
+                     PlenxWire::Encode({0})}),
     [](const auto& test) { return test.param.name; });
 
-TEST_F(Request, ControlLineThatIsNotUnderstood_IsNamedInTheLog) {
-    service.Control("answer=0\nansver=1\nanswer=x\nanswer.Pong=1\nnothing\nserve.Ping=no\n");
-    Ping();
+TEST_F(Request, ControlFileWithMistakes_IsNamedInTheLogAndHasNoEffectButForItsLog) {
+    service.Control(
+        "log = 'second.log'\nansver = 1\n[[on]]\nanswer = 5\nrequest = 'Pong'\n"
+        "serve = false\n[[start]]\nfail = 'x'\n");
+    EXPECT_EQ(Ping().Code(), 0);
     for (const char* const line :
-         {"line 2: unknown key ansver\n", "line 3: bad value of answer: x\n",
-          "line 4: unknown key answer.Pong\n", "line 5: no key=value\n",
-          "line 6: unknown key serve.Ping\n"}) {
+         {"line 2: unknown key ansver; there are [[notify]], [[on]], [start], [stop], about, log, "
+          "scenario, service and title\n",
+          "line 5: request = 'Pong' in [[on]] must be \"CreateGroup\", ",
+          "line 6: unknown key serve in [[on]]; there are answer, ",
+          "line 8: fail = 'x' in [start] must be an integer from -2147483648 to 4294967295\n"}) {
         EXPECT_THAT(service.Log(), HasSubstr(std::string(" pc control file ") + line));
+        EXPECT_THAT(service.SecondLog(), HasSubstr(std::string(" pc control file ") + line));
     }
+    service.Control("this is none");
+    EXPECT_EQ(Ping().Code(), 0);
+    EXPECT_THAT(service.Log(), HasSubstr(" pc control file says \"this is none\"\n"));
+    EXPECT_THAT(service.Log(), HasSubstr(" pc control file line 1: this is no TOML: "));
 }
 
 TEST_F(Request, ThatIsDelayed_IsAnsweredLater) {
-    service.Control("delay.PingService=400\n");
+    service.Control("[[on]]\nrequest = 'PingService'\ndelay_ms = 400\n");
     const ULONGLONG begin = GetTickCount64();
     EXPECT_EQ(Ping().Code(), 0);
     EXPECT_GE(GetTickCount64() - begin, 390u);
@@ -250,20 +267,20 @@ TEST_F(Request, ThatIsDelayed_IsAnsweredLater) {
 }
 
 TEST_F(Request, MisbehavesOnlyTheFirstTimes) {
-    service.Control("answer.PingService=9\ntimes.PingService=2\n");
+    service.Control("[[on]]\nrequest = 'PingService'\nanswer = 9\ntimes = 2\n");
     EXPECT_EQ(Ping().Code(), 9);
     EXPECT_EQ(Ping().Code(), 9);
     EXPECT_EQ(Ping().Code(), 0);
 }
 
 TEST_F(Request, ThatIsRefused_ChangesNothingAndNotifiesNobody) {
-    for (const char* const control : {"answer=5", "result=5"}) {
+    for (const char* const control : {"[[on]]\nanswer = 5", "[[on]]\nresult = 5"}) {
         service.Control(control);
         Send(PlenxWire::kCreateGroup, kGroup);
     }
-    service.Control("fault=5");
+    service.Control("[[on]]\nfault = 5\n");
     EXPECT_EQ(ExceptionOfCall(kEndpoint, PlenxWire::kDeleteGroup), DWORD{5});
-    service.Control("reply=garbage\nnotify=no");
+    service.Control("[[on]]\nreply = 'garbage'\nnotify = false\n");
     Send(PlenxWire::kCreateGroup, {std::string("kept_1"), 2, std::string("")});
     Sleep(100);
     EXPECT_THAT(FakeManager::Received(), IsEmpty());
@@ -273,7 +290,7 @@ TEST_F(Request, ThatIsRefused_ChangesNothingAndNotifiesNobody) {
 
 TEST_F(Request, ThatRaises_GivesTheCallerTheCode) {
     for (const DWORD code : {0xE0001234ul, 5ul, 1722ul}) {
-        service.Control("fault=" + std::to_string(code));
+        service.Control("[[on]]\nfault = " + std::to_string(code));
         EXPECT_EQ(ExceptionOfCall(kEndpoint, PlenxWire::kPingService), code);
     }
     service.Control("");
@@ -281,7 +298,7 @@ TEST_F(Request, ThatRaises_GivesTheCallerTheCode) {
 }
 
 TEST_F(Request, ThatCrashesIt_LeavesTheServiceStopped) {
-    service.Control("crash.DeleteGroup=yes\n");
+    service.Control("[[on]]\nrequest = 'DeleteGroup'\ncrash = true\n");
     EXPECT_EQ(Ping().Code(), 0);
     EXPECT_EQ(ExceptionOfCall(kEndpoint, PlenxWire::kDeleteGroup), DWORD{RPC_S_CALL_FAILED});
     EXPECT_TRUE(service.Reaches(SERVICE_STOPPED, 2000));
@@ -293,7 +310,7 @@ TEST_F(Request, ThatCrashesIt_LeavesTheServiceStopped) {
 TEST_F(Request, ThatKillsIt_LeavesNoProcess) {
     const HANDLE process = OpenProcess(SYNCHRONIZE, FALSE, service.Status().dwProcessId);
     ASSERT_NE(process, nullptr);
-    service.Control("die.1=yes\n");
+    service.Control("[[on]]\nrequest = 1\ndie = true\n");
     EXPECT_EQ(ExceptionOfCall(kEndpoint, PlenxWire::kDeleteGroup), DWORD{RPC_S_CALL_FAILED});
     EXPECT_EQ(WaitForSingleObject(process, 2000), WAIT_OBJECT_0);
     CloseHandle(process);
@@ -301,7 +318,7 @@ TEST_F(Request, ThatKillsIt_LeavesNoProcess) {
 }
 
 TEST_F(Request, HostileNotifications_AllReachTheLibrary) {
-    service.Control("hostile.NameChanged=yes\n");
+    service.Control("[[on]]\nrequest = 'NameChanged'\nhostile = true\n");
     EXPECT_EQ(Send(PlenxWire::kNameChanged, {std::string("n")}).Code(), 0);
     EXPECT_TRUE(
         service.LogComesToSay("hostile (bad group name) ConnectNotify(10) "

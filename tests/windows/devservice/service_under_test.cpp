@@ -63,8 +63,8 @@ ServiceUnderTest::~ServiceUnderTest() {
     fs::remove_all(root_, ignored);
 }
 
-void ServiceUnderTest::Control(const std::string& lines) const {
-    WriteFile(install_ / L"plenxservice.ini", lines);
+void ServiceUnderTest::Control(const std::string& toml) const {
+    WriteFile(install_ / L"plenxservice.toml", toml);
 }
 
 DWORD ServiceUnderTest::Start() {

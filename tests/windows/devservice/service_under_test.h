@@ -14,14 +14,14 @@ namespace PlenxTest {
 
 class ServiceUnderTest {
 public:
-    /// row: 0 office, 1 PC, 2 phone. control: the lines of its control file.
+    /// row: 0 office, 1 PC, 2 phone. control: its control file.
     explicit ServiceUnderTest(int row, const std::string& control = "");
     ~ServiceUnderTest();
     ServiceUnderTest(const ServiceUnderTest&) = delete;
     ServiceUnderTest& operator=(const ServiceUnderTest&) = delete;
 
     /// The control file is replaced.
-    void Control(const std::string& lines) const;
+    void Control(const std::string& toml) const;
 
     /// @return what StartServiceW says: 0 or a Windows error.
     DWORD Start();
@@ -36,7 +36,7 @@ public:
     /// All different reports, watched until the state is reached or the time is over.
     std::vector<SERVICE_STATUS_PROCESS> Watch(DWORD state, DWORD milliseconds) const;
 
-    /// The log in the data folder, or the second one (log=second.log).
+    /// The log in the data folder, or the second one (log = 'second.log').
     std::string Log() const;
     std::string SecondLog() const;
     /// Waits up to 5 s for a line that contains the text.

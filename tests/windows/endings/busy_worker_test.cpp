@@ -17,22 +17,23 @@ protected:
 
 // A service that is starting takes no stop, so it rightly stays; the next host takes it over.
 TEST_F(BusyWorker, HostThatExitsWhileAServiceStarts_ExitsAndLeavesThatServiceAlone) {
-    folder_.SetServiceControl("pc.start_delay=20000\n");
+    folder_.SetServiceControl("[start]\nservice = 'pc'\ndelay_ms = 20000\n");
     RunLessOften("waiting-for-a-start", Left::kThePcService);
 }
 
 TEST_F(BusyWorker, HostThatExitsWhileAServiceStops_ExitsAndUninstalls) {
-    folder_.SetServiceControl("pc.stop_delay=700\n");
+    folder_.SetServiceControl("[stop]\nservice = 'pc'\ndelay_ms = 700\n");
     RunLessOften("waiting-for-a-stop");
 }
 
 TEST_F(BusyWorker, HostThatExitsWhileAServiceHangsInItsStop_ExitsAndLeavesThatServiceAlone) {
-    folder_.SetServiceControl("pc.stop=never\n");
+    folder_.SetServiceControl("[stop]\nservice = 'pc'\nhow = 'never'\n");
     RunLessOften("waiting-for-a-stop", Left::kThePcService);
 }
 
 TEST_F(BusyWorker, HostThatExitsInACallThatIsNeverAnswered_ExitsAndUninstalls) {
-    folder_.SetServiceControl("pc.delay.DeviceOnline=60000\n");
+    folder_.SetServiceControl(
+        "[[on]]\nservice = 'pc'\nrequest = 'DeviceOnline'\ndelay_ms = 60000\n");
     RunLessOften("waiting-for-an-answer");
 }
 

@@ -30,7 +30,7 @@ TEST_F(Endings, HostThatReturnsWhileInitRuns_Exits) {
 
 // The worker may have died inside the companion library, so that is left alone.
 TEST_F(Endings, HostWithBusyWorkerAndQueuedJobs_ExitsUninstallsAndLeavesTheCompanion) {
-    folder_.SetServiceControl("serve=no\n");
+    folder_.SetServiceControl("[start]\nserve = false\n");
     RunOften("busy-with-queue", Left::kNothing, [this] { EXPECT_FALSE(CompanionWasReleased()); });
 }
 

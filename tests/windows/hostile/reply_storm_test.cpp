@@ -183,7 +183,7 @@ HOST_TEST(ReplyStorm, StartsOfAHostileService_EndAsItsLastAnswerSays) {
     constexpr int kMostPings = 26;
     constexpr int kSettings = 3;
     constexpr unsigned kStarts = 10;
-    Control("pc.serve=no\n");
+    Control("[start]\nservice = 'pc'\nserve = false\n");
     Begin();
     const std::uint32_t seed = HostileSeed() + 2;
     SCOPED_TRACE("seed " + std::to_string(seed));

@@ -2,7 +2,8 @@
 
 #include <windows.h>
 
-#include <vector>
+#include <algorithm>
+#include <string_view>
 
 #include "support/install_folder.h"
 
@@ -11,51 +12,50 @@ namespace {
 
 namespace fs = std::filesystem;
 
-using Lines = std::vector<const char*>;
-
-const Lines kTroubles[] = {
-    {"delay=20"},
-    {"delay=150"},
-    {"answer.CreateGroup=5"},
-    {"answer=-2147483648"},
-    {"answer.DeleteGroup=1002"},
-    {"reply=empty"},
-    {"reply=garbage"},
-    {"reply=short"},
-    {"reply.CreateGroup=large"},
-    {"reply.DeviceOnline=lie"},
-    {"reply=hex:18 00 00 00 ff ff ff 7f"},
-    {"result.CreateGroup=22"},
-    {"result.DeviceOffline=-1"},
-    {"notify=no"},
-    {"repeat=10"},
-    {"hostile.CreateGroup=yes"},
-    {"hostile.DeviceOnline=yes", "repeat.DeviceOnline=3"},
-    {"hostile.RecvRemoteMessage=yes"},
-    {"start_delay=200"},
-    {"start_silent=400"},
-    {"start_fail=7"},
-    {"stop_delay=300"},
+constexpr OneTrouble kTroubles[] = {
+    {"[[on]]", "delay_ms = 20"},
+    {"[[on]]", "delay_ms = 150"},
+    {"[[on]]", "request = 'CreateGroup'\nanswer = 5"},
+    {"[[on]]", "answer = -2147483648"},
+    {"[[on]]", "request = 'DeleteGroup'\nanswer = 1002"},
+    {"[[on]]", "reply = 'empty'"},
+    {"[[on]]", "reply = 'garbage'"},
+    {"[[on]]", "reply = 'short'"},
+    {"[[on]]", "request = 'CreateGroup'\nreply = 'large'"},
+    {"[[on]]", "request = 'DeviceOnline'\nreply = 'lie'"},
+    {"[[on]]", "reply = 'hex:18 00 00 00 ff ff ff 7f'"},
+    {"[[on]]", "request = 'CreateGroup'\nresult = 22"},
+    {"[[on]]", "request = 'DeviceOffline'\nresult = -1"},
+    {"[[on]]", "notify = false"},
+    {"[[on]]", "repeat = 10"},
+    {"[[on]]", "request = 'CreateGroup'\nhostile = true"},
+    {"[[on]]", "request = 'DeviceOnline'\nhostile = true\nrepeat = 3"},
+    {"[[on]]", "request = 'RecvRemoteMessage'\nhostile = true"},
+    {"[[start]]", "delay_ms = 200"},
+    {"[[start]]", "silent_ms = 400"},
+    {"[[start]]", "fail = 7"},
+    {"[[stop]]", "delay_ms = 300"},
 };
 
 // Each of these costs the library seconds, and all other calls wait for it.
 constexpr std::size_t kOneCostlyIn = 40;
-const Lines kCostlyTroubles[] = {
-    {"start_never=yes"}, {"serve=no"}, {"accept_stop=no"}, {"stop=ignore"}, {"stop=never"},
+constexpr OneTrouble kCostlyTroubles[] = {
+    {"[[start]]", "never = true"},  {"[[start]]", "serve = false"}, {"[[stop]]", "accept = false"},
+    {"[[stop]]", "how = 'ignore'"}, {"[[stop]]", "how = 'never'"},
 };
 
 // Under Wine the client keeps what belongs to a call that has failed half-way, and refuses the
 // endpoint for good (1727) once the service was started again.
-const Lines kBrokenCalls[] = {
-    {"crash.CreateGroup=yes"},
-    {"crash.DeviceOnline=yes"},
-    {"crash.RecvRemoteMessage=yes", "delay.RecvRemoteMessage=50"},
-    {"crash.DeleteGroup=yes"},
-    {"crash.Ping=yes", "times=1"},
-    {"die.DeviceOffline=yes"},
-    {"die.SetStringConfig=yes", "times=1"},
-    {"fault.CreateGroup=0xC0000005"},
-    {"fault.DeleteGroup=1726"},
+constexpr OneTrouble kBrokenCalls[] = {
+    {"[[on]]", "request = 'CreateGroup'\ncrash = true"},
+    {"[[on]]", "request = 'DeviceOnline'\ncrash = true"},
+    {"[[on]]", "request = 'RecvRemoteMessage'\ncrash = true\ndelay_ms = 50"},
+    {"[[on]]", "request = 'DeleteGroup'\ncrash = true"},
+    {"[[on]]", "request = 'PingService'\ncrash = true\ntimes = 1"},
+    {"[[on]]", "request = 'DeviceOffline'\ndie = true"},
+    {"[[on]]", "request = 'SetStringConfig'\ndie = true\ntimes = 1"},
+    {"[[on]]", "request = 'CreateGroup'\nfault = 0xC0000005"},
+    {"[[on]]", "request = 'DeleteGroup'\nfault = 1726"},
 };
 
 constexpr const wchar_t* kOfficeTroubles[] = {
@@ -70,12 +70,12 @@ constexpr const wchar_t* kOfficeTroubles[] = {
 }  // namespace
 
 Trouble::Trouble(std::uint64_t seed, const fs::path& installFolder, Tally& tally)
-    : dice_(seed, 1000), file_(installFolder / L"plenxservice.ini"), tally_(tally) {}
+    : dice_(seed, 1000), file_(installFolder / L"plenxservice.toml"), tally_(tally) {}
 
 unsigned Trouble::Next() {
-    const std::string lines = Mix("pc.") + Mix("phone.");
+    const std::string tables = Mix("pc") + Mix("phone");
     SetEnvironmentVariableW(L"PLENX_OFFICE_FAIL", dice_.Pick(kOfficeTroubles));
-    Write(lines);
+    Write(tables);
     return 500 + static_cast<unsigned>(dice_.Below(2500));
 }
 
@@ -84,34 +84,36 @@ void Trouble::Rest() {
     Write("");
 }
 
-// None, one or two at a time.
+// None, one or two at a time. What names a request stands in front: of the steps that are for a
+// request, the first one counts alone.
 std::string Trouble::Mix(const std::string& service) {
-    std::string lines;
+    std::string named;
+    std::string others;
+    const auto add = [&](const OneTrouble& trouble) {
+        const bool namesRequest = std::string_view(trouble.keys).substr(0, 7) == "request";
+        (namesRequest ? named : others) += TableOf(service, trouble);
+    };
     for (std::size_t count = dice_.Below(3); count != 0; --count) {
-        const Lines& trouble =
-            dice_.OneIn(kOneCostlyIn) ? dice_.Pick(kCostlyTroubles) : dice_.Pick(kTroubles);
-        lines += Add(service, trouble);
+        add(dice_.OneIn(kOneCostlyIn) ? dice_.Pick(kCostlyTroubles) : dice_.Pick(kTroubles));
     }
     if (callsMayBreak_) {
-        lines += Add(service, dice_.Pick(kBrokenCalls));
+        named.insert(0, TableOf(service, dice_.Pick(kBrokenCalls)));
     }
-    return lines;
+    return named + others;
 }
 
-std::string Trouble::Add(const std::string& service, const std::vector<const char*>& trouble) {
-    tally_.Count("troubles", trouble.front());
-    std::string lines;
-    for (const char* line : trouble) {
-        lines += service + line + "\n";
-    }
-    return lines;
+std::string Trouble::TableOf(const std::string& service, const OneTrouble& trouble) {
+    std::string name = trouble.keys;
+    std::replace(name.begin(), name.end(), '\n', ' ');
+    tally_.Count("troubles", trouble.table + (" " + name));
+    return std::string(trouble.table) + "\nservice = '" + service + "'\n" + trouble.keys + "\n";
 }
 
 // In one step, as a service may read the file at any time. Should a reader hold it, the mix before
 // lasts longer.
-void Trouble::Write(const std::string& lines) const {
+void Trouble::Write(const std::string& tables) const {
     const fs::path fresh = fs::path(file_).concat(L".new");
-    PlenxTest::WriteFile(fresh, lines);
+    PlenxTest::WriteFile(fresh, tables);
     for (int i = 0; i != 50; ++i) {
         if (MoveFileExW(fresh.c_str(), file_.c_str(), MOVEFILE_REPLACE_EXISTING)) {
             return;

@@ -6,12 +6,17 @@
 #include <atomic>
 #include <filesystem>
 #include <string>
-#include <vector>
 
 #include "soak/dice.h"
 #include "soak/tally.h"
 
 namespace PlenxSoak {
+
+/// A table of the control file.
+struct OneTrouble {
+    const char* table;
+    const char* keys;  // a line each, but for the service
+};
 
 /// Writes the development service's control file and the office stand-in's variable. The sequence
 /// of mixes is a function of the seed; when each takes over is not.
@@ -29,8 +34,8 @@ public:
 
 private:
     std::string Mix(const std::string& service);
-    std::string Add(const std::string& service, const std::vector<const char*>& trouble);
-    void Write(const std::string& lines) const;
+    std::string TableOf(const std::string& service, const OneTrouble& trouble);
+    void Write(const std::string& tables) const;
 
     Dice dice_;
     const std::filesystem::path file_;

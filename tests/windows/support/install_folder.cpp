@@ -66,8 +66,8 @@ void InstallFolder::AddUpgrade() const {
     }
 }
 
-void InstallFolder::SetServiceControl(const std::string& lines) const {
-    WriteFile(install_ / L"plenxservice.ini", lines);
+void InstallFolder::SetServiceControl(const std::string& toml) const {
+    WriteFile(install_ / L"plenxservice.toml", toml);
 }
 
 std::string ReadFile(const fs::path& path) {

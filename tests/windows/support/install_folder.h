@@ -28,8 +28,8 @@ public:
 
     /// Puts a copy of the newer driver files into "upgrade".
     void AddUpgrade() const;
-    /// Tells the development service how to behave: lines of key=value.
-    void SetServiceControl(const std::string& lines) const;
+    /// Tells the development service how to behave: its control file.
+    void SetServiceControl(const std::string& toml) const;
 
 private:
     std::filesystem::path root_;

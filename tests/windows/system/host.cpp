@@ -36,8 +36,8 @@ Host::~Host() {
     manager.UnregisterPLENXServiceObserver(&observer);
 }
 
-void Host::Control(const std::string& lines) const {
-    folder.SetServiceControl("log=" + ServiceLogFile().string() + "\n" + lines);
+void Host::Control(const std::string& tables) const {
+    folder.SetServiceControl("log = '" + ServiceLogFile().string() + "'\n" + tables);
 }
 
 void Host::Init() {

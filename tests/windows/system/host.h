@@ -28,8 +28,8 @@ protected:
     Host();
     ~Host() override;
 
-    /// Tells the services how to behave: lines of key=value.
-    void Control(const std::string& lines) const;
+    /// Tells the services how to behave: the tables of their control file.
+    void Control(const std::string& tables) const;
 
     /// Init with the folder and the observer registered; returns once the worker is done with it.
     void Init();

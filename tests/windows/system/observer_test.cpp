@@ -206,7 +206,7 @@ HOST_TEST(Observers, ObserverThatUsesTheLibrary_IsNotDeadlocked) {
 HOST_TEST(Observers, ObserversThatComeAndGoAllTheTime_MissNothingElse) {
     Init();
     ASSERT_TRUE(Start(kPcService));
-    Control("repeat=50\n");
+    Control("[[on]]\nrepeat = 50\n");
     std::atomic<bool> over{false};
     std::thread changing([&] {
         while (!over) {

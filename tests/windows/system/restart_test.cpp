@@ -32,7 +32,7 @@ void Restarts::RestartByHand() {
 }
 
 void Restarts::CrashThePcService() {
-    Control("crash.DeviceOnline=yes\n");
+    Control("[[on]]\nrequest = 'DeviceOnline'\ncrash = true\n");
     manager.RemoteDeviceOnline(kPcService, "group", "there");
     Settle();
     Control("");
@@ -80,7 +80,7 @@ HOST_TEST(Restarts, ServiceProcessThatLingersAfterItsStop_IsEnded) {
     ASSERT_TRUE(Start(kPcService));
     const DWORD former = ProcessIdOf(L"PlenxPcSvc");
     const HANDLE process = OpenProcess(SYNCHRONIZE, FALSE, former);
-    Control("linger=30000\n");
+    Control("[stop]\nlinger_ms = 30000\n");
     manager.Stop(kPcService, "group");
     ASSERT_TRUE(observer.WaitFor("NotifyStatus(1, group, 1, 0)"));
     ASSERT_EQ(StateOf(L"PlenxPcSvc"), DWORD{SERVICE_STOPPED});

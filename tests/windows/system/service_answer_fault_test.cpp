@@ -30,7 +30,7 @@ Lines ServiceAnswerFaults::LinesOfCreateGroup(const std::string& control) {
 }
 
 HOST_TEST(ServiceAnswerFaults, LateAnswers_AreWaitedFor) {
-    Control("delay=400\n");
+    Control("[[on]]\ndelay_ms = 400\n");
     Init();
     EXPECT_TRUE(Start(kPcService));
     Settle();
@@ -45,7 +45,7 @@ HOST_TEST(ServiceAnswerFaults, LateAnswers_AreWaitedFor) {
 class ReplyThatCannotBeRead : public ServiceAnswerFaults {
 protected:
     void CountsAsSuccess(const std::string& kind, const Lines& readerLines) {
-        EXPECT_THAT(LinesOfCreateGroup("reply.CreateGroup=" + kind + "\n"),
+        EXPECT_THAT(LinesOfCreateGroup("[[on]]\nrequest = 'CreateGroup'\nreply = '" + kind + "'\n"),
                     ElementsAreArray(readerLines +
                                      Lines{Error("RpcManager::CreateGroup", "read ret error")} +
                                      LinesOfStatus(kPcService, 0, true)));
@@ -87,21 +87,23 @@ HOST_TEST(ReplyThatCannotBeRead, OffsetFarOutside_CountsAsSuccess) {
 }
 
 HOST_TEST(ServiceAnswerFaults, RefusalInTheReply_IsPassedOn) {
-    EXPECT_THAT(LinesOfCreateGroup("answer.CreateGroup=-77\n"),
+    EXPECT_THAT(LinesOfCreateGroup("[[on]]\nrequest = 'CreateGroup'\nanswer = -77\n"),
                 ElementsAreArray(Lines{Error("PLENXManagerInner::Start",
                                              "plenx manager create group error -77")} +
                                  LinesOfStatus(kPcService, 0, false)));
 }
 
 HOST_TEST(ServiceAnswerFaults, RefusedConfiguration_DoesNotFailTheStart) {
-    Control("answer.SetStringConfig=5\nresult.SetInt64Config=6\n");
+    Control(
+        "[[on]]\nrequest = 'SetStringConfig'\nanswer = 5\n[[on]]\nrequest = "
+        "'SetInt64Config'\nresult = 6\n");
     Init();
     EXPECT_TRUE(Start(kPcService));
 }
 
 HOST_TEST(ServiceAnswerFaults, ResultOfTheProcedure_IsPassedOn) {
     EXPECT_THAT(
-        LinesOfCreateGroup("result.CreateGroup=77\n"),
+        LinesOfCreateGroup("[[on]]\nrequest = 'CreateGroup'\nresult = 77\n"),
         ElementsAreArray(
             Lines{Error("RpcManager::SendRpcMessage", "send service message error 77"),
                   Error("RpcManager::CreateGroup", "send rpc message error ret:77"),
@@ -111,7 +113,7 @@ HOST_TEST(ServiceAnswerFaults, ResultOfTheProcedure_IsPassedOn) {
 
 HOST_TEST(ServiceAnswerFaults, FaultInTheRoutine_IsPassedOnWithItsCode) {
     EXPECT_THAT(
-        LinesOfCreateGroup("fault.CreateGroup=1726\n"),
+        LinesOfCreateGroup("[[on]]\nrequest = 'CreateGroup'\nfault = 1726\n"),
         ElementsAreArray(
             Lines{Error("RpcManager::SendRpcMessage", "send service message exception 1726"),
                   Error("RpcManager::CreateGroup", "send rpc message error ret:1726"),
@@ -124,7 +126,7 @@ HOST_TEST(ServiceAnswerFaults, CrashInTheMiddleOfACall_IsReportedAndTheNextStart
     ASSERT_TRUE(Start(kPcService));
     const std::string former = std::to_string(ProcessIdOf(L"PlenxPcSvc"));
     Settle();
-    Control("crash.DeviceOnline=yes\n");
+    Control("[[on]]\nrequest = 'DeviceOnline'\ncrash = true\n");
     manager.RemoteDeviceOnline(kPcService, "group", "there");
     Settle();
     const Lines lines = WorkerLines();
@@ -152,7 +154,7 @@ HOST_TEST(ServiceAnswerFaults, CrashInTheMiddleOfACall_IsReportedAndTheNextStart
 HOST_TEST(ServiceAnswerFaults, EveryDeviceRequestThatFails_IsReportedWithItsKind) {
     Init();
     ASSERT_TRUE(Start(kPhoneService));
-    Control("answer=9\n");
+    Control("[[on]]\nanswer = 9\n");
     const auto trigger = DistributedFs::TriggerType{1};
     manager.LocalDeviceOnline(kPhoneService, "local", "device", 0, nullptr);
     manager.RemoteDeviceOnline(kPhoneService, "remote", "device");
@@ -168,7 +170,7 @@ HOST_TEST(ServiceAnswerFaults, EveryDeviceRequestThatFails_IsReportedWithItsKind
 // Of some 230 broken messages only those reach the observer that can be read: what they say is
 // not judged.
 HOST_TEST(ServiceAnswerFaults, HostileNotifications_AreRefusedAndTheLibraryGoesOn) {
-    Control("hostile.NameChanged=yes\n");
+    Control("[[on]]\nrequest = 'NameChanged'\nhostile = true\n");
     Init();
     ASSERT_TRUE(Start(kPcService));
     manager.DeviceNameChanged("name");

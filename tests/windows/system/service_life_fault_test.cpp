@@ -59,7 +59,7 @@ HOST_TEST(ServiceLifeFaults, ExecutableThatIsMissing_FailsTheStart) {
 }
 
 HOST_TEST(ServiceLifeFaults, SlowStartWithProgress_IsWaitedForBeyondTheHint) {
-    Control("start_delay=4000\n");
+    Control("[start]\ndelay_ms = 4000\n");
     Init();
     EXPECT_TRUE(Start(kPcService));
     Settle();
@@ -71,14 +71,14 @@ HOST_TEST(ServiceLifeFaults, SlowStartWithProgress_IsWaitedForBeyondTheHint) {
 }
 
 HOST_TEST(ServiceLifeFaults, StartThatIsSilentBeyondTheHint_Fails) {
-    Control("pc.start_silent=10000\n");
+    Control("[start]\nservice = 'pc'\nsilent_ms = 10000\n");
     Init();
     StartFailsWith(NeverRan());
     StartsAndStopsThePhone();
 }
 
 HOST_TEST(ServiceLifeFaults, StartThatNeverLeavesStartPending_Fails) {
-    Control("pc.start_never=yes\n");
+    Control("[start]\nservice = 'pc'\nnever = true\n");
     Init();
     StartFailsWith(NeverRan());
     EXPECT_EQ(manager.GetInt64Config(kPcService, DistributedFs::kServiceNotRunningConfig), 0)
@@ -87,7 +87,7 @@ HOST_TEST(ServiceLifeFaults, StartThatNeverLeavesStartPending_Fails) {
 }
 
 HOST_TEST(ServiceLifeFaults, ServiceThatStopsInsteadOfRunning_FailsTheStart) {
-    Control("pc.start_fail=1234\n");
+    Control("[start]\nservice = 'pc'\nfail = 1234\n");
     Init();
     StartFailsWith(NeverRan());
     Control("");
@@ -95,7 +95,7 @@ HOST_TEST(ServiceLifeFaults, ServiceThatStopsInsteadOfRunning_FailsTheStart) {
 }
 
 HOST_TEST(ServiceLifeFaults, ServiceThatServesNoEndpoint_IsPinged26TimesAndAskedAllTheSame) {
-    Control("pc.serve=no\n");
+    Control("[start]\nservice = 'pc'\nserve = false\n");
     Init();
     const ULONGLONG begin = GetTickCount64();
     EXPECT_FALSE(Start(kPcService));
@@ -172,17 +172,17 @@ void ForcedStop::StopIsForced(const std::string& control) {
 }
 
 HOST_TEST(ForcedStop, ServiceThatIgnoresTheStop_IsKilledAfter2000ms) {
-    StopIsForced("pc.stop=ignore\n");
+    StopIsForced("[stop]\nservice = 'pc'\nhow = 'ignore'\n");
 }
 
 HOST_TEST(ForcedStop, ServiceThatNeverLeavesStopPending_IsKilledAfter2000ms) {
-    StopIsForced("pc.stop=never\n");
+    StopIsForced("[stop]\nservice = 'pc'\nhow = 'never'\n");
 }
 
 HOST_TEST(ForcedStop, SlowStopWithProgress_IsNotForced) {
     Init();
     ASSERT_TRUE(Start(kPcService));
-    Control("pc.stop_delay=3000\n");
+    Control("[stop]\nservice = 'pc'\ndelay_ms = 3000\n");
     manager.Stop(kPcService, "group");
     Settle();
     EXPECT_THAT(LinesOf("ServiceManager::StopServiceByIndex"),
@@ -192,7 +192,7 @@ HOST_TEST(ForcedStop, SlowStopWithProgress_IsNotForced) {
 }
 
 HOST_TEST(ServiceLifeFaults, StopThatIsNotAccepted_IsReportedAllTheSame) {
-    Control("pc.accept_stop=no\n");
+    Control("[stop]\nservice = 'pc'\naccept = false\n");
     Init();
     ASSERT_TRUE(Start(kPcService));
     Settle();

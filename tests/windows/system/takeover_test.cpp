@@ -96,7 +96,7 @@ HOST_TEST(Takeover, FolderThatIsHeld_IsLeftAndTheNextOneTaken) {
 
 // The start takes longer than the next host's Init, and less than its pings.
 HOST_TEST(Takeover, ServiceThatIsStarting_IsWaitedFor) {
-    Control("pc.start_delay=3000\n");
+    Control("[start]\nservice = 'pc'\ndelay_ms = 3000\n");
     KillHost(Does::kStart, "pc starts, process");
     ASSERT_EQ(StateOf(L"PlenxPcSvc"), DWORD{SERVICE_START_PENDING});
     const DWORD former = ProcessIdOf(L"PlenxPcSvc");
@@ -130,7 +130,7 @@ HOST_TEST(Takeover, HostsThatAreKilledAtAnyMoment_LeaveNothingThatIsInTheWay) {
 }
 
 HOST_TEST(Takeover, ServiceThatHangsInItsStop_FailsItsStartAndNothingElse) {
-    Control("pc.stop=never\n");
+    Control("[stop]\nservice = 'pc'\nhow = 'never'\n");
     KillHost(Does::kStartAndStop, "pc never leaves stop pending");
     Init();
     EXPECT_THAT(WorkerLines(), ElementsAreArray(LinesOfInit(StopWasRefusedWith("1061"))));

@@ -142,6 +142,15 @@ TEST(ScenariosPage, ExampleOfAFile_HasNoMistakes) {
     EXPECT_EQ(read.scenario.life.size(), 1u);
 }
 
+TEST(ScenariosPage, ExampleOfAControlFile_HasNoMistakes) {
+    const PlenxService::ReadScenario read = PlenxService::ReadScenarioText(
+        ExampleThatBegins("log = 'C:\\Plenx\\service.log'"), PlenxService::FileKind::kControl);
+    EXPECT_TRUE(read.mistakes.empty()) << PlenxService::Located("example", read.mistakes.at(0));
+    EXPECT_EQ(read.scenario.log, "C:\\Plenx\\service.log");
+    EXPECT_EQ(read.scenario.below, "C:\\Plenx\\mine.toml");
+    EXPECT_EQ(read.scenario.steps.size(), 1u);
+}
+
 TEST(ScenariosPage, ExampleOfMistakes_IsWhatIsTold) {
     const PlenxService::ReadScenario read = PlenxService::ReadScenarioText(
         "[[on]]\nrequest = \"CreateGroup\"\nanwser = 5\n\n"

@@ -95,8 +95,10 @@ TEST(ScenarioMistakes, UnknownWords_AreToldWithThoseThereAre) {
 TEST(ScenarioMistakes, TablesOfTheWrongKind_AreToldWithTheRightOne) {
     EXPECT_EQ(MistakesIn("[on]\nanswer = 5\n"), "file.toml:1: on must be tables, [[on]]\n");
     EXPECT_EQ(MistakesIn("notify = 5\n"), "file.toml:1: notify must be tables, [[notify]]\n");
-    EXPECT_EQ(MistakesIn("[[start]]\nfail = 5\n"),
-              "file.toml:1: start must be one table, [start]\n");
+    EXPECT_EQ(MistakesIn("start = 5\n"),
+              "file.toml:1: start must be a table, [start], or tables, [[start]]\n");
+    EXPECT_EQ(MistakesIn("stop = [5]\n"),
+              "file.toml:1: stop must be a table, [stop], or tables, [[stop]]\n");
 }
 
 TEST(ScenarioMistakes, NotificationThatIsIncomplete_IsToldWithWhatItNeeds) {
@@ -118,6 +120,24 @@ TEST(ScenarioMistakes, NotificationThatIsIncomplete_IsToldWithWhatItNeeds) {
               "file.toml:1: [[notify]] sends a number and has no hex, the bytes of the message\n");
     EXPECT_EQ(MistakesIn("[[notify]]\nsend = 15\nhex = \"0g\"\n"),
               "file.toml:3: hex = '0g' in [[notify]] must be pairs of hexadecimal digits\n");
+}
+
+TEST(ScenarioMistakes, KeysOfTheControlFile_AreUnknownInAScenario) {
+    EXPECT_EQ(MistakesIn("log = 'a.log'\n"),
+              "file.toml:1: unknown key log; there are [[notify]], [[on]], [start], [stop], about, "
+              "service and title\n");
+}
+
+TEST(ScenarioMistakes, OfTheControlFile_AreToldWithItsKeys) {
+    const auto mistakes =
+        ReadScenarioText("log = 5\nscenario = true\nlogs = 'a.log'\n", FileKind::kControl).mistakes;
+    ASSERT_EQ(mistakes.size(), 3u);
+    EXPECT_EQ(mistakes[0].text, "log = 5 in the file must be a text in quotes");
+    EXPECT_EQ(mistakes[1].text, "scenario = true in the file must be a text in quotes");
+    EXPECT_EQ(
+        mistakes[2].text,
+        "unknown key logs; there are [[notify]], [[on]], [start], [stop], about, log, scenario, "
+        "service and title");
 }
 
 TEST(ScenarioMistakes, AllOfThem_AreToldInTheOrderOfTheirLines) {

@@ -12,8 +12,11 @@ namespace PlenxService {
 namespace {
 
 using testing::IsEmpty;
-using testing::Pair;
-using testing::UnorderedElementsAre;
+using namespace std::string_literals;
+
+std::int64_t operator""_n(unsigned long long number) {
+    return static_cast<std::int64_t>(number);
+}
 
 Scenario Good(const std::string& text) {
     const ReadScenario read = ReadScenarioText(text);
@@ -47,7 +50,7 @@ TEST(ScenarioReader, TitleAndAbout_AreKept) {
     EXPECT_EQ(scenario.about, "two\nlines");
 }
 
-TEST(ScenarioReader, StartAndStop_BecomeKeysOfTheControlFile) {
+TEST(ScenarioReader, StartAndStop_AreKeptKeyByKey) {
     const Scenario scenario = Good(R"(
 [start]
 hint_ms = 1
@@ -66,15 +69,49 @@ delay_ms = 5
 linger_ms = 6
 )");
     ASSERT_EQ(scenario.life.size(), 2u);
-    EXPECT_THAT(scenario.life[0].values,
-                UnorderedElementsAre(Pair("start_hint", "1"), Pair("start_delay", "2"),
-                                     Pair("start_silent", "3"), Pair("start_never", "yes"),
-                                     Pair("start_fail", "4294967295"), Pair("start_crash", "yes"),
-                                     Pair("start_die", "no"), Pair("serve", "no")));
-    EXPECT_THAT(scenario.life[1].values,
-                UnorderedElementsAre(Pair("accept_stop", "no"), Pair("stop", "ignore"),
-                                     Pair("stop_after", "4"), Pair("stop_delay", "5"),
-                                     Pair("linger", "6")));
+    EXPECT_EQ(scenario.life[0].moment, Moment::kStart);
+    EXPECT_EQ(scenario.life[0].values, Values({{"hint_ms", 1_n},
+                                               {"delay_ms", 2_n},
+                                               {"silent_ms", 3_n},
+                                               {"never", true},
+                                               {"fail", 4294967295_n},
+                                               {"crash", true},
+                                               {"die", false},
+                                               {"serve", false}}));
+    EXPECT_EQ(scenario.life[1].moment, Moment::kStop);
+    EXPECT_EQ(scenario.life[1].values, Values({{"accept", false},
+                                               {"how", "ignore"s},
+                                               {"after_ms", 4_n},
+                                               {"delay_ms", 5_n},
+                                               {"linger_ms", 6_n}}));
+}
+
+TEST(ScenarioReader, SeveralStartsAndStops_EachForItsService) {
+    const Scenario scenario = Good(R"(
+[[start]]
+service = "pc"
+fail = 1
+[[start]]
+service = "phone"
+fail = 2
+[[stop]]
+delay_ms = 3
+)");
+    ASSERT_EQ(scenario.life.size(), 3u);
+    EXPECT_EQ(scenario.life[0].line, 2u);
+    EXPECT_EQ(scenario.life[0].scope.service, "pc");
+    EXPECT_EQ(scenario.life[1].line, 5u);
+    EXPECT_EQ(scenario.life[1].values.Number("fail"), 2);
+    EXPECT_EQ(scenario.life[2].moment, Moment::kStop);
+}
+
+TEST(ScenarioReader, ControlFile_MayNameALogAndAScenarioBesides) {
+    const ReadScenario read = ReadScenarioText(
+        "log = 'C:\\a.log'\nscenario = 'mine.toml'\n[start]\nfail = 1\n", FileKind::kControl);
+    EXPECT_TRUE(read.mistakes.empty());
+    EXPECT_EQ(read.scenario.log, "C:\\a.log");
+    EXPECT_EQ(read.scenario.below, "mine.toml");
+    EXPECT_EQ(read.scenario.life.size(), 1u);
 }
 
 TEST(ScenarioReader, StepSaysWhatAndWhen) {
@@ -105,12 +142,16 @@ request = 99
     EXPECT_EQ(step.scope.runs, 2);
     EXPECT_EQ(step.skip, 3);
     EXPECT_EQ(step.times, 4);
-    EXPECT_THAT(
-        step.values,
-        UnorderedElementsAre(Pair("answer", "-5"), Pair("result", "6"), Pair("fault", "3221225477"),
-                             Pair("reply", "hex:00 ff"), Pair("delay", "7"), Pair("crash", "yes"),
-                             Pair("die", "yes"), Pair("notify", "no"), Pair("repeat", "8"),
-                             Pair("hostile", "yes")));
+    EXPECT_EQ(step.values, Values({{"answer", -5_n},
+                                   {"result", 6_n},
+                                   {"fault", 3221225477_n},
+                                   {"reply", "hex:00 ff"s},
+                                   {"delay_ms", 7_n},
+                                   {"crash", true},
+                                   {"die", true},
+                                   {"notify", false},
+                                   {"repeat", 8_n},
+                                   {"hostile", true}}));
     EXPECT_EQ(scenario.steps[1].request, 99) << "a number need not be one that is in use";
 }
 
@@ -119,7 +160,7 @@ TEST(ScenarioReader, StepThatSaysNothing_IsForEachRequestEachTime) {
     EXPECT_EQ(step.request, std::nullopt);
     EXPECT_EQ(step.skip, 0);
     EXPECT_EQ(step.times, kUnlimited);
-    EXPECT_THAT(step.values, IsEmpty());
+    EXPECT_EQ(step.values, Values());
     EXPECT_TRUE(step.scope.Covers("office", 1000));
 }
 

@@ -158,7 +158,7 @@ TEST_F(Doctor, HostThatWasKilled_LeavesTracesThatAreTold) {
 }
 
 TEST_F(Doctor, ServiceThatHangs_IsToldInTime) {
-    folder_.SetServiceControl("delay.PingService=60000\n");
+    folder_.SetServiceControl("[[on]]\nrequest = 'PingService'\ndelay_ms = 60000\n");
     {
         HostProcess host(ArgumentsOf(folder_));
         host.Send("init");

@@ -166,14 +166,14 @@ TEST_F(Runner, OwnInstallFolder_GetsTheControlFileAndGivesItBack) {
     }
     Tool::Outcome run = tool.RunScenario(L"all-is-well --install " + install.wstring());
     EXPECT_EQ(run.code, 0u) << run.output;
-    EXPECT_FALSE(std::filesystem::exists(install / "plenxservice.ini"));
+    EXPECT_FALSE(std::filesystem::exists(install / "plenxservice.toml"));
     EXPECT_FALSE(std::filesystem::exists(install / "plenxservice.pc.runs"));
     EXPECT_TRUE(std::filesystem::exists(install / "plenxservice.exe"));
-    tool.Write("own\\plenxservice.ini", "delay=1\n");
+    tool.Write("own\\plenxservice.toml", "[[on]]\ndelay_ms = 1\n");
     run = tool.RunScenario(L"all-is-well --install " + install.wstring());
     EXPECT_EQ(run.code, 2u);
     EXPECT_THAT(run.output, HasSubstr("there is a control file already"));
-    EXPECT_EQ(tool.Read("own\\plenxservice.ini"), "delay=1\n");
+    EXPECT_EQ(tool.Read("own\\plenxservice.toml"), "[[on]]\ndelay_ms = 1\n");
 }
 
 }  // namespace

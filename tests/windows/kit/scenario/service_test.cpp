@@ -28,7 +28,7 @@ protected:
 };
 
 TEST_F(ServiceOnConsole, ScenarioOfTheControlFile_IsPlayedAndItsRunsCounted) {
-    tool.Write("plenxservice.ini", "scenario=mine.toml\n");
+    tool.Write("plenxservice.toml", "scenario = 'mine.toml'\n");
     tool.Write("mine.toml",
                "title = \"A\"\n[start]\nruns = 1\nserve = false\n"
                "[[notify]]\nruns = 1\nafter_ms = 1\ntimes = 2\nevery_ms = 1\n"
@@ -47,20 +47,21 @@ TEST_F(ServiceOnConsole, ScenarioOfTheControlFile_IsPlayedAndItsRunsCounted) {
 }
 
 TEST_F(ServiceOnConsole, ScenarioOfTheCommandLine_CountsBeforeThatOfTheControlFile) {
-    tool.Write("plenxservice.ini", "scenario=other.toml\n");
+    tool.Write("plenxservice.toml", "scenario = 'other.toml'\n");
     tool.Write("mine.toml", "title = \"mine\"\n[stop]\nafter_ms = 1\n");
     EXPECT_THAT(Played(L" --scenario " + Mine()),
                 HasSubstr(" pc plays scenario \"mine\", run 1\n"));
 }
 
-TEST_F(ServiceOnConsole, LineOfTheControlFile_CountsBeforeTheScenario) {
-    tool.Write("plenxservice.ini", "scenario=mine.toml\nserve=yes\nstop_after=1\n");
+TEST_F(ServiceOnConsole, KeyOfTheControlFile_CountsBeforeTheScenario) {
+    tool.Write("plenxservice.toml",
+               "scenario = 'mine.toml'\n[start]\nserve = true\n[stop]\nafter_ms = 1\n");
     tool.Write("mine.toml", "[start]\nserve = false\n");
     EXPECT_THAT(Played(), HasSubstr(" pc serves PLENXPCService\n"));
 }
 
 TEST_F(ServiceOnConsole, ScenarioWithMistakes_IsNamedAndTheServiceIsHonest) {
-    tool.Write("plenxservice.ini", "scenario=mine.toml\nstop_after=1\n");
+    tool.Write("plenxservice.toml", "scenario = 'mine.toml'\n[stop]\nafter_ms = 1\n");
     tool.Write("mine.toml", "[start]\nserve = false\nfial = 5\n");
     const std::string log = Played();
     EXPECT_THAT(log, HasSubstr(" pc scenario C:\\scenario_test\\mine.toml:3: unknown key fial in "
@@ -70,7 +71,7 @@ TEST_F(ServiceOnConsole, ScenarioWithMistakes_IsNamedAndTheServiceIsHonest) {
 }
 
 TEST_F(ServiceOnConsole, ScenarioThatIsMissing_IsNamedAndTheServiceIsHonest) {
-    tool.Write("plenxservice.ini", "scenario=none.toml\nstop_after=1\n");
+    tool.Write("plenxservice.toml", "scenario = 'none.toml'\n[stop]\nafter_ms = 1\n");
     const std::string log = Played();
     EXPECT_THAT(log, HasSubstr(" pc cannot read scenario \"C:\\\\scenario_test\\\\none.toml\"\n"));
     EXPECT_THAT(log, HasSubstr(" pc runs\n"));

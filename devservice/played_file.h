@@ -1,0 +1,45 @@
+// What the control file or the scenario says to one service, and how much of it is used up. Not
+// safe for several threads.
+
+#ifndef PLENXSERVICE_PLAYED_FILE_H
+#define PLENXSERVICE_PLAYED_FILE_H
+
+#include <cstdint>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "scenario.h"
+
+namespace PlenxService {
+
+/// Who plays: "office", "pc" or "phone", and 1 for its first run.
+struct Part {
+    std::string nickname;
+    std::int64_t run = 0;
+
+    bool Has(const Scope& scope) const { return scope.Covers(nickname, run); }
+};
+
+class PlayedFile {
+public:
+    PlayedFile() = default;
+    explicit PlayedFile(Scenario scenario)
+        : said_(std::move(scenario)), seen_(said_.steps.size(), 0) {}
+
+    const Scenario& Said() const { return said_; }
+
+    /// What [start] or [stop] says.
+    Values Life(Moment moment, const Part& part) const;
+
+    /// Counts the request. @return the step that is for it; null: there is none.
+    const Step* StepFor(std::int32_t request, const Part& part);
+
+private:
+    Scenario said_;
+    std::vector<std::int64_t> seen_;  // requests that each step covers
+};
+
+}  // namespace PlenxService
+
+#endif  // PLENXSERVICE_PLAYED_FILE_H
