@@ -18,13 +18,18 @@ fuzz_log() {
     echo "$log_dir/fuzz-$1.txt"
 }
 
+# The inputs that are kept, as the build has unpacked them.
+fuzz_corpus() {
+    echo "$fuzz_build/tests/fuzz/corpus/$1"
+}
+
 # fuzz_one TARGET SECONDS
 fuzz_one() {
     mkdir -p "$fuzz_found/$1" "$fuzz_broken"
     ASAN_OPTIONS=allocator_may_return_null=1 "$fuzz_build/tests/fuzz/fuzz_$1" \
         -max_total_time="$2" -max_len=4096 -print_final_stats=1 \
         -artifact_prefix="$fuzz_broken/$1-" \
-        "$fuzz_found/$1" "tests/fuzz/corpus/$1" >"$(fuzz_log "$1")" 2>&1 </dev/null
+        "$fuzz_found/$1" "$(fuzz_corpus "$1")" >"$(fuzz_log "$1")" 2>&1 </dev/null
 }
 
 # fuzz_row TARGET STATE: from the last line that libFuzzer has printed
@@ -85,14 +90,14 @@ all_alive() {
 fuzz_keep() {
     local target
     for target in "${fuzz_targets[@]}"; do
-        local corpus=tests/fuzz/corpus/$target fresh=$fuzz_build/fresh/$target
+        local fresh=$fuzz_build/fresh/$target
         rm -rf "$fresh"
         mkdir -p "$fresh" "$fuzz_found/$target"
         step "choose the inputs of $target" "$fuzz_build/tests/fuzz/fuzz_$target" -merge=1 \
-            "$fresh" "$corpus" "$fuzz_found/$target"
-        rm -rf "$corpus"
-        mv "$fresh" "$corpus"
-        echo "  $target: $(find "$corpus" -type f | wc -l) inputs kept"
+            "$fresh" "$(fuzz_corpus "$target")" "$fuzz_found/$target"
+        step "pack the inputs of $target" python3 tests/fuzz/pack.py "$fresh" \
+            "tests/fuzz/corpus/$target.zip"
+        echo "  $target: $(find "$fresh" -type f | wc -l) inputs kept"
     done
 }
 

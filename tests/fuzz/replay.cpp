@@ -1,5 +1,5 @@
-// Runs a fuzz target over every file of the named folders, in order. So the inputs that the fuzzers
-// found stay tested with any compiler and under every sanitizer.
+// Runs a fuzz target over every file of a folder, in order, and makes sure of their number. So the
+// inputs that the fuzzers found stay tested with any compiler and under every sanitizer.
 
 #include <algorithm>
 #include <cstdint>
@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <string>
 #include <vector>
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
@@ -34,15 +35,17 @@ void Replay(const std::filesystem::path& file) {
 }  // namespace
 
 int main(int count, char** arguments) {
-    std::size_t inputs = 0;
-    for (int i = 1; i < count; ++i) {
-        for (const std::filesystem::path& file : FilesOf(arguments[i])) {
-            std::printf("%s\n", file.c_str());
-            std::fflush(stdout);  // after a crash the last name is the one that failed
-            Replay(file);
-            ++inputs;
-        }
+    if (count != 3) {
+        std::fprintf(stderr, "usage: %s FOLDER NUMBER-OF-INPUTS\n", arguments[0]);
+        return 2;
     }
-    std::printf("%zu inputs replayed\n", inputs);
-    return inputs > 0 ? 0 : 1;
+    std::size_t inputs = 0;
+    for (const std::filesystem::path& file : FilesOf(arguments[1])) {
+        std::printf("%s\n", file.c_str());
+        std::fflush(stdout);  // after a crash the last name is the one that failed
+        Replay(file);
+        ++inputs;
+    }
+    std::printf("%zu inputs replayed of %s\n", inputs, arguments[2]);
+    return inputs > 0 && std::to_string(inputs) == arguments[2] ? 0 : 1;
 }

@@ -87,7 +87,8 @@ class Build:
     def _list_tests(self, program: str) -> list[list[str]]:
         if program.startswith("tests/fuzz/"):
             subject = program.removeprefix("tests/fuzz/fuzz_")
-            return [[str(ROOT / "tests/fuzz/corpus" / subject)]]
+            corpus = self.folder / "tests/fuzz/corpus" / subject
+            return [[str(corpus), str(len(list(corpus.iterdir())))]]
         tests, suite = [], ""
         for line in run([self.folder / program, "--gtest_list_tests"]).stdout.splitlines():
             name = line.split("#")[0].rstrip()
