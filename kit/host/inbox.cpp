@@ -15,12 +15,23 @@ void Inbox::Put(Notification notification) {
 }
 
 std::optional<Notification> Inbox::Take(const Pattern& pattern, std::chrono::milliseconds limit) {
+    return TakeUnless([] { return false; }, pattern, limit);
+}
+
+std::optional<Notification> Inbox::TakeUnlessOpposite(const Pattern& pattern,
+                                                      std::chrono::milliseconds limit) {
+    return TakeUnless([&] { return FirstOpposite(pattern).has_value(); }, pattern, limit);
+}
+
+template <class Condition>
+std::optional<Notification> Inbox::TakeUnless(Condition givenUp, const Pattern& pattern,
+                                              std::chrono::milliseconds limit) {
     const auto deadline = std::chrono::steady_clock::now() + limit;
     std::unique_lock<std::mutex> lock(mutex_);
     std::optional<Notification> found;
     changed_.wait_until(lock, deadline, [&] {
         found = TakeFirst(pattern);
-        return found.has_value() || interrupted_;
+        return found.has_value() || interrupted_ || givenUp();
     });
     return found;
 }
@@ -39,6 +50,11 @@ void Inbox::Clear() {
 std::deque<Notification> Inbox::Left() const {
     const std::lock_guard<std::mutex> lock(mutex_);
     return notifications_;
+}
+
+std::optional<Notification> Inbox::OppositeOf(const Pattern& pattern) const {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    return FirstOpposite(pattern);
 }
 
 void Inbox::Interrupt() {
@@ -62,6 +78,13 @@ std::optional<Notification> Inbox::TakeFirst(const Pattern& pattern) {
     Notification taken = std::move(*first);
     notifications_.erase(first);
     return taken;
+}
+
+std::optional<Notification> Inbox::FirstOpposite(const Pattern& pattern) const {
+    const auto first = std::find_if(
+        notifications_.begin(), notifications_.end(),
+        [&](const Notification& notification) { return pattern.IsOpposite(notification); });
+    return first == notifications_.end() ? std::nullopt : std::optional<Notification>(*first);
 }
 
 }  // namespace PlenxHost

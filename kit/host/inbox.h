@@ -23,17 +23,26 @@ public:
     void Put(Notification notification);
     /// Takes the first that matches, waiting for it up to the given time.
     std::optional<Notification> Take(const Pattern& pattern, std::chrono::milliseconds limit);
+    /// The same, but the wait also ends when its opposite has come.
+    std::optional<Notification> TakeUnlessOpposite(const Pattern& pattern,
+                                                   std::chrono::milliseconds limit);
     /// Waits that long.
     void Pause(std::chrono::milliseconds span);
     void Clear();
     std::deque<Notification> Left() const;
+    /// The first opposite that has come.
+    std::optional<Notification> OppositeOf(const Pattern& pattern) const;
 
     /// Ends every wait, now and from now on.
     void Interrupt();
     bool Interrupted() const;
 
 private:
+    template <class Condition>
+    std::optional<Notification> TakeUnless(Condition givenUp, const Pattern& pattern,
+                                           std::chrono::milliseconds limit);
     std::optional<Notification> TakeFirst(const Pattern& pattern);
+    std::optional<Notification> FirstOpposite(const Pattern& pattern) const;
 
     mutable std::mutex mutex_;
     std::condition_variable changed_;

@@ -142,4 +142,18 @@ bool Pattern::IsNearMiss(const Notification& notification) const {
            std::none_of(wanted_.begin(), wanted_.end(), isOtherService);
 }
 
+bool Pattern::IsOpposite(const Notification& notification) const {
+    const auto isNamed = [&](const Field& field) {
+        return std::any_of(wanted_.begin(), wanted_.end(), [&](const Field& wanted) {
+            return std::string(wanted.name) == field.name;
+        });
+    };
+    const auto misses = [&](const Field& wanted) { return !Fits(wanted, notification); };
+    const auto missed = std::find_if(wanted_.begin(), wanted_.end(), misses);
+    return name_ == notification.name && missed != wanted_.end() &&
+           std::holds_alternative<bool>(missed->value) &&
+           std::none_of(std::next(missed), wanted_.end(), misses) &&
+           std::all_of(notification.fields.begin(), notification.fields.end(), isNamed);
+}
+
 }  // namespace PlenxHost

@@ -26,6 +26,9 @@ public:
     bool Matches(const Notification& notification) const;
     /// Whether it is the same notification of the same service, but not the expected one.
     bool IsNearMiss(const Notification& notification) const;
+    /// Whether it is the expected one but for its true or false. Only a pattern that names every
+    /// other argument has an opposite.
+    bool IsOpposite(const Notification& notification) const;
 
 private:
     std::string name_;           // empty: any

@@ -34,6 +34,12 @@ Action Saying(const std::string& text) {
 
 // Why an expectation did not hold: with the latest that came in its place.
 std::string Missed(const Pattern& pattern, milliseconds limit, const Inbox& inbox) {
+    if (inbox.Interrupted()) {
+        return "interrupted";
+    }
+    if (const auto opposite = inbox.OppositeOf(pattern)) {
+        return "the opposite came: " + ToText(*opposite);
+    }
     std::deque<std::string> instead;
     for (const Notification& notification : inbox.Left()) {
         if (pattern.IsNearMiss(notification)) {
@@ -92,10 +98,9 @@ Action ParseExpect(Arguments& arguments) {
     const milliseconds limit(arguments.TakeMilliseconds());
     return [=](Session& session) {
         Inbox& inbox = session.Received();
-        if (inbox.Take(pattern, limit)) {
-            return Held(true, "");
-        }
-        return Held(false, inbox.Interrupted() ? "interrupted" : Missed(pattern, limit, inbox));
+        return inbox.TakeUnlessOpposite(pattern, limit)
+                   ? Held(true, "")
+                   : Held(false, Missed(pattern, limit, inbox));
     };
 }
 

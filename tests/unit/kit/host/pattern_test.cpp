@@ -85,6 +85,25 @@ TEST(Pattern, NearMissIsTheSameNotificationOfTheSameService) {
     EXPECT_FALSE(IsNearMiss("*"));
 }
 
+bool IsOpposite(std::string_view line) {
+    return Pattern(SplitWords(line).words).IsOpposite(kStatus);
+}
+
+TEST(Pattern, OppositeIsTheSameButForItsValueAndNamesAllOthers) {
+    EXPECT_TRUE(IsOpposite("NotifyStatus pc \"my group\" start false"));
+    EXPECT_TRUE(IsOpposite("NotifyStatus value=false sttsType=0 pc \"my group\""));
+    EXPECT_TRUE(IsOpposite("NotifyStatus pc \"my group\" start false observer=main"));
+    EXPECT_FALSE(IsOpposite("NotifyStatus pc \"my group\" start true"));
+    EXPECT_FALSE(IsOpposite("NotifyStatus phone \"my group\" start false"));
+    EXPECT_FALSE(IsOpposite("NotifyStatus pc \"my group\" stop false"));
+    EXPECT_FALSE(IsOpposite("NotifyStatus pc \"my group\" stop true"));
+    EXPECT_FALSE(IsOpposite("NotifyStatus pc \"my group\" start false observer=b"));
+    EXPECT_FALSE(IsOpposite("NotifyStatus pc * start false"));
+    EXPECT_FALSE(IsOpposite("NotifyStatus value=false"));
+    EXPECT_FALSE(IsOpposite("NotifyConnect pc \"my group\""));
+    EXPECT_FALSE(IsOpposite("*"));
+}
+
 TEST(Pattern, SaysWhatIsWrong) {
     EXPECT_EQ(Complaint(""), "missing: the name of a notification");
     EXPECT_EQ(Complaint("* 1"), "no arguments can follow *");

@@ -92,11 +92,58 @@ TEST_F(ScriptTest, FailedExpectTellsWhatCameInsteadOfTheSameService) {
             observer.NotifyStatus(DistributedFs::kPcService, "home", 0, false);
         });
     });
-    Run("register\nstart pc home a\nexpect NotifyStatus pc home start true within 1");
+    Run("register\nstart pc home a\nexpect NotifyStatus pc home online true within 1");
     EXPECT_THAT(captured_.Lines().back(),
-                HasSubstr("> expect NotifyStatus pc home start true within 1: NO, it did not come "
+                HasSubstr("> expect NotifyStatus pc home online true within 1: NO, it did not come "
                           "within 1 ms; came instead: NotifyStatus(svcType=1, first=\"home\", "
                           "sttsType=0, value=false)"));
+}
+
+TEST_F(ScriptTest, ExpectFailsAtOnceWhenTheOppositeComes) {
+    std::thread service;
+    RecordedManager::When("Start", [&] {
+        service = std::thread([] {
+            std::this_thread::sleep_for(milliseconds(20));
+            RecordedManager::Notify([](auto& observer) {
+                observer.NotifyStatus(DistributedFs::kPcService, "home", 0, false);
+            });
+        });
+    });
+    const auto begin = std::chrono::steady_clock::now();
+    EXPECT_THAT(
+        Run("register\nstart pc home a\nexpect NotifyStatus pc home start true within 60000")
+            .failures,
+        ElementsAre("s:3: expect NotifyStatus pc home start true within 60000: the opposite came: "
+                    "NotifyStatus(svcType=1, first=\"home\", sttsType=0, value=false)"));
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(30));
+    service.join();
+}
+
+TEST_F(ScriptTest, OppositeThatCameLeavesTheExpectedOneThatCame) {
+    RecordedManager::When("Start", [] {
+        RecordedManager::Notify([](auto& observer) {
+            observer.NotifyStatus(DistributedFs::kPcService, "home", 0, false);
+            observer.NotifyStatus(DistributedFs::kPcService, "home", 0, true);
+        });
+    });
+    EXPECT_EQ(Run("register\nstart pc home a\nexpect NotifyStatus pc home start true within 0\n"
+                  "expect NotifyStatus pc home start false within 0")
+                  .exitCode,
+              kAllHeld);
+}
+
+// Otherwise it would say of a time that it has not waited for.
+TEST_F(ScriptTest, ExpectNoneWaitsOnWhenTheOppositeComes) {
+    RecordedManager::When("Start", [] {
+        RecordedManager::Notify([](auto& observer) {
+            observer.NotifyStatus(DistributedFs::kPcService, "home", 0, false);
+        });
+    });
+    const auto begin = std::chrono::steady_clock::now();
+    EXPECT_EQ(Run("register\nstart pc home a\nexpect-none NotifyStatus pc home start true for 50")
+                  .exitCode,
+              kAllHeld);
+    EXPECT_GE(std::chrono::steady_clock::now() - begin, milliseconds(50));
 }
 
 TEST_F(ScriptTest, FailedExpectTellsTheLatestFiveAtMost) {
