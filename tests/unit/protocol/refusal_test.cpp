@@ -1,4 +1,4 @@
-// What the page says of refused notifications is what the library's server routine does.
+// Tests that the library's server routine answers as the page says.
 
 #include <gtest/gtest.h>
 
@@ -20,7 +20,7 @@ struct Notification {
 
 using Notifications = std::vector<Notification>;
 
-// One int32, with its descriptor as it is given.
+// Returns a message of one int32 with the given descriptor.
 Notification WithDescriptor(std::int32_t id, std::uint32_t tag, std::uint32_t offset,
                             std::uint32_t size) {
     return {id, FromWords({24, 1, tag, offset, size, 0})};
@@ -38,11 +38,13 @@ Notifications OfGroups(const std::vector<std::string>& names) {
     return notifications;
 }
 
-// In the order of the page's rows. Those without memory and with an observer's exception are
-// brought about in the tests of the server itself.
+// The cases are in the order of the page's rows. The tests of the server itself cover the rows
+// about an observer's exception and about missing memory.
 std::vector<Notifications> CasesOfEachRow() {
     return {
         OfGroups({"g_1", "_0", "a_b_2147483647"}),
+        {{18, {}}, {18, MessageOf({StringArg("E:")})}, WithDescriptor(18, 4, 20, 5)},
+        {{0, {}}, {6, {}}, {8, FromWords({8, 0})}, {19, MessageOf({Int64Arg(0)})}, {-1, {}}},
         {{17, MessageOf({Int32Arg(3), ArrayArg({80, 0, 58})})},
          {17, MessageOf({Int32Arg(2), ArrayArg({80, 0})})}},
         {{15, {}},
@@ -64,12 +66,10 @@ std::vector<Notifications> CasesOfEachRow() {
         OfGroups({"", "g", "g_", "g_x", "g_1x", "g_-1", "g_+1", "g_ 1", "g_2147483648"}),
         {},
         {},
-        {{18, {}}, {18, MessageOf({StringArg("E:")})}, WithDescriptor(18, 4, 20, 5)},
-        {{0, {}}, {6, {}}, {8, FromWords({8, 0})}, {19, MessageOf({Int64Arg(0)})}, {-1, {}}},
     };
 }
 
-TEST(WirePage, WhatItSaysOfRefusedNotifications_IsSo) {
+TEST(WirePage, RowsAboutRefusedNotifications_AreTrue) {
     const std::vector<Cells> rows = RowsOf(Section(Page(), "## What is refused"));
     const std::vector<Notifications> cases = CasesOfEachRow();
     ASSERT_EQ(rows.size(), cases.size());
