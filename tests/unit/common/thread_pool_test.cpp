@@ -236,7 +236,7 @@ struct TellsWhereItEnds {
     std::thread::id* where_;
 };
 
-TEST(ThreadPool, WhatDiscardedJobsOwnIsReleasedByTheDestroyingThread) {
+TEST(ThreadPool, ThingsOwnedByDiscardedJobsAreReleasedByTheDestroyingThread) {
     std::thread::id where;
     {
         ThreadPool pool(0);
@@ -245,7 +245,7 @@ TEST(ThreadPool, WhatDiscardedJobsOwnIsReleasedByTheDestroyingThread) {
     EXPECT_EQ(where, std::this_thread::get_id());
 }
 
-TEST(ThreadPool, WhatAJobOwnsIsReleasedBeforeThePoolIsIdle) {
+TEST(ThreadPool, ThingsOwnedByAJobAreReleasedBeforeThePoolIsIdle) {
     std::thread::id where;
     ThreadPool pool(1);
     pool.Enqueue([owned = std::make_shared<TellsWhereItEnds>(&where)] {});

@@ -31,7 +31,7 @@ TEST(CallLineTest, LinesAreAppended) {
     EXPECT_EQ(ReadFile(folder / "calls"), "one\ntwo\n");
 }
 
-TEST(CallLineTest, FileThatCannotBeWritten_IsNoFailure) {
+TEST(CallLineTest, FileThatCannotBeWritten_IsIgnored) {
     const TemporaryFolder folder;
     AppendCallLine(folder.Path(), "lost");
     AppendCallLine(folder / "none/calls", "lost");

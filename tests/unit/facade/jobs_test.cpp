@@ -353,7 +353,7 @@ TEST_F(DataBlock, PcServiceGetsAllOfIt) {
                          ArrayArg(Bytes(block.get(), block.get() + 40))}));
 }
 
-TEST_F(DataBlock, NullDataIsNoBytesForThePcService) {
+TEST_F(DataBlock, NullDataGivesThePcServiceNoBytes) {
     Online(1, 40, nullptr);
     EXPECT_EQ(
         RequestsWithoutNameChanged().at(0).msg,

@@ -47,7 +47,7 @@ void Flush(char letter, std::int32_t type) {
     RpcManager::GetInstance().FlushExplorer(letter, type);
 }
 
-TEST(FlushExplorer, Type0TellsOfTheDriveAndRefreshesTheComputerFolder) {
+TEST(FlushExplorer, Type0ReportsTheDriveAndRefreshesTheComputerFolder) {
     Flush('e', 0);
     EXPECT_THAT(Notifications(),
                 ElementsAre("100 5 E:\\", std::string("1000 5 ") + kComputerFolder));
@@ -76,7 +76,7 @@ TEST(FlushExplorer, OtherTypesNotifyNobody) {
     EXPECT_THAT(Notifications(), IsEmpty());
 }
 
-TEST(FlushExplorer, WhatIsNoLetterStopsItAfterTheFirstLine) {
+TEST(FlushExplorer, OtherCharactersThanLettersStopItAfterTheFirstLine) {
     for (const char letter : {'1', '@', '[', '`', '{', ' ', '\xE4', '\x00'}) {
         RecordedLog::Get().Clear();
         Flush(letter, 0);

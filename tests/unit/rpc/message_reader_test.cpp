@@ -432,7 +432,7 @@ TEST(RpcMessageReader, CursorAddsUpTheSizesOfOverlappingArguments) {
     EXPECT_THAT(Texts(), ElementsAre(IndexLine("ReadInt32", 0, 2, 44 + 48 + 48, 48)));
 }
 
-TEST(RpcMessageReader, ReadsBackWhateverTheWriterWrote) {
+TEST(RpcMessageReader, ReadsBackEverythingThatTheWriterWrote) {
     std::mt19937 random(7);
     for (int round = 0; round != 300; ++round) {
         const auto number = static_cast<std::int32_t>(random());

@@ -69,7 +69,7 @@ TEST(RpcMessageWriter, FreshMessageHoldsSizeAndCountAndZeros) {
     EXPECT_EQ(Written(writer), expected);
 }
 
-TEST(RpcMessageWriter, WhatIsNotWrittenIsZeroInMessagesOfAnySize) {
+TEST(RpcMessageWriter, UnwrittenBytesAreZeroInMessagesOfAnySize) {
     for (const std::int32_t size : {40, 300, 8192, 8193, 20000}) {
         // The message is built where another one has left its bytes.
         {

@@ -380,7 +380,7 @@ TEST_F(RpcServer, ObserversExceptionReturns1726AndReleasesTheObservers) {
     ExpectDefault(CallManager(10, MessageOf({StringArg("g_1")})));
 }
 
-TEST_F(RpcServer, ExceptionThatIsNoStdExceptionReturns1726) {
+TEST_F(RpcServer, ForeignExceptionReturns1726) {
     observer_.hook = [](const std::string&) { throw 5; };
     ExpectRefused(CallManager(15, MessageOf({Int32Arg(1)})), 1726);
 }

@@ -350,7 +350,7 @@ TEST_F(FileUtilsTest, DriveAndShareRoots_AreRefusedWith28BeforeAnyListing) {
 }
 
 // Only the second character of it is a separator.
-TEST_F(FileUtilsTest, RelativePathWithAnInitialOfOneLetter_IsNoRoot) {
+TEST_F(FileUtilsTest, RelativePathThatBeginsWithOneLetter_IsNotARoot) {
     platform.Files().AddFolder(L"a\\b");
     EXPECT_EQ(FileUtils::ForceRemoveDirectory(L"a\\b"), 0);
     EXPECT_FALSE(platform.Files().Exists(L"a\\b"));

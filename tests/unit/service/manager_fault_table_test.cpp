@@ -87,7 +87,7 @@ TEST_F(ManagerFaultTable, ConstructionOnACleanMachine) {
         });
 }
 
-TEST_F(ManagerFaultTable, InstallOfWhatIsInstalled) {
+TEST_F(ManagerFaultTable, InstallOfInstalledServices) {
     CheckFaults(WithoutCode(InSequence(InstallSteps(StopStopped(), CreateRegistered()))),
                 WithManager(), [](const auto& manager) {
                     manager->InstallService();

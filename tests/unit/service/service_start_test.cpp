@@ -239,7 +239,7 @@ TEST_F(LingeringProcessTest, IdSeenLater_ReplacesTheEarlierOne) {
     EXPECT_EQ(Lines()[0], Kill(second));
 }
 
-TEST_F(LingeringProcessTest, FailedStart_DoesNotChangeWhatIsRemembered) {
+TEST_F(LingeringProcessTest, FailedStart_DoesNotChangeTheRememberedProcess) {
     const DWORD id = StartPc();
     EXPECT_EQ(manager->StopServiceByIndex(kPc), 0);
     scm.ScriptStart(kPcName, {{0, SERVICE_STOPPED}});

@@ -86,7 +86,7 @@ TEST(Judgement, OneServiceHandleMore_Fails) {
     EXPECT_EQ(Judge(samples), std::vector<std::string>{"service handles grew from 0 to 1"});
 }
 
-TEST(Judgement, TooFewSamples_IsNoJudgement) {
+TEST(Judgement, TooFewSamples_GiveNoJudgement) {
     EXPECT_EQ(Judge(FlatSeries(7)), std::vector<std::string>{"only 7 samples"});
 }
 

@@ -35,7 +35,7 @@ std::string Upgraded(const std::string& file) {
     return Info("ServiceManager::UpgradeDriver", "upgrade \\" + file + " successfully");
 }
 
-HOST_TEST(DriverUpgrade, NoUpgradeFolder_IsNothingToDo) {
+HOST_TEST(DriverUpgrade, NoUpgradeFolder_DoesNothing) {
     fs::remove_all(folder.InstallPath() / "upgrade");
     EXPECT_THAT(LinesOfUpgrade(), IsEmpty());
     EXPECT_EQ(ReadFile(Installed("dokan1.dll")), Older("dokan1.dll"));

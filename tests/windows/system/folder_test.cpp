@@ -142,7 +142,7 @@ HOST_TEST(FolderNames, ThatAreNotAscii_AreUsedForTheServices) {
 }
 
 // A data folder of 250 characters leaves no room for what is made in it, where there is a limit.
-HOST_TEST(FolderNames, ThatAreLong_WorkOrLeaveNoServices) {
+HOST_TEST(FolderNames, OfGreatLength_WorkOrLeaveNoServices) {
     const std::wstring name(250 - folder.DataPath().wstring().size(), L'l');
     UseFolders(L"app", name);
     const bool installed = IsRegistered(L"PlenxPcSvc");

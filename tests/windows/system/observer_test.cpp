@@ -40,7 +40,7 @@ HOST_TEST(Observers, ExceptionOnAnRpcThread_GoesBackAs1726AndReleasesTheLock) {
     EXPECT_TRUE(observer.WaitFor(kConnected, 2));
 }
 
-HOST_TEST(Observers, ExceptionThatIsNoStdException_GoesBackAs1726) {
+HOST_TEST(Observers, ForeignException_GoesBackAs1726) {
     BehaveIn(kConnected, []() -> int { throw 42; });
     Init();
     ASSERT_TRUE(Start(kPcService));
