@@ -10,12 +10,12 @@
 namespace {
 
 std::atomic<std::int64_t> live{0};
-thread_local unsigned countdown = 0;  // 0: none is to fail
+thread_local unsigned countdown = 0;  // at 0 none fails
 thread_local bool hit = false;
 
 void* NewBlock(std::size_t size, std::size_t alignment) noexcept {
     if (alignment <= alignof(std::max_align_t)) {
-        return std::malloc(size);  // an overrun of a single byte is seen
+        return std::malloc(size);  // here a sanitizer sees an overrun of a single byte
     }
     return std::aligned_alloc(alignment, (size + alignment - 1) / alignment * alignment);
 }

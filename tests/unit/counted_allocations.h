@@ -1,15 +1,15 @@
-// The operator new of the program that this is linked into: it counts, and fails on demand.
+// Replaces the operator new of the program that links it. It counts, and fails on demand.
 
 #ifndef PLENXSDK_UNIT_COUNTED_ALLOCATIONS_H
 #define PLENXSDK_UNIT_COUNTED_ALLOCATIONS_H
 
 #include <cstdint>
 
-/// Blocks of operator new that have not been released.
+/// Returns the number of blocks of operator new that have not been released.
 std::int64_t LiveAllocations();
 
-/// From its making to its end, the n-th allocation of this thread fails, whatever its form; the
-/// first is 1. What the fakes allocate for themselves does not count and does not fail.
+/// While it lives, the n-th allocation of this thread fails, whatever its form; the first is 1. The
+/// fakes' own allocations do not count and do not fail.
 class FailingAllocation {
 public:
     explicit FailingAllocation(unsigned n);
@@ -17,7 +17,7 @@ public:
     FailingAllocation(const FailingAllocation&) = delete;
     FailingAllocation& operator=(const FailingAllocation&) = delete;
 
-    /// From now on nothing fails any more. Returns whether something did.
+    /// Lets nothing fail any more. Returns whether something did.
     bool End() const;
 };
 

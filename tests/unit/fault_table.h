@@ -1,12 +1,12 @@
-// Tables of what an operation does when one of its platform calls fails.
+// Tables that say what an operation does when one of its platform calls fails.
 //
-// A table has one row for each call that can fail, in the order in which the operation makes
-// them when nothing does. The row says what follows from the failure: the result and every line,
-// those written before it included. CheckFaults runs the operation against the whole table: each
+// A table has one row for each call that can fail, in the order in which a successful operation
+// makes them. The row says what follows from the failure: the result and every line, including
+// those before the failure. CheckFaults runs the operation against the whole table. It tries each
 // row with each error, failing once and failing from there on, each time on a fresh machine.
 //
-// FakePlatform stops the process at a call with a handle that is not open; what is left open,
-// and what is left allocated, is checked after every round.
+// FakePlatform stops the process at a call with a handle that is not open. After every round
+// CheckFaults checks that nothing is left open or allocated.
 
 #ifndef PLENXSDK_UNIT_FAULT_TABLE_H
 #define PLENXSDK_UNIT_FAULT_TABLE_H
@@ -29,11 +29,11 @@
 #include "counted_allocations.h"
 #include "platform/fake_platform.h"
 
-/// What the failing call fails with.
+/// The error with which a call fails.
 struct Fault {
     DWORD error;
-    int errnoOfFile;     // what the C runtime makes of it,
-    int errnoOfListing;  // and its functions that list a folder
+    int errnoOfFile;     // the errno of the C runtime for it,
+    int errnoOfListing;  // and of its functions that list a folder
     bool forEver;        // all later calls fail as well
 
     std::string Error() const { return std::to_string(error); }
@@ -49,7 +49,7 @@ inline const std::vector<Fault>& EveryFault() {
     static const std::vector<Fault> once = {
         {ERROR_ACCESS_DENIED, kNoAccess, kInvalid, false},
         {ERROR_FILE_NOT_FOUND, ENOENT, ENOENT, false},
-#ifndef __SANITIZE_THREAD__  // which makes it slow, and has nothing to see in one thread
+#ifndef __SANITIZE_THREAD__  // which is slow, and finds nothing in one thread
         {ERROR_PATH_NOT_FOUND, ENOENT, ENOENT, false},
         {ERROR_SHARING_VIOLATION, kNoAccess, kInvalid, false},
         {ERROR_NOT_ENOUGH_MEMORY, kNoMemory, kNoMemory, false},
@@ -96,7 +96,7 @@ inline void PrintTo(const Outcome& outcome, std::ostream* out) {
 struct FaultRow {
     const char* call;
     std::function<Outcome(const Fault&)> outcome;
-    unsigned times = 1;  // so many calls in a row
+    unsigned times = 1;  // the row stands for so many calls
 };
 
 struct FaultTable {
@@ -112,18 +112,18 @@ struct FaultTable {
     }
 };
 
-/// A step of a larger operation: the table of the step alone, and what the larger operation
-/// does about its result.
+/// A step of a larger operation: the table of the step alone, and the reaction of the larger
+/// operation to its result.
 struct FaultStep {
     FaultTable table;
     std::function<FaultLines(std::int32_t code)> after = [](std::int32_t) { return FaultLines(); };
-    bool endsOnFailure = false;  // of this step
+    bool endsOnFailure = false;  // a failure of this step ends the operation
 };
 
-/// The table of steps that do not depend on each other, one after the other. Its codes are those
-/// of the step that ends it, or 0.
+/// Returns the table of independent steps, one after the other. Its code is that of the step that
+/// ends it, or 0.
 inline FaultTable InSequence(const std::vector<FaultStep>& steps) {
-    // What comes to be when the steps from there on run: all of them fail at once, or none.
+    // Returns the outcome of the steps from there on, when all of them fail at once or none does.
     const auto rest = [steps](std::size_t from, const Fault* fault) {
         Outcome outcome;
         for (std::size_t i = from; i != steps.size(); ++i) {
@@ -162,8 +162,8 @@ inline FaultTable InSequence(const std::vector<FaultStep>& steps) {
     return all;
 }
 
-/// Runs the operation against the table. prepare makes the machine and returns what operate
-/// works on; operate returns the result code; observe returns the lines.
+/// Runs the operation against the table. prepare makes the machine and returns the object for
+/// operate; operate returns the result code; observe returns the lines.
 template <class Prepare, class Operate, class Observe>
 void CheckFaults(const FaultTable& table, Prepare prepare, Operate operate, Observe observe) {
     FakePlatform& platform = FakePlatform::Get();
@@ -216,7 +216,7 @@ void CheckFaults(const FaultTable& table, Prepare prepare, Operate operate, Obse
             }
             EXPECT_GE(hits, 1U);
             if (LiveAllocations() != before) {
-                // Things that are made once for a process are no leak; a leak comes again.
+                // Objects that are made once for a process are not a leak; a leak comes again.
                 const std::int64_t again = LiveAllocations();
                 run(n, &fault);
                 EXPECT_EQ(LiveAllocations(), again);

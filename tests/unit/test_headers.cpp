@@ -1,1 +1,1 @@
-// Owns the precompiled headers that the unit tests share.
+// The unit tests share the precompiled headers of this source.

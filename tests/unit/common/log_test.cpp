@@ -167,8 +167,8 @@ std::string Letters(std::size_t length) {
     return text;
 }
 
-// Around the strides that text is taken in, and the room that a line is built in: with the number
-// counted as 20 characters, 460 are the most that need no allocation.
+// Tries lengths around the strides in which text is converted and around the room for a line. The
+// number counts as 20 characters, so 460 characters are the most that need no allocation.
 TEST(Log, LinesOfEveryLengthAreWhole) {
     std::vector<std::size_t> lengths(70);
     std::iota(lengths.begin(), lengths.end(), std::size_t{0});

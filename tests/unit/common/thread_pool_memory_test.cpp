@@ -1,4 +1,4 @@
-// The memory of the queue.
+// Tests the memory of the queue.
 
 #include <gtest/gtest.h>
 
@@ -16,7 +16,7 @@ using DistributedFs::ThreadPool;
 
 constexpr int kMany = 5000;
 
-// Queues them behind a job that holds the worker, so that the queue becomes as long as that.
+// Queues the jobs behind one that holds the worker, so that the queue grows to their number.
 template <class Job>
 void QueueMany(ThreadPool& pool, Job job) {
     std::promise<void> allQueued;

@@ -1,4 +1,4 @@
-// A thread that cannot be started: pthread_create of this program fails on demand.
+// Tests a thread that cannot be started. The pthread_create of this program fails on demand.
 
 #include <dlfcn.h>
 #include <gtest/gtest.h>
@@ -12,7 +12,7 @@
 
 namespace {
 
-std::atomic<int> startsLeft{-1};  // negative: all succeed
+std::atomic<int> startsLeft{-1};  // all succeed when it is negative
 std::atomic<int> started{0};
 
 }  // namespace

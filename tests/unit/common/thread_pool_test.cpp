@@ -27,7 +27,7 @@ bool IsReady(const std::future<T>& future) {
     return future.wait_for(kDeadline) == std::future_status::ready;
 }
 
-// A job that runs until it is let go.
+// A job that runs until the test releases it.
 class HeldJob {
 public:
     explicit HeldJob(ThreadPool& pool)
@@ -49,7 +49,7 @@ private:
     std::future<void> ended_;
 };
 
-// Returns once the pool's destruction has begun, which it cannot end while a job runs.
+// Returns once the pool's destruction has begun. It cannot end while a job runs.
 bool WaitUntilItStops(ThreadPool& pool) {
     return WaitUntil([&pool] {
         try {
@@ -64,7 +64,7 @@ bool WaitUntilItStops(ThreadPool& pool) {
 TEST(ThreadPool, OneWorkerRunsJobsInQueueOrderEachAfterTheOther) {
     ThreadPool pool(1);
     HeldJob untilAllAreQueued(pool);
-    std::vector<std::string> steps;  // touched by the worker alone until the last job is done
+    std::vector<std::string> steps;  // only the worker uses it until the last job is done
     std::vector<std::future<void>> futures;
     for (const char* const name : {"1", "2", "3"}) {
         futures.push_back(pool.Enqueue([&, name] {
@@ -132,7 +132,7 @@ TEST(ThreadPool, EmptyFunctionGivesBadFunctionCallInTheFuture) {
 TEST(ThreadPool, DroppingAFutureDoesNotWaitForTheJob) {
     ThreadPool pool(1);
     HeldJob held(pool);
-    pool.Enqueue([] {});  // the future of a job that cannot run yet is dropped here
+    pool.Enqueue([] {});  // drops the future of a job that cannot run yet
     EXPECT_FALSE(held.done);
     held.LetGo();
 }
@@ -264,8 +264,8 @@ TEST(ThreadPool, IsIdleOnlyWhenAllJobsAreDone) {
     EXPECT_TRUE(WaitUntil([&pool] { return pool.IsIdle(); }));
 }
 
-// ThreadSanitizer forgets a thread when it is joined, also when joining is refused, and stops
-// the process when that thread is detached then.
+// ThreadSanitizer forgets a thread that is joined, even when the join is refused. It then stops the
+// process when that thread is detached.
 #ifdef __SANITIZE_THREAD__
 #define SKIP_WHERE_A_REFUSED_JOIN_IS_NOT_UNDERSTOOD() \
     GTEST_SKIP() << "ThreadSanitizer does not understand a join that is refused"
@@ -313,7 +313,7 @@ TEST(ThreadPool, IdlePoolsAreDestroyedWithoutALostWakeUp) {
     }
 }
 
-// A lost wake-up would leave the destructor waiting for a worker that sleeps for ever.
+// After a lost wake-up the destructor would wait for ever for a sleeping worker.
 TEST(ThreadPool, PoolsAreDestroyedWithJobsInFlightWithoutALostWakeUp) {
     const char* const wanted = std::getenv("PLENX_TEST_POOLS");
     const int pools = wanted != nullptr ? std::atoi(wanted) : 1500;
@@ -326,7 +326,8 @@ TEST(ThreadPool, PoolsAreDestroyedWithJobsInFlightWithoutALostWakeUp) {
             last = pool.Enqueue([&ran] { ++ran; });
             ++queued;
         }
-        if (i % 50 == 4) {  // on a busy machine no other pool may live so long that a job is run
+        if (i % 50 ==
+            4) {  // on a busy machine a pool may end before it runs a job, but not this one
             EXPECT_TRUE(IsReady(last));
         }
     }

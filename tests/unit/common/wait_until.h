@@ -1,4 +1,4 @@
-// Waiting in the tests of this folder.
+// The tests of this folder wait with this function.
 
 #ifndef PLENXSDK_UNIT_COMMON_WAIT_UNTIL_H
 #define PLENXSDK_UNIT_COMMON_WAIT_UNTIL_H
@@ -6,7 +6,7 @@
 #include <chrono>
 #include <thread>
 
-/// Longer than anything takes.
+/// No wait takes longer than this.
 constexpr std::chrono::seconds kDeadline{20};
 
 /// Returns whether the condition came true before the deadline.

@@ -23,12 +23,12 @@ LogSettings SettingsFor(const std::filesystem::path& file) {
     return settings;
 }
 
-// A line is 24 characters of time, the text and LF.
+// A line consists of 24 characters of time, the text and LF.
 std::size_t LineBytes(const std::string& text) {
     return 24 + text.size() + 1;
 }
 
-// The text of the file's only line.
+// Returns the text of the file's only line.
 std::string OnlyText(const std::filesystem::path& file) {
     const std::string content = ReadFile(file);
     EXPECT_EQ(content.find('\n'), content.size() - 1);

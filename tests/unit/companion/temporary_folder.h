@@ -1,4 +1,4 @@
-// A folder of the running test's own; removed with all it holds.
+// A folder for the running test alone. The destructor removes it with its content.
 
 #ifndef PLENXSDK_TESTS_UNIT_COMPANION_TEMPORARY_FOLDER_H
 #define PLENXSDK_TESTS_UNIT_COMPANION_TEMPORARY_FOLDER_H

@@ -19,8 +19,7 @@ namespace {
 
 const std::vector<std::string> kCategories = {"archive", "file", "audio", "picture", "video"};
 
-// Natively a backslash is a character like any other, and the whole path a name in the
-// current folder.
+// Natively a backslash is an ordinary character, so the whole path is a name in the current folder.
 std::string PathOf(const std::string& category) {
     return "C:\\App\\res\\plenx\\icon\\" + category + "\\desktop.ini";
 }
@@ -126,9 +125,9 @@ TEST_F(CategoryIcons, RootOfUtf8IsUsedAsItsBytes) {
     EXPECT_THAT(IconTexts(), IsEmpty());
 }
 
-// A file that was opened but cannot be written brings no line, and the others are written.
+// A file that was opened but cannot be written gives no line, and the others are written.
 
-// While it lives, no file grows beyond the size.
+// While it lives, no file can grow beyond the size.
 class FileSizeLimit {
 public:
     explicit FileSizeLimit(rlim_t size) : signal_(std::signal(SIGXFSZ, SIG_IGN)) {

@@ -1,5 +1,5 @@
-// The engine's jobs for one service with every call of the service manager and of the RPC runtime
-// failing, once and from there on: the result, every line, and what the observer hears.
+// Tests the engine's jobs for one service while each call of the service manager and of the RPC
+// runtime fails, once and from there on. Compares the result, every line, and the notifications.
 
 #include <memory>
 #include <string>
@@ -49,9 +49,8 @@ FaultTable BeginningWith(const FaultLines& lines, FaultTable table) {
     return table;
 }
 
-/// The table with what the observer has heard, which hangs on the code alone, and what the
-/// runtime still holds. Of the rows, `requests` in number belong to requests to the service, from
-/// the first one on.
+/// Adds to the table the notifications, which depend on the code alone, and the objects that the
+/// runtime still holds. The first `requests` rows belong to requests to the service.
 template <class HeardFor>
 FaultTable Complete(FaultTable table, std::size_t first, std::size_t requests, HeardFor heard) {
     table.good.lines = table.good.lines + heard(table.good.code) + Holding({});
@@ -72,8 +71,8 @@ Request Ping(int number) {
     return {"PingService", "rpc manager ping service No:" + std::to_string(number)};
 }
 
-/// The wait for the service's answer: another ping after each that fails, 26 in all. That none
-/// is answered is no failure of the start.
+/// The wait for the service's answer sends another ping after each failure, 26 in all. The start
+/// goes on even when no ping is answered.
 FaultTable WaitForAnswer() {
     FaultTable table = Ping(0).Table();
     for (FaultRow& row : table.rows) {
@@ -97,7 +96,7 @@ FaultTable WaitForAnswer() {
     return table;
 }
 
-/// The service runs already.
+/// A start while the service runs already.
 FaultTable Start() {
     const auto failed = [](const std::string& text) {
         return [=](std::int32_t code) {
@@ -123,7 +122,7 @@ FaultTable Start() {
     return Complete(std::move(table), 5, 30, [](std::int32_t code) { return Heard(0, code == 0); });
 }
 
-/// The service runs. Whatever fails, the result is 0 and the observer hears "false".
+/// A stop of a running service. Whatever fails, the result is 0 and the observer hears "false".
 FaultTable Stop() {
     const auto failed = [](const std::string& text) {
         return [=](std::int32_t code) {
@@ -159,7 +158,7 @@ class EngineFaultTable : public EngineTest {
 protected:
     EngineFaultTable() {
         InitEngine();
-        // Each round has an observer of its own.
+        // Each round registers its own observer.
         DistributedFs::PLENXManager::GetInstance().UnregisterPLENXServiceObserver(&observer_);
     }
 

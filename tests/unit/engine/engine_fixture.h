@@ -1,4 +1,4 @@
-// The engine on a fake machine, with an observer that is registered.
+// The engine on a fake machine, with a registered observer.
 
 #ifndef UNIT_ENGINE_ENGINE_FIXTURE_H
 #define UNIT_ENGINE_ENGINE_FIXTURE_H
@@ -35,7 +35,7 @@ protected:
         return static_cast<DistributedFs::ConfigType>(number);
     }
 
-    // The engine after its Init, with nothing on record.
+    // Runs the engine's Init and clears all records.
     static void InitEngine() {
         Engine().Init("C:\\App", "C:\\Data");
         EXPECT_TRUE(FakeRpc::Get().WaitUntilListening());

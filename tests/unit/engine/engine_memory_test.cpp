@@ -1,5 +1,5 @@
-// The engine when memory runs out: an operation fails by its exception, which the job's future
-// keeps; nothing stays open or half made, and the next call works.
+// Tests the engine when memory runs out. An operation fails with an exception, which the job's
+// future keeps. Nothing stays open or half made, and the next call works.
 
 #include <gmock/gmock.h>
 
@@ -19,8 +19,8 @@ namespace {
 
 class EngineWithoutMemory : public EngineTest {
 protected:
-    /// Runs the operation with its n-th allocation failing, for n = 1, 2, ... until there is no
-    /// n-th, each time after prepare; returns how many failed with an exception.
+    /// Calls prepare, then the operation with its n-th allocation failing, for n = 1, 2, ... until
+    /// there is no n-th. Returns how many calls failed with an exception.
     template <class Prepare, class Operation>
     static unsigned WithEveryAllocationFailing(Prepare prepare, Operation operation) {
         constexpr unsigned kEndless = 5000;
@@ -76,7 +76,7 @@ TEST_F(EngineWithoutMemory, ManagerThatCannotBeMade_IsNotThere) {
     EXPECT_EQ(manager->StartPlenxService(1), 0);
 }
 
-// Nothing but lines goes lost when memory runs out at the end; the process goes on ending.
+// When memory runs out at the end, only log lines are lost, and the process goes on ending.
 TEST_F(EngineWithoutMemory, ManagerThatCannotCleanUp_EndsWithoutAnException) {
     std::unique_ptr<ServiceManager> manager;
     const unsigned exceptions = WithEveryAllocationFailing(
@@ -127,7 +127,7 @@ TEST_F(EngineWithoutMemory, DeviceOperations_LeaveNothingHeld) {
     EXPECT_EQ(Engine().LocalDeviceOnline(Type(1), "group", "device", 3, data), 0);
 }
 
-// The first Init runs out of memory in the middle of making the manager; the next one makes it.
+// The first Init runs out of memory while it makes the manager; the next one makes it.
 TEST_F(EngineWithoutMemory, InitThatFails_IsMadeGoodByTheNext) {
     FakePlatform::Get().Faults().Before("CreateServiceW", 2, [] { throw std::bad_alloc(); });
     EXPECT_THROW(Engine().Init("C:\\App", "C:\\Data"), std::bad_alloc);

@@ -46,7 +46,7 @@ std::string InvalidTypeLine(const std::string& function, const std::string& type
 class Engine_Init : public EngineTest {};
 
 TEST_F(Engine_Init, MakesTheServicesThenTheIconsThenTheListener) {
-    // An icon that cannot be written, to see when it was tried.
+    // One icon cannot be written, so its line shows when the engine tried.
     std::filesystem::create_directory("C:\\App\\res\\plenx\\icon\\video\\desktop.ini");
     Engine().Init("C:\\App", "C:\\Data");
     ASSERT_TRUE(FakeRpc::Get().WaitUntilListening());
@@ -189,11 +189,11 @@ TEST_F(EngineTest, GetStringConfigIsEmptyAndWritesNothing) {
     EXPECT_THAT(RecordedLog::Get().Texts(), IsEmpty());
 }
 
-// The settings, as a start of the service sends them.
+// The settings that a start of the service sends.
 
 class Engine_Settings : public EngineTest {
 protected:
-    // What a start of the service sends: its ids 7 and 8, in order.
+    // Returns the messages with ids 7 and 8 that a start of the service sends, in order.
     static std::vector<Bytes> Pushed(std::uint32_t type) {
         constexpr const wchar_t* kNames[] = {L"PlenxOfficeSvc", L"PlenxPcSvc", L"PlenxPhoneSvc"};
         FakePlatform::Get().Scm().SetStatus(kNames[type], SERVICE_RUNNING);

@@ -36,13 +36,13 @@ ServiceAnswer Answers(std::int32_t code) {
     return answer;
 }
 
-// The service answers requests of the id with the answer, all others with 0.
+// Makes the service answer requests of the id with the answer, and all others with 0.
 void AnswerId(std::int32_t id, const ServiceAnswer& answer) {
     FakeRpc::Get().SetService(
         [id, answer](const ServiceCall& call) { return call.msgType == id ? answer : Answers(0); });
 }
 
-// The service begins to answer pings with the one of this number.
+// Makes the service answer pings from this number on.
 void AnswerPingsFrom(int first) {
     FakeRpc::Get().SetService([first, pings = 0](const ServiceCall& call) mutable {
         return call.msgType == 19 && pings++ < first ? Raises(1722) : Answers(0);
@@ -320,7 +320,7 @@ struct DeviceOperation {
     const char* name;
     std::function<std::int32_t(PLENXManagerInner&, ServiceType)> call;
     std::int32_t msgType;
-    std::vector<MessageArg> request;  // behind the group name
+    std::vector<MessageArg> request;  // the arguments behind the group name
     const char* begin;                // with "2" for the type
     const char* error;
     const char* statusKind;

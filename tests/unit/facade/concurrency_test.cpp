@@ -1,4 +1,4 @@
-// Everything at once. What these tests find, they find under ThreadSanitizer.
+// These tests do everything at once. ThreadSanitizer finds the races.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// The facade on a fake machine, with an observer that is registered.
+// The facade on a fake machine, with a registered observer.
 
 #ifndef UNIT_FACADE_FACADE_FIXTURE_H
 #define UNIT_FACADE_FACADE_FIXTURE_H
@@ -28,7 +28,7 @@ inline DistributedFs::ConfigType Key(std::uint32_t number) {
     return static_cast<DistributedFs::ConfigType>(number);
 }
 
-/// "L3 [PLENXSDK] plenx manager " + text + the function's name.
+/// Returns "L3 [PLENXSDK] plenx manager ", the text and the function's name.
 inline std::string Info(const std::string& text, const std::string& function) {
     return "L3 [PLENXSDK] plenx manager " + text + "(DistributedFs::PLENXManager::" + function +
            ")";
@@ -38,14 +38,14 @@ inline std::string Error(const std::string& text, const std::string& function) {
            ")";
 }
 
-/// The three lines of a status that one observer handles.
+/// Returns the three lines of a status that one observer handles.
 inline std::vector<std::string> StatusLines(const std::string& values) {
     return {Info("notify status invoked " + values, "NotifyStatus"),
             Info("notify status begin", "NotifyStatus"), Info("notify status end", "NotifyStatus")};
 }
 
-/// Waits until every job that was queued before is done. Leaves lines of
-/// DeviceNameChanged and a request of id 4 behind.
+/// Waits until every earlier job is done. Leaves lines of DeviceNameChanged and a request with id 4
+/// behind.
 inline void WaitForJobs() {
     static int marks = 0;
     const std::string mark = "mark " + std::to_string(++marks);
@@ -53,7 +53,7 @@ inline void WaitForJobs() {
     EXPECT_TRUE(FakeRpc::Get().WaitForMessage(MessageOf({StringArg(mark)})));
 }
 
-/// The lines of the facade alone, without those of WaitForJobs.
+/// Returns the lines of the facade alone, without those of WaitForJobs.
 inline std::vector<std::string> FacadeTexts() {
     std::vector<std::string> texts = TextsOfClass("PLENXManager");
     texts.erase(std::remove_if(texts.begin(), texts.end(),
@@ -72,7 +72,7 @@ inline std::vector<ServiceCall> RequestsWithoutNameChanged() {
     return calls;
 }
 
-/// Before Init.
+/// The facade before Init.
 class FreshFacade : public testing::Test {
 protected:
     FreshFacade() {
@@ -88,7 +88,7 @@ protected:
     RecordingObserver observer_;
 };
 
-/// After Init, with both services running and nothing on record.
+/// The facade after Init, with both services running and all records cleared.
 class ReadyFacade : public FreshFacade {
 protected:
     ReadyFacade() {

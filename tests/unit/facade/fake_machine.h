@@ -1,5 +1,5 @@
-// A fresh machine for tests that go through Init: an install folder, a data folder, and a
-// current folder of the test's own, into which the icon files go.
+// A fresh machine for tests that run Init. It has an install folder, a data folder, and a current
+// folder for this test alone, into which the icon files go.
 
 #ifndef UNIT_FACADE_FAKE_MACHINE_H
 #define UNIT_FACADE_FAKE_MACHINE_H
@@ -34,7 +34,7 @@ private:
     std::filesystem::path folder_;
 };
 
-/// The lines of the log whose function belongs to the class, as "PLENXManagerInner".
+/// Returns the lines of the log whose function belongs to the class, such as "PLENXManagerInner".
 inline std::vector<std::string> TextsOfClass(const std::string& name) {
     std::vector<std::string> texts = RecordedLog::Get().Texts();
     const std::string mark = "(DistributedFs::" + name + "::";

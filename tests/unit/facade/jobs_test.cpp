@@ -1,4 +1,4 @@
-// The jobs on the worker: what each does for each service type.
+// Tests the jobs on the worker for each service type.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -36,10 +36,10 @@ struct Job {
     std::string pushedBegin;  // before the type
     std::string pushedEnd;    // behind it
     std::string invoked;
-    std::string invalid;  // with the type 7
+    std::string invalid;  // the line for type 7
     std::string companionCall;
     std::string companionName;
-    std::string statusKind;  // empty: no status
+    std::string statusKind;  // empty when there is no status
     std::int32_t engineRequest;
 };
 
@@ -115,7 +115,7 @@ protected:
         }
         EXPECT_EQ(observer_.Events(), expected);
     }
-    // The requests to the services that a type 1 or 2 leads to.
+    // Checks the request that a job of type 1 or 2 sends to its service.
     static void ExpectEngineRequest(const std::string& endpoint) {
         const std::vector<ServiceCall> calls = RequestsWithoutNameChanged();
         ASSERT_FALSE(calls.empty());
@@ -186,7 +186,7 @@ TEST_P(EveryJob, OfType3GoesToTheEngineAndThenToTheCompanionLibrary) {
     WaitForJobs();
     EXPECT_THAT(FakeFileManager::Get().Calls(), ElementsAre(Param().companionCall));
     if (Param().name == std::string("LocalDeviceOnline")) {
-        // The type 3 itself, for which there is no endpoint.
+        // Type 3 itself has no endpoint.
         EXPECT_THAT(requestsBefore, IsEmpty());
         EXPECT_THAT(observer_.Events(), ElementsAre("NotifyStatus(3, g, 2, false)"));
         EXPECT_THAT(TextsOfClass("PLENXManagerInner"),
@@ -220,7 +220,7 @@ INSTANTIATE_TEST_SUITE_P(Jobs, EveryJob, testing::ValuesIn(kJobs),
 
 class Jobs : public ReadyFacade {};
 
-// What a job sends to the services.
+// The requests that a job sends to the services.
 
 TEST_F(Jobs, StartCreatesTheGroupOfTheService) {
     Facade().Start(Type(1), "g", "arg");
@@ -295,8 +295,8 @@ TEST_F(Jobs, RecvRemoteMessageGoesToThePcServiceUnchanged) {
                     "(DistributedFs::RpcManager::RecvRemoteMessage)"));
 }
 
-// LocalDeviceOnline and its block of bytes. The blocks are on the heap and exactly as large
-// as they may be read.
+// LocalDeviceOnline and its block of bytes. The blocks are on the heap, and have exactly the size
+// that may be read.
 
 std::unique_ptr<std::uint8_t[]> Block(std::size_t size) {
     auto block = std::make_unique<std::uint8_t[]>(size);
@@ -397,7 +397,7 @@ TEST_F(DataBlock, CallersBufferMayBeFreedAtOnce) {
     std::shared_future<void> gate = letGo.get_future().share();
     FakeFileManager::Get().SetHook(
         [gate](const std::string&) { gate.wait_for(std::chrono::seconds(20)); });
-    Facade().Start(Type(0), "g", "a");  // keeps the worker
+    Facade().Start(Type(0), "g", "a");  // keeps the worker busy
     {
         auto block = Block(4);
         Facade().LocalDeviceOnline(Type(0), "g", "d", 4, block.get());
@@ -413,7 +413,7 @@ TEST_F(DataBlock, CallersBufferMayBeFreedAtOnce) {
 
 struct Steps {
     const char* name;
-    std::vector<std::string> steps;  // "start 0", "stop 1", ...; the last one is looked at
+    std::vector<std::string> steps;  // "start 0", "stop 1", ...; the test checks the last one
     bool allStopped;
 };
 
@@ -524,7 +524,7 @@ TEST_F(Jobs, ObserversExceptionLosesTheRestOfTheJob) {
             throw std::runtime_error("observer");
         }
     };
-    Facade().Start(Type(0), "g", "a");  // its bit is not set
+    Facade().Start(Type(0), "g", "a");  // this does not set its mark
     Facade().Stop(Type(1), "g");
     WaitForJobs();
     EXPECT_THAT(observer_.Events(),

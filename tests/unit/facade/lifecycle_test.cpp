@@ -1,4 +1,4 @@
-// Init and Destroy.
+// Tests Init and Destroy.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -23,8 +23,8 @@ const std::string kInitPushed = Info("plenx manager inner init is pushed into th
 const std::string kDestroyPushed =
     Info("plenx manager inner destroy is pushed into thread pool", "Destroy");
 
-// The facade is made when the library is loaded. What is made before it is destroyed after it, so
-// lines can be written to the very end.
+// The facade is made when the library is loaded. The logger is made before it and destroyed after
+// it, so lines can be written to the very end.
 TEST(Facade, MakesTheLoggerBeforeItself) {
     EXPECT_EQ(RecordedLog::Get().Requests(), 1U);
     EXPECT_THAT(RecordedLog::Get().Texts(), IsEmpty());
@@ -85,7 +85,7 @@ TEST_F(FreshFacade, InitDoesNotWaitForTheServiceSide) {
     EXPECT_TRUE(given) << "both calls returned only after the worker had given up";
 }
 
-// A getter answers only when the first Init is through, wherever that is at work.
+// A getter answers only when the first Init has ended, whatever that is doing.
 void ExpectGetterWaitsForInit(const std::function<void()>& getter) {
     std::promise<void> letGo;
     std::shared_future<void> gate = letGo.get_future().share();

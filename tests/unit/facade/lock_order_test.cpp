@@ -1,5 +1,5 @@
-// The order of the locks, asserted: everything that the facade can do is done, by several
-// threads, and no mutex may have been locked under another one but for the one pair that may.
+// Asserts the order of the locks. Several threads do everything that the facade can do. Only one
+// pair of mutexes may have been locked one under the other.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -66,7 +66,7 @@ TEST_F(LockOrder, OnlyTheObserverMutexIsLockedUnderAnotherOne) {
     EXPECT_THAT(LockWatch::Nestings(), testing::ElementsAre("fileManagerMutex > observerMutex"));
 }
 
-// That the watch sees an inversion at all.
+// Shows that the watch sees an inversion.
 TEST_F(LockOrder, AnObserverThatAsksForTheOfficeFolderIsSeenInvertingTheOrder) {
     observer_.hook = [](const std::string&) {
         std::string dir;

@@ -17,8 +17,8 @@ using MutexFunction = int (*)(pthread_mutex_t*);
 constexpr std::size_t kMostNames = 8;
 constexpr std::size_t kMostHeld = 16;
 
-// Everything that the lock function touches is plain and of fixed size: it runs inside of
-// allocators and before main.
+// The lock function runs inside allocators and before main, so everything that it uses is plain and
+// of fixed size.
 struct Named {
     std::atomic<const void*> mutex{nullptr};
     std::atomic<std::size_t> count{0};

@@ -1,4 +1,4 @@
-// LockWatch: which of the product's mutexes are held when another one is locked.
+// LockWatch shows which of the product's mutexes are held when another one is locked.
 //
 // The mutexes are private to their owners, so a test names them by what locks them. What is not
 // named (those of the fakes, of the standard library) is not watched. The program's own

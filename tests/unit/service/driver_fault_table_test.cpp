@@ -1,4 +1,4 @@
-// The driver upgrade with every platform call failing, and dying before every one of them.
+// Tests the driver upgrade while each platform call fails, and while the process dies before each.
 
 #include <stdexcept>
 #include <utility>
@@ -36,23 +36,24 @@ std::string NotDeleted(const std::string& file, const std::string& error) {
     return Error("delete driver " + file + " error " + error, kUpgrade);
 }
 
-/// What is special about a target, as far as the upgrade can see.
+/// The states of a target that the upgrade can distinguish.
 enum class TargetIs { kThere, kMissing, kInUse };
 
-// One file, with the lines before it. next: what the files behind it bring when nothing fails.
+// Returns the rows of one file, with the lines before it. next is the outcome of the files behind
+// it when nothing fails.
 Rows UpgradeOf(const std::string& file, TargetIs target, const FaultLines& before,
                const FaultLines& next) {
     const FaultLines aside =
         target == TargetIs::kInUse ? FaultLines{Used(file), MovedAside(file)} : FaultLines{};
     const FaultLines rest = FaultLines{Done(file)} + next;
-    // A copy that cannot be looked for is not there; nor are the others then.
+    // A copy counts as missing when the upgrade cannot look for it; then all copies do.
     const auto noCopy = [=](const Fault& fault) {
         return Outcome{0, fault.forEver ? before : before + next};
     };
     const auto notDeleted = [=](const Fault& fault) {
         switch (fault.error) {
         case ERROR_ACCESS_DENIED:
-            // Taken to be in use. A target that is not there cannot be moved aside either.
+            // The target counts as in use. A missing target cannot be moved aside either.
             if (fault.forEver) {
                 return Outcome{0, before + FaultLines{Used(file), NotMovedAside(file, "5")}};
             }
@@ -61,7 +62,8 @@ Rows UpgradeOf(const std::string& file, TargetIs target, const FaultLines& befor
             }
             return Outcome{0, before + FaultLines{Used(file), MovedAside(file)} + rest};
         case ERROR_FILE_NOT_FOUND:
-            // Taken to be missing: the new file cannot take the name that is not free.
+            // The target counts as missing, but the new file cannot take its name, which is not
+            // free.
             if (fault.forEver) {
                 return Outcome{24, before + FaultLines{NotMovedIn(file, "2")}};
             }
@@ -87,7 +89,7 @@ Rows UpgradeOf(const std::string& file, TargetIs target, const FaultLines& befor
     return rows;
 }
 
-// All three files, whose targets are alike.
+// Returns the table for three files with the same kind of target.
 FaultTable UpgradeOfAll(TargetIs target) {
     const auto lines = [=](std::size_t from, std::size_t to) {
         FaultLines all;
@@ -125,7 +127,7 @@ protected:
         return files.Exists(path) ? files.Content(path) : "-";
     }
 
-    /// What the names of each file hold: its target, its upgrade copy, its ".old".
+    /// Returns the content of each file's target, upgrade copy and ".old".
     std::vector<std::string> State() const {
         std::vector<std::string> state;
         for (const std::string& name : kFiles) {
@@ -152,8 +154,8 @@ protected:
             });
     }
 
-    // Whatever failed, each new file is either in its place or still waiting; and an old one is
-    // gone only where the target was free already or the copy could not be moved in after it.
+    // Whatever failed, each new file is either in its place or still waiting. An old one is gone
+    // only if there was none, or if the copy could not be moved in after its deletion.
     void ExpectNothingLost(TargetIs target) const {
         using testing::AnyOf;
         for (const std::string& state : State()) {
@@ -171,7 +173,8 @@ protected:
         }
     }
 
-    /// The process dies just before the n-th call that can fail; false: there was none.
+    /// Lets the process die just before the n-th call that can fail. Returns false if there is
+    /// none.
     bool DieBefore(unsigned n) {
         struct Death : std::runtime_error {
             Death() : std::runtime_error("the process ends here") {}
@@ -218,8 +221,8 @@ TEST_F(DriverFaultTable, TargetsInUse) {
     Check(TargetIs::kInUse);
 }
 
-// A process that dies in the middle of an upgrade leaves each file as it was, or without its
-// target while the new one still waits, or done. The next run completes it.
+// A process that dies in the middle of an upgrade leaves each file unchanged, or without its target
+// while the new one still waits, or finished. The next run completes the upgrade.
 
 TEST_F(DriverFaultTable, DeathBeforeAnyCall_IsMadeGoodByTheNextRun) {
     const std::string before = "old new -";

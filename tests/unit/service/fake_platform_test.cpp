@@ -1,4 +1,4 @@
-// What the fake platform promises. The numbers were taken from a real system.
+// Tests the promises of the fake platform. The numbers come from a real system.
 
 #include <direct.h>
 #include <io.h>
@@ -32,7 +32,7 @@ protected:
         EXPECT_EQ(GetLastError(), DWORD{error}); \
     } while (false)
 
-constexpr int kNotEmpty = 41;  // of the Windows C runtime
+constexpr int kNotEmpty = 41;  // the number of the Windows C runtime
 
 // Files
 

@@ -1,5 +1,5 @@
-// Every platform call of every operation on folders fails once, and from there on: the result
-// and every line.
+// Every platform call of every operation on folders fails once, and from there on. The tests
+// compare the result and every line.
 
 #include "file_fault_tables.h"
 #include "service/file_utils.h"
@@ -70,7 +70,7 @@ TEST_F(FileFaultTable, ForceRemoveOfAWorkingFolder) {
         ForceRemoveData);
 }
 
-// Whatever fails: what a link points to is never touched.
+// Whatever fails, the target of a link is never touched.
 
 TEST_F(FileFaultTable, ForceRemoveOfATreeWithALink) {
     Check(

@@ -1,4 +1,4 @@
-// What each operation on folders does when one of its platform calls fails.
+// Tables that say what each operation on folders does when one of its platform calls fails.
 
 #ifndef PLENXSDK_UNIT_SERVICE_FILE_FAULT_TABLES_H
 #define PLENXSDK_UNIT_SERVICE_FILE_FAULT_TABLES_H
@@ -21,7 +21,8 @@ const std::string kServicePath = "ServiceManager::MakeServicePath";
 using Row = FaultRow;
 using Rows = std::vector<FaultRow>;
 
-// What the operations say of a failing call. An absence is a good answer to some of them.
+// Return the lines for a failing call. Some calls may find that the path is absent, which is no
+// error.
 inline FaultLines Access(const Fault& fault) {
     return fault.IsAbsence() ? FaultLines()
                              : FaultLines{Error("access error " + fault.Errno(), kExists)};
@@ -42,24 +43,24 @@ inline FaultLines Unlink(const Fault& fault) {
     return {Error("unlink error " + fault.Errno(), kForce)};
 }
 
-// FileExists: a path that cannot be asked about counts as absent.
+// FileExists takes a path that it cannot check as absent.
 inline Outcome Missing(const Fault& fault) {
     return {0, Access(fault)};
 }
 
-// RemoveDirectoryW of a folder: one that is absent counts as removed.
+// RemoveDirectoryW takes an absent folder as removed.
 inline Outcome NotRemoved(const Fault& fault) {
     return fault.IsAbsence() ? Outcome{0, {}} : Outcome{28, Rmdir(fault.Error())};
 }
 
 const Outcome kNotEmpty = {28, Rmdir("145")};
 
-// Something of the listing has not been seen: the folder cannot be removed as it is not empty.
+// The listing ended early, so the folder is not empty and cannot be removed.
 inline Outcome Unseen(const Fault& fault) {
     return fault.forEver ? NotRemoved(fault) : kNotEmpty;
 }
 
-// All has been seen; only what comes later can still fail.
+// The listing was complete; only later calls can still fail.
 inline Outcome AllSeen(const Fault& fault) {
     return fault.forEver ? NotRemoved(fault) : Outcome{0, {}};
 }
@@ -73,10 +74,10 @@ inline FaultTable RemoveEmpty() {
          Row{"_wfindnext64i32", AllSeen, 2}, Row{"_wrmdir", NotRemoved}}};
 }
 
-/// The same of a folder that is an entry of the one to be removed. A failure of its own ends it
-/// all with a second line; one that counts as removed leaves the upper folder not empty.
+/// The same for a folder inside the one to be removed. Its failure ends the removal with a second
+/// line. When it only counts as removed, the upper folder is not empty.
 inline Rows RemoveEntryFolder(const Rows& own, bool hasContent = false) {
-    // The upper folder is left with the entry that was taken for removed.
+    // The upper folder still has the entry that counted as removed.
     const auto takenForRemoved = [](const Fault& fault, const FaultLines& lines) {
         const Outcome upper = Unseen(fault);
         return Outcome{upper.code, lines + upper.lines};
@@ -88,7 +89,7 @@ inline Rows RemoveEntryFolder(const Rows& own, bool hasContent = false) {
         return fault.IsAbsence() ? takenForRemoved(fault, {})
                                  : failed(NotRemoved(fault), fault.Errno());
     };
-    // Without its listing the entry can only be removed when it is empty.
+    // Without its listing, the entry can be removed only when it is empty.
     const auto unseen = [=](const Fault& fault) {
         if (fault.forEver) {
             return removal(fault);
@@ -124,7 +125,7 @@ inline Rows UnlinkEntry() {
     return {Row{"_wunlink", [](const Fault& fault) { return Outcome{28, Unlink(fault)}; }}};
 }
 
-// A link is removed as such; that it is gone already is no excuse.
+// The link itself is removed. It is a failure if the link is gone already.
 inline Rows RemoveLinkEntry() {
     return {Row{"_wrmdir",
                 [](const Fault& fault) { return Outcome{28, RmdirOfEntry(fault.Errno())}; }}};
@@ -164,13 +165,12 @@ inline FaultTable MakeServicePath() {
 
 // MakeSourcePath
 
-// A candidate when nothing works: it seems to be absent, cannot be made, and seems to be absent
-// again.
+// When nothing works, a candidate seems to be absent, cannot be made, and seems to be absent again.
 inline FaultLines HopelessCandidate(const Fault& fault) {
     return Access(fault) + Mkdir(fault) + Access(fault);
 }
 
-// The first candidate has failed. The next one succeeds, or all 100 fail.
+// The first candidate has failed. The next one succeeds, or all 100 others fail.
 inline Outcome NextCandidates(const Fault& fault, FaultLines lines) {
     if (!fault.forEver) {
         return {0, lines};
@@ -181,7 +181,7 @@ inline Outcome NextCandidates(const Fault& fault, FaultLines lines) {
     return {31, lines};
 }
 
-// Making the first candidate failed with the lines; it is removed again, as far as it goes.
+// Making the first candidate failed with the lines, and it is removed again as far as possible.
 inline Outcome CandidateFailed(const Fault& fault, const FaultLines& lines) {
     return NextCandidates(fault, lines + (fault.forEver ? Access(fault) : FaultLines()));
 }
@@ -194,7 +194,7 @@ inline Rows MakeCandidate() {
         Row{"_wmkdir", [](const Fault& fault) { return CandidateFailed(fault, Mkdir(fault)); }, 2}};
 }
 
-/// In a data folder that is empty.
+/// MakeSourcePath in a data folder that is empty.
 inline FaultTable MakeSourcePathAfresh() {
     const Row exists = {"_waccess", [](const Fault& fault) {
                             return fault.forEver ? NextCandidates(fault, HopelessCandidate(fault))
@@ -203,8 +203,8 @@ inline FaultTable MakeSourcePathAfresh() {
     return {{0, {}}, Rows{exists} + MakeCandidate()};
 }
 
-/// In a data folder that holds an empty folder of the first candidate's name. When it is not
-/// known to be there, it is still there when it is made, which is as good.
+/// MakeSourcePath in a data folder that has an empty folder of the first candidate's name. When the
+/// check misses that folder, making it succeeds because it exists.
 inline FaultTable MakeSourcePathOverOld() {
     const auto removed = [](const Fault& fault, const FaultLines& lines) {
         return fault.forEver ? CandidateFailed(fault, lines + Mkdir(fault)) : Outcome{0, lines};

@@ -349,7 +349,7 @@ TEST_F(FileUtilsTest, DriveAndShareRoots_AreRefusedWith28BeforeAnyListing) {
     EXPECT_TRUE(files.Exists(L"\\\\server\\share\\b"));
 }
 
-// Only the second character of it is a separator.
+// Only its second character is a separator.
 TEST_F(FileUtilsTest, RelativePathThatBeginsWithOneLetter_IsNotARoot) {
     platform.Files().AddFolder(L"a\\b");
     EXPECT_EQ(FileUtils::ForceRemoveDirectory(L"a\\b"), 0);

@@ -1,4 +1,4 @@
-// Working folders that resist, and trees that somebody has made to be awkward.
+// Tests working folders that cannot be removed, and trees that somebody has made to cause trouble.
 
 #include <pthread.h>
 
@@ -29,7 +29,7 @@ std::wstring Deep(std::wstring path, int levels, const std::wstring& name) {
     return path;
 }
 
-// Runs the action on a thread whose stack is smaller than any that the library gets.
+// Runs the action on a thread whose stack is smaller than any stack of the library.
 void RunOnSmallStack(std::function<void()> action) {
     constexpr std::size_t kStack = 512 * 1024;
     pthread_attr_t attributes;
@@ -47,7 +47,7 @@ void RunOnSmallStack(std::function<void()> action) {
 
 class HostileFolders : public ServiceManagerTest {
 protected:
-    /// The working folder that is chosen; empty when there is none.
+    /// Returns the working folder that is chosen, or an empty path when there is none.
     std::wstring Choose(const std::wstring& dataFolder = kData) {
         std::wstring out;
         return ServiceManager::MakeSourcePath(dataFolder, out) == 0 ? out : L"";
@@ -108,8 +108,8 @@ TEST_F(HostileFolders, PathOf32000Characters_IsRemoved) {
     EXPECT_THAT(files.Tree(kData), ElementsAreArray(Fresh("C:\\Data\\plenx")));
 }
 
-// How deep a tree is lies with whoever made it: the removal must not need more of the stack for
-// it. The worker's is 1 or 2 MB, and a path of 32767 characters has room for 16000 levels.
+// Somebody else decides how deep a tree is, so its depth must not cost stack. The worker's stack
+// has 1 or 2 MB, and a path of 32767 characters has room for 16000 levels.
 TEST_F(HostileFolders, AThousandLevels_AreRemovedOnASmallStack) {
     files.AddFile(Deep(L"C:\\Data\\plenx", 1000, L"d") + L"\\file");
     std::int32_t code = -1;
@@ -132,7 +132,7 @@ TEST_F(HostileFolders, FailureBelowAThousandLevels_GivesOneLinePerLevel) {
     EXPECT_TRUE(files.Exists(held));
 }
 
-// Without long paths the inner folders do not exist for us, and those above them are not empty.
+// Without long paths we cannot see the inner folders, and those above them are not empty.
 TEST_F(HostileFolders, TreeBeyondTheReachOfTheSystem_IsPassedOver) {
     files.AddFile(Deep(L"C:\\Data\\plenx", 2, std::wstring(200, L'n')) + L"\\file");
     files.LimitPaths(MAX_PATH - 1);
@@ -176,7 +176,7 @@ TEST_F(HostileFolders, FoldersOutsideAscii_AreUsedUnitByUnit) {
                 ElementsAre(install, data + L"\\plenx\\pc", L"1"));
 }
 
-// Links. What they point to is never emptied, wherever they lie.
+// Links. The library never empties the target of a link, wherever the link is.
 
 TEST_F(HostileFolders, LinkToAFolderAboveItself_IsNotFollowed) {
     files.AddFile(L"C:\\Data\\precious");
@@ -197,7 +197,7 @@ TEST_F(HostileFolders, LinksInPlaceOfTheSubfolders_AreReplaced) {
     EXPECT_THAT(files.Tree(kData), ElementsAreArray(Fresh("C:\\Data\\plenx")));
 }
 
-// The host has chosen it: its working folder goes there, and only that is emptied.
+// The host has chosen this folder. The working folder goes there, and only that is emptied.
 TEST_F(HostileFolders, DataFolderThatIsALink_IsUsedAsItIs) {
     files.AddFile(L"C:\\Target\\keep");
     files.AddFile(L"C:\\Target\\plenx\\old");

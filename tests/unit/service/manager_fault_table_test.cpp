@@ -1,4 +1,4 @@
-// Making and destroying a service manager with every platform call failing.
+// Tests making and destroying a service manager while each platform call fails.
 
 #include "file_fault_tables.h"
 #include "service_fault_tables.h"
@@ -14,7 +14,7 @@ const std::string kInstallService = "ServiceManager::InstallService";
 const std::string kUninstallService = "ServiceManager::UninstallService";
 const std::vector<std::string> kInstalled = {"PlenxPcSvc", "PlenxPhoneSvc"};
 
-/// The lines of a step: one on a failure with the code, one on success if there is any.
+/// Returns the lines of a step: one with the code on failure, and one on success if it has any.
 auto Line(const std::string& function, const std::string& failure, const std::string& success) {
     return [=](std::int32_t code) -> FaultLines {
         if (code != 0) {
@@ -46,7 +46,7 @@ std::vector<FaultStep> UninstallSteps() {
     return steps;
 }
 
-/// Its operation has no result.
+/// For an operation without a result.
 FaultTable WithoutCode(FaultTable table) {
     for (FaultRow& row : table.rows) {
         row.outcome = [outcome = row.outcome](const Fault& fault) {
@@ -68,7 +68,7 @@ protected:
 };
 
 TEST_F(ManagerFaultTable, ConstructionOnACleanMachine) {
-    // No upgrade copies: three looks, whose failures mean the same.
+    // There are no upgrade copies, so the upgrade looks three times, and a failure changes nothing.
     const FaultTable upgrade = {{0, {}}, {Row{"_waccess", Ignored({0, {}}), 3}}};
     std::vector<FaultStep> steps = {{upgrade}, {file_faults::MakeSourcePathAfresh()}};
     steps[1].endsOnFailure = true;
@@ -115,7 +115,7 @@ TEST_F(ManagerFaultTable, Destruction) {
     });
 }
 
-// A process that dies anywhere while it makes its manager, and the next one on the same machine.
+// A process dies anywhere while it makes its manager; the next one runs on the same machine.
 TEST_F(ManagerFaultTable, DeathBeforeAnyCall_IsMadeGoodByTheNextConstruction) {
     struct Death {};
     unsigned calls = 0;

@@ -1,4 +1,4 @@
-// Creating, deleting and probing services, the driver, and the checked operations.
+// Tests creating, deleting and probing services, the driver, and the checked operations.
 
 #include <atomic>
 #include <thread>

@@ -1,4 +1,4 @@
-// What the tests of the service operations share: a manager with its full table.
+// The tests of the service operations share this manager with its full table.
 
 #ifndef PLENXSDK_UNIT_SERVICE_SERVICE_CONTROL_TEST_H
 #define PLENXSDK_UNIT_SERVICE_SERVICE_CONTROL_TEST_H

@@ -1,5 +1,5 @@
-// Every platform call of every service operation fails once, and from there on: the result and
-// every line.
+// Every platform call of every service operation fails once, and from there on. The tests compare
+// the result and every line.
 
 #include "service/kill_service_process.h"
 #include "service_control_test.h"
@@ -18,7 +18,7 @@ protected:
     using Manager = std::unique_ptr<ServiceManager>;
     using Operation = std::int32_t (ServiceManager::*)(std::int32_t);
 
-    /// A manager on a machine whose PC service the setting has dealt with.
+    /// A manager on a machine whose PC service the setting has prepared.
     template <class Setting>
     auto After(Setting setting) {
         return [=] {

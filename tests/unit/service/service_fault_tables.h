@@ -1,5 +1,5 @@
-// What each operation on one service does when one of its platform calls fails; for the row of
-// the PC service where no other is named.
+// Tables that say what each operation on one service does when one of its platform calls fails.
+// They are for the row of the PC service where they name no other.
 
 #ifndef PLENXSDK_UNIT_SERVICE_SERVICE_FAULT_TABLES_H
 #define PLENXSDK_UNIT_SERVICE_SERVICE_FAULT_TABLES_H
@@ -23,12 +23,12 @@ const std::string kKill = "KillServiceProcess";
 
 using Row = FaultRow;
 
-/// A failure that nobody needs to hear of.
+/// A failure that has no effect.
 inline auto Ignored(Outcome good) {
     return [good = std::move(good)](const Fault&) { return good; };
 }
 
-/// The lines before, then one failure with its error, which ends the operation.
+/// A failure that ends the operation: the lines before it, then one with the error.
 inline auto Ends(std::int32_t code, const std::string& text, const std::string& function,
                  FaultLines before = {}) {
     return [=](const Fault& fault) {
@@ -62,7 +62,7 @@ inline std::string WaitError(const Fault& fault) {
 
 // Create
 
-// Any failure to open counts as not registered; the service manager then answers that it is.
+// Any failure to open counts as not registered; the creation then fails because the service exists.
 inline FaultTable CreateRegistered() {
     return {{0, {Info("sevice has been created", kCreate)}},
             {ManagerOf(kCreate),
@@ -84,7 +84,7 @@ inline FaultTable CreateNew() {
 
 // Start
 
-// The process is only looked at so that it is known again later.
+// The start only looks at the process to recognise it later.
 inline FaultTable StartRunning() {
     const Outcome good{0, {Info("service is running", kStart)}};
     return {good,
@@ -109,13 +109,13 @@ inline FaultTable StartStopped() {
          Row{"OpenProcess", Ignored(good)}, Row{"GetProcessTimes", Ignored(good)}}};
 }
 
-// The process that was last seen running is still there. That it may be another one by now is
-// looked at first; when that cannot be told, it is ended like any other.
+// The process that was last seen still exists. The start first checks whether its id belongs to
+// another process by now; when it cannot check, it ends the process.
 inline FaultTable StartWithLingeringProcess(DWORD process) {
     const FaultLines kill = {KillLine(process)};
     const FaultLines started = {Info("start service successful", kStart)};
     const Outcome good{0, kill + started};
-    // Of all that follows nothing works either.
+    // All later calls fail as well.
     const auto refused = [=](const Fault& fault, FaultLines failure) {
         const FaultLines start = {Error("start service error " + fault.Error(), kStart)};
         return fault.forEver ? Outcome{5, kill + failure + start}
@@ -146,8 +146,8 @@ inline FaultTable StartWithLingeringProcess(DWORD process) {
          Row{"OpenProcess", Ignored(good)}, Row{"GetProcessTimes", Ignored(good)}}};
 }
 
-// It reports stop pending twice before it has stopped. A wait that cannot ask ends early, and the
-// service manager then refuses the start of a service that still runs.
+// It reports stop pending twice before it has stopped. When the wait cannot query, it ends early,
+// and the service manager then refuses the start of a service that still runs.
 inline FaultTable StartStopping() {
     FaultTable table = StartStopped();
     const FaultLines kill = {KillLine(0)};
@@ -180,8 +180,8 @@ inline FaultTable StopNotRegistered() {
     return {{2, {Error("open service error 1060", kStop)}}, {ManagerOf(kStop), ServiceOf(kStop)}};
 }
 
-// It reports stop pending twice before it has stopped. A wait that cannot ask ends early, and the
-// process is ended; after the last poll there is none any more.
+// It reports stop pending twice before it has stopped. When the wait cannot query, it ends early,
+// and the process is ended. After the last poll there is no process any more.
 inline FaultTable StopRunning(DWORD process) {
     const FaultLines done = {Info("stop service successful", kStop)};
     const auto forced = [=](const std::string& ifOnce) {
@@ -203,7 +203,7 @@ inline FaultTable StopRunning(DWORD process) {
              Row{"QueryServiceStatusEx", forced(CannotOpen(process, "87"))}}};
 }
 
-// It ignores the request, so that its process is ended.
+// It ignores the request, so its process is ended.
 inline FaultTable StopByForce(DWORD process) {
     const FaultLines force = {Info("force stop service", kStop), KillLine(process)};
     const FaultLines done = {Info("stop service successful", kStop)};
@@ -226,7 +226,8 @@ inline FaultTable StopByForce(DWORD process) {
              Row{"OpenProcess", cannot(CannotOpen)}, Row{"TerminateProcess", cannot(CannotKill)}}};
 }
 
-// A service that stops of itself before the request refuses it; so does one that is still at it.
+// A service that stops by itself before the request refuses it, and so does one that is still
+// stopping.
 inline FaultTable StopStopping() {
     const auto wait = [](const std::string& refusal) {
         return [=](const Fault& fault) {
@@ -258,7 +259,7 @@ inline FaultTable DeleteRunning(const std::string& name) {
     return table;
 }
 
-// isServiceAlive; the code is 1 when it is. A service that cannot be asked is not alive.
+// isServiceAlive; the code is 1 when it is alive. A service that cannot be queried is not alive.
 
 inline FaultTable AliveOf(Outcome good) {
     FaultTable table{std::move(good), {ManagerOf(kAlive), ServiceOf(kAlive), QueryOf(kAlive)}};
@@ -270,8 +271,8 @@ inline FaultTable AliveOf(Outcome good) {
     return table;
 }
 
-// The driver, which has no process and needs no time. That it cannot be created does not keep it
-// from being started.
+// The driver, which has no process and needs no time. Its start follows even when its creation
+// failed.
 
 inline FaultTable StartDriverRow() {
     const FaultLines kill = {KillLine(0)};
@@ -297,7 +298,7 @@ inline FaultTable StartDokanRegistered() {
         {{CreateRegistered(), AfterDriverCreate}, {StartDriverRow(), AfterDriverStart, true}});
 }
 
-// Without the registration that failed there is nothing to open.
+// The registration failed, so there is nothing to open.
 inline FaultTable StartDokanNew() {
     FaultTable table =
         InSequence({{CreateNew(), AfterDriverCreate}, {StartDriverRow(), AfterDriverStart, true}});
@@ -317,7 +318,7 @@ inline FaultTable StartDokanNew() {
     return table;
 }
 
-/// StartPlenxService and StopPlenxService: the operation, and a line about its result.
+/// StartPlenxService and StopPlenxService run the operation and write a line about its result.
 inline FaultTable Checked(const std::string& verb, const std::string& function, FaultTable table) {
     const auto line = [=](std::int32_t code) {
         const std::string text = verb + " plenx service PlenxPcSvc ";

@@ -1,5 +1,5 @@
-// Each service operation with each of its platform calls failing, from every state of the
-// service that takes another way through it.
+// Tests each service operation while each of its platform calls fails, from every state of the
+// service that takes another path through it.
 
 #include "service_control_test.h"
 
@@ -12,7 +12,7 @@ class EveryFailureTest : public ServiceManagerTest {
 protected:
     using Operation = std::int32_t (ServiceManager::*)(std::int32_t);
 
-    /// With the PC service in the state; 0: not registered.
+    /// Tries the operation with the PC service in the state; in state 0 it is not registered.
     void Try(Operation operation, DWORD state, const std::vector<std::int32_t>& codes) {
         SCOPED_TRACE(testing::Message() << "in state " << state);
         const unsigned calls = WithEveryCallFailing(
@@ -22,7 +22,7 @@ protected:
                 if (state == 0) {
                     manager->DeleteServiceByIndex(kPc);
                 } else {
-                    // Once through, so that there is a process to end before a start.
+                    // This start leaves a process that the next one must end.
                     manager->StartServiceByIndex(kPc);
                     scm.SetStatus(kPcName, state, 0, 100);
                 }

@@ -1,4 +1,4 @@
-// A machine on which a ServiceManager can be made.
+// A machine on which tests can make a ServiceManager.
 
 #ifndef PLENXSDK_UNIT_SERVICE_SERVICE_MANAGER_TEST_H
 #define PLENXSDK_UNIT_SERVICE_SERVICE_MANAGER_TEST_H
@@ -30,7 +30,7 @@ protected:
         return std::make_unique<DistributedFs::ServiceManager>(kInstall, kData);
     }
 
-    /// A manager whose table is empty, because a driver file could not be replaced.
+    /// Makes a manager with an empty table, because a driver file could not be replaced.
     std::unique_ptr<DistributedFs::ServiceManager> MakeEmptyManager() {
         files.AddFile(kInstall + L"\\upgrade\\dokan1.sys");
         files.AddFile(kInstall + L"\\dokan1.sys");
@@ -38,7 +38,7 @@ protected:
         return MakeManager();
     }
 
-    /// Something in the folder cannot be removed.
+    /// Puts something into the folder that cannot be removed.
     void Block(const std::wstring& folder) {
         files.AddFile(folder + L"\\held");
         files.Give(folder + L"\\held", FileTrait::kHeldOpen);

@@ -1,5 +1,5 @@
-// What the tests of the service room share: a fresh machine for each test, the lines as the
-// log shows them, and running an operation against every possible failure.
+// The tests of the service code share this: a fresh machine for each test, the lines as the log
+// shows them, and a way to run an operation against every possible failure.
 
 #ifndef PLENXSDK_UNIT_SERVICE_SERVICE_ROOM_TEST_H
 #define PLENXSDK_UNIT_SERVICE_SERVICE_ROOM_TEST_H
@@ -16,7 +16,7 @@
 
 using Texts = std::vector<std::string>;
 
-/// A whole line of progress, or of a failure, as RecordedLog::Texts has it.
+/// Both return a whole line, of progress or of a failure, in the form of RecordedLog::Texts.
 inline std::string Info(const std::string& text, const std::string& function) {
     return "L3 [PLENXSDK] " + text + "(DistributedFs::" + function + ")";
 }
@@ -35,7 +35,7 @@ protected:
         RecordedLog::Get().Clear();
     }
 
-    /// Forgets what was recorded so far, to look at the next operation alone.
+    /// Clears the records, so that they show the next operation alone.
     void LookFromHere() {
         platform.ForgetCalls();
         RecordedLog::Get().Clear();
@@ -49,9 +49,9 @@ protected:
                                  "DeleteService", "CloseServiceHandle"});
     }
 
-    /// Runs the operation with its n-th platform call failing, for n = 1, 2, ... until it
-    /// makes no n-th call; each time once only and then for ever, each on a fresh machine.
-    /// Returns how many calls could be made to fail.
+    /// Runs the operation with its n-th platform call failing, for n = 1, 2, ... until it makes no
+    /// n-th call. For each n the call fails once in one round and for ever in the next, each on a
+    /// fresh machine. Returns how many calls could be made to fail.
     template <class Prepare, class Operate>
     unsigned WithEveryCallFailing(Prepare prepare, Operate operate) {
         constexpr unsigned kEndless = 5000;

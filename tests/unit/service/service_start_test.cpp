@@ -1,4 +1,4 @@
-// Starting the service of a row, and the process of its earlier run.
+// Tests starting the service of a row, and ending the process of its earlier run.
 
 #include "service_control_test.h"
 
@@ -61,7 +61,8 @@ TEST_F(StartServiceTest, ServiceThatNeverStops_IsNotStarted) {
     PcIs(SERVICE_STOP_PENDING, 0, 1000);
     EXPECT_EQ(manager->StartServiceByIndex(kPc), 5);
     EXPECT_THAT(Lines(), ElementsAre(Kill(0), Error("start service error 1056", kStart)));
-    EXPECT_EQ(platform.Clock().Now(), 1005U);  // its own hint, in steps of 5 ms
+    EXPECT_EQ(platform.Clock().Now(),
+              1005U);  // it waits for the service's own hint, in steps of 5 ms
 }
 
 TEST_F(StartServiceTest, RefusedStart_Returns5) {
@@ -145,7 +146,7 @@ TEST_F(StartServiceTest, QueryInTheWaitFailing_LogsBothLinesAndReturns5) {
                                      Error("wait service status error", kStart)));
 }
 
-// What happens to the process that the manager last saw
+// The process that the manager last saw
 
 TEST_F(LingeringProcessTest, ProcessOfAStoppedService_IsEndedBeforeTheNextStart) {
     scm.ScriptStart(kPcName, {{0, SERVICE_RUNNING, 0, 0, processes.Start(4242)}});

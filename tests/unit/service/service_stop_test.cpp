@@ -1,4 +1,4 @@
-// Stopping the service of a row, by force if need be.
+// Tests stopping the service of a row, by force if necessary.
 
 #include "service_control_test.h"
 

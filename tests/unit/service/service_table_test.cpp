@@ -89,7 +89,7 @@ TEST_F(ServiceTableTest, CleanMachine_LogsEveryStepInOrder) {
 }
 
 TEST_F(ServiceTableTest, SecondConstructionOnTheSameMachine_FindsServicesAndDriver) {
-    MakeManager();  // uninstalls the two services again, the driver stays
+    MakeManager();  // uninstalls the two services again; the driver stays
     scm.AddService(L"PlenxPcSvc");
     scm.AddService(L"PlenxPhoneSvc");
     LookFromHere();
@@ -165,7 +165,7 @@ TEST_F(ServiceTableTest, EveryWorkingFolderBlocked_LeavesTheTableEmptyAndDoesNoS
         EXPECT_EQ(manager->StopPlenxService(kPc), 16);
         LookFromHere();
     }
-    EXPECT_THAT(platform.Calls(), IsEmpty());  // nothing to undo, plenx99 least of all
+    EXPECT_THAT(platform.Calls(), IsEmpty());  // there is nothing to undo, not even plenx99
     EXPECT_THAT(Lines(), IsEmpty());
     EXPECT_TRUE(files.Exists(L"C:\\Data\\plenx99\\held"));
 }

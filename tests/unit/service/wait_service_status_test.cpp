@@ -1,4 +1,4 @@
-// The polling of a service's status, on the virtual clock: only sleeping takes time.
+// Tests the polling of a service's status on the virtual clock, on which only sleeping takes time.
 
 #include "service/service_manager.h"
 #include "service_room_test.h"

@@ -1,4 +1,4 @@
-// Choosing the working folder and making the folders of the services in it.
+// Tests choosing the working folder and making the folders of the services in it.
 
 #include "service_manager_test.h"
 
@@ -130,7 +130,8 @@ TEST_F(MakeSourcePathTest, EmptyDataFolder_Returns31WithoutACall) {
     EXPECT_THAT(Lines(), IsEmpty());
 }
 
-// Where the system sees the path end, each candidate would be the data folder itself.
+// The system takes the NUL as the end of the path, so each candidate would be the data folder
+// itself.
 TEST_F(MakeSourcePathTest, DataFolderWithANul_Returns31WithoutACall) {
     std::wstring out;
     EXPECT_EQ(ServiceManager::MakeSourcePath(std::wstring(L"C:\\Data\0", 8), out), 31);

@@ -7,7 +7,7 @@
 namespace PlenxSupport {
 namespace {
 
-// One character of each length, the last one a pair of surrogates in UTF-16.
+// One character of each length. The last one is a pair of surrogates in UTF-16.
 constexpr char kOfEachLength[] = "a\xC3\xA4\xE2\x82\xAC\xF0\x9F\x98\x80";
 
 TEST(IsUtf8, TakesTextOfEveryLengthOfCharacter) {
