@@ -70,6 +70,11 @@ const std::vector<Command>& Commands() {
          "stop, true) if no start of office or all is left; only stop all takes back a start of\n"
          "all. It does not tell whether a PC or phone service still runs.",
          "stop pc home", ParseStop},
+        {kServices, "end-process", "SERVICE", "End the process of a service by force.",
+         "For one that hangs: ask the service manager for its process, and end that.",
+         "0: ended. Otherwise a Windows error, such as 1062: the service does not run",
+         "That of the call that the service has not answered, and then those of the calls behind.",
+         "end-process pc", ParseEndProcess},
 
         {kDevices, "local-online", "SERVICE GROUP DEVICE DATA [SIZE]", "This device is online.",
          "DATA: hex:00ff, bytes:N (00 01 02 ...), null, null:N or a text. SIZE, if given, is told\n"

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "platform.h"
 #include "plenxsdk/plenx_manager.h"
 
 namespace PlenxHost {
@@ -106,6 +107,19 @@ Action ParseStop(Arguments& arguments) {
     const ServiceType service = arguments.TakeServiceType();
     const std::string group = arguments.TakeText("group");
     return [=](Session&) { return Number(Manager().Stop(service, group)); };
+}
+
+// The library has no part in it.
+Action ParseEndProcess(Arguments& arguments) {
+    const ServiceType service = arguments.TakeServiceType();
+    const char* const name = service == DistributedFs::kPcService       ? "PlenxPcSvc"
+                             : service == DistributedFs::kPhoneService  ? "PlenxPhoneSvc"
+                             : service == DistributedFs::kOfficeService ? "PlenxOfficeSvc"
+                                                                        : nullptr;
+    if (!name) {
+        throw ScriptError("the service is office, pc or phone");
+    }
+    return [=](Session&) { return Number(EndServiceProcess(name)); };
 }
 
 Action ParseLocalOnline(Arguments& arguments) {

@@ -16,6 +16,7 @@ Action ParseSetString(Arguments& arguments);
 Action ParseSetInt(Arguments& arguments);
 Action ParseStart(Arguments& arguments);
 Action ParseStop(Arguments& arguments);
+Action ParseEndProcess(Arguments& arguments);
 Action ParseLocalOnline(Arguments& arguments);
 Action ParseRemoteOnline(Arguments& arguments);
 Action ParseLocalOffline(Arguments& arguments);

@@ -35,6 +35,10 @@ private:
     unsigned int consoleCodePage_ = 0;
 };
 
+/// Ends the process of a service by force; the service manager knows which one it is.
+/// @return 0 or a Windows error.
+std::uint32_t EndServiceProcess(const std::string& service);
+
 /// Ends the process at once, whatever its threads do; DLLs are still told.
 [[noreturn]] void EndProcess(int exitCode);
 

@@ -7,10 +7,14 @@
 #include <cstdlib>
 
 #include "platform.h"
+#include "support/handle.h"
 #include "wide.h"
 
 namespace PlenxHost {
 namespace {
+
+using PlenxSupport::Handle;
+using PlenxSupport::ServiceHandle;
 
 bool IsConsole(DWORD standardHandle) {
     DWORD mode = 0;
@@ -114,6 +118,23 @@ StandardStreams::~StandardStreams() {
 
 bool StandardStreams::ReadLine(std::string& line) const {
     return inputIsConsole_ ? ReadConsoleLine(line) : ReadPipeLine(line);
+}
+
+std::uint32_t EndServiceProcess(const std::string& service) {
+    const ServiceHandle manager(OpenSCManagerW(nullptr, nullptr, SC_MANAGER_CONNECT));
+    const ServiceHandle opened(
+        OpenServiceW(manager.Get(), Utf8ToWide(service).c_str(), SERVICE_QUERY_STATUS));
+    SERVICE_STATUS_PROCESS status{};
+    DWORD needed = 0;
+    if (!QueryServiceStatusEx(opened.Get(), SC_STATUS_PROCESS_INFO,
+                              reinterpret_cast<BYTE*>(&status), sizeof status, &needed)) {
+        return GetLastError();
+    }
+    if (status.dwProcessId == 0) {
+        return ERROR_SERVICE_NOT_ACTIVE;
+    }
+    const Handle process(OpenProcess(PROCESS_TERMINATE, FALSE, status.dwProcessId));
+    return TerminateProcess(process.Get(), 1) ? ERROR_SUCCESS : GetLastError();
 }
 
 void EndProcess(int exitCode) {

@@ -148,6 +148,15 @@ TEST_F(CommandsTest, UsageErrorsNameTheUsage) {
     EXPECT_EQ(Complaint("strat"), "unknown command \"strat\"; help lists them all");
 }
 
+TEST_F(CommandsTest, EndProcessGoesToTheSystemAndNotToTheLibrary) {
+    EXPECT_THAT(Calls("end-process pc"), IsEmpty());
+    EXPECT_EQ(session_.Last().number, 0);
+    EXPECT_THAT(Calls("end-process phone"), IsEmpty());
+    EXPECT_EQ(session_.Last().number, 1062);
+    EXPECT_EQ(Complaint("end-process all"),
+              "the service is office, pc or phone; usage: end-process SERVICE");
+}
+
 TEST_F(CommandsTest, EveryCommandIsInTheHelp) {
     const std::string overview = CommandOverview();
     for (const Command& command : Commands()) {

@@ -17,6 +17,11 @@ bool StandardStreams::ReadLine(std::string&) const {
     return false;
 }
 
+// Here the only service that runs is that of the PC.
+std::uint32_t EndServiceProcess(const std::string& service) {
+    return service == "PlenxPcSvc" ? 0 : 1062;
+}
+
 void EndProcess(int exitCode) {
     std::_Exit(exitCode);
 }
