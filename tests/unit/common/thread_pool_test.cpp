@@ -326,8 +326,8 @@ TEST(ThreadPool, PoolsAreDestroyedWithJobsInFlightWithoutALostWakeUp) {
             last = pool.Enqueue([&ran] { ++ran; });
             ++queued;
         }
-        if (i % 50 ==
-            4) {  // on a busy machine a pool may end before it runs a job, but not this one
+        // On a busy machine other pools may end before they run a job, but not this one.
+        if (i % 50 == 4) {
             EXPECT_TRUE(IsReady(last));
         }
     }

@@ -61,8 +61,8 @@ TEST_F(StartServiceTest, ServiceThatNeverStops_IsNotStarted) {
     PcIs(SERVICE_STOP_PENDING, 0, 1000);
     EXPECT_EQ(manager->StartServiceByIndex(kPc), 5);
     EXPECT_THAT(Lines(), ElementsAre(Kill(0), Error("start service error 1056", kStart)));
-    EXPECT_EQ(platform.Clock().Now(),
-              1005U);  // it waits for the service's own hint, in steps of 5 ms
+    // It waits for the service's own hint, in steps of 5 ms.
+    EXPECT_EQ(platform.Clock().Now(), 1005U);
 }
 
 TEST_F(StartServiceTest, RefusedStart_Returns5) {
