@@ -85,14 +85,15 @@ const char kUsage[] =
     "  plenxservice --console office|pc|phone [--install DIR] [--data DIR]\n"
     "               [--scenario FILE] [--seconds N]\n"
     "\n"
-    "  --install DIR    where plenxservice.toml may lie (default: the program's folder)\n"
-    "  --data DIR       where service.log is written (default: console\\<name> in there)\n"
-    "  --scenario FILE  what the service does, instead of the one that plenxservice.toml names\n"
+    "  --install DIR    the folder of plenxservice.toml (default: the program's folder)\n"
+    "  --data DIR       the folder of service.log (default: console\\<name> in the install "
+    "folder)\n"
+    "  --scenario FILE  the scenario to play, instead of the one that plenxservice.toml names\n"
     "  --seconds N      ends after N seconds (default: at Ctrl-C)\n"
     "\n"
-    "A scenario file or a plenxservice.toml is looked through, and its mistakes told, by\n"
+    "To find the mistakes in a scenario file or in a plenxservice.toml:\n"
     "  plenxservice --check FILE\n"
-    "which ends with 0 when there are none, else with 2.\n";
+    "ends with 0 when there are none, else with 2.\n";
 
 CommandLine ParseCommandLine(const std::vector<std::wstring>& arguments,
                              const std::wstring& programFolder) {

@@ -1,4 +1,4 @@
-// What the command line asks for.
+// Parses the command line.
 
 #ifndef PLENXSERVICE_COMMAND_LINE_H
 #define PLENXSERVICE_COMMAND_LINE_H
@@ -13,14 +13,14 @@ namespace PlenxService {
 
 struct CommandLine {
     bool help = false;
-    std::optional<Identity> console;  // none: run as a service
-    std::optional<unsigned> seconds;  // none: until Ctrl-C
-    std::wstring scenario;            // empty: none but what the control file names
-    std::wstring check;               // not empty: a scenario file to look through
-    std::string error;                // not empty: how the program is not used
+    std::optional<Identity> console;  // without it, run as a service
+    std::optional<unsigned> seconds;  // without it, until Ctrl-C
+    std::wstring scenario;            // when empty, the one that the control file names
+    std::wstring check;               // when not empty, a scenario file to check
+    std::string error;                // when not empty, what is wrong with the usage
 };
 
-/// arguments: without the program's name. programFolder: the default install folder.
+/// The arguments do not include the program's name. programFolder is the default install folder.
 CommandLine ParseCommandLine(const std::vector<std::wstring>& arguments,
                              const std::wstring& programFolder);
 

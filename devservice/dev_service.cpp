@@ -14,9 +14,9 @@ namespace {
 constexpr DWORD kStartHint = 3000;
 constexpr DWORD kStopHint = 2000;
 constexpr DWORD kProgressInterval = 100;
-// The library gives a stop two seconds; what is queued for it gets a part of them.
+// The library gives a stop two seconds. The queued notifications get a part of them.
 constexpr DWORD kLastNotifications = 500;
-// A service that is told to hang ends all the same, but later than anybody waits for it.
+// A service that is told to hang still ends, but later than anybody waits for it.
 constexpr DWORD kForEver = 60 * 1000;
 
 }  // namespace
@@ -66,7 +66,7 @@ bool DevService::Start() {
     return true;
 }
 
-// As a service that crashes before it runs: "die" tells nobody.
+// Ends like a service that crashes before it runs; "die" reports nothing.
 void DevService::EndAtStart(const Values& start) {
     const bool crashes = start.Flag("crash");
     if (!crashes && !start.Flag("die")) {
@@ -79,7 +79,7 @@ void DevService::EndAtStart(const Values& start) {
     TerminateProcess(GetCurrentProcess(), 3);
 }
 
-// What [start] wants of the start; without it, nothing but one step forward.
+// Does what [start] says, or takes one step forward when there is no [start].
 bool DevService::StartUnpunctually(const Values& start) {
     const auto hint = static_cast<DWORD>(start.Number("hint_ms", kStartHint));
     status_.Pending(SERVICE_START_PENDING, hint);
@@ -116,7 +116,7 @@ bool DevService::ServeEndpoint(const Values& start) {
     return true;
 }
 
-// Waits, and reports that it goes on.
+// Waits, and reports progress.
 void DevService::Progress(DWORD state, DWORD waitHint, DWORD milliseconds) {
     const ULONGLONG end = GetTickCount64() + milliseconds;
     for (ULONGLONG now; (now = GetTickCount64()) < end;) {
@@ -141,7 +141,7 @@ void DevService::RequestStop() {
     StopNow();
 }
 
-// The library may itself be ending and answer nobody any more, so nothing here waits long.
+// The library may be ending itself and answer nobody any more, so nothing here waits long.
 void DevService::End() {
     scenario_.Stopping();
     const Values stop = scenario_.Stop();

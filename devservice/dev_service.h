@@ -1,4 +1,4 @@
-// One running service with all its parts, from its start to its end. The same under the
+// One running service with all its parts, from its start to its end. It is the same under the
 // Service Control Manager and on the console.
 
 #ifndef PLENXSERVICE_DEV_SERVICE_H
@@ -16,18 +16,19 @@ namespace PlenxService {
 
 class DevService {
 public:
-    /// status outlives this. scenario: a file; empty: the one that the control file names.
+    /// The status must outlive this. The scenario is a file; when it is empty, the control file
+    /// names it.
     DevService(Identity identity, ServiceStatus& status, bool toConsole,
                std::wstring scenario = {});
 
-    /// Starts, serves until stopped, ends and reports each step. Once.
-    /// @return 0 when it came to running and ended as it should.
+    /// Starts, serves until stopped, ends, and reports each step. Call it once.
+    /// @return 0 when the service ran and ended as it should.
     int Run();
 
-    /// The stop control, on any thread: returns at once.
+    /// Handles the stop control, on any thread, and returns at once.
     void RequestStop();
 
-    /// Ends Run without a word to anybody, after some time on the console.
+    /// Ends Run after the given time on the console, without a stop control.
     void StopNow() { SetEvent(stop_.Get()); }
 
 private:

@@ -1,5 +1,5 @@
-/* The service's RPC endpoint. The runtime's calls go to PlenxAnswerRequest on its own threads,
- * up to ten at once. */
+/* The service's RPC endpoint. The runtime calls PlenxAnswerRequest on its own threads, up to ten at
+ * once. */
 
 #ifndef PLENXSERVICE_ENDPOINT_H
 #define PLENXSERVICE_ENDPOINT_H
@@ -12,11 +12,11 @@ namespace PlenxService {
 
 class Peer;
 
-/// Serves the endpoint with the peer until the process ends; once per process.
-/// @return 0, or the RPC status of what failed.
+/// Serves the endpoint with the peer until the process ends. Call it once per process.
+/// @return 0, or the RPC status of the failure.
 long Serve(const std::wstring& endpoint, Peer& peer);
 
-/// No new requests come in; those that are running go on.
+/// Lets no new requests in; those that are running go on.
 void StopServing();
 
 }  // namespace PlenxService
@@ -27,7 +27,7 @@ extern "C" {
 #define PLENXSERVICE_NOEXCEPT
 #endif
 
-/* @return a fault to be raised, or 0: the other results count. */
+/* @return a fault to raise, or 0 when the other results count. */
 unsigned long PlenxAnswerRequest(long msgType, long msgSize, const unsigned char* msg,
                                  long* respSize, unsigned char** resp,
                                  long* result) PLENXSERVICE_NOEXCEPT;

@@ -1,4 +1,4 @@
-/* The server routine, in C: a fault that is to be raised must not pass C++ frames. */
+/* The server routine is in C, because a fault that it raises must not pass C++ frames. */
 
 #include "endpoint.h"
 #include "rpc/interface/service_interface.h"

@@ -1,4 +1,4 @@
-// Bytes that are written as pairs of hexadecimal digits.
+// Reads bytes that are written as pairs of hexadecimal digits.
 
 #ifndef PLENXSERVICE_HEX_BYTES_H
 #define PLENXSERVICE_HEX_BYTES_H
@@ -9,7 +9,7 @@
 
 namespace PlenxService {
 
-/// Blanks do not matter. @return false when the text is nothing of the kind.
+/// Ignores blanks. @return false when the text contains anything else.
 bool ParseBytes(std::string_view text, std::vector<std::uint8_t>& bytes);
 
 }  // namespace PlenxService

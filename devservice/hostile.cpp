@@ -28,7 +28,7 @@ struct BrokenMessage {
     Bytes message;
 };
 
-// Whatever the id, these are no messages.
+// These are not messages, whatever the id.
 const std::vector<BrokenMessage>& BrokenMessages() {
     static const std::vector<BrokenMessage> all = {
         {"no bytes", {}},
@@ -55,7 +55,7 @@ struct NastyMessage {
     Arguments arguments;
 };
 
-// Well-formed messages whose values are bad.
+// These messages are well-formed, but their values are bad.
 std::vector<NastyMessage> NastyMessages() {
     std::vector<NastyMessage> all = {
         {"empty text", PlenxWire::kSendLocalMessage, {-1, -1, std::string()}},

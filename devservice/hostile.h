@@ -1,4 +1,4 @@
-// Notifications that no honest service sends, to try the library's server with.
+// Notifications that no honest service sends, to test the library's server.
 
 #ifndef PLENXSERVICE_HOSTILE_H
 #define PLENXSERVICE_HOSTILE_H
@@ -7,7 +7,7 @@
 
 namespace PlenxService {
 
-/// All of them, each with a remark.
+/// Returns all of them, each with a remark.
 Notifications HostileNotifications();
 
 }  // namespace PlenxService

@@ -1,5 +1,5 @@
-// Which of the three services this process is, and where it works: what the library hands
-// over when it starts the service, or what the command line says.
+// Says which of the three services this process is, and where it works. The library hands this over
+// when it starts the service; on the console it comes from the command line.
 
 #ifndef PLENXSERVICE_IDENTITY_H
 #define PLENXSERVICE_IDENTITY_H
@@ -22,10 +22,10 @@ struct Identity {
 /// @return nothing unless row is 0, 1 or 2.
 std::optional<Identity> MakeIdentity(int row, std::wstring installFolder, std::wstring dataFolder);
 
-/// -1: there is no such service.
+/// Returns -1 when there is no such service.
 int RowOf(std::wstring_view nickname);
 
-/// The arguments after the service name: install folder, data folder, row digit.
+/// Takes the arguments after the service's name: install folder, data folder, row digit.
 std::optional<Identity> IdentityFromStartArguments(const std::vector<std::wstring>& arguments);
 
 }  // namespace PlenxService

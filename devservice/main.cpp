@@ -54,7 +54,7 @@ DWORD WINAPI StopLater(void* seconds) {
 
 int RunOnConsole(const PlenxService::CommandLine& line) {
     SetConsoleOutputCP(CP_UTF8);
-    // Kept until the process ends: late requests may still come in.
+    // This lives until the process ends, because late requests may still come in.
     auto& status = *new PlenxService::ServiceStatus;
     onConsole = new PlenxService::DevService(*line.console, status, true, line.scenario);
     SetConsoleCtrlHandler(OnConsoleEvent, TRUE);

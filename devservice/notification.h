@@ -14,8 +14,8 @@ namespace PlenxService {
 struct Notification {
     std::int32_t id;
     PlenxWire::Bytes message;
-    std::string remark;         // what is hostile about it; empty: nothing
-    unsigned scenarioLine = 0;  // of the table that begins with it; 0: there is none
+    std::string remark;         // what is hostile about it, if anything
+    unsigned scenarioLine = 0;  // the line of the table that begins with it, or 0
 };
 
 using Notifications = std::vector<Notification>;

@@ -26,7 +26,7 @@ PlenxManagerReply CallManager(const Notification& notification) {
         return reply;
     }
     plenxManagerBinding = binding.Get();
-    // a message of no bytes still needs an address
+    // An empty message still needs an address.
     static const unsigned char kNothing[1] = {};
     const PlenxWire::Bytes& message = notification.message;
     PlenxCallManager(notification.id, static_cast<long>(message.size()),
@@ -69,7 +69,7 @@ void NotificationSender::Enqueue(const Notifications& notifications, DWORD delay
         const ULONGLONG due = GetTickCount64() + delay;
         for (const Notification& notification : notifications) {
             if (queue_.size() < kLongestQueue) {
-                queue_.emplace(due, notification);  // behind those of the same tick
+                queue_.emplace(due, notification);  // goes behind those of the same tick
             } else {
                 ++dropped;
             }
@@ -150,7 +150,7 @@ void NotificationSender::Deliver(const Queued& queued) {
     }
 }
 
-// The library's listener may not be up yet, or only half.
+// The library's listener may not be ready yet, or only partly.
 bool NotificationSender::IsWorthAnotherTry(unsigned long status, const Queued& queued) {
     const bool absent = status == RPC_S_SERVER_UNAVAILABLE || status == RPC_S_UNKNOWN_IF ||
                         status == RPC_S_NOT_LISTENING;

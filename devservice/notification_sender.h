@@ -1,8 +1,8 @@
-// Calls the library's endpoint "Manager", one notification after the other, on a thread of its
-// own: while the library waits for the answer to a request it may not be called from there.
+// Calls the library's endpoint "Manager", one notification after the other, on a thread of its own.
+// The thread of a request must not call, because the library waits for its answer.
 //
-// The library does not wait for its own listener, so an absent endpoint is tried again for
-// some seconds. Enqueue may be called from any thread; Stop from one.
+// The library does not wait for its own listener, so this tries an absent endpoint again for some
+// seconds. Any thread may call Enqueue, and only one Stop.
 
 #ifndef PLENXSERVICE_NOTIFICATION_SENDER_H
 #define PLENXSERVICE_NOTIFICATION_SENDER_H
@@ -25,12 +25,12 @@ public:
     NotificationSender(const NotificationSender&) = delete;
     NotificationSender& operator=(const NotificationSender&) = delete;
 
-    /// In their order, so many milliseconds from now.
+    /// Sends them in their order, after the delay in milliseconds.
     void Enqueue(const Notifications& notifications, DWORD delay = 0);
 
-    /// Sends what is due, each once, and ends the thread.
-    /// @return false when a call did not come back in time; the thread is then still in it,
-    ///         and nothing but the end of the process gets it out.
+    /// Sends each notification that is due once, and ends the thread.
+    /// @return false when a call did not come back in time. The thread is then still inside it, and
+    ///         only the end of the process ends it.
     bool Stop(DWORD milliseconds);
 
 private:
@@ -48,8 +48,8 @@ private:
 
     ServiceLog& log_;
     std::mutex mutex_;
-    std::multimap<ULONGLONG, Notification> queue_;  // by the tick at which they are due
-    const Handle queued_;                           // auto-reset: something has been queued
+    std::multimap<ULONGLONG, Notification> queue_;  // the key is the tick at which they are due
+    const Handle queued_;                           // auto-reset; set when something was queued
     const Handle stop_;
     Handle thread_;
 };

@@ -21,14 +21,14 @@ constexpr std::size_t kLargeReply = 1024 * 1024;
 Decoded DecodeRequest(std::int32_t request, const std::uint8_t* message, std::int32_t size) {
     const PlenxWire::MessageShape* const shape = PlenxWire::FindMessage(request);
     if (size < 0 || (size > 0 && !message)) {
-        return {{}, "size " + std::to_string(size) + " is none"};
+        return {{}, "size " + std::to_string(size) + " is invalid"};
     }
     const auto length = static_cast<std::size_t>(size);
     return shape ? PlenxWire::DecodeAs(*shape, message, length)
                  : PlenxWire::Decode(message, length);
 }
 
-// Shapes the answer as the key "reply" says.
+// Changes the answer as the key "reply" says.
 void ShapeReply(const std::string& kind, Answer& answer) {
     if (kind == "empty") {
         answer.reply.reset();
@@ -115,8 +115,8 @@ std::int32_t Peer::Judge(std::int32_t request, const Decoded& decoded) const {
     return decoded.Ok() ? kTaken : kBrokenMessage;
 }
 
-// The Service Control Manager need not notice that a process is gone, so a crash that is to
-// look like one is reported first; "die" says nothing.
+// The Service Control Manager may not notice that a process is gone, so a crash first reports
+// stopped; "die" reports nothing.
 void Peer::EndIfTold(std::int32_t request, const Values& told) {
     if (told.Flag("crash")) {
         log_.Write("crashes at " + RenderId(request));

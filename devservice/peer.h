@@ -1,5 +1,5 @@
-// The service as the library sees it: answers requests, keeps what they say, reacts with
-// notifications, and misbehaves as the control file and the scenario tell it to.
+// The service as the library sees it. It answers requests, remembers their content, reacts with
+// notifications, and misbehaves as the control file and the scenario say.
 
 #ifndef PLENXSERVICE_PEER_H
 #define PLENXSERVICE_PEER_H
@@ -19,7 +19,7 @@
 
 namespace PlenxService {
 
-/// Codes of its own in the int32 of a reply.
+/// The service's own codes in the int32 of a reply.
 enum AnswerCode : std::int32_t {
     kTaken = 0,
     kBrokenMessage = 1001,
@@ -27,25 +27,25 @@ enum AnswerCode : std::int32_t {
 };
 
 struct Answer {
-    long result = 0;                        // of the procedure
-    long statedSize = 0;                    // may lie
-    std::optional<PlenxWire::Bytes> reply;  // none: a null pointer
-    unsigned long fault = 0;                // to be raised instead of anything else
+    long result = 0;                        // the result of the procedure
+    long statedSize = 0;                    // may be wrong on purpose
+    std::optional<PlenxWire::Bytes> reply;  // a null pointer when empty
+    unsigned long fault = 0;                // raised instead of any answer
 };
 
 class Peer {
 public:
-    /// stop: cuts every wait short.
+    /// The event stop cuts every wait short.
     Peer(const Identity& identity, ServiceStatus& status, ServiceLog& log, ScenarioPlayer& scenario,
          NotificationSender& sender, const Handle& stop);
 
-    /// One request; any thread, several at once.
+    /// Answers one request. Several threads may call it at once.
     Answer AnswerTo(std::int32_t request, const std::uint8_t* message, std::int32_t size);
 
     std::string Summary();
 
 private:
-    /// @return the code of an honest answer.
+    /// Returns the code of an honest answer.
     std::int32_t Judge(std::int32_t request, const PlenxWire::Decoded& decoded) const;
     void EndIfTold(std::int32_t request, const Values& told);
     void Take(std::int32_t request, const PlenxWire::Arguments& arguments, const Values& told);

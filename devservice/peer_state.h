@@ -1,4 +1,4 @@
-// What a service knows from the requests it has taken. Not safe for several threads.
+// What a service knows from the requests that it has taken. Only one thread may use it at a time.
 
 #ifndef PLENXSERVICE_PEER_STATE_H
 #define PLENXSERVICE_PEER_STATE_H
@@ -20,10 +20,10 @@ struct PeerState {
     std::map<std::int32_t, std::int64_t> numbers;
     std::string name;
 
-    /// Takes over what a well-formed request says.
+    /// Takes over the content of a well-formed request.
     void Apply(std::int32_t request, const PlenxWire::Arguments& arguments);
 
-    /// One line.
+    /// Returns one line that describes the state.
     std::string Summary() const;
 };
 

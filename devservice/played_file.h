@@ -1,5 +1,5 @@
-// What the control file or the scenario says to one service, and how much of it is used up. Not
-// safe for several threads.
+// Says what the control file or the scenario prescribes for one service, and how much of it is used
+// up. Only one thread may use it at a time.
 
 #ifndef PLENXSERVICE_PLAYED_FILE_H
 #define PLENXSERVICE_PLAYED_FILE_H
@@ -29,15 +29,15 @@ public:
 
     const Scenario& Said() const { return said_; }
 
-    /// What [start] or [stop] says.
+    /// Returns what [start] or [stop] says.
     Values Life(Moment moment, const Part& part) const;
 
-    /// Counts the request. @return the step that is for it; null: there is none.
+    /// Counts the request. @return the step for it, or null when there is none.
     const Step* StepFor(std::int32_t request, const Part& part);
 
 private:
     Scenario said_;
-    std::vector<std::int64_t> seen_;  // requests that each step covers
+    std::vector<std::int64_t> seen_;  // the number of requests that each step has covered
 };
 
 }  // namespace PlenxService

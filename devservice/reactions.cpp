@@ -10,7 +10,7 @@ namespace {
 using PlenxWire::Arguments;
 using PlenxWire::Bytes;
 
-// Of our own: the library passes any status kind on.
+// Our own kinds; the library passes any status kind on.
 constexpr std::int32_t kGroupStatus = 100;
 constexpr std::int32_t kNameStatus = 101;
 constexpr std::int32_t kLinkType = 0;
@@ -84,7 +84,7 @@ Notifications RemoteMessage(const Cause& cause) {
 
 struct Reaction {
     std::int32_t request;
-    std::optional<bool> remote;  // device requests: which kind of device
+    std::optional<bool> remote;  // for device requests, the kind of device
     Notifications (*notifications)(const Cause& cause);
 };
 

@@ -1,5 +1,5 @@
-// How a living peer reacts to what the library tells it: each request that was taken leads to
-// the notifications of the one table in reactions.cpp, so that a host sees all of 9 to 18.
+// The reactions of a real peer to the library's requests. Each request that was taken leads to the
+// notifications in the table of reactions.cpp, so that a host sees all of 9 to 18.
 
 #ifndef PLENXSERVICE_REACTIONS_H
 #define PLENXSERVICE_REACTIONS_H
@@ -12,7 +12,7 @@
 
 namespace PlenxService {
 
-/// state: as it is after the request. dataFolder: of this service.
+/// The state is that after the request; the data folder is that of this service.
 Notifications ReactionsTo(std::int32_t request, const PlenxWire::Arguments& arguments,
                           const PeerState& state, const std::wstring& dataFolder);
 

@@ -28,7 +28,7 @@ Bytes Utf16WithNul(const std::string& text) {
     return bytes;
 }
 
-// Says how long the argument behind it is.
+// Returns whether the argument says how long the next one is.
 bool IsLength(const ArgumentShape& argument) {
     const std::string name = argument.name;
     return name == "msgLen" || name == "length";

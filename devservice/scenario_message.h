@@ -9,10 +9,10 @@
 
 namespace PlenxService {
 
-/// A key for each argument; what is missing or wrong is refused.
+/// Each argument has a key. Missing and wrong keys are refused.
 Notification NotificationOf(Section& section, const PlenxWire::MessageShape& shape);
 
-/// Any bytes under any number.
+/// Sends any bytes under any number.
 Notification RawNotificationOf(Section& section, std::int32_t id);
 
 }  // namespace PlenxService

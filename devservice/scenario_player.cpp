@@ -21,7 +21,7 @@ std::wstring ControlFolderOf(const Identity& identity) {
     return length > 0 && length < MAX_PATH ? std::wstring(folder, length) : identity.installFolder;
 }
 
-// Nobody tells a service of a stop that it does not accept, so that counts from the start.
+// A service never hears of a stop that it does not accept, so its table has its turn at the start.
 Moment TurnOf(const LifePart& part) {
     return part.values.Flag("accept", true) ? part.moment : Moment::kStart;
 }
@@ -74,7 +74,7 @@ void ScenarioPlayer::ReadControlFile() {
     }
     controlText_ = text;
     ReadScenario read = ReadScenarioText(text, FileKind::kControl);
-    // This holds in spite of mistakes, as it is where they will be looked for.
+    // This counts in spite of mistakes, because people will look for the mistakes there.
     log_.SetSecondFile(Absolute(read.scenario.log));
     log_.Write("control file says " + PlenxWire::RenderText(text));
     for (const Mistake& mistake : read.mistakes) {

@@ -8,7 +8,7 @@
 // runs are counted, as a service that has crashed knows nothing. "plays line 12 of the scenario" in
 // the log tells that the table there has its turn.
 //
-// Load comes first; the rest on any thread.
+// Call Load first. Any thread may call the rest.
 
 #ifndef PLENXSERVICE_SCENARIO_PLAYER_H
 #define PLENXSERVICE_SCENARIO_PLAYER_H
@@ -30,20 +30,20 @@ class ScenarioPlayer {
 public:
     ScenarioPlayer(const Identity& identity, ServiceLog& log, NotificationSender& sender);
 
-    /// scenario: empty: the one that the control file names. A file that cannot be read, or has
-    /// mistakes, is named in the log and not played.
+    /// An empty scenario means the one that the control file names. When a file has mistakes or
+    /// cannot be read, the log names it and it is not played.
     void Load(const std::wstring& scenario);
 
-    // What the files say by now.
+    // Return what the files say at the moment.
     Values Start() { return Life(Moment::kStart); }
     Values Stop() { return Life(Moment::kStop); }
     /// Counts the request.
     Values StepFor(std::int32_t request);
 
-    /// The service is asked to stop, or stops by itself.
+    /// Call this when the service is asked to stop, or stops by itself.
     void AskedToStop() const { LogTurns(Moment::kStop); }
 
-    // What is scheduled for the moment begins.
+    // These begin the schedules of the moment.
     void Started() { Begin(Moment::kStart, 0); }
     void Answered(std::int32_t request) { Begin(Moment::kRequest, request); }
     void Stopping() { Begin(Moment::kStop, 0); }

@@ -76,7 +76,7 @@ std::vector<std::string> NamesOf(Direction direction) {
     return names;
 }
 
-// A text in a list of words, or nothing.
+// Returns a text if it is one of the words.
 std::optional<std::string> OneOf(Section& section, const char* key,
                                  const std::vector<std::string>& allowed) {
     const std::optional<std::string> text = section.Text(key);
@@ -127,7 +127,7 @@ Values ValuesOf(Section& section, const std::vector<Key>& keys) {
     return Values(std::move(values));
 }
 
-// A request by its name or number; other numbers than those in use are allowed.
+// Returns a request by its name or number. Any number is allowed, even one that is not in use.
 std::optional<std::int32_t> RequestOf(Section& section, const char* key,
                                       const std::vector<std::string>& otherWords) {
     const toml::node* const node = section.Any(key);
@@ -201,7 +201,7 @@ private:
         }
     }
 
-    // Mostly there is one; several are for several services.
+    // Usually there is one; several are for several services.
     std::vector<const toml::table*> LifeTablesOf(Section& top, const std::string& name) {
         const toml::node* const node = top.Any(name);
         if (node && node->is_table()) {
@@ -299,7 +299,7 @@ private:
             section.Refuse("send", allowed);
             return;
         }
-        // Which other keys there are, only a good send tells.
+        // The allowed keys depend on send, so only a good send lets us check them.
         section.AllRead();
     }
 
@@ -315,8 +315,8 @@ ReadScenario ReadScenarioText(std::string_view text, FileKind kind) {
     try {
         result.scenario = Reader(kind, result.mistakes).Read(toml::parse(text));
     } catch (const toml::parse_error& error) {
-        result.mistakes.push_back(
-            {error.source().begin.line, "this is no TOML: " + std::string(error.description())});
+        result.mistakes.push_back({error.source().begin.line,
+                                   "this is not valid TOML: " + std::string(error.description())});
     }
     std::stable_sort(result.mistakes.begin(), result.mistakes.end(),
                      [](const Mistake& a, const Mistake& b) { return a.line < b.line; });

@@ -1,4 +1,5 @@
-// Reads a scenario file or the control file, TOML in UTF-8. Pure functions; any thread.
+// Reads a scenario file or the control file, which are TOML in UTF-8. The functions are pure, so
+// any thread may call them.
 
 #ifndef PLENXSERVICE_SCENARIO_READER_H
 #define PLENXSERVICE_SCENARIO_READER_H
@@ -13,11 +14,11 @@ namespace PlenxService {
 
 struct Mistake {
     unsigned line = 0;
-    std::string text;  // what is wrong, and what is allowed
+    std::string text;  // says what is wrong, and what is allowed
 };
 
 struct ReadScenario {
-    Scenario scenario;              // of use only without mistakes
+    Scenario scenario;              // usable only when there are no mistakes
     std::vector<Mistake> mistakes;  // in the order of their lines
 };
 

@@ -1,5 +1,5 @@
-// One table of a scenario file: gives its values, checked, and keeps what is wrong with them.
-// A key that was never asked for is a mistake, which AllRead reports.
+// One table of a scenario file. It returns checked values and collects their mistakes. A key that
+// nobody asked for is a mistake too, which AllRead reports.
 
 #ifndef PLENXSERVICE_SCENARIO_SECTION_H
 #define PLENXSERVICE_SCENARIO_SECTION_H
@@ -16,22 +16,23 @@ namespace PlenxService {
 
 class Section {
 public:
-    /// name: as it stands in the file, "[start]". table and mistakes outlive this.
+    /// The name is that in the file, such as "[start]". The table and the mistakes must outlive
+    /// this.
     Section(std::string name, const toml::table& table, std::vector<Mistake>& mistakes);
 
     bool Has(const std::string& key) const { return table_.contains(key); }
 
-    // Nothing when the key is absent or its value wrong.
+    // These return nullopt when the key is absent or its value is wrong.
     std::optional<std::string> Text(const std::string& key);
     std::optional<bool> Flag(const std::string& key);
     std::optional<std::int64_t> Integer(const std::string& key, std::int64_t least,
                                         std::int64_t most);
-    /// For what may be one of several types; null when absent.
+    /// For a value that may have one of several types. Returns null when it is absent.
     const toml::node* Any(const std::string& key);
 
-    /// The value of the key is not what it must be.
+    /// Reports that the value of the key is not what it must be.
     void Refuse(const std::string& key, const std::string& must);
-    /// The table as a whole is not.
+    /// Reports that the table as a whole is wrong.
     void Refuse(const std::string& what);
 
     void AllRead();
@@ -43,7 +44,7 @@ private:
     std::vector<std::string> known_;
 };
 
-/// "a, b or c" and "a, b, c".
+/// These return "a, b or c" and "a, b, c".
 std::string Alternatives(const std::vector<std::string>& items);
 std::string Enumeration(std::vector<std::string> items);
 

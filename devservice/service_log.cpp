@@ -19,7 +19,7 @@ std::string LocalTime() {
     return text;
 }
 
-// One write at the end of the file, so that lines of several processes do not mix.
+// Appends with a single write, so that lines of several processes do not mix.
 void Append(const std::wstring& path, const std::string& line) {
     const Handle file(CreateFileW(path.c_str(), FILE_APPEND_DATA,
                                   FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
@@ -50,7 +50,7 @@ void ServiceLog::Write(std::string_view text) noexcept try {
         std::fflush(stdout);
     }
 } catch (...) {
-    // a line that cannot be built is lost; the service goes on
+    // A line that cannot be built is lost, and the service goes on.
 }
 
 void ServiceLog::SetSecondFile(std::wstring path) {

@@ -1,12 +1,12 @@
-// The service's log: one UTF-8 line each, with the local time to the millisecond and the
-// service's nickname, on disk before the call returns.
+// The service's log. Each call writes one UTF-8 line with the local time to the millisecond and the
+// service's nickname. The line is on disk before the call returns.
 //
 //     2026-01-31 12:34:56.789 pc received PingService(19) number:0
 //
-// It goes to service.log in the data folder, to a second file when one is named, and to the
-// console when there is one. Files are open only while a line is written and then shared
-// fully, so that the library can remove the folder at any time; a folder that is gone is not
-// made again. Any thread; nothing is thrown.
+// Lines go to service.log in the data folder, to a second file when one is named, and to the
+// console when there is one. A file is open only while a line is written, and is shared fully, so
+// that the library can remove the folder at any time. The log does not make a folder again that is
+// gone. Any thread may write, and nothing is thrown.
 
 #ifndef PLENXSERVICE_SERVICE_LOG_H
 #define PLENXSERVICE_SERVICE_LOG_H
@@ -23,11 +23,11 @@ public:
 
     void Write(std::string_view text) noexcept;
 
-    /// Empty: none.
+    /// An empty path means no second file.
     void SetSecondFile(std::wstring path);
 
-    /// From now on nothing is written to the data folder: the library removes it as soon as
-    /// the service is stopped.
+    /// Stops writing to the data folder, because the library removes it as soon as the service is
+    /// stopped.
     void LeaveDataFolder();
 
 private:

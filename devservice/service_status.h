@@ -1,5 +1,6 @@
-// What the Service Control Manager is told about this service. Any thread. Once stopped, no
-// later report gets out. Without a manager (console) the reports go nowhere.
+// Reports the state of this service to the Service Control Manager. Any thread may report. After
+// "stopped" no further report gets out. On the console there is no manager, and the reports go
+// nowhere.
 
 #ifndef PLENXSERVICE_SERVICE_STATUS_H
 #define PLENXSERVICE_SERVICE_STATUS_H
@@ -14,10 +15,11 @@ class ServiceStatus {
 public:
     explicit ServiceStatus(SERVICE_STATUS_HANDLE handle = nullptr) : handle_(handle) {}
 
-    /// SERVICE_START_PENDING or SERVICE_STOP_PENDING; every report is a step forward.
+    /// The state is SERVICE_START_PENDING or SERVICE_STOP_PENDING. Every report raises the check
+    /// point.
     void Pending(DWORD state, DWORD waitHint);
     void Running(bool acceptsStop);
-    /// exitCode: 0, or a Windows error; ownCode: of this service, instead of one.
+    /// exitCode is 0 or a Windows error; ownCode is the service's own code, used instead.
     void Stopped(DWORD exitCode = NO_ERROR, DWORD ownCode = 0);
 
 private:

@@ -9,7 +9,7 @@ namespace {
 
 constexpr DWORD kLargestFile = 256 * 1024;
 
-// A file that is just being replaced cannot be opened for a moment.
+// While a file is being replaced, it cannot be opened for a moment.
 Handle OpenPatiently(const std::wstring& path) {
     for (int attempt = 0;; ++attempt) {
         Handle file(CreateFileW(path.c_str(), GENERIC_READ,

@@ -1,4 +1,4 @@
-// A small text file, read as a whole.
+// Reads a small text file as a whole.
 
 #ifndef PLENXSERVICE_TEXT_FILE_H
 #define PLENXSERVICE_TEXT_FILE_H
@@ -8,8 +8,8 @@
 
 namespace PlenxService {
 
-/// Waits a little for a file that is just being replaced. @return nothing when it cannot be
-/// read; at most the first 256 KiB.
+/// Waits a little for a file that is being replaced. @return at most the first 256 KiB, or nullopt
+/// when the file cannot be read.
 std::optional<std::string> ReadTextFile(const std::wstring& path);
 
 }  // namespace PlenxService

@@ -1,4 +1,4 @@
-// The TOML library as it is used here: with exceptions for what is no TOML.
+// Includes the TOML library in the mode that throws exceptions for invalid TOML.
 
 #ifndef PLENXSERVICE_TOML_READER_H
 #define PLENXSERVICE_TOML_READER_H

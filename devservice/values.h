@@ -1,4 +1,4 @@
-// What the keys of one table say, by the names that they have in the file.
+// The values of one table by their keys in the file.
 
 #ifndef PLENXSERVICE_VALUES_H
 #define PLENXSERVICE_VALUES_H
@@ -24,14 +24,14 @@ public:
 
     bool Has(std::string_view key) const { return map_.find(key) != map_.end(); }
 
-    // What is absent has the other value.
+    // These return `otherwise` when the key is absent.
     bool Flag(std::string_view key, bool otherwise = false) const { return Find(key, otherwise); }
     std::int64_t Number(std::string_view key, std::int64_t otherwise = 0) const {
         return Find(key, otherwise);
     }
     std::string Text(std::string_view key) const { return Find(key, std::string()); }
 
-    /// Takes over what is said there and not here.
+    /// Takes over the values of keys that are missing here.
     void Add(const Values& more) { map_.insert(more.map_.begin(), more.map_.end()); }
 
     bool operator==(const Values& other) const { return map_ == other.map_; }

@@ -17,7 +17,7 @@ constexpr DWORD kFirstHint = 3000;
 constexpr DWORD kLongestLinger = 60 * 1000;
 
 std::atomic<DevService*> running{nullptr};
-const Handle left = MakeEvent();  // the service's thread has done all that it wanted to
+const Handle left = MakeEvent();  // set when the service's thread has finished
 
 DWORD WINAPI OnControl(DWORD control, DWORD, void*, void*) {
     switch (control) {
@@ -34,14 +34,14 @@ DWORD WINAPI OnControl(DWORD control, DWORD, void*, void*) {
     }
 }
 
-// The first argument is the service's name; an own-process service need not know it.
+// The first argument is the service's name, which an own-process service need not know.
 void WINAPI ServiceMain(DWORD count, wchar_t** arguments) {
     const SERVICE_STATUS_HANDLE handle = RegisterServiceCtrlHandlerExW(L"", OnControl, nullptr);
     if (!handle) {
         SetEvent(left.Get());
         return;
     }
-    // Kept until the process ends: controls and late requests may still come in.
+    // This lives until the process ends, because controls and late requests may still come in.
     auto& status = *new ServiceStatus(handle);
     status.Pending(SERVICE_START_PENDING, kFirstHint);
 

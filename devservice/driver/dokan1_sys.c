@@ -1,5 +1,5 @@
-/* A driver that loads and unloads and does nothing: it stands where the file-system driver
- * will be, so that it can be registered, started and upgraded. */
+/* A driver that loads, unloads and does nothing else. It takes the place of the file-system driver,
+ * so that the library can register, start and upgrade it. */
 
 #include <ntddk.h>
 

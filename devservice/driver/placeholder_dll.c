@@ -1,4 +1,4 @@
-/* A library that holds its place and offers nothing. */
+/* A library that takes its place and exports nothing. */
 
 #include <windows.h>
 

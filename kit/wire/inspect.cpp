@@ -48,8 +48,8 @@ public:
 private:
     bool ReadHeader() {
         if (size_ < kHeaderSize) {
-            Add(size_, {Number(size_), " bytes are no message: the header alone has ",
-                        Number(kHeaderSize)});
+            Add(size_,
+                {Number(size_), " bytes are too few: the header alone has ", Number(kHeaderSize)});
             return false;
         }
         layout_.statedSize = Word(0);
@@ -96,8 +96,8 @@ private:
     void CheckPlace(const std::string& who, std::uint64_t descriptor, const Field& field,
                     bool inside) {
         if (field.offset != end_) {
-            Add(descriptor + 4, {who, "its data is said to begin at ", Number(field.offset),
-                                 ", it begins at ", Number(end_)});
+            Add(descriptor + 4, {who, "its offset is ", Number(field.offset),
+                                 ", but its data begins at ", Number(end_)});
         } else if (!inside) {
             Add(descriptor + 8, {who, Number(field.size), " bytes at offset ", Number(field.offset),
                                  " do not end within ", Number(size_)});

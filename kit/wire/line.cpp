@@ -91,7 +91,7 @@ char EscapedCharacter(Scanner& line) {
     case '\\':
         return kind;
     }
-    Refuse("an escape in a text is none");
+    Refuse("a text has an invalid escape");
 }
 
 // The opening quote has been taken.
@@ -115,7 +115,7 @@ std::string TextOf(Scanner& line, const std::string& name) {
 Bytes BytesOf(Scanner& line, const std::string& name) {
     const auto size = line.Integer();
     if (!size || *size < 0 || !line.Skip("]")) {
-        Refuse(name + ": no number of bytes");
+        Refuse(name + ": the number of bytes is missing or invalid");
     }
     Bytes bytes;
     while (bytes.size() < static_cast<std::uint64_t>(*size)) {
@@ -126,7 +126,7 @@ Bytes BytesOf(Scanner& line, const std::string& name) {
         }
         const auto byte = line.Skip(" ") ? line.HexByte() : std::nullopt;
         if (!byte) {
-            Refuse(name + ": what should be a byte is none");
+            Refuse(name + ": a byte is invalid");
         }
         bytes.push_back(*byte);
     }
@@ -142,7 +142,7 @@ bool FitsInt32(std::int64_t value) {
 Argument NumberOf(Scanner& line, const std::string& name, std::optional<ArgumentType> type) {
     const auto value = line.Integer();
     if (!value) {
-        Refuse(name + ": no value");
+        Refuse(name + ": it has no value");
     }
     if (type == ArgumentType::kInt64 || !FitsInt32(*value)) {
         return *value;
@@ -155,7 +155,7 @@ Arguments ArgumentsOf(Scanner& line, const MessageShape* shape) {
     while (line.Skip(" ")) {
         const std::string name(line.Until(':'));
         if (!line.Skip(":")) {
-            Refuse("\"" + name + "\" is no argument");
+            Refuse("\"" + name + "\" is not an argument");
         }
         if (line.Skip("\"")) {
             arguments.emplace_back(TextOf(line, name));

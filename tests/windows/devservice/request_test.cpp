@@ -152,7 +152,7 @@ TEST_F(Request, AndWhatIsKeptOfIt_StandInTheLog) {
 
 TEST_F(Request, ThatIsBroken_GetsACodeOfItsOwnAndALine) {
     EXPECT_EQ(CallServiceWith(kEndpoint, PlenxWire::kPingService, Bytes{1, 2, 3}).Code(), 1001);
-    EXPECT_THAT(service.Log(), HasSubstr("received PingService(19) broken: 3 bytes are no message: "
+    EXPECT_THAT(service.Log(), HasSubstr("received PingService(19) broken: 3 bytes are too few: "
                                          "the header alone has 8\n"));
     EXPECT_EQ(CallServiceWith(kEndpoint, PlenxWire::kPingService, Bytes{}).Code(), 1001);
     EXPECT_EQ(Send(PlenxWire::kCreateGroup, {std::string("g_1"), 3, std::string("")}).Code(), 1001);
@@ -255,7 +255,7 @@ TEST_F(Request, ControlFileWithMistakes_IsNamedInTheLogAndHasNoEffectButForItsLo
     service.Control("this is none");
     EXPECT_EQ(Ping().Code(), 0);
     EXPECT_THAT(service.Log(), HasSubstr(" pc control file says \"this is none\"\n"));
-    EXPECT_THAT(service.Log(), HasSubstr(" pc control file line 1: this is no TOML: "));
+    EXPECT_THAT(service.Log(), HasSubstr(" pc control file line 1: this is not valid TOML: "));
 }
 
 TEST_F(Request, ThatIsDelayed_IsAnsweredLater) {
@@ -325,7 +325,7 @@ TEST_F(Request, HostileNotifications_AllReachTheLibrary) {
                               "grpName:\"\\xff_1\"\n"));
     const std::vector<std::string> received = FakeManager::Await(200);
     EXPECT_GT(received.size(), 200u);
-    EXPECT_THAT(received, testing::Contains("DiskNameNotify(16) broken: 0 bytes are no message: "
+    EXPECT_THAT(received, testing::Contains("DiskNameNotify(16) broken: 0 bytes are too few: "
                                             "the header alone has 8; bytes [0]"));
     EXPECT_EQ(Ping().Code(), 0);
 }

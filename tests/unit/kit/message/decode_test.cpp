@@ -120,10 +120,10 @@ INSTANTIATE_TEST_SUITE_P(
     Each, DecodeBroken,
     testing::Values(
         Broken{"Empty", "15", "",
-               "\nBROKEN\n  at offset 0  0 bytes are no message: the header alone has 8\n"},
+               "\nBROKEN\n  at offset 0  0 bytes are too few: the header alone has 8\n"},
         Broken{"CutInTheHeader", "15", "18 00 00 00 01",
                "         0         5  (no field)      bytes       [5] 18 00 00 00 01\n"
-               "\nBROKEN\n  at offset 5  5 bytes are no message: the header alone has 8\n"},
+               "\nBROKEN\n  at offset 5  5 bytes are too few: the header alone has 8\n"},
         Broken{"TotalSize", "15", "19000000 01000000 02000000 14000000 04000000 05000000",
                "         0         4  total size      uint32      25\n"
                "         4         4  argument count  uint32      1\n"
@@ -154,7 +154,7 @@ INSTANTIATE_TEST_SUITE_P(
                "4\n"
                "  4294967280         4  errCode         int32       (outside the message)\n"
                "\nBROKEN\n"
-               "  at offset 12  argument 0 (int32): its data is said to begin at 4294967280, it "
+               "  at offset 12  argument 0 (int32): its offset is 4294967280, but its data "
                "begins at 20\n"},
         Broken{"SizeOutside", "DiskNameNotify",
                "18000000 01000000 04000000 14000000 05000000 50 3a 00 00",
@@ -257,7 +257,7 @@ TEST(Decode, AsJson_TellsTheSame) {
   "problems": [
     {
       "offset": 3,
-      "text": "3 bytes are no message: the header alone has 8"
+      "text": "3 bytes are too few: the header alone has 8"
     }
   ],
   "hex": "11 22 33"

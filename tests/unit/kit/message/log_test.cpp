@@ -64,7 +64,7 @@ TEST(Log, BrokenMessages_EndWith1AndAreShownAlone) {
               "         0         3  (no field)      bytes       [3] 01 02 03\n"
               "\n"
               "BROKEN\n"
-              "  at offset 3  3 bytes are no message: the header alone has 8\n"
+              "  at offset 3  3 bytes are too few: the header alone has 8\n"
               "\n"
               "line 7: 2026-01-31 12:34:58.000 pc received\n"
               "DeleteGroup(1)\n"

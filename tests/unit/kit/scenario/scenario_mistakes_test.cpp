@@ -18,11 +18,11 @@ std::string MistakesIn(const std::string& text) {
 
 TEST(ScenarioMistakes, WhatIsNoToml_IsToldWithItsLine) {
     EXPECT_THAT(MistakesIn("title = \"a\"\n[[on]\nanswer = 5\n"),
-                testing::StartsWith("file.toml:2: this is no TOML: "));
+                testing::StartsWith("file.toml:2: this is not valid TOML: "));
     EXPECT_THAT(MistakesIn("[start]\nfail = 1\nfail = 2\n"),
-                testing::StartsWith("file.toml:3: this is no TOML: "));
+                testing::StartsWith("file.toml:3: this is not valid TOML: "));
     EXPECT_THAT(MistakesIn("title = \"\xff\"\n"),
-                testing::StartsWith("file.toml:1: this is no TOML: "));
+                testing::StartsWith("file.toml:1: this is not valid TOML: "));
 }
 
 TEST(ScenarioMistakes, UnknownKeys_AreToldWithThoseThereAre) {

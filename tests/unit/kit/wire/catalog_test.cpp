@@ -112,7 +112,7 @@ TEST(DecodeAs, ReportsTheLayoutBeforeTheShape) {
     EXPECT_EQ(DecodeAs(*FindMessage(kErrorNotify), message.data(), message.size()).error,
               "argument 0 (errCode): int64 where it must be int32");
     EXPECT_EQ(DecodeAs(*FindMessage(kPingService), message.data(), 7).error,
-              "7 bytes are no message: the header alone has 8");
+              "7 bytes are too few: the header alone has 8");
 }
 
 TEST(DecodeReply, TakesOneInt32Alone) {

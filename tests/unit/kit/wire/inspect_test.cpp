@@ -52,7 +52,7 @@ TEST(Inspect, AllOffsetsMovedByOne_AreToldOnce) {
         ++message[descriptor + 4];
     }
     EXPECT_EQ(Told(Inspected(message)),
-              "12: argument 0 (int32): its data is said to begin at 45, it begins at 44\n"
+              "12: argument 0 (int32): its offset is 45, but its data begins at 44\n"
               "40: argument 2 (int32): 4 bytes at offset 53 do not end within 56\n");
 }
 

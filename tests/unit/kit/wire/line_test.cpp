@@ -77,11 +77,11 @@ TEST(ParseMessageLine, ALongArray_IsPartial) {
 TEST(ParseMessageLine, ATornLine_IsPartial) {
     EXPECT_EQ(ParseMessageLine("NameChanged(4) name:\"de").error,
               "name: the line ends within the text");
-    EXPECT_EQ(ParseMessageLine("ErrorNotify(15) errCode:").error, "errCode: no value");
-    EXPECT_EQ(ParseMessageLine("ErrorNotify(15) errC").error, "\"errC\" is no argument");
+    EXPECT_EQ(ParseMessageLine("ErrorNotify(15) errCode:").error, "errCode: it has no value");
+    EXPECT_EQ(ParseMessageLine("ErrorNotify(15) errC").error, "\"errC\" is not an argument");
     EXPECT_EQ(ParseMessageLine("ErrorNotify(15) errCode:5x").error,
               "something follows the last argument");
-    EXPECT_EQ(ParseMessageLine("message(6) 0:[2] 01 0").error, "0: what should be a byte is none");
+    EXPECT_EQ(ParseMessageLine("message(6) 0:[2] 01 0").error, "0: a byte is invalid");
     EXPECT_EQ(ParseMessageLine("ErrorNotify(15) errCode:5x").kind, Kind::kPartial);
 }
 

@@ -65,9 +65,8 @@ TEST_P(DecodeBroken, SaysWhatIsWrongAndWhere) {
 INSTANTIATE_TEST_SUITE_P(
     Each, DecodeBroken,
     testing::Values(
-        Broken{"Empty", {}, "0 bytes are no message: the header alone has 8"},
-        Broken{
-            "SevenBytes", {7, 0, 0, 0, 0, 0, 0}, "7 bytes are no message: the header alone has 8"},
+        Broken{"Empty", {}, "0 bytes are too few: the header alone has 8"},
+        Broken{"SevenBytes", {7, 0, 0, 0, 0, 0, 0}, "7 bytes are too few: the header alone has 8"},
         Broken{"HeaderAlone", Words({8, 0}),
                "the table of 0 arguments ends at 8 and leaves no data in 8 bytes"},
         Broken{"TableAlone", Words({20, 1, 5, 20, 0}),
@@ -86,9 +85,9 @@ INSTANTIATE_TEST_SUITE_P(
         Broken{"TagAbove", Words({24, 1, 6, 20, 4, 0}),
                "argument 0: unknown type tag 6 at offset 8"},
         Broken{"OffsetIntoTheHeader", Words({24, 1, 2, 4, 4, 0}),
-               "argument 0 (int32): its data is said to begin at 4, it begins at 20"},
+               "argument 0 (int32): its offset is 4, but its data begins at 20"},
         Broken{"OffsetHuge", Words({24, 1, 2, 0xfffffff0, 4, 0}),
-               "argument 0 (int32): its data is said to begin at 4294967280, it begins at 20"},
+               "argument 0 (int32): its offset is 4294967280, but its data begins at 20"},
         Broken{"SizePastTheEnd", Words({24, 1, 5, 20, 5, 0}),
                "argument 0 (int8 array): 5 bytes at offset 20 do not end within 24"},
         Broken{"SizeHuge", Words({24, 1, 4, 20, 0xffffffff, 0}),
@@ -102,13 +101,13 @@ INSTANTIATE_TEST_SUITE_P(
         Broken{"StringWithoutNul", With(Words({23, 1, 4, 20, 3}), {'a', 'b', 'c'}),
                "argument 0 (string): its last byte, at offset 22, is 99 where a NUL must be"},
         Broken{"SecondArgument", With(Words({38, 2, 4, 32, 2, 2, 33, 4}), {'x', 0, 1, 0, 0, 0}),
-               "argument 1 (int32): its data is said to begin at 33, it begins at 34"},
+               "argument 1 (int32): its offset is 33, but its data begins at 34"},
         Broken{"LeftOver", Words({28, 1, 2, 20, 4, 0, 0}),
                "4 bytes are left over after the last argument, which ends at 24"}),
     [](const auto& test) { return test.param.name; });
 
 TEST(Decode, NullOfSize0_IsRefused) {
-    EXPECT_EQ(Decode(nullptr, 0).error, "0 bytes are no message: the header alone has 8");
+    EXPECT_EQ(Decode(nullptr, 0).error, "0 bytes are too few: the header alone has 8");
 }
 
 // Whatever is accepted must be exactly what Encode builds: there is one spelling of a message.

@@ -26,7 +26,7 @@ TEST(Render, AnUnknownId_ShowsItsArgumentsByNumber) {
 
 TEST(Render, ABrokenMessage_ShowsTheErrorAndTheBytes) {
     EXPECT_EQ(Rendered(kDeleteGroup, {1, 2, 3}),
-              "DeleteGroup(1) broken: 3 bytes are no message: the header alone has 8; "
+              "DeleteGroup(1) broken: 3 bytes are too few: the header alone has 8; "
               "bytes [3] 01 02 03");
 }
 
