@@ -1,6 +1,6 @@
-# The package as a folder: bin (all DLLs and programs), lib (the import library, and what CMake and
-# pkg-config want to know), include (the public header), and the rest beside it. scripts/package.sh
-# adds what CMake does not build.
+# Installs the package as a folder: bin (all DLLs and programs), lib (the import library and the files
+# for CMake and pkg-config), include (the public header), and the rest beside them. scripts/package.sh
+# adds the files that CMake does not build.
 
 include(CMakePackageConfigHelpers)
 
@@ -40,7 +40,7 @@ install(FILES ${generated}/plenxsdkConfig.cmake ${generated}/plenxsdkConfigVersi
   ${package}/compiler_check.cpp DESTINATION ${config})
 install(FILES ${generated}/plenxsdk.pc DESTINATION lib/pkgconfig)
 
-# what is read, and tried
+# documents, scenarios and examples
 install(FILES ${package}/README.md ${package}/SHIP.md ${PROJECT_SOURCE_DIR}/CHANGELOG.md
   DESTINATION .)
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/devservice/scenarios DESTINATION share/plenxsdk)

@@ -1,5 +1,5 @@
-# What makes an attack on our binaries harder. All of our own sources get it with plenx_warnings.
-# tests/windows/hardening holds the shipped binaries to it.
+# Options that make an attack on our binaries harder. All of our own sources get them with
+# plenx_warnings. tests/windows/hardening checks the shipped binaries.
 
 add_library(plenx_hardening INTERFACE)
 if(MSVC)  # its stack guard and the linker's options are on by default
@@ -11,7 +11,7 @@ endif()
 add_library(plenx_stack_guard STATIC ${PROJECT_SOURCE_DIR}/cmake/stack_guard.c)
 target_compile_options(plenx_stack_guard PRIVATE -Wall -Wextra ${plenx_werror} -fno-stack-protector)
 
-# The compiler's checked copies; what they call on failure is plenx_stack_guard's.
+# The compiler's checked copies call plenx_stack_guard on failure.
 execute_process(
   COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=libssp.a
   OUTPUT_VARIABLE checked_copies OUTPUT_STRIP_TRAILING_WHITESPACE)
@@ -20,7 +20,7 @@ target_compile_options(plenx_hardening INTERFACE -fstack-protector-strong)
 # The checks of copies need an optimising compiler; those of containers do not.
 target_compile_definitions(plenx_hardening INTERFACE
   $<$<NOT:$<CONFIG:Debug>>:_FORTIFY_SOURCE=2> $<$<COMPILE_LANGUAGE:CXX>:_GLIBCXX_ASSERTIONS>)
-# The linker's defaults today; written down, as they have not always been.
+# These are the linker's defaults today, but older linkers had others.
 target_link_options(plenx_hardening INTERFACE
   -Wl,--dynamicbase,--high-entropy-va,--nxcompat)
 target_link_libraries(plenx_hardening INTERFACE plenx_stack_guard ${checked_copies})

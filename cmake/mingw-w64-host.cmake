@@ -1,5 +1,5 @@
-# Cross-builds a host of plenxsdk on Debian: 64-bit Windows, GCC with POSIX threads, as the library
-# was built. It finds plenxsdk in the package that it lies in.
+# Cross-builds a host of plenxsdk on Debian for 64-bit Windows, with the compiler of the library: GCC
+# with POSIX threads. It finds plenxsdk in the package that contains this file.
 
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR x86_64)

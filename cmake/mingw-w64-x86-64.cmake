@@ -1,5 +1,5 @@
-# Cross-builds for 64-bit Windows: C++ with Debian's g++ (posix threads), C with clang, whose
-# structured exception handling g++ does not have. Objects of both mix freely.
+# Cross-builds for 64-bit Windows: C++ with Debian's g++ (posix threads), and C with clang, because g++
+# has no structured exception handling. Their objects can be linked together.
 
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR x86_64)
@@ -7,7 +7,7 @@ set(CMAKE_SYSTEM_PROCESSOR x86_64)
 set(triple x86_64-w64-mingw32)
 set(CMAKE_C_COMPILER clang)
 set(CMAKE_C_COMPILER_TARGET ${triple})
-set(CMAKE_C_COMPILER_WORKS TRUE)  # it compiles; the linking is g++'s
+set(CMAKE_C_COMPILER_WORKS TRUE)  # it only compiles, and g++ links
 set(CMAKE_CXX_COMPILER ${triple}-g++-posix)
 set(CMAKE_RC_COMPILER ${triple}-windres)
 set(CMAKE_AR ${triple}-ar CACHE FILEPATH "")

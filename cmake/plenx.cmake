@@ -1,14 +1,14 @@
-# What all targets of this project share.
+# All targets of this project share these settings and functions.
 
 find_package(Threads REQUIRED)
 
-# A compiler that we have not met may warn of more; that is no reason for a build to fail.
+# An unknown compiler may have more warnings, which must not fail a build.
 option(PLENX_WERROR "Warnings about our own sources are errors; not with MSVC" OFF)
 set(plenx_werror $<$<BOOL:${PLENX_WERROR}>:-Werror>)
 
-# The warnings for our own sources. Nobody has held them to MSVC's yet: it would complain of
-# parameters named as members (4458), of imported functions in tables (4232) and of the converter
-# of texts, whose behaviour is relied on.
+# The warnings for our own sources. Nobody has tried MSVC's yet. It would warn of parameters named like
+# members (4458), of imported functions in tables (4232), and of the deprecated converter of texts, whose
+# behaviour we rely on.
 add_library(plenx_warnings INTERFACE)
 if(MSVC)
   target_compile_options(plenx_warnings INTERFACE /W4 /wd4458 /wd4232 /utf-8 /permissive-)
@@ -19,7 +19,7 @@ else()
 endif()
 
 if(WIN32)
-  # Windows 7 and later; the narrow macros of windows.h collide with our names.
+  # For Windows 7 and later. UNICODE, because the narrow macros of windows.h collide with our names.
   add_compile_definitions(_WIN32_WINNT=0x0601 NOMINMAX WIN32_LEAN_AND_MEAN UNICODE _UNICODE)
   set(CMAKE_SHARED_LIBRARY_PREFIX "")
   set(CMAKE_SHARED_MODULE_PREFIX "")
@@ -55,8 +55,8 @@ function(plenx_system_headers target)
   target_include_directories(${target} SYSTEM PRIVATE ${folder})
 endfunction()
 
-# GoogleTest from the source that Debian ships, built with our own flags; but compiled quickly
-# rather than made quick, and nobody steps through it.
+# Builds GoogleTest from Debian's source with our own flags, but without optimisation and debug
+# information, because a quick build is worth more here.
 macro(plenx_googletest)
   if(NOT TARGET gtest)
     set(BUILD_GMOCK ON CACHE BOOL "" FORCE)
@@ -86,7 +86,7 @@ endfunction()
 # plenx_counted(<target>): the target's lines and branches are counted if PLENX_COVERAGE is on.
 function(plenx_counted target)
   if(PLENX_COVERAGE)
-    # The counts are atomic. On Linux -pthread says so too, and ccache knows only that.
+    # The counts must be atomic. On Linux -pthread means that too, and ccache knows only -pthread.
     target_compile_options(${target} PRIVATE
       --coverage $<IF:$<BOOL:${WIN32}>,-fprofile-update=atomic,-pthread>)
     target_link_options(${target} PUBLIC --coverage)
@@ -113,9 +113,9 @@ function(plenx_late_import target library)
   target_link_libraries(${target} PRIVATE ${archive} delayimp)
 endfunction()
 
-# plenx_widl(<variable>): the IDL compiler's stubs of both RPC interfaces, made in a folder of the
-# build that the variable then names. All in them has names of its own, so that they fit into one
-# program with ours.
+# plenx_widl(<variable>): makes the IDL compiler's stubs of both RPC interfaces in a folder of the build
+# and sets the variable to that folder. All names in them differ from ours, so that one program can link
+# both.
 function(plenx_widl variable)
   find_program(PLENX_WIDL NAMES x86_64-w64-mingw32-widl REQUIRED)
   set(stubs ${CMAKE_CURRENT_BINARY_DIR}/widl)

@@ -1,8 +1,8 @@
-# The same sources give the same bytes, in whatever folder and at whatever time they are built. A
-# debugger finds the sources with: set substitute-path /plenxsdk <folder of the sources>
+# Makes the same sources give the same bytes, in any folder and at any time. A debugger finds the sources
+# with: set substitute-path /plenxsdk <folder of the sources>
 
 if(NOT PLENX_COVERAGE)
-  # The last one that fits counts: the build folder may lie in the source folder.
+  # The last option that fits counts, because the build folder may lie in the source folder.
   add_compile_options(
     -ffile-prefix-map=${PROJECT_SOURCE_DIR}=/plenxsdk
     -ffile-prefix-map=${PROJECT_BINARY_DIR}=/plenxsdk/build)

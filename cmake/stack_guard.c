@@ -1,6 +1,6 @@
-// What the compiler's checks call when a function has overwritten its frame or a buffer of known
-// size. The compiler's own library would do it too, but it asks the system's cryptography for the
-// guard while the module is being loaded, which loads further modules under the loader lock.
+// The compiler's checks call this when a function has overwritten its frame or a buffer of known
+// size. The compiler's own library has the same functions. But it asks the system's cryptography
+// for the guard while the module is being loaded, which loads more modules under the loader lock.
 
 #include <windows.h>
 
@@ -15,9 +15,9 @@ static uint64_t Mixed(uint64_t value, uint64_t more) {
     return value ^ (value >> 29);
 }
 
-// Before every other constructor. Made of what an attacker elsewhere does not know: the time to
-// the clock's last digits and where the system has put stack and module. A zero byte in the guard
-// stops what copies strings.
+// Runs before every other constructor. It makes the guard from values that a remote attacker does
+// not know: the exact time, and the addresses of stack and module. A zero byte in the guard stops
+// functions that copy strings.
 __attribute__((constructor(101), no_stack_protector)) static void SeedStackGuard(void) {
     FILETIME time;
     LARGE_INTEGER counter;
@@ -31,7 +31,7 @@ __attribute__((constructor(101), no_stack_protector)) static void SeedStackGuard
     __stack_chk_guard = (uintptr_t)seed & ~(uintptr_t)0xff;
 }
 
-// Ends the process at once, past every handler: STATUS_STACK_BUFFER_OVERRUN, 0xC0000409.
+// Ends the process at once and calls no handler: STATUS_STACK_BUFFER_OVERRUN, 0xC0000409.
 static __attribute__((noreturn)) void FailFast(void) {
     __asm__ volatile("int $0x29" : : "c"(2));
     __builtin_unreachable();

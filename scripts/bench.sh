@@ -1,4 +1,4 @@
-# How fast it is, beside its peers.
+# Measures the library beside its peers.
 
 bench_build=$build_dir/bench-native
 bench_dir=$build_dir/bench
@@ -32,8 +32,8 @@ command_bench() {
     python3 -B bench/table.py "${table[@]}" "$bench_dir"/*.json
 }
 
-# Every benchmark in a turn that changes from one repetition to the next; then once more with
-# the calls of the allocator counted.
+# Runs every benchmark in an order that changes from one repetition to the next, then all once more to
+# count the calls of the allocator.
 bench_native() {
     local program folder
     # Many and short: what disturbs the machine for a while then falls on all contenders alike.
@@ -63,7 +63,7 @@ in_folder() (
     timeout 1200 "$@"
 )
 
-# The programs measure what build/windows holds, each in a prefix of its own.
+# The programs measure the build in build/windows, each in its own prefix.
 bench_windows() {
     local program name prefix
     local -a how=()

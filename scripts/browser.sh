@@ -1,10 +1,10 @@
-# What is made for a browser, tried in one.
+# Tests the pages for a browser in one.
 
 test_browser() {
     need_packages "${browser_packages[@]}"
     build_native plain
     local log=$log_dir/browser-tests.txt status=0
-    # Debian's Python: it has the packages that were installed.
+    # Debian's Python, because only that has the installed packages.
     PYTHONDONTWRITEBYTECODE=1 timeout -k 10 900 /usr/bin/python3 tests/browser/plenxtrace_test.py \
         --program "$build_dir/native-plain/kit/trace/plenxtrace" \
         --xml "$results_dir/browser.xml" >"$log" 2>&1 </dev/null || status=$?

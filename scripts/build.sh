@@ -1,23 +1,23 @@
 # Building both worlds.
 
-# A source that was compiled before, in whatever folder, is not compiled again.
+# ccache does not compile a source again that was compiled in any folder before.
 export CMAKE_C_COMPILER_LAUNCHER=ccache CMAKE_CXX_COMPILER_LAUNCHER=ccache
 export CCACHE_BASEDIR=$root CCACHE_NOHASHDIR=1 CCACHE_MAXSIZE=10G
-# Without these two, ccache refuses what is compiled with a precompiled header.
+# Without these two, ccache refuses sources with a precompiled header.
 export CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime
 
 windows_build=$build_dir/windows
 windows_options=()
-# Lines are all that a call stack needs; more makes the compiler slower by a fifth.
+# A call stack needs only line numbers; more debug information makes the compiler slower by a fifth.
 windows_flags="-O2 -g1 -DNDEBUG"
 dist_dir=$build_dir/dist
 run_time_dlls=(libstdc++-6.dll libgcc_s_seh-1.dll libwinpthread-1.dll)
 
-# Continuous integration and 'lint' take warnings for errors; a stranger's compiler may warn as it
-# likes. A folder that was configured this way stays so.
+# For continuous integration and 'lint' warnings are errors, because elsewhere an unknown compiler may
+# have other warnings. A folder that was configured this way stays so.
 warnings_are_errors=${CI:-false}
 
-# configure FOLDER CMAKE-ARGUMENT...: once; ninja sees to it afterwards.
+# configure FOLDER CMAKE-ARGUMENT...: runs once; later ninja configures again when necessary.
 configure() {
     local folder=$1
     shift
@@ -40,7 +40,7 @@ compile_windows() {
     step "add the run time" copy_run_time "$windows_build/bin"
 }
 
-# The product and what belongs to it.
+# Builds the product and everything that is shipped with it.
 build_windows() {
     compile_windows product
     step "fill build/dist" install_dist
@@ -59,7 +59,7 @@ copy_run_time() {
     done
 }
 
-# The C++ run time lies in one of the cross compiler's own folders.
+# The C++ run time is in one of the cross compiler's own folders.
 run_time_dll() {
     local path
     path=$(x86_64-w64-mingw32-g++-posix -print-file-name="$1")
@@ -73,12 +73,12 @@ configure_native() {
     local c=gcc cpp=g++
     case $1 in
     plain) coverage=ON ;;
-    # g++ needs twice the time for these; and the tests see both compilers.
+    # g++ takes twice as long for these, and this way the tests see both compilers.
     address) sanitize=address,undefined c=clang cpp=clang++ ;;
     thread) sanitize=thread ;;
     *) fail "the native tests have no flavour '$1'; they have plain, address and thread" ;;
     esac
-    # Built fast rather than fast: the tests take seconds, the compiler takes minutes.
+    # Without optimisation, because the tests take seconds and the compiler takes minutes.
     configure "$build_dir/native-$1" -DCMAKE_C_COMPILER=$c -DCMAKE_CXX_COMPILER=$cpp \
         -DPLENX_SANITIZE="$sanitize" -DPLENX_COVERAGE=$coverage \
         -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS_DEBUG="-O0 -g1" \

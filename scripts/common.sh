@@ -1,4 +1,4 @@
-# What all parts of ./plenx share.
+# All parts of ./plenx share these functions.
 
 build_dir=$root/build
 log_dir=$build_dir/log
@@ -9,8 +9,8 @@ fail() {
     exit 1
 }
 
-# step TEXT COMMAND...: runs the command with its output in build/log; says one line, and shows
-# the end of the output if it fails.
+# step TEXT COMMAND...: runs the command with its output in build/log. Prints one line, and the end of
+# the output if the command fails.
 step() {
     local text=$1
     shift

@@ -1,4 +1,4 @@
-# Which lines and branches of src/ the tests run, in both worlds.
+# Counts the lines and branches of src/ that the tests run, in both worlds.
 
 coverage_packages=(gcovr python3)
 coverage_windows_build=$build_dir/windows-coverage

@@ -1,4 +1,4 @@
-# The main job, shown: a host starts the services and hears back through its observer.
+# Shows the main job: a host starts the services and hears back through its observer.
 
 icon_categories=(archive file audio picture video)
 driver_files=(dokan1.sys dokan1.dll dokanfuse1.dll)
@@ -35,8 +35,8 @@ command_demo() {
     echo "All of it happened. The logs are in build/demo."
 }
 
-# What a host's installer leaves on a PC: the service program, the driver's files, the icon
-# folders; and what its updater leaves: newer driver files under "upgrade".
+# Makes the folder that a host's installer makes, with the service program, the driver's files and the
+# icon folders, and the newer driver files of its updater under "upgrade".
 lay_out_install_folder() {
     local app=$1/App category
     mkdir -p "$app/upgrade" "$1/Data"

@@ -1,4 +1,4 @@
-# The reference and the pages as HTML that needs no network.
+# Makes the reference and the pages as HTML that needs no network.
 
 docs_packages=(doxygen cmark-gfm python3)
 docs_dir=$build_dir/docs

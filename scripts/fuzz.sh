@@ -1,4 +1,4 @@
-# libFuzzer over everything that takes bytes from a peer.
+# Runs libFuzzer on all code that takes bytes from a peer.
 
 fuzz_packages=("${base_packages[@]}" clang libclang-rt-dev googletest)
 fuzz_build=$build_dir/fuzz
@@ -47,7 +47,7 @@ fuzz_head() {
     printf '  %-11s %12s %8s %9s %8s\n' target executions edges features inputs
 }
 
-# As many at a time as the machine has cores, with a line for each of them every minute.
+# Runs as many at a time as the machine has cores, and prints a line for each every minute.
 fuzz_all() {
     local seconds=$1 status=0 target
     local -a waiting=("${fuzz_targets[@]}")
@@ -86,7 +86,7 @@ all_alive() {
     done
 }
 
-# The smallest set of inputs that reaches what all known ones reach becomes the corpus.
+# The smallest set of inputs that reaches everything that all known ones reach becomes the corpus.
 fuzz_keep() {
     local target
     for target in "${fuzz_targets[@]}"; do

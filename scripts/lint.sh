@@ -1,4 +1,4 @@
-# The sources' format, and what clang-tidy finds.
+# Checks the format of the sources, and runs clang-tidy.
 
 lint_packages=(clang-format-19 clang-tidy-19)
 
@@ -11,7 +11,7 @@ check_format() {
     our_sources | xargs clang-format-19 --dry-run -Werror
 }
 
-# The library's own sources, as the native build sees them.
+# Checks the library's own sources as the native build compiles them.
 check_tidy() {
     our_sources src | grep '\.cpp$' | grep -v 'src/common/process_life.cpp\|src/rpc/interface/' |
         xargs -n 1 -P "$(nproc)" clang-tidy-19 --quiet -p "$build_dir/native-plain"
@@ -23,8 +23,8 @@ msvc_options=(--target=x86_64-w64-mingw32 -fsyntax-only -fms-extensions
     -D_WIN32_WINNT=0x0601 -DNOMINMAX -DWIN32_LEAN_AND_MEAN -DUNICODE -D_UNICODE -DPLENXSDK_BUILD
     -Isrc -Iinclude -Icompanion/include)
 
-# The library's sources as near to MSVC as can be had here: clang with Microsoft's extensions and
-# the warnings that MSVC has at its level 4 and gcc has not in -Wextra.
+# Compiles the library's sources as similarly to MSVC as possible here: with clang, Microsoft's
+# extensions, and the warnings that MSVC has at level 4 and gcc does not have in -Wextra.
 check_for_msvc() {
     local headers
     headers=$(x86_64-w64-mingw32-g++-posix -print-file-name=include/c++)

@@ -1,4 +1,4 @@
-# The SDK as one ZIP. The same sources give the same bytes.
+# Packs the SDK as one ZIP. The same sources give the same bytes.
 
 package_dir=$build_dir/package
 run_time_packages=(gcc-mingw-w64-base mingw-w64-common)
@@ -28,7 +28,7 @@ command_package() {
     command_docs
     make_package
     if $twice; then
-        [ -n "$sign" ] || pack_again  # a signature holds its time
+        [ -n "$sign" ] || pack_again  # a signature contains its time
         build_again product
         step "compare the two builds" compare_builds
         echo "A second build, in another folder, gave the same programs, byte for byte."
@@ -54,7 +54,7 @@ make_package() {
 }
 
 fill_package() {
-    # the tools that split a program write a time into it
+    # The tools that split a program write this time into it.
     local -x SOURCE_DATE_EPOCH
     SOURCE_DATE_EPOCH=$(time_of_sources)
     cmake --install "$windows_build" --prefix "$package_folder"
@@ -87,7 +87,7 @@ split_symbols() {
     chmod -x "$package_folder"/debug/*.debug "$package_folder"/debug/*/*.debug
 }
 
-# The pages are HTML here.
+# In the package the pages are HTML.
 point_to_html() {
     find "$package_folder" -name '*.md' -exec sed -i -E \
         's%\]\((\.\./\.\./)?docs/([a-z-]+)\.md%](\1share/doc/plenxsdk/html/\2.html%g' {} +
@@ -117,7 +117,7 @@ sign_package() {
     done
 }
 
-# For trying it: nobody trusts this certificate, and it is made anew each time.
+# For tests only: nobody trusts this certificate, and each run makes a new one.
 make_test_certificate() {
     local name=$package_dir/test-certificate
     echo test >"$name.password"
@@ -134,12 +134,12 @@ write_checksums() {
     mv "$package_dir/sums" "$package_folder/SHA256SUMS"
 }
 
-# The last commit's; without one, the first time that a ZIP can have.
+# Prints the time of the last commit, or the first time that a ZIP can have.
 time_of_sources() {
     git -C "$root" log -1 --format=%ct 2>/dev/null || echo 315619200
 }
 
-# In the order of their names, all of the time of the last commit: a ZIP has both.
+# A ZIP stores the order and the times of its files, so they are sorted and get the time of the commit.
 write_zip() {
     find "$package_folder" -exec touch -d "@$(time_of_sources)" {} +
     (cd "$package_dir" && find "$(basename "$package_folder")" -type f | LC_ALL=C sort |
@@ -155,7 +155,7 @@ pack_again() {
     rm "$first"
 }
 
-# build_again TARGET...: the same sources once more, from another folder into another folder.
+# build_again TARGET...: builds the same sources once more, from another folder into another folder.
 again_dir=$build_dir/again
 build_again() {
     rm -rf "$again_dir"
@@ -164,11 +164,11 @@ build_again() {
     step "configure a second build" cmake -G Ninja -S "$again_dir/other source" \
         -B "$again_dir/windows" --toolchain "$root/cmake/mingw-w64-x86-64.cmake" \
         -DCMAKE_CXX_FLAGS_RELWITHDEBINFO="$windows_flags"
-    # From the cache it would be the first build once more.
+    # The cache would only return the first build.
     step "build a second time" env CCACHE_DISABLE=1 ninja -C "$again_dir/windows" "$@"
 }
 
-# Whatever the second build has made is what the first one made.
+# Everything that the second build has made must equal the first.
 compare_builds() {
     local file compared=0
     while read -r file; do

@@ -1,4 +1,4 @@
-# Debian packages: installed when they are missing.
+# Installs Debian packages that are missing.
 
 base_packages=(cmake ninja-build ccache)
 windows_packages=("${base_packages[@]}"
@@ -42,7 +42,7 @@ need_packages() {
     become_root "install ${missing[*]}"
     local -a apt=("${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get)
     step "read the package lists" "${apt[@]}" update
-    # By their number: the names of many are too long for the name of a log.
+    # The step names only their number, because many names are too long for the name of a log.
     step "install ${#missing[@]} packages" \
         "${apt[@]}" install -y --no-install-recommends "${missing[@]}"
 }

@@ -1,8 +1,8 @@
-# A host process for a long time: random calls against services that misbehave.
+# Runs a host process for a long time, with random calls against services that misbehave.
 
 soak_seconds=3600
 
-# command_soak [SECONDS [SEED]]: shows the run's own lines while it runs, and the closing table.
+# command_soak [SECONDS [SEED]]: shows the lines of the run while it runs, and its closing table.
 command_soak() {
     local seconds=${1:-$soak_seconds} seed=${2:-$(date +%s)} prefix run status=0
     local log=$log_dir/soak.txt kept=$build_dir/soak
@@ -10,7 +10,7 @@ command_soak() {
     compile_windows soak_test
     make_prefix_template
     prefix=$(new_prefix soak)
-    # Not through a pipe: Wine's own processes would keep it open when the run is over.
+    # This uses no pipe, because Wine's own processes would keep it open after the run.
     (cd "$windows_build/bin" && WINEPREFIX=$prefix PLENX_SOAK_SECONDS=$seconds \
         PLENX_SOAK_SEED=$seed exec timeout -k 10 $((seconds + 900)) \
         wine soak_test.exe --gtest_brief=1 --gtest_filter='Soak.*') >"$log" 2>&1 </dev/null &

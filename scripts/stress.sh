@@ -1,4 +1,4 @@
-# The long forms of what './plenx test' does briefly.
+# The long forms of tests that './plenx test' runs briefly.
 
 stress_pools=100000
 stress_endings=300
@@ -6,7 +6,7 @@ stress_messages=10000
 
 mutate_packages=("${native_packages[@]}" python3)
 
-# The tests, tested: how many of COUNT small changes of the sources they notice.
+# Tests the tests: how many of COUNT small changes of the sources do they notice?
 command_mutate() {
     need_packages "${mutate_packages[@]}"
     build_native plain

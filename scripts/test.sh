@@ -1,9 +1,9 @@
-# All tests, and the closing line that counts them.
+# Runs all tests and prints the closing line that counts them.
 
 windows_test_seconds=900
-windows_jobs=4        # at a time: they mostly wait
+windows_jobs=4        # at a time, because they mostly wait
 long_windows_tests=(endings_test system_test soak_test)  # begin first, so that none is left alone
-# The commands that are about these run them at length.
+# Other commands run these at length.
 brief_endings=10
 brief_mutants=3
 quick_windows_test=system_test

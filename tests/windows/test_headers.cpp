@@ -1,1 +1,1 @@
-// Owns the precompiled headers that the tests share.
+// The tests share the precompiled headers of this source.

@@ -1,4 +1,4 @@
-// The placeholder driver files.
+// Tests the placeholder driver files.
 
 #include <windows.h>
 
@@ -16,7 +16,8 @@ namespace {
 
 const wchar_t* const kFiles[] = {L"\\dokan1.sys", L"\\dokan1.dll", L"\\dokanfuse1.dll"};
 
-// Major in the upper 16 bits, minor in the lower; 0 when there is no version resource.
+// Returns the major version in the upper 16 bits and the minor in the lower, or 0 without a
+// resource.
 DWORD VersionOf(const std::wstring& path) {
     std::vector<char> block(GetFileVersionInfoSizeW(path.c_str(), nullptr));
     VS_FIXEDFILEINFO* info = nullptr;
@@ -44,7 +45,7 @@ TEST(DriverFiles, Libraries_LoadAndUnload) {
     }
 }
 
-// Registered as the library does it: a file-system driver, asking for no access rights.
+// Registers the driver as the library does: as a file-system driver, and without access rights.
 void RegisterDriver(const wchar_t* name, const std::wstring& path) {
     const SC_HANDLE manager = OpenSCManagerW(nullptr, nullptr, SC_MANAGER_ALL_ACCESS);
     const SC_HANDLE created = CreateServiceW(

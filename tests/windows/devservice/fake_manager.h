@@ -1,5 +1,6 @@
-// A stand-in of the library's endpoint "Manager": keeps what comes in and answers as it is told.
-// One for the process, as its listener cannot be taken back; it serves from the first Show on.
+// Stands in for the library's endpoint "Manager": it keeps the messages that come in and gives the
+// requested answers. There is one for the process, because its listener cannot be removed. It
+// serves from the first Show on.
 
 #ifndef PLENXSDK_TESTS_WINDOWS_DEVSERVICE_FAKE_MANAGER_H
 #define PLENXSDK_TESTS_WINDOWS_DEVSERVICE_FAKE_MANAGER_H
@@ -12,19 +13,19 @@ namespace PlenxTest {
 
 namespace FakeManager {
 
-/// True once Show has been called in this process.
+/// Returns true once Show has been called in this process.
 bool WasEverShown();
-/// Serves, honestly, with nothing kept.
+/// Serves honestly, and forgets earlier messages.
 void Show();
 /// Calls fail from now on, as before the library has registered its interface.
 void Hide();
 
-/// The int32 of the replies.
+/// Sets the int32 of the replies.
 void Answer(std::int32_t code);
 /// Calls do not come back until Show or the time is over.
 void Block(unsigned milliseconds);
 
-/// What has come in, one rendered line each.
+/// Returns the messages that have come in, one rendered line each.
 std::vector<std::string> Received();
 /// Waits up to 5 s until that many calls have come in.
 std::vector<std::string> Await(std::size_t count);

@@ -1,4 +1,4 @@
-// The service's life under the real Service Control Manager, as the library sees it.
+// Tests the service's life under the real Service Control Manager, as the library sees it.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -14,7 +14,7 @@ namespace {
 
 using testing::HasSubstr;
 
-constexpr DWORD kStopLimit = 2000;  // what the library gives a service
+constexpr DWORD kStopLimit = 2000;  // the library waits this long for a service
 
 const std::wstring kEndpoints[] = {L"PLENXOfficeService", L"PLENXPCService", L"PLENXPhoneService"};
 
@@ -188,7 +188,7 @@ TEST(Life, StopDuringADelayedRequest_IsDoneInTimeAndTheCallerComesBack) {
     EXPECT_TRUE(service.LogComesToSay("received DeleteGroup(1) groupName:\"g_1\"\n"));
     EXPECT_EQ(service.SendStop(), NO_ERROR);
     EXPECT_TRUE(service.Reaches(SERVICE_STOPPED, kStopLimit));
-    // with the answer or without: it races with the end of the process
+    // The answer races with the end of the process, so it may come or not.
     EXPECT_TRUE(caller.WaitForExit(5000).has_value());
 }
 

@@ -1,4 +1,4 @@
-// The test program, and the clients that it starts itself as.
+// Runs the tests, or one of the clients as which the program starts itself.
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-// Requests, the notifications that they lead to, and every way to misbehave at one.
+// Tests requests, the notifications that they cause, and every way to misbehave at one.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

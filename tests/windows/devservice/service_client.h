@@ -1,4 +1,4 @@
-// Requests to a service over the library's own stubs.
+// Sends requests to a service over the library's own stubs.
 
 #ifndef PLENXSDK_TESTS_WINDOWS_DEVSERVICE_SERVICE_CLIENT_H
 #define PLENXSDK_TESTS_WINDOWS_DEVSERVICE_SERVICE_CLIENT_H
@@ -14,13 +14,13 @@
 namespace PlenxTest {
 
 struct ServiceAnswer {
-    unsigned long exception = 0;  // 0: none
+    unsigned long exception = 0;  // 0 when there is none
     long result = 0;
     long statedSize = 0;
     bool hasBlock = false;
     PlenxWire::Bytes reply;
 
-    /// The int32 of a well-formed reply; INT32_MIN when there is none.
+    /// Returns the int32 of a well-formed reply, or INT32_MIN when there is none.
     std::int32_t Code() const;
 };
 
@@ -30,12 +30,12 @@ ServiceAnswer CallServiceWith(const std::wstring& endpoint, std::int32_t id,
 ServiceAnswer CallService(const std::wstring& endpoint, std::int32_t id,
                           const PlenxWire::Arguments& arguments);
 
-/// The command line of this program as a client that sends one request with the argument "g_1"
-/// and exits with the exception's code, or 0.
+/// Returns the command line that runs this program as a client. The client sends one request with
+/// the argument "g_1" and exits with the exception's code, or 0.
 std::wstring CallerOf(const std::wstring& endpoint, std::int32_t id);
 
-/// The exception of such a client, or 0; nothing when it does not come back. A call that raises
-/// is made by a process of its own, because Wine's RPC runtime keeps something of it: the caller
+/// Returns the exception of such a client, or 0, or nullopt when it does not come back. A call that
+/// raises needs a process of its own, because Wine's RPC runtime keeps something of it: the caller
 /// may fail for good (1727) when the server has been restarted some more times.
 std::optional<DWORD> ExceptionOfCall(const std::wstring& endpoint, std::int32_t id);
 

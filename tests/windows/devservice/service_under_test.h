@@ -1,5 +1,5 @@
-// The development service, registered with the real Service Control Manager and driven as the
-// library drives it. One object, one folder of its own; both are removed with it.
+// The development service, registered with the real Service Control Manager and used as the library
+// uses it. Each object has its own folder; both service and folder are removed with it.
 
 #ifndef PLENXSDK_TESTS_WINDOWS_DEVSERVICE_SERVICE_UNDER_TEST_H
 #define PLENXSDK_TESTS_WINDOWS_DEVSERVICE_SERVICE_UNDER_TEST_H
@@ -14,16 +14,16 @@ namespace PlenxTest {
 
 class ServiceUnderTest {
 public:
-    /// row: 0 office, 1 PC, 2 phone. control: its control file.
+    /// The row is 0 for office, 1 for PC, 2 for phone. control is the text of its control file.
     explicit ServiceUnderTest(int row, const std::string& control = "");
     ~ServiceUnderTest();
     ServiceUnderTest(const ServiceUnderTest&) = delete;
     ServiceUnderTest& operator=(const ServiceUnderTest&) = delete;
 
-    /// The control file is replaced.
+    /// Replaces the control file.
     void Control(const std::string& toml) const;
 
-    /// @return what StartServiceW says: 0 or a Windows error.
+    /// @return the result of StartServiceW: 0 or a Windows error.
     DWORD Start();
     DWORD Start(const std::vector<std::wstring>& arguments);
     /// Starts and waits until it runs. @return false when it does not.
@@ -31,12 +31,13 @@ public:
 
     DWORD SendStop();
     SERVICE_STATUS_PROCESS Status() const;
-    /// Waits, for at most the time given.
+    /// Waits for the state, for at most the given time.
     bool Reaches(DWORD state, DWORD milliseconds) const;
-    /// All different reports, watched until the state is reached or the time is over.
+    /// Returns all different reports until the state is reached or the time is over.
     std::vector<SERVICE_STATUS_PROCESS> Watch(DWORD state, DWORD milliseconds) const;
 
-    /// The log in the data folder, or the second one (log = 'second.log').
+    /// Both return the text of a log: the one in the data folder, or the second one (log =
+    /// 'second.log').
     std::string Log() const;
     std::string SecondLog() const;
     /// Waits up to 5 s for a line that contains the text.

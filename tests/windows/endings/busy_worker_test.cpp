@@ -1,5 +1,5 @@
-// A host that ends while the library's threads are in the middle of something: it ends just as
-// well. Each of these takes its time, so they run less often than the others.
+// Tests hosts that end while the library's threads are busy. They must end just as well. Each of
+// these tests takes some time, so they run less often than the others.
 
 #include <algorithm>
 
@@ -15,7 +15,7 @@ protected:
     }
 };
 
-// A service that is starting takes no stop, so it rightly stays; the next host takes it over.
+// A service that is starting accepts no stop, so it rightly stays; the next host takes it over.
 TEST_F(BusyWorker, HostThatExitsWhileAServiceStarts_ExitsAndLeavesThatServiceAlone) {
     folder_.SetServiceControl("[start]\nservice = 'pc'\ndelay_ms = 20000\n");
     RunLessOften("waiting-for-a-start", Left::kThePcService);

@@ -1,4 +1,4 @@
-// An observer that counts what it hears, and stays in a notification if told to.
+// An observer that counts notifications, and stays in one on request.
 
 #ifndef PLENXSDK_TESTS_WINDOWS_ENDINGS_COUNTING_OBSERVER_H
 #define PLENXSDK_TESTS_WINDOWS_ENDINGS_COUNTING_OBSERVER_H
@@ -52,7 +52,7 @@ public:
     int NotifyError(int) override { return Count(); }
     int NotifyDiskName(const std::string&) override { return Count(); }
 
-    /// One for all hosts, which is never destroyed before they end.
+    /// All hosts share this one, which is never destroyed before they end.
     static CountingObserver& Get() {
         static CountingObserver observer;
         return observer;

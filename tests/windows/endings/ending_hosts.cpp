@@ -20,8 +20,8 @@ CountingObserver& Observer() {
     return CountingObserver::Get();
 }
 
-// What the service is at, from its log: asking the Service Control Manager would get in the
-// worker's way, as Wine confuses two threads of a process that ask at once (error 6).
+// Reads the service's state from its log. A query of the Service Control Manager would disturb the
+// worker, because Wine confuses two threads of a process that ask at once (error 6).
 bool PcServiceComesToSay(const std::string& data, std::initializer_list<const char*> oneOf) {
     const auto file = std::filesystem::path(data) / "plenx" / "pc" / "service.log";
     return WaitFor(
@@ -57,7 +57,7 @@ int InitAndFree(const std::string& install, const std::string& data) {
     library.Init(install, data);
     library.Free();
     if (GetModuleHandleW(L"plenxsdk.dll") == nullptr) {
-        return kNotReached;  // the worker's code would be gone
+        return kNotReached;  // unloading would remove the worker's code
     }
     return WaitForEngine(library) ? 13 : kNotReached;
 }

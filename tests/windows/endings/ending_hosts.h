@@ -1,5 +1,5 @@
-// Hosts that end in one particular way each. A host returns its mode's own exit code, so that a
-// parent sees whether it got there.
+// Each host ends in one particular way. It returns its mode's own exit code, so that the parent
+// sees whether it got there.
 
 #ifndef PLENXSDK_TESTS_WINDOWS_ENDINGS_ENDING_HOSTS_H
 #define PLENXSDK_TESTS_WINDOWS_ENDINGS_ENDING_HOSTS_H
@@ -14,9 +14,9 @@ struct HostMode {
     int (*run)(const std::string& install, const std::string& data);
 };
 
-/// Null when there is no such mode.
+/// Returns null when there is no such mode.
 const HostMode* FindHostMode(const std::string& name);
-/// Of those with a DLL that calls the library late.
+/// Finds a mode with a DLL that calls the library late.
 const HostMode* FindLateCallHost(const std::string& name);
 
 }  // namespace PlenxTest

@@ -11,8 +11,8 @@
 namespace PlenxTest {
 namespace {
 
-constexpr DWORD kDeadline = 5000;  // from the host's return to its exit, and then some
-constexpr DWORD kRunTime = 15000;  // for what the host does before it returns
+constexpr DWORD kDeadline = 5000;  // from the host's return to its exit, with some reserve
+constexpr DWORD kRunTime = 15000;  // for the host's work before it returns
 
 bool WaitUntilGone(const wchar_t* service) {
     return WaitFor([=] { return !IsRegistered(service); }, 2000);

@@ -1,4 +1,4 @@
-// Hosts that are run to their end, and what must be left behind: nothing.
+// Runs hosts to their end and checks that they leave nothing behind.
 
 #ifndef PLENXSDK_TESTS_WINDOWS_ENDINGS_ENDINGS_H
 #define PLENXSDK_TESTS_WINDOWS_ENDINGS_ENDINGS_H
@@ -14,7 +14,7 @@
 
 namespace PlenxTest {
 
-/// How often an ending is run: PLENX_TEST_ENDINGS, or 50.
+/// Returns how often each ending runs: PLENX_TEST_ENDINGS, or 50.
 int Repetitions();
 
 class Endings : public testing::Test {

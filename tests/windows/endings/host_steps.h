@@ -1,4 +1,4 @@
-// What hosts do before they end.
+// Steps that hosts take before they end.
 
 #ifndef PLENXSDK_TESTS_WINDOWS_ENDINGS_HOST_STEPS_H
 #define PLENXSDK_TESTS_WINDOWS_ENDINGS_HOST_STEPS_H

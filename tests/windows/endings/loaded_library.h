@@ -1,4 +1,4 @@
-// The DLL loaded by hand: members are called through their exported names.
+// The DLL, loaded by hand. Its members are called through their exported names.
 
 #ifndef PLENXSDK_TESTS_WINDOWS_ENDINGS_LOADED_LIBRARY_H
 #define PLENXSDK_TESTS_WINDOWS_ENDINGS_LOADED_LIBRARY_H

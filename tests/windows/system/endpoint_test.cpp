@@ -1,4 +1,4 @@
-// The endpoint "Manager" where somebody else is in the way.
+// Tests the endpoint "Manager" when somebody else has it.
 
 #include <windows.h>
 
@@ -25,8 +25,8 @@ HOST_TEST(Endpoint, HostThatListensAlready_IsLoggedAndNotificationsStillCome) {
     EXPECT_TRUE(observer.WaitFor("NotifyConnect(1, group)")) << "the host's listening serves it";
 }
 
-// What becomes of the notifications is up to the system: some refuse the second holder of an
-// endpoint, some let both have it.
+// The system decides what happens to the notifications: some systems refuse the second holder of an
+// endpoint, others let both have it.
 HOST_TEST(Endpoint, EndpointThatAnotherProcessHolds_BreaksNothing) {
     EndpointHolder holder(EndpointHolder::By::kServing);
     ASSERT_TRUE(holder.Holds());

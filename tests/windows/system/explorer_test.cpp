@@ -1,4 +1,4 @@
-// What Windows Explorer is told, as a window in the same process hears it.
+// Tests the notifications for Windows Explorer, which a window in the same process hears.
 
 #include "system/host.h"
 #include "system/shell_listener.h"

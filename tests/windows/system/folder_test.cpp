@@ -1,4 +1,4 @@
-// The folders that the library makes, wipes and fills.
+// Tests the folders that the library makes, empties and fills.
 
 #include "support/child_process.h"
 #include "support/service_state.h"

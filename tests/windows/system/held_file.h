@@ -13,7 +13,7 @@ namespace PlenxTest {
 
 class HeldFile {
 public:
-    /// The file is made if need be.
+    /// Makes the file if necessary.
     explicit HeldFile(const std::filesystem::path& path)
         : file_(CreateFileW(path.c_str(), GENERIC_READ, 0, nullptr, OPEN_ALWAYS,
                             FILE_ATTRIBUTE_NORMAL, nullptr)) {

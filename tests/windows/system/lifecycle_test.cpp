@@ -1,5 +1,5 @@
-// The services' lives as a host sees them when all is well: every operation, what the services
-// hear of it, what they tell, and what the log says.
+// Tests the services' lives as a host sees them when all is well: every operation, its requests to
+// the services, their notifications, and the log.
 
 #include "support/service_state.h"
 #include "system/host.h"

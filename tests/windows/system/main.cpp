@@ -1,4 +1,4 @@
-// The tests, and the processes that they start this program as.
+// Runs the tests, or one of the processes as which they start this program.
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
-// Observers that do not behave: they throw, take their time, refuse, call back into the library,
-// come and go. The others hear everything and the library goes on.
+// Tests observers that misbehave: they throw, are slow, refuse, call back into the library, come
+// and go. The others must hear everything, and the library must go on.
 
 #include <atomic>
 #include <stdexcept>

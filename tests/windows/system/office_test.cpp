@@ -1,5 +1,5 @@
-// The office service's part in every operation, seen from the companion library, and what the
-// host is told when the companion fails.
+// Tests the office service's part in every operation, seen from the companion library, and the
+// outcomes for the host when the companion fails.
 
 #include <sstream>
 

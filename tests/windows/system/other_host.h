@@ -1,4 +1,4 @@
-// Another host on the same folders, in a process of its own, that ends without a word.
+// Another host on the same folders, in a process of its own, that ends without any cleanup.
 
 #ifndef PLENXSDK_TESTS_WINDOWS_SYSTEM_OTHER_HOST_H
 #define PLENXSDK_TESTS_WINDOWS_SYSTEM_OTHER_HOST_H

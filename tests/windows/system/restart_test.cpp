@@ -1,4 +1,4 @@
-// Services that come and go without the library: crashed, or started anew by somebody else.
+// Tests services that come and go without the library: they crash, or somebody else restarts them.
 
 #include "support/service_state.h"
 #include "system/host.h"
@@ -56,8 +56,8 @@ HOST_TEST(Restarts, ServiceThatIsRestartedBetweenCalls_IsReachedAgain) {
     EXPECT_EQ(CountLines(Info("ServiceManager::StopServiceByIndex", "force stop service")), 0);
 }
 
-// Before a start, the process that was last seen running is ended, should it linger. Its id may
-// have gone to a process that has nothing to do with it.
+// Before a start, the library ends the process that it last saw, if that still exists. Its id may
+// belong to an unrelated process by now.
 HOST_TEST(Restarts, ProcessThatHasGotTheIdOfACrashedService_IsSpared) {
     Init();
     ASSERT_TRUE(Start(kPcService));
@@ -74,7 +74,7 @@ HOST_TEST(Restarts, ProcessThatHasGotTheIdOfACrashedService_IsSpared) {
     EXPECT_TRUE(innocent.IsAlive());
 }
 
-// The other way round: a process that lingers is the one that was seen, and is ended.
+// The opposite case: the process is the one that was last seen, and it is ended.
 HOST_TEST(Restarts, ServiceProcessThatLingersAfterItsStop_IsEnded) {
     Init();
     ASSERT_TRUE(Start(kPcService));

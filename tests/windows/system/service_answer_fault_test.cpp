@@ -1,4 +1,5 @@
-// Services that answer late, wrongly or not at all, and that send what no honest service sends.
+// Tests services that answer late, wrongly or not at all, and that send messages of no honest
+// service.
 
 #include "support/service_state.h"
 #include "system/host.h"

@@ -1,5 +1,5 @@
-// Services that do not start or stop as they should. Whatever they do, the host is told and the
-// library goes on.
+// Tests services that do not start or stop as they should. Whatever they do, the host must hear of
+// it and the library must go on.
 
 #include "support/service_state.h"
 #include "system/host.h"

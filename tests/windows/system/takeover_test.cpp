@@ -1,5 +1,5 @@
-// A host that was killed leaves its services and its working folder as they were. The next one
-// takes them over, or does without.
+// A host that was killed leaves its services and its working folder unchanged. The next host must
+// take them over, or work without them.
 
 #include "support/service_state.h"
 #include "system/held_file.h"
