@@ -93,26 +93,6 @@ function(plenx_counted target)
   endif()
 endfunction()
 
-# plenx_late_import(<target> <library> <function>...): the target loads the system library with
-# its first call of one of the functions, not when it is loaded itself.
-function(plenx_late_import target library)
-  if(MSVC)
-    target_link_libraries(${target} PRIVATE ${library} delayimp)
-    target_link_options(${target} PRIVATE /DELAYLOAD:${library}.dll)
-    return()
-  endif()
-  set(definition ${PROJECT_BINARY_DIR}/generated/${library}-late.def)
-  set(archive ${CMAKE_ARCHIVE_OUTPUT_DIRECTORY}/lib${library}-late.a)
-  list(JOIN ARGN "\n" functions)
-  file(CONFIGURE OUTPUT ${definition}
-    CONTENT "LIBRARY ${library}.dll\nEXPORTS\n${functions}\n")
-  add_custom_command(OUTPUT ${archive} DEPENDS ${definition} VERBATIM
-    COMMAND ${CMAKE_COMMAND} -E make_directory ${CMAKE_ARCHIVE_OUTPUT_DIRECTORY}
-    COMMAND ${CMAKE_DLLTOOL} -d ${definition} --output-delaylib ${archive})
-  target_sources(${target} PRIVATE ${archive})
-  target_link_libraries(${target} PRIVATE ${archive} delayimp)
-endfunction()
-
 # plenx_widl(<variable>): makes the IDL compiler's stubs of both RPC interfaces in a folder of the build
 # and sets the variable to that folder. All names in them differ from ours, so that one program can link
 # both.

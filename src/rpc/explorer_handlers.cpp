@@ -4,6 +4,7 @@
 
 #include <shlobj.h>
 
+#include <atomic>
 #include <cstddef>
 #include <cstring>
 #include <memory>
@@ -24,6 +25,35 @@ std::vector<wchar_t> TerminatedPath(const std::uint8_t* bytes, std::int32_t leng
     return path;
 }
 
+using ChangeNotify = decltype(&SHChangeNotify);
+
+ChangeNotify LoadChangeNotify() noexcept {
+    const HMODULE shell = LoadLibraryExW(L"shell32.dll", nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32);
+    if (shell == nullptr) {
+        return nullptr;
+    }
+    const FARPROC function = GetProcAddress(shell, "SHChangeNotify");
+    if (function == nullptr) {
+        FreeLibrary(shell);
+    }
+    return reinterpret_cast<ChangeNotify>(reinterpret_cast<void*>(function));
+}
+
+// The shell library takes several times as long to load as all the others together, and few
+// processes ever need it. So the first request loads it, and it stays loaded. Without it a request
+// does nothing, and the next one tries again.
+void NotifyShell(LONG event, const wchar_t* path) noexcept {
+    static std::atomic<ChangeNotify> loaded{nullptr};
+    ChangeNotify changeNotify = loaded;
+    if (changeNotify == nullptr) {
+        changeNotify = LoadChangeNotify();
+        loaded = changeNotify;
+    }
+    if (changeNotify != nullptr) {
+        changeNotify(event, SHCNF_PATHW, path, nullptr);
+    }
+}
+
 }  // namespace
 
 std::int32_t RpcManager::UpdateWindowsExplore(RpcMessage& message) {
@@ -41,7 +71,7 @@ std::int32_t RpcManager::UpdateWindowsExplore(RpcMessage& message) {
     }
     const std::unique_ptr<std::uint8_t[]> owner(bytes);
     const std::vector<wchar_t> path = TerminatedPath(bytes, length);
-    SHChangeNotify(SHCNE_UPDATEDIR, SHCNF_PATHW, path.data(), nullptr);
+    NotifyShell(SHCNE_UPDATEDIR, path.data());
     return RpcDefaultResponse(message);
 }
 
@@ -78,11 +108,11 @@ void RpcManager::FlushExplorer(char cLetter, std::int32_t expFlushType) {
     switch (expFlushType) {
     case 0:
     case 1:
-        SHChangeNotify(SHCNE_DRIVEADD, SHCNF_PATHW, root, nullptr);
-        SHChangeNotify(SHCNE_UPDATEDIR, SHCNF_PATHW, kComputerFolder, nullptr);
+        NotifyShell(SHCNE_DRIVEADD, root);
+        NotifyShell(SHCNE_UPDATEDIR, kComputerFolder);
         break;
     case 2:
-        SHChangeNotify(SHCNE_UPDATEDIR, SHCNF_PATHW, root, nullptr);
+        NotifyShell(SHCNE_UPDATEDIR, root);
         break;
     default:
         break;

@@ -61,6 +61,8 @@ typedef void* HANDLE;
 #define ERROR_NO_MORE_FILES 18
 #define ERROR_SHARING_VIOLATION 32
 #define ERROR_INVALID_PARAMETER 87
+#define ERROR_MOD_NOT_FOUND 126
+#define ERROR_PROC_NOT_FOUND 127
 #define ERROR_INSUFFICIENT_BUFFER 122
 #define ERROR_INVALID_NAME 123
 #define ERROR_INVALID_LEVEL 124
@@ -98,9 +100,9 @@ typedef struct SC_HANDLE__* SC_HANDLE;
 #define SC_MANAGER_LOCK 0x0008
 #define SC_MANAGER_QUERY_LOCK_STATUS 0x0010
 #define SC_MANAGER_MODIFY_BOOT_CONFIG 0x0020
-#define SC_MANAGER_ALL_ACCESS                                                                  \
-    (STANDARD_RIGHTS_REQUIRED | SC_MANAGER_CONNECT | SC_MANAGER_CREATE_SERVICE |               \
-     SC_MANAGER_ENUMERATE_SERVICE | SC_MANAGER_LOCK | SC_MANAGER_QUERY_LOCK_STATUS |           \
+#define SC_MANAGER_ALL_ACCESS                                                        \
+    (STANDARD_RIGHTS_REQUIRED | SC_MANAGER_CONNECT | SC_MANAGER_CREATE_SERVICE |     \
+     SC_MANAGER_ENUMERATE_SERVICE | SC_MANAGER_LOCK | SC_MANAGER_QUERY_LOCK_STATUS | \
      SC_MANAGER_MODIFY_BOOT_CONFIG)
 
 #define SERVICE_QUERY_CONFIG 0x0001
@@ -112,9 +114,9 @@ typedef struct SC_HANDLE__* SC_HANDLE;
 #define SERVICE_PAUSE_CONTINUE 0x0040
 #define SERVICE_INTERROGATE 0x0080
 #define SERVICE_USER_DEFINED_CONTROL 0x0100
-#define SERVICE_ALL_ACCESS                                                                     \
-    (STANDARD_RIGHTS_REQUIRED | SERVICE_QUERY_CONFIG | SERVICE_CHANGE_CONFIG |                 \
-     SERVICE_QUERY_STATUS | SERVICE_ENUMERATE_DEPENDENTS | SERVICE_START | SERVICE_STOP |      \
+#define SERVICE_ALL_ACCESS                                                                \
+    (STANDARD_RIGHTS_REQUIRED | SERVICE_QUERY_CONFIG | SERVICE_CHANGE_CONFIG |            \
+     SERVICE_QUERY_STATUS | SERVICE_ENUMERATE_DEPENDENTS | SERVICE_START | SERVICE_STOP | \
      SERVICE_PAUSE_CONTINUE | SERVICE_INTERROGATE | SERVICE_USER_DEFINED_CONTROL)
 
 #define SERVICE_KERNEL_DRIVER 0x00000001
@@ -174,14 +176,14 @@ typedef enum _SC_STATUS_TYPE { SC_STATUS_PROCESS_INFO = 0 } SC_STATUS_TYPE;
 
 SC_HANDLE WINAPI OpenSCManagerW(LPCWSTR machine, LPCWSTR database, DWORD access);
 SC_HANDLE WINAPI OpenServiceW(SC_HANDLE manager, LPCWSTR name, DWORD access);
-SC_HANDLE WINAPI CreateServiceW(SC_HANDLE manager, LPCWSTR name, LPCWSTR displayName,
-                                DWORD access, DWORD type, DWORD startType, DWORD errorControl,
-                                LPCWSTR binaryPath, LPCWSTR loadOrderGroup, LPDWORD tagId,
-                                LPCWSTR dependencies, LPCWSTR account, LPCWSTR password);
+SC_HANDLE WINAPI CreateServiceW(SC_HANDLE manager, LPCWSTR name, LPCWSTR displayName, DWORD access,
+                                DWORD type, DWORD startType, DWORD errorControl, LPCWSTR binaryPath,
+                                LPCWSTR loadOrderGroup, LPDWORD tagId, LPCWSTR dependencies,
+                                LPCWSTR account, LPCWSTR password);
 BOOL WINAPI StartServiceW(SC_HANDLE service, DWORD count, LPCWSTR* arguments);
 BOOL WINAPI ControlService(SC_HANDLE service, DWORD control, LPSERVICE_STATUS status);
-BOOL WINAPI QueryServiceStatusEx(SC_HANDLE service, SC_STATUS_TYPE level, LPBYTE buffer,
-                                 DWORD size, LPDWORD bytesNeeded);
+BOOL WINAPI QueryServiceStatusEx(SC_HANDLE service, SC_STATUS_TYPE level, LPBYTE buffer, DWORD size,
+                                 LPDWORD bytesNeeded);
 BOOL WINAPI DeleteService(SC_HANDLE service);
 BOOL WINAPI CloseServiceHandle(SC_HANDLE handle);
 
@@ -198,19 +200,29 @@ typedef struct _FILETIME {
 
 HANDLE WINAPI OpenProcess(DWORD access, BOOL inheritHandle, DWORD processId);
 BOOL WINAPI TerminateProcess(HANDLE process, UINT exitCode);
-BOOL WINAPI GetProcessTimes(HANDLE process, LPFILETIME creation, LPFILETIME exit,
-                            LPFILETIME kernel, LPFILETIME user);
+BOOL WINAPI GetProcessTimes(HANDLE process, LPFILETIME creation, LPFILETIME exit, LPFILETIME kernel,
+                            LPFILETIME user);
 BOOL WINAPI CloseHandle(HANDLE handle);
 
 /* Time is virtual: only Sleep makes it pass. */
 DWORD WINAPI GetTickCount(void);
 void WINAPI Sleep(DWORD milliseconds);
 
+/* Libraries. */
+typedef struct HINSTANCE__* HMODULE;
+typedef intptr_t(WINAPI* FARPROC)(void);
+
+#define LOAD_LIBRARY_SEARCH_SYSTEM32 0x00000800
+
+HMODULE WINAPI LoadLibraryExW(LPCWSTR name, HANDLE file, DWORD flags);
+FARPROC WINAPI GetProcAddress(HMODULE module, const char* name);
+BOOL WINAPI FreeLibrary(HMODULE module);
+
 /* Files. */
 #define MOVEFILE_REPLACE_EXISTING 0x00000001
 #define MOVEFILE_COPY_ALLOWED 0x00000002
 
-#define INVALID_FILE_ATTRIBUTES ((DWORD)-1)
+#define INVALID_FILE_ATTRIBUTES ((DWORD) - 1)
 #define FILE_ATTRIBUTE_READONLY 0x00000001
 #define FILE_ATTRIBUTE_HIDDEN 0x00000002
 #define FILE_ATTRIBUTE_SYSTEM 0x00000004

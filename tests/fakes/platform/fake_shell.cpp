@@ -2,6 +2,7 @@
 
 #include <shlobj.h>
 
+#include <cstring>
 #include <utility>
 
 #include "platform/call_text.h"
@@ -16,6 +17,17 @@ using Lock = std::lock_guard<std::recursive_mutex>;
 void FakeShell::Reset() {
     const Lock lock(mutex_);
     notifications_.clear();
+    loads_ = 0;
+}
+
+int FakeShell::Loads() const {
+    const Lock lock(mutex_);
+    return loads_;
+}
+
+void FakeShell::CountLoads(int change) {
+    const Lock lock(mutex_);
+    loads_ += change;
 }
 
 void FakeShell::Add(Notification notification) {
@@ -26,6 +38,38 @@ void FakeShell::Add(Notification notification) {
 std::vector<FakeShell::Notification> FakeShell::Notifications() const {
     const Lock lock(mutex_);
     return notifications_;
+}
+
+// There is no other library: what is loaded must be the shell, and what is asked for its one
+// function.
+HMODULE LoadLibraryExW(LPCWSTR name, HANDLE, DWORD flags) {
+    const PlatformCall call("LoadLibraryExW");
+    call.Record({Quoted(name), Hex(flags)});
+    const bool found =
+        call.Run([&] { return Folded(name) == L"shell32.dll" ? 0 : ERROR_MOD_NOT_FOUND; });
+    if (!found) {
+        return nullptr;
+    }
+    call.Platform().Shell().CountLoads(1);
+    return reinterpret_cast<HMODULE>(&call.Platform().Shell());
+}
+
+FARPROC GetProcAddress(HMODULE module, const char* name) {
+    const PlatformCall call("GetProcAddress");
+    call.Record({Quoted(std::wstring(name, name + std::strlen(name)).c_str())});
+    const bool found = call.Run([&] {
+        const bool isIt = reinterpret_cast<FakeShell*>(module) == &call.Platform().Shell() &&
+                          std::strcmp(name, "SHChangeNotify") == 0;
+        return isIt ? 0 : ERROR_PROC_NOT_FOUND;
+    });
+    return found ? reinterpret_cast<FARPROC>(reinterpret_cast<void*>(&SHChangeNotify)) : nullptr;
+}
+
+BOOL FreeLibrary(HMODULE) {
+    const PlatformCall call("FreeLibrary");
+    call.Record({});
+    call.Platform().Shell().CountLoads(-1);
+    return TRUE;
 }
 
 void SHChangeNotify(LONG eventId, UINT flags, LPCVOID item1, LPCVOID item2) {

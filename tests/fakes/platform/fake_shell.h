@@ -1,4 +1,4 @@
-// Keeps the notifications for Explorer.
+// Stands for the shell library, which can be loaded, and keeps the notifications for Explorer.
 
 #ifndef PLENXSDK_FAKES_PLATFORM_FAKE_SHELL_H
 #define PLENXSDK_FAKES_PLATFORM_FAKE_SHELL_H
@@ -20,12 +20,17 @@ public:
     explicit FakeShell(std::recursive_mutex& mutex) : mutex_(mutex) {}
 
     void Reset();
+    /// How often the library has been loaded and not been freed since.
+    int Loads() const;
+    void CountLoads(int change);
+
     void Add(Notification notification);
     std::vector<Notification> Notifications() const;
 
 private:
     std::recursive_mutex& mutex_;
     std::vector<Notification> notifications_;
+    int loads_ = 0;
 };
 
 #endif  // PLENXSDK_FAKES_PLATFORM_FAKE_SHELL_H

@@ -210,4 +210,50 @@ TEST(UpdateWindowsExplore, LengthThatIsNotTheArraysFailsWith20) {
     EXPECT_THAT(Notifications(), IsEmpty());
 }
 
+// The shell library is loaded by the first request. (Each test runs in a process of its own.)
+
+TEST(ShellLibrary, IsLoadedOnceAndFromTheSystemFolderOnly) {
+    EXPECT_THAT(FakePlatform::Get().Calls(), IsEmpty());
+    Flush('E', 0);
+    UpdateExplore(BytesOf(L"E:\\"));
+    ExploreFlush("E:", 2);
+    EXPECT_EQ(Notifications().size(), 4U);
+    EXPECT_THAT(FakePlatform::Get().CallsWithout({"SHChangeNotify"}),
+                ElementsAre("LoadLibraryExW(\"shell32.dll\", 0x800)",
+                            "GetProcAddress(\"SHChangeNotify\")"));
+}
+
+class ShellLibraryFault : public testing::TestWithParam<const char*> {};
+
+TEST_P(ShellLibraryFault, OfEveryRequestLeavesTheReplyAndTheLines_AndTheNextRequestTriesAgain) {
+    FakeFaults& faults = FakePlatform::Get().Faults();
+    faults.FailCallsFrom(GetParam(), 1, ERROR_NOT_ENOUGH_MEMORY);
+    for (const std::int32_t type : {0, 1, 2}) {
+        RecordedLog::Get().Clear();
+        ExpectDefault(ExploreFlush("E:", type));
+        EXPECT_EQ(RecordedLog::Get().Texts(), Lines("E", type));
+    }
+    RecordedLog::Get().Clear();
+    ExpectDefault(UpdateExplore(BytesOf(L"E:\\")));
+    EXPECT_THAT(RecordedLog::Get().Texts(), IsEmpty());
+    EXPECT_EQ(faults.Hits(), 6U);
+    EXPECT_THAT(Notifications(), IsEmpty());
+    EXPECT_EQ(FakePlatform::Get().Shell().Loads(), 0);
+
+    faults.Reset();
+    ExpectDefault(ExploreFlush("E:", 2));
+    EXPECT_THAT(Notifications(), ElementsAre("1000 5 E:\\"));
+}
+
+TEST_P(ShellLibraryFault, OfOneCallLosesThatNotificationOnly) {
+    FakePlatform::Get().Faults().FailCall(GetParam(), 1, ERROR_NOT_ENOUGH_MEMORY);
+    ExpectDefault(ExploreFlush("E:", 0));
+    EXPECT_THAT(Notifications(), ElementsAre(std::string("1000 5 ") + kComputerFolder));
+    EXPECT_EQ(RecordedLog::Get().Texts(), Lines("E", 0));
+}
+
+INSTANTIATE_TEST_SUITE_P(Calls, ShellLibraryFault,
+                         testing::Values("LoadLibraryExW", "GetProcAddress"),
+                         [](const auto& call) { return call.param; });
+
 }  // namespace

@@ -89,8 +89,8 @@ TEST(Image, Exports_AreThe18OperationsAndNothingElse) {
 TEST(Image, Imports_AreTheSystemTheCompanionsAndTheRunTime) {
     const auto imports = Image().Imports();
     EXPECT_THAT(imports,
-                Each(AnyOf("KERNEL32.dll", "ADVAPI32.dll", "RPCRT4.dll", "SHELL32.dll",
-                           "msvcrt.dll", "LogHelper.dll", "distributedfile.dll", "libstdc++-6.dll",
+                Each(AnyOf("KERNEL32.dll", "ADVAPI32.dll", "RPCRT4.dll", "ntdll.dll", "msvcrt.dll",
+                           "LogHelper.dll", "distributedfile.dll", "libstdc++-6.dll",
                            "libgcc_s_seh-1.dll", "libwinpthread-1.dll")));
     EXPECT_THAT(imports, Contains("LogHelper.dll"));
     EXPECT_THAT(imports, Contains("distributedfile.dll"));
