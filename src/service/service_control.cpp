@@ -33,25 +33,6 @@ static_assert(sizeof(SERVICE_STATUS) == 28);
 constexpr DWORD kPollsPerWaitHint = 200;
 constexpr DWORD kStopWaitMilliseconds = 2000;  // counts while there is no progress
 
-ServiceHandle OpenManager(std::string_view function) {
-    ServiceHandle manager(OpenSCManagerW(nullptr, nullptr, SC_MANAGER_ALL_ACCESS));
-    if (!manager) {
-        const DWORD error = GetLastError();
-        LogError(function, "[PLENXSDK] open sc manager error ", error);
-    }
-    return manager;
-}
-
-ServiceHandle OpenRow(std::string_view function, const ServiceHandle& manager,
-                      const ServiceRecord& record, DWORD access) {
-    ServiceHandle service(OpenServiceW(manager.Get(), record.name.c_str(), access));
-    if (!service) {
-        const DWORD error = GetLastError();
-        LogError(function, "[PLENXSDK] open service error ", error);
-    }
-    return service;
-}
-
 bool QueryStatus(std::string_view function, SC_HANDLE service, SERVICE_STATUS_PROCESS& status,
                  DWORD& bytesNeeded) {
     if (!QueryServiceStatusEx(service, SC_STATUS_PROCESS_INFO, reinterpret_cast<LPBYTE>(&status),
@@ -63,15 +44,112 @@ bool QueryStatus(std::string_view function, SC_HANDLE service, SERVICE_STATUS_PR
     return true;
 }
 
-// The call fills only the short form of the status; the fields behind it keep their values.
-bool SendStop(SC_HANDLE service, SERVICE_STATUS_PROCESS& status) {
-    SERVICE_STATUS reply{};
-    if (!ControlService(service, SERVICE_CONTROL_STOP, &reply)) {
-        return false;
+// The service of a row, opened for one operation: the manager, the service, and its status as it
+// was last asked for. A step that fails writes its line and returns its code.
+class OpenedService {
+public:
+    /// record: null when there is no such row, which makes the first step fail without a line.
+    OpenedService(std::string_view function, const ServiceRecord* record)
+        : function_(function), record_(record) {}
+
+    std::int32_t OpenManager() {
+        if (record_ == nullptr) {
+            return kOutOfTable;
+        }
+        manager_ = ServiceHandle(OpenSCManagerW(nullptr, nullptr, SC_MANAGER_ALL_ACCESS));
+        return manager_ ? kSuccess : Fail("[PLENXSDK] open sc manager error ", kManagerNotOpened);
     }
-    std::memcpy(&status, &reply, sizeof(reply));
-    return true;
-}
+
+    /// Writes no line.
+    bool Open(DWORD access) {
+        service_ = ServiceHandle(OpenServiceW(manager_.Get(), record_->name.c_str(), access));
+        return static_cast<bool>(service_);
+    }
+
+    std::int32_t Query() {
+        return QueryStatus(function_, service_.Get(), status_, bytesNeeded_) ? kSuccess
+                                                                             : kStatusQueryFailed;
+    }
+
+    /// All of the above.
+    std::int32_t OpenAndQuery(DWORD access) {
+        if (const std::int32_t code = OpenManager(); code != kSuccess) {
+            return code;
+        }
+        return Open(access) ? Query() : Fail("[PLENXSDK] open service error ", kServiceNotOpened);
+    }
+
+    std::int32_t Create() {
+        const ServiceHandle created(CreateServiceW(
+            manager_.Get(), record_->name.c_str(), record_->name.c_str(), record_->desiredAccess,
+            record_->serviceType, record_->startType, record_->errorControl,
+            record_->binaryPath.c_str(), nullptr, nullptr, nullptr, nullptr, nullptr));
+        if (!created) {
+            return Fail("[PLENXSDK] create service error ", kServiceNotCreated);
+        }
+        LogInfo(function_, "[PLENXSDK] create service success");
+        return kSuccess;
+    }
+
+    std::int32_t StartAndQuery() {
+        std::vector<const wchar_t*> arguments;
+        for (const std::wstring& argument : record_->arguments) {
+            arguments.push_back(argument.c_str());
+        }
+        const bool started = StartServiceW(service_.Get(), static_cast<DWORD>(arguments.size()),
+                                           arguments.empty() ? nullptr : arguments.data());
+        return started ? Query() : Fail("[PLENXSDK] start service error ", kServiceNotStarted);
+    }
+
+    std::int32_t SendStop() {
+        SERVICE_STATUS reply{};
+        if (!ControlService(service_.Get(), SERVICE_CONTROL_STOP, &reply)) {
+            return Fail("[PLENXSDK] stop service error ", kStopRefused);
+        }
+        // The reply is the short form of the status; the fields behind it keep their values.
+        std::memcpy(&status_, &reply, sizeof(reply));
+        return kSuccess;
+    }
+
+    void WaitWhile(DWORD state) {
+        ServiceManager::WaitServiceStatus(service_.Get(), status_, bytesNeeded_,
+                                          static_cast<std::int32_t>(state), false);
+    }
+
+    /// Whatever hint the service gave.
+    void WaitForStop() {
+        status_.dwWaitHint = kStopWaitMilliseconds;
+        ServiceManager::WaitServiceStatus(service_.Get(), status_, bytesNeeded_, SERVICE_STOPPED,
+                                          true);
+    }
+
+    std::int32_t Delete() {
+        if (!DeleteService(service_.Get())) {
+            const DWORD error = GetLastError();
+            LogError(function_, "[PLENXSDK] service ", record_->name, " delete error ", error);
+            return kServiceNotDeleted;
+        }
+        LogInfo(function_, "[PLENXSDK] delete service successful");
+        return kSuccess;
+    }
+
+    DWORD State() const noexcept { return status_.dwCurrentState; }
+    DWORD ProcessId() const noexcept { return status_.dwProcessId; }
+
+private:
+    std::int32_t Fail(const char* text, std::int32_t code) const {
+        const DWORD error = GetLastError();
+        LogError(function_, text, error);
+        return code;
+    }
+
+    const std::string_view function_;
+    const ServiceRecord* const record_;
+    ServiceHandle manager_;
+    ServiceHandle service_;  // closed before the manager
+    SERVICE_STATUS_PROCESS status_{};
+    DWORD bytesNeeded_ = 0;
+};
 
 // Returns 0 when the system does not tell the time.
 std::uint64_t ProcessBirth(DWORD processId) {
@@ -91,8 +169,8 @@ std::uint64_t ProcessBirth(DWORD processId) {
 
 }  // namespace
 
-bool ServiceManager::IsRow(std::int32_t row) const noexcept {
-    return row >= 0 && static_cast<std::size_t>(row) < services.size();
+const ServiceRecord* ServiceManager::FindRow(std::int32_t row) const noexcept {
+    return row >= 0 && static_cast<std::size_t>(row) < services.size() ? &services[row] : nullptr;
 }
 
 void ServiceManager::RememberProcess(std::int32_t row, DWORD processId) {
@@ -101,11 +179,14 @@ void ServiceManager::RememberProcess(std::int32_t row, DWORD processId) {
 }
 
 // The last known process of the service may still exist. Its id may also belong to an unrelated
-// process by now, which this spares.
+// process by now, which this spares. A process that could not be identified when it was seen had
+// ended by then, so its id can only belong to somebody else.
 void ServiceManager::EndLingeringProcess(std::int32_t row) const {
     const std::uint32_t processId = processIds[row];
-    const std::uint64_t birth = processBirths[row] != 0 ? ProcessBirth(processId) : 0;
-    if (birth != 0 && birth != processBirths[row]) {
+    const std::uint64_t birth = processBirths[row];
+    const std::uint64_t birthNow = birth != 0 ? ProcessBirth(processId) : 0;
+    const bool isAnother = birthNow != 0 && birthNow != birth;
+    if (birth == 0 || isAnother) {
         LogError("DistributedFs::KillServiceProcess", "[PLENXSDK] kill service process ",
                  processId);
         return;
@@ -136,116 +217,62 @@ void ServiceManager::WaitServiceStatus(SC_HANDLE service, SERVICE_STATUS_PROCESS
 
 std::int32_t ServiceManager::CreateServiceByIndex(std::int32_t row) {
     constexpr std::string_view kFunction = "DistributedFs::ServiceManager::CreateServiceByIndex";
-    if (!IsRow(row)) {
-        return kOutOfTable;
+    OpenedService service(kFunction, FindRow(row));
+    if (const std::int32_t code = service.OpenManager(); code != kSuccess) {
+        return code;
     }
-    const ServiceRecord& record = services[row];
-    const ServiceHandle manager = OpenManager(kFunction);
-    if (!manager) {
-        return kManagerNotOpened;
-    }
-    const ServiceHandle present(
-        OpenServiceW(manager.Get(), record.name.c_str(), SERVICE_ALL_ACCESS));
-    if (present) {
+    if (service.Open(SERVICE_ALL_ACCESS)) {
         LogInfo(kFunction, "[PLENXSDK] sevice has been created");
         return kSuccess;
     }
-    const ServiceHandle created(CreateServiceW(
-        manager.Get(), record.name.c_str(), record.name.c_str(), record.desiredAccess,
-        record.serviceType, record.startType, record.errorControl, record.binaryPath.c_str(),
-        nullptr, nullptr, nullptr, nullptr, nullptr));
-    if (!created) {
-        const DWORD error = GetLastError();
-        LogError(kFunction, "[PLENXSDK] create service error ", error);
-        return kServiceNotCreated;
-    }
-    LogInfo(kFunction, "[PLENXSDK] create service success");
-    return kSuccess;
+    return service.Create();
 }
 
 std::int32_t ServiceManager::StartServiceByIndex(std::int32_t row) {
     constexpr std::string_view kFunction = "DistributedFs::ServiceManager::StartServiceByIndex";
-    if (!IsRow(row)) {
-        return kOutOfTable;
+    OpenedService service(kFunction, FindRow(row));
+    if (const std::int32_t code = service.OpenAndQuery(kStartAccess); code != kSuccess) {
+        return code;
     }
-    const ServiceHandle manager = OpenManager(kFunction);
-    if (!manager) {
-        return kManagerNotOpened;
-    }
-    const ServiceHandle service = OpenRow(kFunction, manager, services[row], kStartAccess);
-    if (!service) {
-        return kServiceNotOpened;
-    }
-    SERVICE_STATUS_PROCESS status{};
-    DWORD bytesNeeded = 0;
-    if (!QueryStatus(kFunction, service.Get(), status, bytesNeeded)) {
-        return kStatusQueryFailed;
-    }
-    if (status.dwCurrentState != SERVICE_STOPPED && status.dwCurrentState != SERVICE_STOP_PENDING) {
+    if (service.State() != SERVICE_STOPPED && service.State() != SERVICE_STOP_PENDING) {
         LogInfo(kFunction, "[PLENXSDK] service is running");
-        RememberProcess(row, status.dwProcessId);
+        RememberProcess(row, service.ProcessId());
         return kSuccess;
     }
     EndLingeringProcess(row);
-    WaitServiceStatus(service.Get(), status, bytesNeeded, SERVICE_STOP_PENDING, false);
-
-    std::vector<const wchar_t*> arguments;
-    for (const std::wstring& argument : services[row].arguments) {
-        arguments.push_back(argument.c_str());
+    service.WaitWhile(SERVICE_STOP_PENDING);
+    if (const std::int32_t code = service.StartAndQuery(); code != kSuccess) {
+        return code;
     }
-    if (!StartServiceW(service.Get(), static_cast<DWORD>(arguments.size()),
-                       arguments.empty() ? nullptr : arguments.data())) {
-        const DWORD error = GetLastError();
-        LogError(kFunction, "[PLENXSDK] start service error ", error);
-        return kServiceNotStarted;
-    }
-    if (!QueryStatus(kFunction, service.Get(), status, bytesNeeded)) {
-        return kStatusQueryFailed;
-    }
-    WaitServiceStatus(service.Get(), status, bytesNeeded, SERVICE_START_PENDING, false);
-    if (status.dwCurrentState != SERVICE_RUNNING) {
+    service.WaitWhile(SERVICE_START_PENDING);
+    if (service.State() != SERVICE_RUNNING) {
         LogError(kFunction, "[PLENXSDK] wait service status error");
         return kServiceNotStarted;
     }
-    RememberProcess(row, status.dwProcessId);
+    RememberProcess(row, service.ProcessId());
     LogInfo(kFunction, "[PLENXSDK] start service successful");
     return kSuccess;
 }
 
 std::int32_t ServiceManager::StopServiceByIndex(std::int32_t row) {
     constexpr std::string_view kFunction = "DistributedFs::ServiceManager::StopServiceByIndex";
-    if (!IsRow(row)) {
-        return kOutOfTable;
+    OpenedService service(kFunction, FindRow(row));
+    if (const std::int32_t code = service.OpenAndQuery(kStopAccess); code != kSuccess) {
+        return code;
     }
-    const ServiceHandle manager = OpenManager(kFunction);
-    if (!manager) {
-        return kManagerNotOpened;
-    }
-    const ServiceHandle service = OpenRow(kFunction, manager, services[row], kStopAccess);
-    if (!service) {
-        return kServiceNotOpened;
-    }
-    SERVICE_STATUS_PROCESS status{};
-    DWORD bytesNeeded = 0;
-    if (!QueryStatus(kFunction, service.Get(), status, bytesNeeded)) {
-        return kStatusQueryFailed;
-    }
-    if (status.dwCurrentState == SERVICE_STOPPED) {
+    if (service.State() == SERVICE_STOPPED) {
         LogInfo(kFunction, "[PLENXSDK] service has stopped");
         return kSuccess;
     }
     // If the service stops by itself during this wait, it refuses the request that follows.
-    WaitServiceStatus(service.Get(), status, bytesNeeded, SERVICE_STOP_PENDING, false);
-    if (!SendStop(service.Get(), status)) {
-        const DWORD error = GetLastError();
-        LogError(kFunction, "[PLENXSDK] stop service error ", error);
-        return kStopRefused;
+    service.WaitWhile(SERVICE_STOP_PENDING);
+    if (const std::int32_t code = service.SendStop(); code != kSuccess) {
+        return code;
     }
-    status.dwWaitHint = kStopWaitMilliseconds;
-    WaitServiceStatus(service.Get(), status, bytesNeeded, SERVICE_STOPPED, true);
-    if (status.dwCurrentState != SERVICE_STOPPED) {
+    service.WaitForStop();
+    if (service.State() != SERVICE_STOPPED) {
         LogInfo(kFunction, "[PLENXSDK] force stop service");
-        KillServiceProcess(status.dwProcessId);
+        KillServiceProcess(service.ProcessId());
     }
     LogInfo(kFunction, "[PLENXSDK] stop service successful");
     return kSuccess;
@@ -253,35 +280,22 @@ std::int32_t ServiceManager::StopServiceByIndex(std::int32_t row) {
 
 std::int32_t ServiceManager::DeleteServiceByIndex(std::int32_t row) {
     constexpr std::string_view kFunction = "DistributedFs::ServiceManager::DeleteServiceByIndex";
-    if (!IsRow(row)) {
-        return kOutOfTable;
+    OpenedService service(kFunction, FindRow(row));
+    if (const std::int32_t code = service.OpenManager(); code != kSuccess) {
+        return code;
     }
-    const std::wstring& name = services[row].name;
-    const ServiceHandle manager = OpenManager(kFunction);
-    if (!manager) {
-        return kManagerNotOpened;
-    }
-    const ServiceHandle service(OpenServiceW(manager.Get(), name.c_str(), kDeleteAccess));
-    if (!service) {
-        LogError(kFunction, "[PLENXSDK] service ", name, " has been deleted");
+    if (!service.Open(kDeleteAccess)) {
+        LogError(kFunction, "[PLENXSDK] service ", services[row].name, " has been deleted");
         return kSuccess;
     }
-    SERVICE_STATUS_PROCESS status{};
-    DWORD bytesNeeded = 0;
-    if (!QueryStatus(kFunction, service.Get(), status, bytesNeeded)) {
-        return kStatusQueryFailed;
+    if (const std::int32_t code = service.Query(); code != kSuccess) {
+        return code;
     }
-    if (status.dwCurrentState != SERVICE_STOPPED) {
-        LogError(kFunction, "[PLENXSDK] service ", name, " is not stopped");
+    if (service.State() != SERVICE_STOPPED) {
+        LogError(kFunction, "[PLENXSDK] service ", services[row].name, " is not stopped");
         return kServiceNotDeleted;
     }
-    if (!DeleteService(service.Get())) {
-        const DWORD error = GetLastError();
-        LogError(kFunction, "[PLENXSDK] service ", name, " delete error ", error);
-        return kServiceNotDeleted;
-    }
-    LogInfo(kFunction, "[PLENXSDK] delete service successful");
-    return kSuccess;
+    return service.Delete();
 }
 
 std::int32_t ServiceManager::StartDokanService() {
@@ -300,54 +314,33 @@ std::int32_t ServiceManager::StartDokanService() {
 }
 
 std::int32_t ServiceManager::StartPlenxService(std::int32_t row) {
-    constexpr std::string_view kFunction = "DistributedFs::ServiceManager::StartPlenxService";
-    if (!IsRow(row)) {
-        return kOutOfTable;
-    }
-    const std::wstring& name = services[row].name;
-    const std::int32_t code = StartServiceByIndex(row);
-    if (code != kSuccess) {
-        LogError(kFunction, "[PLENXSDK] start plenx service ", name, " error ", code);
-    } else {
-        LogInfo(kFunction, "[PLENXSDK] start plenx service ", name, " success");
-    }
-    return code;
+    return ReportOutcome("DistributedFs::ServiceManager::StartPlenxService",
+                         "[PLENXSDK] start plenx service ", row, StartServiceByIndex(row));
 }
 
 std::int32_t ServiceManager::StopPlenxService(std::int32_t row) {
-    constexpr std::string_view kFunction = "DistributedFs::ServiceManager::StopPlenxService";
-    if (!IsRow(row)) {
-        return kOutOfTable;
-    }
-    const std::wstring& name = services[row].name;
-    const std::int32_t code = StopServiceByIndex(row);
-    if (code != kSuccess) {
-        LogError(kFunction, "[PLENXSDK] stop plenx service ", name, " error ", code);
-    } else {
-        LogInfo(kFunction, "[PLENXSDK] stop plenx service ", name, " success");
+    return ReportOutcome("DistributedFs::ServiceManager::StopPlenxService",
+                         "[PLENXSDK] stop plenx service ", row, StopServiceByIndex(row));
+}
+
+// A row that does not exist has no name and no line.
+std::int32_t ServiceManager::ReportOutcome(std::string_view function, const char* text,
+                                           std::int32_t row, std::int32_t code) const {
+    if (const ServiceRecord* const record = FindRow(row); record != nullptr && code == kSuccess) {
+        LogInfo(function, text, record->name, " success");
+    } else if (record != nullptr) {
+        LogError(function, text, record->name, " error ", code);
     }
     return code;
 }
 
 bool ServiceManager::isServiceAlive(std::int32_t row) const {
     constexpr std::string_view kFunction = "DistributedFs::ServiceManager::isServiceAlive";
-    if (!IsRow(row)) {
+    OpenedService service(kFunction, FindRow(row));
+    if (service.OpenAndQuery(SERVICE_QUERY_STATUS) != kSuccess) {
         return false;
     }
-    const ServiceHandle manager = OpenManager(kFunction);
-    if (!manager) {
-        return false;
-    }
-    const ServiceHandle service = OpenRow(kFunction, manager, services[row], SERVICE_QUERY_STATUS);
-    if (!service) {
-        return false;
-    }
-    SERVICE_STATUS_PROCESS status{};
-    DWORD bytesNeeded = 0;
-    if (!QueryStatus(kFunction, service.Get(), status, bytesNeeded)) {
-        return false;
-    }
-    if (status.dwCurrentState == SERVICE_STOPPED) {
+    if (service.State() == SERVICE_STOPPED) {
         LogInfo(kFunction, "[PLENXSDK] service has stopped");
         return false;
     }

@@ -17,6 +17,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace DistributedFs {
@@ -65,10 +66,13 @@ public:
 private:
     static constexpr std::int32_t kFirstInstalledRow = 1;
 
-    bool IsRow(std::int32_t row) const noexcept;
+    /// Null when there is no such row.
+    const ServiceRecord* FindRow(std::int32_t row) const noexcept;
     bool IsInstalledRow(std::int32_t row) const noexcept;
     void RememberProcess(std::int32_t row, DWORD processId);
     void EndLingeringProcess(std::int32_t row) const;
+    std::int32_t ReportOutcome(std::string_view function, const char* text, std::int32_t row,
+                               std::int32_t code) const;
 
     std::vector<ServiceRecord> services;
     std::wstring sourcePath;

@@ -209,16 +209,36 @@ TEST_F(LingeringProcessTest, IdThatAnotherProcessOwnsByNow_IsSpared) {
     EXPECT_THAT(platform.CallsOf({"TerminateProcess"}), IsEmpty());
 }
 
-TEST_F(LingeringProcessTest, ProcessThatCouldNotBeIdentifiedWhenSeen_IsEnded) {
+// It had ended by then, or it is not ours to end.
+class UnidentifiedProcessTest : public LingeringProcessTest,
+                                public testing::WithParamInterface<const char*> {};
+
+TEST_P(UnidentifiedProcessTest, IsSpared) {
     scm.ScriptStart(kPcName, {{0, SERVICE_RUNNING, 0, 0, processes.Start(4242)}});
-    platform.Faults().FailCallsFrom("OpenProcess", 1, ERROR_ACCESS_DENIED);
+    platform.Faults().FailCall(GetParam(), 1, ERROR_ACCESS_DENIED);
     StartPc();
-    platform.Faults().Reset();
     PcIs(SERVICE_STOPPED);
     LookFromHere();
     EXPECT_EQ(manager->StartServiceByIndex(kPc), 0);
-    EXPECT_THAT(processes.Terminated(), ElementsAre(4242U));
+    EXPECT_THAT(processes.Terminated(), IsEmpty());
+    EXPECT_THAT(Lines(), ElementsAre(Kill(4242), Info("start service successful", kStart)));
+}
+
+INSTANTIATE_TEST_SUITE_P(Calls, UnidentifiedProcessTest,
+                         testing::Values("OpenProcess", "GetProcessTimes"),
+                         [](const auto& call) { return call.param; });
+
+TEST_F(LingeringProcessTest, ProcessThatWasIdentifiedAndCannotBeOpenedNow_IsLoggedSo) {
+    scm.ScriptStart(kPcName, {{0, SERVICE_RUNNING, 0, 0, processes.Start(4242)}});
+    StartPc();
+    PcIs(SERVICE_STOPPED);
+    LookFromHere();
+    platform.Faults().FailCallsFrom("OpenProcess", 1, ERROR_ACCESS_DENIED);
+    EXPECT_EQ(manager->StartServiceByIndex(kPc), 0);
+    EXPECT_THAT(processes.Terminated(), IsEmpty());
     EXPECT_EQ(Lines()[0], Kill(4242));
+    EXPECT_EQ(Lines()[1],
+              "L4 [PLENXSDK] open service process 4242 error 5(DistributedFs::KillServiceProcess)");
 }
 
 TEST_F(LingeringProcessTest, ProcessWhoseTimesCannotBeReadAgain_IsEnded) {
