@@ -90,6 +90,9 @@ private:
         if (FileUtils::FileExists(path_) != kSuccess) {
             return kSuccess;
         }
+        if (IsRoot(path_)) {
+            return kNotRemoved;
+        }
         const DWORD attributes = GetFileAttributesW(path_.c_str());
         if (attributes == INVALID_FILE_ATTRIBUTES) {
             // It may be a link, so this removes it only when nothing else goes with it.
@@ -184,9 +187,6 @@ std::int32_t FileUtils::ForceRemoveDirectory(std::wstring path) {
     if (path.empty()) {
         LogError(kForceRemove, "[PLENXSDK] path is empty");
         return kInvalidArgument;
-    }
-    if (IsRoot(path)) {
-        return kNotRemoved;
     }
     return TreeRemoval(std::move(path)).Run();
 }

@@ -349,6 +349,15 @@ TEST_F(FileUtilsTest, DriveAndShareRoots_AreRefusedWith28BeforeAnyListing) {
     EXPECT_TRUE(files.Exists(L"\\\\server\\share\\b"));
 }
 
+// A data folder \\server makes each candidate of a working folder such a root.
+TEST_F(FileUtilsTest, RootThatDoesNotExist_IsRemovedAlready) {
+    for (const wchar_t* root : {L"X:", L"X:\\", L"\\\\server", L"\\\\server\\plenx"}) {
+        EXPECT_EQ(FileUtils::ForceRemoveDirectory(root), 0) << NarrowForTest(root);
+    }
+    EXPECT_THAT(platform.CallsWithout({"_waccess"}), IsEmpty());
+    EXPECT_THAT(Lines(), IsEmpty());
+}
+
 // Only its second character is a separator.
 TEST_F(FileUtilsTest, RelativePathThatBeginsWithOneLetter_IsNotARoot) {
     platform.Files().AddFolder(L"a\\b");
