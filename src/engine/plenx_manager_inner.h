@@ -12,6 +12,7 @@
 #include <memory>
 #include <mutex>
 #include <string>
+#include <string_view>
 #include <thread>
 
 #include "plenxsdk/plenx_manager.h"
@@ -68,6 +69,14 @@ private:
     std::int32_t StopPlenxService(ServiceType svcType);
     void WaitForAnswer(ServiceType svcType);
     void PushConfiguration(ServiceType svcType);
+    struct DeviceJob {
+        std::string_view function;
+        ServiceType svcType;
+        const std::string& group;
+        StatusKind kind;
+    };
+    std::int32_t EndDeviceJob(const DeviceJob& job, std::int32_t rc, const char* failure,
+                              const char* success);
     void Notify(ServiceType svcType, const std::string& group, StatusKind kind, bool success);
     std::int32_t ReportFailure(ServiceType svcType, const std::string& group, StatusKind kind,
                                std::int32_t rc);

@@ -70,13 +70,9 @@ std::int32_t PLENXManagerInner::LocalDeviceOnline(ServiceType svcType, const std
     const auto length = static_cast<std::int32_t>(static_cast<std::uint32_t>(dataLen));
     const std::int32_t rc = RpcManager::GetInstance().DeviceOnline(
         svcType, GroupName(group, svcType), deviceId, kLocal, data, length);
-    if (rc != kSuccess) {
-        LogError(kFunction, "[PLENXSDK] plenx manager inner local device online error ", rc);
-        return ReportFailure(svcType, group, kStatusDeviceOnline, rc);
-    }
-    LogInfo(kFunction, "[PLENXSDK] plenx manager local device online success svcType(", svcType,
-            ")");
-    return kSuccess;
+    return EndDeviceJob({kFunction, svcType, group, kStatusDeviceOnline}, rc,
+                        "[PLENXSDK] plenx manager inner local device online error ",
+                        "[PLENXSDK] plenx manager local device online success svcType(");
 }
 
 std::int32_t PLENXManagerInner::RemoteDeviceOnline(ServiceType svcType, const std::string& group,
@@ -85,13 +81,9 @@ std::int32_t PLENXManagerInner::RemoteDeviceOnline(ServiceType svcType, const st
     LogInfo(kFunction, "[PLENXSDK] plenx manager inner remote device online service ", svcType);
     const std::int32_t rc = RpcManager::GetInstance().DeviceOnline(
         svcType, GroupName(group, svcType), deviceId, kRemote, nullptr, 0);
-    if (rc != kSuccess) {
-        LogError(kFunction, "[PLENXSDK] plenx manager inner remote device online error ", rc);
-        return ReportFailure(svcType, group, kStatusDeviceOnline, rc);
-    }
-    LogInfo(kFunction, "[PLENXSDK] plenx manager inner remote device online success svcType(",
-            svcType, ")");
-    return kSuccess;
+    return EndDeviceJob({kFunction, svcType, group, kStatusDeviceOnline}, rc,
+                        "[PLENXSDK] plenx manager inner remote device online error ",
+                        "[PLENXSDK] plenx manager inner remote device online success svcType(");
 }
 
 std::int32_t PLENXManagerInner::LocalDeviceOffline(ServiceType svcType, const std::string& group,
@@ -102,13 +94,9 @@ std::int32_t PLENXManagerInner::LocalDeviceOffline(ServiceType svcType, const st
             ")");
     const std::int32_t rc = RpcManager::GetInstance().DeviceOffline(
         svcType, GroupName(group, svcType), deviceId, kLocal, trigger);
-    if (rc != kSuccess) {
-        LogError(kFunction, "[PLENXSDK] plenx manager inner local device offline error ", rc);
-        return ReportFailure(svcType, group, kStatusDeviceOffline, rc);
-    }
-    LogInfo(kFunction, "[PLENXSDK] plenx manager inner local device offline success svcType(",
-            svcType, ")");
-    return kSuccess;
+    return EndDeviceJob({kFunction, svcType, group, kStatusDeviceOffline}, rc,
+                        "[PLENXSDK] plenx manager inner local device offline error ",
+                        "[PLENXSDK] plenx manager inner local device offline success svcType(");
 }
 
 std::int32_t PLENXManagerInner::RemoteDeviceOffline(ServiceType svcType, const std::string& group,
@@ -119,12 +107,19 @@ std::int32_t PLENXManagerInner::RemoteDeviceOffline(ServiceType svcType, const s
             ")");
     const std::int32_t rc = RpcManager::GetInstance().DeviceOffline(
         svcType, GroupName(group, svcType), deviceId, kRemote, trigger);
+    return EndDeviceJob({kFunction, svcType, group, kStatusDeviceOffline}, rc,
+                        "[PLENXSDK] plenx manager inner remote device offline error ",
+                        "[PLENXSDK] plenx manager inner remote device offline success svcType(");
+}
+
+// The line of the outcome; of a failure the observers hear as well.
+std::int32_t PLENXManagerInner::EndDeviceJob(const DeviceJob& job, std::int32_t rc,
+                                             const char* failure, const char* success) {
     if (rc != kSuccess) {
-        LogError(kFunction, "[PLENXSDK] plenx manager inner remote device offline error ", rc);
-        return ReportFailure(svcType, group, kStatusDeviceOffline, rc);
+        LogError(job.function, failure, rc);
+        return ReportFailure(job.svcType, job.group, job.kind, rc);
     }
-    LogInfo(kFunction, "[PLENXSDK] plenx manager inner remote device offline success svcType(",
-            svcType, ")");
+    LogInfo(job.function, success, job.svcType, ")");
     return kSuccess;
 }
 
