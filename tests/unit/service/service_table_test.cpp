@@ -309,6 +309,22 @@ TEST_F(ServiceTableTest, Destruction_UninstallsServicesAndRemovesTheWorkingFolde
     EXPECT_EQ(platform.Calls().back(), "_wrmdir(\"C:\\Data\\plenx\")");
 }
 
+TEST_F(ServiceTableTest, DestructionOfAManagerWithANumberedFolder_RemovesThatOne) {
+    Block(L"C:\\Data\\plenx");
+    Block(L"C:\\Data\\plenx0");
+    auto manager = MakeManager();
+    files.AddFile(L"C:\\Data\\plenx1\\phone\\cache");
+    files.AddFile(L"C:\\Data\\plenx2\\others");
+    LookFromHere();
+    manager.reset();
+    EXPECT_FALSE(files.Exists(L"C:\\Data\\plenx1"));
+    EXPECT_TRUE(files.Exists(L"C:\\Data\\plenx2\\others"));
+    EXPECT_TRUE(files.Exists(L"C:\\Data\\plenx\\held"));
+    EXPECT_TRUE(files.Exists(L"C:\\Data\\plenx0\\held"));
+    EXPECT_EQ(platform.Calls().back(), "_wrmdir(\"C:\\Data\\plenx1\")");
+    EXPECT_EQ(Lines().back(), Info("uninstall service PlenxPhoneSvc success", kUninstallService));
+}
+
 TEST_F(ServiceTableTest, DestructionWithFolderHeld_LogsThatItStays) {
     auto manager = MakeManager();
     Block(L"C:\\Data\\plenx\\pc");

@@ -89,13 +89,6 @@ TEST(ServiceImage, ContainsItsOwnRunTime) {
                            "USER32.dll", "msvcrt.dll", "ntdll.dll")));
 }
 
-// Shows that the checks above can fail: mingw's own libraries were built without the guard.
-TEST(RunTimeImage, WasBuiltByOthers_HasNoGuard) {
-    const ImageFile image("libwinpthread-1.dll");
-    ASSERT_TRUE(image.IsRead());
-    EXPECT_EQ(image.CallsOf("__stack_chk_fail").value_or(0), 0);
-}
-
 constexpr DWORD kStackBufferOverrun = 0xC0000409;
 
 DWORD ExitCodeOf(const wchar_t* mode) {

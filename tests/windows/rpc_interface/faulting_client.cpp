@@ -23,6 +23,13 @@ void* FaultyAllocation() {
     return nullptr;
 }
 
+// As a C++ exception and many others do, it says more than its code.
+void* RaiseWithParameters() {
+    const ULONG_PTR parameter = 1;
+    RaiseException(0xE0001234, 0, 1, &parameter);
+    return nullptr;
+}
+
 }  // namespace
 
 int RunFaultingClient(const std::string& fault, const std::string& endpoint) {
@@ -31,6 +38,9 @@ int RunFaultingClient(const std::string& fault, const std::string& endpoint) {
                           std::wstring(endpoint.begin(), endpoint.end()));
     if (fault == "allocation") {
         const AllocationReplacement replacement(FaultyAllocation);
+        binding.Call(kEcho, Pattern(24));
+    } else if (fault == "raised-with-parameters") {
+        const AllocationReplacement replacement(RaiseWithParameters);
         binding.Call(kEcho, Pattern(24));
     } else {
         PlenxServiceReply reply;

@@ -59,6 +59,18 @@ TEST_P(Guard, RaisedSmallNumberIsTheCode) {
     ExpectRaisedCode(1);
 }
 
+// Its record is like that of a raised one: the guard cannot tell them apart.
+TEST_P(Guard, HardwareFaultWithoutParametersIsTheCode) {
+    const Reply reply = CallWith([]() -> void* {
+        volatile int zero = 0;
+        zero = 7 / zero;  // 1 / zero would need no division
+        return nullptr;
+    });
+    EXPECT_TRUE(reply.raised);
+    EXPECT_EQ(reply.exceptionCode, EXCEPTION_INT_DIVIDE_BY_ZERO);
+    EXPECT_FALSE(reply.hasBlock);
+}
+
 TEST_P(Guard, FailedAllocationOfTheReplyGives14) {
     const Reply reply = CallWith([]() -> void* { return nullptr; });
     EXPECT_TRUE(reply.raised);
@@ -88,6 +100,12 @@ TEST_P(FaultOfOurOwn, UnreadableMessage_EndsTheProcess) {
 
 TEST_P(FaultOfOurOwn, FaultInTheAllocationOfTheReply_EndsTheProcess) {
     EXPECT_EQ(RunFaultingClient(L"allocation"), static_cast<DWORD>(kFaultGotOut));
+}
+
+// What the runtime raises for a peer's fault has none, so this comes from somewhere else.
+TEST_P(FaultOfOurOwn, RaisedExceptionWithParameters_EndsTheProcess) {
+    EXPECT_EQ(RunFaultingClient(L"raised-with-parameters"),
+              static_cast<DWORD>(kOtherExceptionGotOut));
 }
 
 INSTANTIATE_TEST_SUITE_P(Interfaces, FaultOfOurOwn, testing::Values(Interface::kService),

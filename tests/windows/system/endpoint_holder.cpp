@@ -49,7 +49,7 @@ bool RunAsEndpointHolder(int argc, char** argv) {
     }
     if (mode == "--hold-endpoint" ? Serve() : KeepOut()) {
         SetEvent(OpenEventW(EVENT_MODIFY_STATE, FALSE, kServing));
-        Sleep(kLongest);
+        WaitForSingleObject(GetCurrentProcess(), kLongest);  // until it is killed
     }
     return true;
 }

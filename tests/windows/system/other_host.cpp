@@ -52,7 +52,7 @@ bool RunAsOtherHost(int argc, char** argv) {
     if (std::string_view(argv[4]) == "stop") {
         manager.Stop(DistributedFs::kPcService, "former");
     }
-    Sleep(kLongest);
+    WaitForSingleObject(GetCurrentProcess(), kLongest);  // until it is killed
     return true;
 }
 

@@ -110,13 +110,23 @@ HOST_TEST(Takeover, ServiceThatIsStarting_IsWaitedFor) {
 
 // In the middle of Init, of a service's start, of a call, of a stop.
 HOST_TEST(Takeover, HostsThatAreKilledAtAnyMoment_LeaveNothingThatIsInTheWay) {
-    constexpr DWORD kMoments[] = {0, 50, 100, 150, 200, 250, 300, 400, 600, 900};
-    for (const DWORD moment : kMoments) {
+    constexpr const char* kMoments[] = {
+        "plenx manager Init",
+        "service manager initialization",
+        "install service PlenxPcSvc success",
+        "start dokan service success",
+        "rpc listen thread initialization",
+        "plenx manager start service 1",
+        "rpc manager ping service No:0",
+        "rpc manager create group svcType:1",
+        "delete group svcType:1",
+        "stop service successful",
+    };
+    for (const char* const moment : kMoments) {
         OtherHost former(folder, Does::kStartAndStop);
-        // Its first line is the beginning of that time.
         const fs::path log = LibraryLogFile().string() + ".other";
-        ASSERT_TRUE(WaitFor([&] { return fs::exists(log); }, 30000));
-        Sleep(moment);
+        ASSERT_TRUE(WaitFor([&] { return ReadFile(log).find(moment) != std::string::npos; }, 30000))
+            << moment;
         former.Kill();
         fs::remove(log);
     }
