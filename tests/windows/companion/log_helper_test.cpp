@@ -13,6 +13,7 @@
 #include "companion/logging_hosts.h"
 #include "companion/run_host.h"
 #include "support/child_process.h"
+#include "support/handle.h"
 #include "support/install_folder.h"
 
 namespace PlenxTest {
@@ -144,14 +145,15 @@ TEST_F(LogHelperTest, FullFileIsRotated) {
 
 TEST_F(LogHelperTest, FileThatAReaderKeepsFromBeingRenamed_IsEmptied) {
     Set(L"PLENX_LOG_MAX_BYTES", L"1");
+    const PlenxSupport::Handle oneIsWritten(CreateEventW(nullptr, TRUE, FALSE, kOneIsWritten));
+    const PlenxSupport::Handle goOn(CreateEventW(nullptr, TRUE, FALSE, kGoOn));
     ChildProcess host(HostCommand("twice"));
-    HANDLE reader = INVALID_HANDLE_VALUE;
-    for (int i = 0; i != 90 && reader == INVALID_HANDLE_VALUE; ++i) {
-        Sleep(10);
-        reader = CreateFileW(file_.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE,
-                             nullptr, OPEN_EXISTING, 0, nullptr);
-    }
+    ASSERT_EQ(WaitForSingleObject(oneIsWritten.Get(), 10000), WAIT_OBJECT_0);
+    const HANDLE reader =
+        CreateFileW(file_.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                    OPEN_EXISTING, 0, nullptr);
     ASSERT_NE(reader, INVALID_HANDLE_VALUE);
+    SetEvent(goOn.Get());
     ExpectHostExits(host, "twice");
     CloseHandle(reader);
     const std::vector<LogLine> lines = ReadLogLines(file_);

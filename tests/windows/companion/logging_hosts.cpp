@@ -13,6 +13,8 @@
 namespace PlenxTest {
 namespace {
 
+constexpr DWORD kDeadline = 10000;  // below the parent's patience
+
 void Log(LOG_MESSAGE_LEVEL level, const std::wstring& text) {
     std::wostringstream stream;
     stream << text;
@@ -38,19 +40,25 @@ void LogFromThreads() {
 
 // The system ends these threads wherever they are, and one of them nearly always owns a lock.
 void ReturnWhileThreadsCall() {
-    for (int t = 0; t != kThreads; ++t) {
-        std::thread([] {
-            for (;;) {
-                Log(LOG_MESSAGE_LEVEL_INFO, L"busy");
+    constexpr int kLinesUntilBusy = 20;
+    const HANDLE busy = CreateSemaphoreW(nullptr, 0, kThreads + 1, nullptr);
+    const auto keepCalling = [busy](auto call) {
+        std::thread([busy, call] {
+            for (int n = 1;; ++n) {
+                call();
+                if (n == kLinesUntilBusy) {
+                    ReleaseSemaphore(busy, 1, nullptr);
+                }
             }
         }).detach();
+    };
+    for (int t = 0; t != kThreads; ++t) {
+        keepCalling([] { Log(LOG_MESSAGE_LEVEL_INFO, L"busy"); });
     }
-    std::thread([] {
-        for (;;) {
-            LateOffice().Start();
-        }
-    }).detach();
-    Sleep(60);
+    keepCalling([] { LateOffice().Start(); });
+    for (int t = 0; t != kThreads + 1; ++t) {
+        WaitForSingleObject(busy, kDeadline);
+    }
 }
 
 void LogEachLevel() {
@@ -59,17 +67,20 @@ void LogEachLevel() {
     Log(static_cast<LOG_MESSAGE_LEVEL>(2), L"two");
 }
 
-// Pauses so that the parent can remove the obstacle.
-void LogTwiceInOneSecond() {
+// Between the two, the parent changes what is in the way.
+void LogTwice() {
     Log(LOG_MESSAGE_LEVEL_INFO, L"one");
-    Sleep(1000);
+    SetEvent(OpenEventW(EVENT_MODIFY_STATE, FALSE, kOneIsWritten));
+    WaitForSingleObject(OpenEventW(SYNCHRONIZE, FALSE, kGoOn), kDeadline);
     Log(LOG_MESSAGE_LEVEL_INFO, L"two");
 }
 
 constexpr LoggingHost kHosts[] = {
-    {"nothing", 40, LogNothing},          {"threads", 41, LogFromThreads},
-    {"busy", 42, ReturnWhileThreadsCall}, {"levels", 43, LogEachLevel},
-    {"twice", 44, LogTwiceInOneSecond},
+    {"nothing", 40, LogNothing},
+    {"threads", 41, LogFromThreads},
+    {"busy", 42, ReturnWhileThreadsCall},
+    {"levels", 43, LogEachLevel},
+    {"twice", 44, LogTwice},
 };
 
 }  // namespace

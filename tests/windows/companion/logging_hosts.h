@@ -20,6 +20,11 @@ const LoggingHost* FindLoggingHost(const std::string& name);
 constexpr int kThreads = 4;
 constexpr int kLinesPerThread = 2000;
 
+/// "twice" sets the first event after its first line and waits for the second one, both its
+/// parent's.
+constexpr const wchar_t* kOneIsWritten = L"plenx-test-one-is-written";
+constexpr const wchar_t* kGoOn = L"plenx-test-go-on";
+
 }  // namespace PlenxTest
 
 #endif  // PLENXSDK_TESTS_WINDOWS_COMPANION_LOGGING_HOSTS_H
