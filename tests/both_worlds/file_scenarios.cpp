@@ -39,7 +39,9 @@ TEST_F(Files, RemovingFolders) {
     EXPECT_CRT_FAILS(_wrmdir(At(L"no\\no").c_str()), 3, ENOENT);
     EXPECT_CRT_FAILS(_wrmdir(At(L"f").c_str()), 267, EINVAL);
     EXPECT_CRT_FAILS(_wrmdir(At(L"d").c_str()), 145, kNotEmpty);
-    if (!IsWine()) {
+    if (Habits().emptyFolderNameIsInvalid) {
+        EXPECT_CRT_FAILS(_wrmdir(L""), 2, EINVAL);
+    } else {
         EXPECT_CRT_FAILS(_wrmdir(L""), 3, ENOENT);
     }
     EXPECT_EQ(_wrmdir(At(L"EMPTY").c_str()), 0);

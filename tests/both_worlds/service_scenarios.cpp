@@ -163,7 +163,7 @@ TEST_F(Services, Deleting_WaitsForTheLastHandle) {
     EXPECT_TRUE(DeleteService(service));
     EXPECT_FAILS(DeleteService(service), ERROR_SERVICE_MARKED_FOR_DELETE);
     EXPECT_FAILS(Create(manager), ERROR_SERVICE_MARKED_FOR_DELETE);
-    if (!IsWine()) {
+    if (!Habits().startsServicesMarkedForDeletion) {
         EXPECT_FAILS(Start(service), ERROR_SERVICE_MARKED_FOR_DELETE);
     }
     CloseAll();
@@ -183,7 +183,7 @@ TEST_F(Services, DeletingARunningOne_WaitsForItsStop) {
     EXPECT_TRUE(Vanishes());
 }
 
-TEST_F(Services, EndedProcess_StopsItsServiceExceptUnderWine) {
+TEST_F(Services, EndedProcess_StopsItsServiceExceptUnderWine8) {
     const SC_HANDLE service = Create(manager);
     ASSERT_TRUE(Start(service));
     ASSERT_TRUE(ComesTo(service, SERVICE_RUNNING));
@@ -191,7 +191,7 @@ TEST_F(Services, EndedProcess_StopsItsServiceExceptUnderWine) {
     ASSERT_NE(process, nullptr);
     EXPECT_TRUE(TerminateProcess(process, 0));
     CloseHandle(process);
-    if (IsWine()) {
+    if (Habits().endedProcessLeavesItsServiceRunning) {
         Sleep(1000);
         EXPECT_EQ(Query(service).dwCurrentState, DWORD{SERVICE_RUNNING});
     } else {

@@ -12,6 +12,8 @@
 #include <string>
 #include <vector>
 
+#include "windows/support/system_habits.h"
+
 namespace BothWorlds {
 
 /// The errno of the Windows C runtime; other C runtimes have another number.
@@ -48,9 +50,8 @@ protected:
     /// A process that runs until somebody ends it.
     DWORD StartProcess();
 
-    /// Wine differs from Windows in a few points, where the fake platform follows Windows.
-    /// README.md lists them.
-    static bool IsWine();
+    /// The fake platform follows Windows where a Wine does not.
+    static const PlenxTest::SystemHabits& Habits();
 
 private:
     struct World;

@@ -68,8 +68,8 @@ DWORD Stage::StartProcess() {
     return world_->platform.Processes().Start();
 }
 
-bool Stage::IsWine() {
-    return false;
+const PlenxTest::SystemHabits& Stage::Habits() {
+    return PlenxTest::HabitsOfWine(0);
 }
 
 }  // namespace BothWorlds

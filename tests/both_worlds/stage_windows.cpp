@@ -2,6 +2,7 @@
 #include "support/child_process.h"
 #include "support/install_folder.h"
 #include "support/service_state.h"
+#include "support/system_habits.h"
 
 namespace BothWorlds {
 
@@ -102,8 +103,8 @@ DWORD Stage::StartProcess() {
     return world_->processes.back()->Id();
 }
 
-bool Stage::IsWine() {
-    return GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "wine_get_version") != nullptr;
+const PlenxTest::SystemHabits& Stage::Habits() {
+    return PlenxTest::HabitsOfThisSystem();
 }
 
 }  // namespace BothWorlds
