@@ -13,7 +13,7 @@ struct SystemHabits {
     bool endedProcessLeavesItsServiceRunning;
     /// StartServiceW takes a service that is marked for deletion.
     bool startsServicesMarkedForDeletion;
-    /// _wrmdir(L"") fails with 2 and EINVAL rather than with 3 and ENOENT.
+    /// _wrmdir(L"") fails with 123 and EINVAL rather than with 3 and ENOENT.
     bool emptyFolderNameIsInvalid;
 };
 
