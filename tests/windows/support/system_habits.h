@@ -1,5 +1,5 @@
-// How the system that the tests run on differs from Windows. Each Wine that Debian brings has one row
-// in the table; the tests ask it, and nothing else in them asks for a version.
+// How the system that the tests run on differs from Windows. Each Wine that Debian brings has one
+// row in the table; the tests ask it, and nothing else in them asks for a version.
 
 #ifndef PLENXSDK_TESTS_WINDOWS_SUPPORT_SYSTEM_HABITS_H
 #define PLENXSDK_TESTS_WINDOWS_SUPPORT_SYSTEM_HABITS_H
