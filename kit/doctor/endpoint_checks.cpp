@@ -50,7 +50,7 @@ void CheckPing(const ServiceRow& row, System& system, Findings& findings) {
     case PingAnswer::Kind::kFailed:
         findings.Problem(
             endpoint + " fails at a ping: " + ErrorText(static_cast<std::uint32_t>(answer.code)),
-            "Look at the service's log. 1717 says that what serves the endpoint does "
+            "Look at the service's log. 1717 means that the program which serves the endpoint does "
             "not know the interface.");
         break;
     case PingAnswer::Kind::kTimedOut:

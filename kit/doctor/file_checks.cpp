@@ -84,7 +84,7 @@ void CheckPath(const std::string& install, System& system, Findings& findings) {
     }
     if (!IsAscii(install)) {
         findings.Note(install + " has letters beyond ASCII",
-                      "Prefer a path of ASCII letters: not all code on the way need cope.");
+                      "Use a path of ASCII letters, because not all programs can handle others.");
     }
     if (!HasBlank(install)) {
         return;
@@ -155,8 +155,8 @@ void CheckUpgrade(const Patient& patient, System& system, Findings& findings) {
         if (system.Look(newer) == PathKind::kFile) {
             waits = true;
             findings.Note(WithVersion(name, system.VersionOf(newer)) + " waits in upgrade",
-                          "The next Init moves it over the installed one. Nothing to do, unless "
-                          "it still waits after that: then the old one is in use.");
+                          "The next Init moves it over the installed one. If it "
+                          "still waits after that, the old one is in use.");
         }
         if (system.Look(patient.install + "\\" + name + ".old") == PathKind::kFile) {
             findings.Note(name + ".old is left from an upgrade",

@@ -10,7 +10,7 @@ namespace {
 
 constexpr int kNumberedFolders = 100;
 
-// Whether init could take the name; if not, the findings say why.
+// Returns whether Init could take the name; if not, the findings say why.
 bool CanBeTaken(const std::string& folder, const std::string& name, System& system,
                 Findings& findings) {
     switch (system.Look(folder)) {
@@ -29,21 +29,21 @@ bool CanBeTaken(const std::string& folder, const std::string& name, System& syst
         return false;
     }
     findings.Note(name + " is left over from a host that was ended",
-                  "The next Init DELETES it with all that is in it.");
+                  "The next Init DELETES it with everything in it.");
     return true;
 }
 
 void CheckWritable(const std::string& folder, const std::string& need, System& system,
                    Findings& findings) {
     if (system.Look(folder) != PathKind::kFolder) {
-        return;  // told by the check of that folder
+        return;  // the check of that folder reports it
     }
     const std::uint32_t error = system.WriteError(folder);
     if (error == kNoError) {
         findings.Ok(folder + " may be written to");
     } else {
         findings.Problem(folder + " may not be written to: " + ErrorText(error),
-                         need + " Run the host as administrator, or mend the folder's rights.");
+                         need + " Run the host as administrator, or correct the folder's rights.");
     }
 }
 
@@ -109,7 +109,7 @@ void CheckWorkingFolder(const Patient& patient, System& system, Findings& findin
         return;
     }
     if (system.IsServed(kManagerEndpoint)) {
-        // Its files are in use as they should be, and are left alone.
+        // Its files are rightly in use, so this leaves them alone.
         findings.Ok("a host is running; its working folder is not looked at");
         return;
     }

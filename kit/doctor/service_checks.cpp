@@ -16,7 +16,7 @@ std::string DeleteAdvice(const std::string& name) {
     return "Delete it with: sc delete " + name + "; the next Init registers it anew.";
 }
 
-// Whether there is a row to look at further; if not, the findings say why.
+// Returns whether there is a row to check further; if not, the findings say why.
 bool IsRegistered(const std::string& name, const ServiceFacts& facts, const std::string& absence,
                   Findings& findings) {
     if (facts.error == kErrorNoSuchService) {
@@ -24,7 +24,7 @@ bool IsRegistered(const std::string& name, const ServiceFacts& facts, const std:
         return false;
     }
     if (facts.error != kNoError) {
-        findings.Problem(name + " cannot be looked at: " + ErrorText(facts.error),
+        findings.Problem(name + " cannot be queried: " + ErrorText(facts.error),
                          "Run the doctor as administrator.");
         return false;
     }
@@ -67,7 +67,7 @@ void CheckState(const std::string& name, const ServiceFacts& facts, Findings& fi
     case ServiceState::kRunning:
         if (!facts.processIsThere) {
             findings.Problem(
-                name + " is said to run, but its process is gone",
+                name + " is reported as running, but its process is gone",
                 "Restart Windows, or delete the row with: sc delete " + name + "; then run Init.");
         }
         break;

@@ -211,8 +211,8 @@ TEST_F(DoctorTest, UpgradeThatWaitsIsTold) {
     system_.paths["C:\\app\\dokan1.dll.old"] = PathKind::kFile;
     EXPECT_THAT(Run("upgrade"),
                 ElementsAre("note: dokan1.sys 1.1.0.0 waits in upgrade | The next Init moves it "
-                            "over the installed one. Nothing to do, unless it still waits after "
-                            "that: then the old one is in use.",
+                            "over the installed one. If it still waits after that, the old one "
+                            "is in use.",
                             "note: dokan1.dll.old is left from an upgrade | It was in use then. "
                             "Delete it once Windows has been restarted, or leave it: the next "
                             "upgrade takes its place."));
@@ -231,7 +231,7 @@ TEST_F(DoctorTest, RightsThatAreMissingAreTold) {
                     "registered, started or stopped.",
                     "problem: C:\\app may not be written to: error 5 (access denied) | Init writes "
                     "desktop.ini files and upgrades the driver there. Run the host as "
-                    "administrator, or mend the folder's rights.",
+                    "administrator, or correct the folder's rights.",
                     "ok: C:\\data may be written to"));
 }
 
@@ -290,10 +290,11 @@ TEST_F(DoctorTest, ServiceInTroubleIsAProblem) {
 TEST_F(DoctorTest, ServiceWhoseProcessIsGoneIsAProblem) {
     Serve("Manager");
     Register("PlenxPcSvc", ServiceState::kRunning).processIsThere = false;
-    EXPECT_THAT(Complaints("services"),
-                ElementsAre("problem: PlenxPcSvc is said to run, but its process is gone | Restart "
-                            "Windows, or delete the row with: sc delete PlenxPcSvc; then run "
-                            "Init."));
+    EXPECT_THAT(
+        Complaints("services"),
+        ElementsAre("problem: PlenxPcSvc is reported as running, but its process is gone | Restart "
+                    "Windows, or delete the row with: sc delete PlenxPcSvc; then run "
+                    "Init."));
 }
 
 TEST_F(DoctorTest, ServiceWithoutAHostIsLeftOver) {
@@ -308,7 +309,7 @@ TEST_F(DoctorTest, ServiceWithoutAHostIsLeftOver) {
 TEST_F(DoctorTest, ServiceThatMayNotBeLookedAtIsAProblem) {
     system_.services["PlenxPcSvc"].error = kErrorAccessDenied;
     EXPECT_THAT(Complaints("services"),
-                ElementsAre("problem: PlenxPcSvc cannot be looked at: error 5 (access denied) | "
+                ElementsAre("problem: PlenxPcSvc cannot be queried: error 5 (access denied) | "
                             "Run the doctor as administrator."));
 }
 
@@ -367,8 +368,8 @@ TEST_F(DoctorTest, PingThatDoesNotComeBackWell) {
     Serve("PLENXPCService", PingAnswer::Kind::kFailed, 1717);
     EXPECT_THAT(Complaints("endpoints"),
                 ElementsAre("problem: PLENXPCService fails at a ping: error 1717 | Look at the "
-                            "service's log. 1717 says that what serves the endpoint does not know "
-                            "the interface."));
+                            "service's log. 1717 means that the program which serves the endpoint "
+                            "does not know the interface."));
     Serve("PLENXPCService", PingAnswer::Kind::kTimedOut, 0, 5001);
     EXPECT_THAT(Complaints("endpoints"),
                 ElementsAre("problem: PLENXPCService has not answered a ping within 5001 ms | The "
@@ -390,7 +391,7 @@ TEST_F(DoctorTest, WorkingFolderIsTheFirstNameThatCanBeTaken) {
             "program that has it open: a service that was left running, a window, a command "
             "prompt. Until then Init takes the next name.",
             "note: plenx1 is left over from a host that was ended | The next Init DELETES "
-            "it with all that is in it.",
+            "it with everything in it.",
             "ok: the next Init works in C:\\data\\plenx1"));
 }
 
