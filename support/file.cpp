@@ -7,7 +7,7 @@ namespace PlenxSupport {
 
 std::optional<std::string> ReadWholeFile(const std::filesystem::path& file) {
     std::ifstream stream(file, std::ios::binary);
-    // Linux opens a folder, too; only reading it fails.
+    // Linux opens folders too; only reading them fails.
     stream.peek();
     if (!stream.is_open() || stream.bad()) {
         return std::nullopt;

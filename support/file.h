@@ -1,4 +1,4 @@
-// Whole files.
+// Reads whole files.
 
 #ifndef PLENXSUPPORT_FILE_H
 #define PLENXSUPPORT_FILE_H
@@ -9,7 +9,7 @@
 
 namespace PlenxSupport {
 
-/// The file's bytes; nothing when it cannot be read.
+/// Returns the file's bytes, or nullopt when it cannot be read.
 std::optional<std::string> ReadWholeFile(const std::filesystem::path& file);
 
 }  // namespace PlenxSupport

@@ -1,5 +1,5 @@
-// The texts of Windows, for programs that keep theirs in UTF-8. Malformed parts become U+FFFD;
-// nothing fails.
+// Converts between the texts of Windows and the UTF-8 of our programs. Malformed parts become
+// U+FFFD, and nothing fails.
 
 #ifndef PLENXSUPPORT_WIDE_TEXT_H
 #define PLENXSUPPORT_WIDE_TEXT_H

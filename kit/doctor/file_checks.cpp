@@ -1,4 +1,4 @@
-// The files: the library's own, the install folder's, and those of a driver upgrade.
+// Checks the files of the library, of the install folder and of a driver upgrade.
 
 #include <string>
 #include <vector>
@@ -53,13 +53,13 @@ bool IsFullPath(const std::string& path) {
     return onDrive || path.compare(0, 2, "\\\\") == 0;
 }
 
-// That of C:\ belongs to the path.
+// The separator of C:\ belongs to the path.
 bool EndsInSeparator(const std::string& path) {
     const bool isDrive = path.size() == 3 && path[1] == ':';
     return !path.empty() && !isDrive && (path.back() == '\\' || path.back() == '/');
 }
 
-// The system tries each part of an unquoted path that ends before a blank, as a program.
+// The system tries each part of an unquoted path that ends before a blank as a program.
 std::optional<std::string> ProgramInTheWay(const std::string& path, System& system) {
     for (std::size_t blank = path.find(' '); blank != std::string::npos;
          blank = path.find(' ', blank + 1)) {

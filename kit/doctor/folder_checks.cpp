@@ -1,4 +1,4 @@
-// Rights, and the working folder that Init makes and deletes.
+// Checks the rights, and the working folder that Init makes and deletes.
 
 #include <string>
 

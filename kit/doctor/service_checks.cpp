@@ -1,4 +1,4 @@
-// The rows of the Service Control Manager: the three services and the driver.
+// Checks the three services and the driver in the Service Control Manager.
 
 #include <string>
 

@@ -65,7 +65,8 @@ private:
             return false;
         }
         end_ = tableEnd;
-        layout_.fields.reserve(*layout_.count);  // bounded: the table lies within the buffer
+        layout_.fields.reserve(
+            *layout_.count);  // the count is bounded, because the table lies within the buffer
         return true;
     }
 
@@ -87,7 +88,8 @@ private:
                 field.value = ValueOf(type, who, field);
             }
         }
-        // One wrong place is told once: the next argument may begin where this one says it ends.
+        // One wrong place is reported once, so the next argument may begin where this one says it
+        // ends.
         misplaced_ = misplaced_ || field.offset != end_ || !inside;
         end_ = std::uint64_t{field.offset} + field.size;
         return field;
@@ -149,7 +151,7 @@ private:
         return std::nullopt;
     }
 
-    // Only for offsets that have been checked against size_.
+    // The offset must have been checked against size_.
     std::uint32_t Word(std::uint64_t offset) const {
         std::uint32_t word = 0;
         for (unsigned i = 0; i < 4; ++i) {
@@ -170,7 +172,7 @@ private:
     Layout layout_;
 };
 
-// Wrong types are seen in the descriptor, wrong values in the data, a wrong count in the header.
+// Wrong types show in the descriptor, wrong values in the data, and a wrong count in the header.
 std::uint64_t PlaceOf(const ShapeProblem& problem, const Layout& layout) {
     if (!problem.argument) {
         return 4;

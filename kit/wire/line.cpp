@@ -13,7 +13,7 @@ namespace {
 constexpr std::string_view kBroken = " broken: ";
 constexpr std::string_view kBytes = "; bytes ";
 
-// What could not be read.
+// Says what could not be read.
 struct LineError {
     std::string text;
 };
@@ -138,7 +138,7 @@ bool FitsInt32(std::int64_t value) {
            value <= std::numeric_limits<std::int32_t>::max();
 }
 
-// The text does not tell the integers' types; the catalog does.
+// The catalog knows the integers' types; the text does not show them.
 Argument NumberOf(Scanner& line, const std::string& name, std::optional<ArgumentType> type) {
     const auto value = line.Integer();
     if (!value) {

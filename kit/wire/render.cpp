@@ -20,11 +20,11 @@ unsigned char At(std::string_view text, std::size_t position) {
     return static_cast<unsigned char>(text[position]);
 }
 
-// The length of the well-formed UTF-8 character at the position; 0: there is none.
+// Returns the length of the well-formed UTF-8 character at the position, or 0 when there is none.
 std::size_t CharacterLength(std::string_view text, std::size_t position) {
     const unsigned char lead = At(text, position);
     std::size_t length = 0;
-    // The second byte's range keeps out overlong forms, surrogates and what lies above 10FFFF.
+    // The second byte's range excludes overlong forms, surrogates and code points above 10FFFF.
     unsigned char low = 0x80;
     unsigned char high = 0xbf;
     if (lead < 0x80) {
