@@ -1,0 +1,122 @@
+// The paths that services have Explorer refresh, at the width that a character has here: two bytes.
+// They come over the wire as no honest service sends them, and a window in this process hears what
+// the shell was told.
+
+#include <future>
+#include <string>
+#include <vector>
+
+#include "hostile/raw_link.h"
+#include "system/host.h"
+#include "system/shell_listener.h"
+
+namespace PlenxTest {
+namespace {
+
+using testing::ElementsAre;
+
+constexpr std::int32_t kUpdatePath = 17;
+constexpr std::int32_t kFlushDrive = 18;
+const std::string kFolderChanged = std::to_string(SHCNE_UPDATEDIR) + " ";
+
+Bytes Utf16(const std::wstring& text) {
+    Bytes bytes;
+    for (const wchar_t unit : text) {
+        bytes.push_back(static_cast<std::uint8_t>(unit & 0xFF));
+        bytes.push_back(static_cast<std::uint8_t>(unit >> 8));
+    }
+    return bytes;
+}
+
+class ExplorerPath : public Host {
+protected:
+    ExplorerPath() {
+        Init();
+        listener_.Pump();
+    }
+
+    /// The shell waits for who listens, so this thread listens while another one calls.
+    void Send(std::int32_t id, const PlenxWire::Arguments& arguments) {
+        const Bytes message = PlenxWire::Encode(arguments);
+        const auto size = static_cast<std::uint32_t>(message.size());
+        auto call = std::async(std::launch::async, [&] {
+            return CallManagerRaw(RequestBytes(id, static_cast<std::int32_t>(size), size, message));
+        });
+        EXPECT_TRUE(WaitFor([&] {
+            listener_.Pump();
+            return call.wait_for(std::chrono::seconds(0)) == std::future_status::ready;
+        }));
+        const RawAnswer answer = call.get();
+        EXPECT_EQ(answer.status, 0);
+        EXPECT_EQ(answer.result, 0);
+        EXPECT_EQ(answer.block, PlenxWire::Encode({0}));
+    }
+
+    /// What the shell was told of a path of these bytes; the drive that follows ends the waiting.
+    Lines Told(const Bytes& path) {
+        const std::size_t before = listener_.Events().size();
+        Send(kUpdatePath, {static_cast<std::int32_t>(path.size()), path});
+        Send(kFlushDrive, {std::string("Q:"), 2});
+        EXPECT_TRUE(WaitFor([&] {
+            listener_.Pump();
+            return listener_.Events().size() > before &&
+                   listener_.Events().back() == kFolderChanged + "Q:\\";
+        }));
+        const Lines& all = listener_.Events();
+        return Lines(all.begin() + static_cast<std::ptrdiff_t>(before), all.end() - 1);
+    }
+
+    ShellListener listener_;
+};
+
+HOST_TEST(ExplorerPath, BytesFrom0x80_ArriveAsTheyAre) {
+    ASSERT_TRUE(listener_.Listens());
+    EXPECT_THAT(Told(Utf16(L"C:\\t\x00E4st\x00FF" + std::wstring(1, L'\0'))),
+                ElementsAre(kFolderChanged + "C:\\t\xC3\xA4st\xC3\xBF"));
+    EXPECT_THAT(Told(Utf16(L"C:\\\x8080\xFFFD\x20AC" + std::wstring(1, L'\0'))),
+                ElementsAre(kFolderChanged + "C:\\\xE8\x82\x80\xEF\xBF\xBD\xE2\x82\xAC"));
+}
+
+HOST_TEST(ExplorerPath, WithoutItsNul_EndsWithItsLastCharacter) {
+    ASSERT_TRUE(listener_.Listens());
+    std::wstring path = L"C:\\";
+    for (unsigned length = 1; length != 9; ++length) {
+        path += L'\x00E9';
+        std::string expected = kFolderChanged + "C:\\";
+        for (unsigned i = 0; i != length; ++i) {
+            expected += "\xC3\xA9";
+        }
+        EXPECT_THAT(Told(Utf16(path)), ElementsAre(expected));
+    }
+}
+
+HOST_TEST(ExplorerPath, OddLastByte_IsTheLowHalfOfACharacter) {
+    ASSERT_TRUE(listener_.Listens());
+    std::wstring path = L"C:\\";
+    for (unsigned length = 1; length != 9; ++length) {
+        Bytes bytes = Utf16(path);
+        bytes.push_back(0xE9);
+        EXPECT_THAT(Told(bytes), ElementsAre(kFolderChanged + "C:\\" +
+                                             std::string(length - 1, 'x') + "\xC3\xA9"));
+        path += L'x';
+    }
+}
+
+HOST_TEST(ExplorerPath, BehindItsNul_IsNotLookedAt) {
+    ASSERT_TRUE(listener_.Listens());
+    EXPECT_THAT(Told(Utf16(L"C:\\a" + std::wstring(1, L'\0') + L"\x00E4")),
+                ElementsAre(kFolderChanged + "C:\\a"));
+}
+
+HOST_TEST(ExplorerPath, DiskThatBeginsWithAByteFrom0x80_IsIgnored) {
+    ASSERT_TRUE(listener_.Listens());
+    for (const char* const disk : {"\x80", "\xC1:", "\xE4:", "\xFF"}) {
+        Send(kFlushDrive, {std::string(disk), 2});
+    }
+    Send(kFlushDrive, {std::string("Q\xE4"), 2});
+    EXPECT_TRUE(listener_.WaitForEvents(1));
+    EXPECT_THAT(listener_.Events(), ElementsAre(kFolderChanged + "Q:\\"));
+}
+
+}  // namespace
+}  // namespace PlenxTest
