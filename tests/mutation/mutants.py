@@ -1,7 +1,7 @@
 """The mutants of a C++ source: small changes that a test must notice.
 
-A mutant flips a condition, shifts a constant, drops a call or alters a text. Comments and
-preprocessor lines are left alone.
+A mutant flips a condition, shifts a constant, drops a call or a lock, takes a lock one statement
+later, or alters a text. Comments and preprocessor lines are left alone, and so is what only a Windows compiler sees.
 """
 
 import dataclasses
@@ -21,7 +21,14 @@ class Mutant:
         return source[: self.at] + self.new + source[self.at + len(self.old) :]
 
     def name(self) -> str:
-        return f"{self.file}:{self.line}: {self.old.strip()} -> {self.new.strip() or 'nothing'}"
+        return f"{self.file}:{self.line}: {self.change()}"
+
+    def change(self) -> str:
+        return f"{self._short(self.old)} -> {self._short(self.new) or 'nothing'}"
+
+    @staticmethod
+    def _short(text: str) -> str:
+        return " ".join(text.split())
 
 
 # What stands in code, and what it becomes.
@@ -47,6 +54,9 @@ _FLIPS = [
 _NUMBER = re.compile(r"(?<![\w.'])(0x[0-9a-fA-F]+|\d+)(?![\w.'])")
 # A statement that is one call on a line of its own.
 _CALL = re.compile(r"^ +(?!return\b|throw\b|delete\b)[\w.:>-]+\([^;{}]*\);$", re.MULTILINE)
+# A lock that is held to the end of its block, and a call behind it.
+_LOCK = re.compile(r"^ +const std::lock_guard<[\w:]+> lock\([^;]*\);\n", re.MULTILINE)
+_NEXT_CALL = re.compile(r" +(?!return\b|throw\b|delete\b)[\w.:>-]+\([^;{}]*\);\n")
 
 _TOKEN = re.compile(
     r"""(?P<comment>//[^\n]*|/\*.*?\*/)
@@ -55,6 +65,8 @@ _TOKEN = re.compile(
       | (?P<character>'(?:[^'\\\n]|\\.)+')""",
     re.VERBOSE | re.MULTILINE | re.DOTALL,
 )
+
+_WINDOWS = re.compile(r"^#ifdef _WIN32$.*?^#(?:else|endif)", re.MULTILINE | re.DOTALL)
 
 
 def _blank(match: re.Match) -> str:
@@ -67,7 +79,8 @@ def _begins_statement(code: str, at: int) -> bool:
 
 
 def mutants_of(file: str, source: str) -> list[Mutant]:
-    code = _TOKEN.sub(_blank, source)  # same length, without comments and texts
+    source_of_here = _WINDOWS.sub(_blank, source)
+    code = _TOKEN.sub(_blank, source_of_here)  # same length, without comments and texts
     found = []
 
     def add(at: int, old: str, new: str) -> None:
@@ -86,7 +99,15 @@ def mutants_of(file: str, source: str) -> list[Mutant]:
         old = source[match.start() : match.end()]
         indent = len(old) - len(old.lstrip())
         add(match.start() + indent, old[indent:], ";")
-    for match in _TOKEN.finditer(source):
+    for match in _LOCK.finditer(code):
+        lock = source[match.start() : match.end()]
+        indent = len(lock) - len(lock.lstrip())
+        add(match.start() + indent, lock[indent:], "\n")
+        call = _NEXT_CALL.match(code, match.end())
+        if call:
+            late = source[match.end() : call.end()]
+            add(match.start() + indent, (lock + late)[indent:], (late + lock)[indent:])
+    for match in _TOKEN.finditer(source_of_here):
         text = match.group()
         if match.lastgroup == "text" and len(text) > 2:
             add(match.end() - 1, '"', '~"')
