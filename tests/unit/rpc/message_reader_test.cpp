@@ -413,13 +413,21 @@ TEST(RpcMessageReader, FailedReadChangesNothing) {
     EXPECT_THAT(Texts(), ElementsAre(TypeLine("ReadString", 2), TypeLine("ReadString", 2)));
 }
 
-TEST(RpcMessageReader, NullOutFails) {
+TEST(RpcMessageReader, NullOutFailsAndTheSameIndexCanBeReadThen) {
     Reader numbers(Int32Message(3));
+    std::int32_t number = 0;
     EXPECT_EQ(numbers.ReadInt32(0, nullptr), 21);
+    EXPECT_EQ(numbers.ReadInt32(0, &number), 0);
     Reader strings(MessageOf({StringArg("a")}));
+    std::string text;
     EXPECT_EQ(strings.ReadString(0, nullptr), 21);
+    EXPECT_EQ(strings.ReadString(0, &text), 0);
     Reader arrays(MessageOf({ArrayArg({1})}));
     EXPECT_EQ(arrays.ReadInt8Array(0, nullptr, 1), 21);
+    EXPECT_EQ(ReadArray(arrays, 0, 1), 0);
+    EXPECT_THAT(Texts(), ElementsAre(IndexLine("ReadInt32", 0, 0, 20, 24),
+                                     IndexLine("ReadString", 0, 0, 20, 22),
+                                     IndexLine("ReadInt8Array", 0, 0, 20, 21)));
 }
 
 TEST(RpcMessageReader, CursorAddsUpTheSizesOfOverlappingArguments) {
