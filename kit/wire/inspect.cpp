@@ -65,8 +65,7 @@ private:
             return false;
         }
         end_ = tableEnd;
-        layout_.fields.reserve(
-            *layout_.count);  // the count is bounded, because the table lies within the buffer
+        layout_.fields.reserve(*layout_.count);  // bounded by the table, which lies in the buffer
         return true;
     }
 
