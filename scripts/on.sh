@@ -19,6 +19,9 @@ command_on() {
     local -a as_root=()
     need_packages debootstrap git
     become_root "make a system in a folder"
+    mkdir -p "$on_dir"
+    exec 9>"$on_dir/$release.lock"
+    flock -n 9 || fail "another './plenx on $release' is at work in ${system#"$root"/}"
     make_system "$codename" "$system"
     step "bring the committed tree to Debian $release" bring_tree "$system"
     in_system "$system" ./plenx "$@" || status=$?
@@ -33,7 +36,6 @@ command_on() {
 make_system() {
     local codename=$1 system=$2 sources=$on_dir/$1.sources
     if [ ! -e "$system/root/.ready" ]; then
-        mkdir -p "$on_dir"
         [ -n "$(debian_sources)" ] || step "read the package lists" "${as_root[@]}" apt-get update
         debian_sources | sources_for "$codename" >"$sources"
         [ -s "$sources" ] || fail "apt's sources on this machine name no mirror of Debian"
