@@ -151,7 +151,7 @@ protected:
         const std::string engine =
             "L3 [PLENXSDK] plenx manager get config svcType:1 cfgType:5 cfgValue:0"
             "(DistributedFs::PLENXManagerInner::GetInt64Config)";
-        observer_.hook = [this](const std::string&) { gate_.wait(); };
+        observer_.hook = [gate = gate_](const std::string&) { gate.wait(); };
         RecordedLog::Get().SetHook([=, gate = gate_](const std::string& line) {
             if (line == queueing || line == engine) {
                 gate.wait();
