@@ -75,6 +75,18 @@ TEST_P(Utf8ToWideOfMalformed, ThrowsRangeErrorAlsoBehindValidText) {
     EXPECT_THROW(Utf8ToWide("C:\\data" + GetParam()), std::range_error);
 }
 
+// The converter of the standard library throws for the others, in words of its own.
+TEST(Utf8ToWide, SaysWhatIsWrongWithTextThatTheConverterTakes) {
+    for (const char* const text : {"\xC3", "a\xE2\x82", "\xED\xA0\x80"}) {
+        try {
+            Utf8ToWide(text);
+            ADD_FAILURE() << "nothing was thrown";
+        } catch (const std::range_error& error) {
+            EXPECT_STREQ(error.what(), "Utf8ToWide: malformed UTF-8");
+        }
+    }
+}
+
 TEST_P(Utf8ToWideOfMalformed, ThrowsRangeErrorAlsoBeforeValidText) {
     EXPECT_THROW(Utf8ToWide(GetParam() + "\\plenx"), std::range_error);
 }

@@ -116,6 +116,7 @@ HOST_TEST(ExplorerPath, DiskThatBeginsWithAByteFrom0x80_IsIgnored) {
     Send(kFlushDrive, {std::string("Q\xE4"), 2});
     EXPECT_TRUE(listener_.WaitForEvents(1));
     EXPECT_THAT(listener_.Events(), ElementsAre(kFolderChanged + "Q:\\"));
+    EXPECT_THAT(LinesOf("RpcManager::FlushExplorer"), testing::SizeIs(3)) << "of the last disk";
 }
 
 }  // namespace
