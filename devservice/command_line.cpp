@@ -3,7 +3,7 @@
 #include <charconv>
 #include <utility>
 
-#include "text/text.h"
+#include "support/wide_text.h"
 
 namespace PlenxService {
 namespace {
@@ -62,10 +62,10 @@ CommandLine FromOptions(const Options& options, const std::wstring& programFolde
         options.data.empty() ? install + L"\\console\\" + options.console : options.data;
     line.console = MakeIdentity(RowOf(options.console), install, data);
     if (!line.console) {
-        return Refused("there is no service " + PlenxText::ToUtf8(options.console));
+        return Refused("there is no service " + PlenxSupport::ToUtf8(options.console));
     }
     if (!options.seconds.empty()) {
-        line.seconds = SecondsOf(PlenxText::ToUtf8(options.seconds));
+        line.seconds = SecondsOf(PlenxSupport::ToUtf8(options.seconds));
         if (!line.seconds) {
             return Refused("--seconds takes 1 to " + std::to_string(kLongestRun));
         }
@@ -109,10 +109,10 @@ CommandLine ParseCommandLine(const std::vector<std::wstring>& arguments,
         }
         std::wstring* const value = ValueOf(arguments[i], options);
         if (!value) {
-            return Refused("unknown argument " + PlenxText::ToUtf8(arguments[i]));
+            return Refused("unknown argument " + PlenxSupport::ToUtf8(arguments[i]));
         }
         if (i + 1 == arguments.size() || arguments[i + 1].empty()) {
-            return Refused(PlenxText::ToUtf8(arguments[i]) + " needs a value");
+            return Refused(PlenxSupport::ToUtf8(arguments[i]) + " needs a value");
         }
         *value = arguments[i + 1];
     }

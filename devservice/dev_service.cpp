@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "endpoint.h"
-#include "text/text.h"
+#include "support/wide_text.h"
 #include "wire/render.h"
 
 namespace PlenxService {
@@ -27,7 +27,7 @@ DevService::DevService(Identity identity, ServiceStatus& status, bool toConsole,
       status_(status),
       scenarioFile_(std::move(scenario)),
       log_(identity_.nickname, identity_.dataFolder, toConsole),
-      stop_(MakeEvent()),
+      stop_(PlenxSupport::MakeEvent()),
       sender_(log_),
       scenario_(identity_, log_, sender_),
       peer_(identity_, status_, log_, scenario_, sender_, stop_) {}
@@ -51,8 +51,9 @@ bool DevService::Start() {
     scenario_.Load(scenarioFile_);
     const Values start = scenario_.Start();
     log_.Write("starts, process " + std::to_string(GetCurrentProcessId()) + ", install folder " +
-               PlenxWire::RenderText(PlenxText::ToUtf8(identity_.installFolder)) +
-               ", data folder " + PlenxWire::RenderText(PlenxText::ToUtf8(identity_.dataFolder)));
+               PlenxWire::RenderText(PlenxSupport::ToUtf8(identity_.installFolder)) +
+               ", data folder " +
+               PlenxWire::RenderText(PlenxSupport::ToUtf8(identity_.dataFolder)));
     if (error) {
         Fail("no data folder", static_cast<DWORD>(error.value()));
         return false;
@@ -103,7 +104,7 @@ bool DevService::StartUnpunctually(const Values& start) {
 }
 
 bool DevService::ServeEndpoint(const Values& start) {
-    const std::string name = PlenxText::ToUtf8(identity_.endpoint);
+    const std::string name = PlenxSupport::ToUtf8(identity_.endpoint);
     if (!start.Flag("serve", true)) {
         log_.Write("does not serve " + name);
         return true;

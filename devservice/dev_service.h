@@ -4,13 +4,13 @@
 #ifndef PLENXSERVICE_DEV_SERVICE_H
 #define PLENXSERVICE_DEV_SERVICE_H
 
-#include "handle.h"
 #include "identity.h"
 #include "notification_sender.h"
 #include "peer.h"
 #include "scenario_player.h"
 #include "service_log.h"
 #include "service_status.h"
+#include "support/handle.h"
 
 namespace PlenxService {
 
@@ -44,7 +44,7 @@ private:
     ServiceStatus& status_;
     const std::wstring scenarioFile_;
     ServiceLog log_;
-    const Handle stop_;
+    const PlenxSupport::Handle stop_;
     NotificationSender sender_;
     ScenarioPlayer scenario_;
     Peer peer_;

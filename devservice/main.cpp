@@ -12,8 +12,8 @@
 #include "dev_service.h"
 #include "scenario_player.h"
 #include "scenario_reader.h"
-#include "text/text.h"
-#include "text_file.h"
+#include "support/file.h"
+#include "support/wide_text.h"
 #include "windows_service.h"
 
 namespace {
@@ -58,9 +58,9 @@ int RunOnConsole(const PlenxService::CommandLine& line) {
     auto& status = *new PlenxService::ServiceStatus;
     onConsole = new PlenxService::DevService(*line.console, status, true, line.scenario);
     SetConsoleCtrlHandler(OnConsoleEvent, TRUE);
-    PlenxService::Handle timer;
+    PlenxSupport::Handle timer;
     if (line.seconds) {
-        timer = PlenxService::Handle(
+        timer = PlenxSupport::Handle(
             CreateThread(nullptr, 0, StopLater, const_cast<unsigned*>(&*line.seconds), 0, nullptr));
     }
     return onConsole->Run();
@@ -68,8 +68,8 @@ int RunOnConsole(const PlenxService::CommandLine& line) {
 
 int CheckFile(const std::wstring& path) {
     SetConsoleOutputCP(CP_UTF8);
-    const std::string name = PlenxText::ToUtf8(path);
-    const auto text = PlenxService::ReadTextFile(path);
+    const std::string name = PlenxSupport::ToUtf8(path);
+    const auto text = PlenxSupport::ReadWholeFile(path);
     if (!text) {
         std::fprintf(stderr, "plenxservice: cannot read %s\n", name.c_str());
         return kUsageError;

@@ -55,7 +55,7 @@ std::string Described(const PlenxManagerReply& reply) {
 NotificationSender::NotificationSender(ServiceLog& log)
     : log_(log),
       queued_(CreateEventW(nullptr, FALSE, FALSE, nullptr)),
-      stop_(MakeEvent()),
+      stop_(PlenxSupport::MakeEvent()),
       thread_(CreateThread(nullptr, 0, ThreadEntry, this, 0, nullptr)) {}
 
 NotificationSender::~NotificationSender() {

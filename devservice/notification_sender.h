@@ -12,9 +12,9 @@
 #include <map>
 #include <mutex>
 
-#include "handle.h"
 #include "notification.h"
 #include "service_log.h"
+#include "support/handle.h"
 
 namespace PlenxService {
 
@@ -49,9 +49,9 @@ private:
     ServiceLog& log_;
     std::mutex mutex_;
     std::multimap<ULONGLONG, Notification> queue_;  // the key is the tick at which they are due
-    const Handle queued_;                           // auto-reset; set when something was queued
-    const Handle stop_;
-    Handle thread_;
+    const PlenxSupport::Handle queued_;             // auto-reset; set when something was queued
+    const PlenxSupport::Handle stop_;
+    PlenxSupport::Handle thread_;
 };
 
 }  // namespace PlenxService

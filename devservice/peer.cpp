@@ -66,7 +66,7 @@ std::string Described(const Answer& answer) {
 }  // namespace
 
 Peer::Peer(const Identity& identity, ServiceStatus& status, ServiceLog& log,
-           ScenarioPlayer& scenario, NotificationSender& sender, const Handle& stop)
+           ScenarioPlayer& scenario, NotificationSender& sender, const PlenxSupport::Handle& stop)
     : identity_(identity),
       status_(status),
       log_(log),

@@ -9,13 +9,13 @@
 #include <optional>
 #include <string>
 
-#include "handle.h"
 #include "identity.h"
 #include "notification_sender.h"
 #include "peer_state.h"
 #include "scenario_player.h"
 #include "service_log.h"
 #include "service_status.h"
+#include "support/handle.h"
 
 namespace PlenxService {
 
@@ -37,7 +37,7 @@ class Peer {
 public:
     /// The event stop cuts every wait short.
     Peer(const Identity& identity, ServiceStatus& status, ServiceLog& log, ScenarioPlayer& scenario,
-         NotificationSender& sender, const Handle& stop);
+         NotificationSender& sender, const PlenxSupport::Handle& stop);
 
     /// Answers one request. Several threads may call it at once.
     Answer AnswerTo(std::int32_t request, const std::uint8_t* message, std::int32_t size);
@@ -55,7 +55,7 @@ private:
     ServiceLog& log_;
     ScenarioPlayer& scenario_;
     NotificationSender& sender_;
-    const Handle& stop_;
+    const PlenxSupport::Handle& stop_;
 
     std::mutex mutex_;
     PeerState state_;

@@ -1,11 +1,10 @@
 #include "scenario_message.h"
 
-#include <codecvt>
 #include <limits>
-#include <locale>
 #include <string>
 
 #include "hex_bytes.h"
+#include "support/utf8.h"
 
 namespace PlenxService {
 namespace {
@@ -19,9 +18,8 @@ using PlenxWire::MessageShape;
 
 // Paths travel as UTF-16 with a NUL. TOML has made sure that the text is UTF-8.
 Bytes Utf16WithNul(const std::string& text) {
-    std::wstring_convert<std::codecvt_utf8_utf16<char16_t>, char16_t> converter;
     Bytes bytes;
-    for (const char16_t unit : converter.from_bytes(text) + u'\0') {
+    for (const char16_t unit : PlenxSupport::Utf8ToUtf16(text).value_or(u"") + u'\0') {
         bytes.push_back(static_cast<std::uint8_t>(unit));
         bytes.push_back(static_cast<std::uint8_t>(unit >> 8));
     }

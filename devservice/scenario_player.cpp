@@ -4,12 +4,14 @@
 
 #include <filesystem>
 #include <fstream>
+#include <optional>
+#include <system_error>
 #include <utility>
 
 #include "hostile.h"
 #include "scenario_reader.h"
-#include "text/text.h"
-#include "text_file.h"
+#include "support/file.h"
+#include "support/wide_text.h"
 #include "wire/render.h"
 
 namespace PlenxService {
@@ -19,6 +21,19 @@ std::wstring ControlFolderOf(const Identity& identity) {
     wchar_t folder[MAX_PATH];
     const DWORD length = GetEnvironmentVariableW(L"PLENX_SERVICE_CONTROL", folder, MAX_PATH);
     return length > 0 && length < MAX_PATH ? std::wstring(folder, length) : identity.installFolder;
+}
+
+// A file that is just being replaced cannot be opened for a moment.
+std::optional<std::string> ReadPatiently(const std::filesystem::path& file) {
+    constexpr int kMostAttempts = 20;
+    std::error_code error;
+    for (int attempt = 0;; ++attempt) {
+        std::optional<std::string> text = PlenxSupport::ReadWholeFile(file);
+        if (text || attempt == kMostAttempts || !std::filesystem::exists(file, error)) {
+            return text;
+        }
+        Sleep(5);
+    }
 }
 
 // A service never hears of a stop that it does not accept, so its table has its turn at the start.
@@ -46,8 +61,8 @@ void ScenarioPlayer::Load(const std::wstring& scenario) {
 }
 
 void ScenarioPlayer::LoadScenario(const std::wstring& path) {
-    const std::string name = PlenxText::ToUtf8(path);
-    const auto text = ReadTextFile(path);
+    const std::string name = PlenxSupport::ToUtf8(path);
+    const auto text = ReadPatiently(path);
     if (!text) {
         log_.Write("cannot read scenario " + PlenxWire::RenderText(name));
         return;
@@ -68,7 +83,7 @@ void ScenarioPlayer::LoadScenario(const std::wstring& path) {
 }
 
 void ScenarioPlayer::ReadControlFile() {
-    const std::string text = ReadTextFile(folder_ + L"\\" + kControlFileName).value_or("");
+    const std::string text = ReadPatiently(folder_ + L"\\" + kControlFileName).value_or("");
     if (text == controlText_) {
         return;
     }
@@ -96,7 +111,7 @@ void ScenarioPlayer::CountRun() {
 }
 
 std::wstring ScenarioPlayer::Absolute(const std::string& path) const {
-    const std::wstring wide = PlenxText::ToWide(path);
+    const std::wstring wide = PlenxSupport::ToWide(path);
     const bool absolute = wide.size() > 1 && (wide[1] == L':' || wide[0] == L'\\');
     return wide.empty() || absolute ? wide : folder_ + L"\\" + wide;
 }

@@ -5,7 +5,7 @@
 #include <cstdio>
 #include <utility>
 
-#include "handle.h"
+#include "support/handle.h"
 
 namespace PlenxService {
 namespace {
@@ -21,9 +21,9 @@ std::string LocalTime() {
 
 // Appends with a single write, so that lines of several processes do not mix.
 void Append(const std::wstring& path, const std::string& line) {
-    const Handle file(CreateFileW(path.c_str(), FILE_APPEND_DATA,
-                                  FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
-                                  OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+    const PlenxSupport::Handle file(CreateFileW(
+        path.c_str(), FILE_APPEND_DATA, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+        nullptr, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
     if (file) {
         DWORD written = 0;
         WriteFile(file.Get(), line.data(), static_cast<DWORD>(line.size()), &written, nullptr);

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "dev_service.h"
-#include "handle.h"
+#include "support/handle.h"
 
 namespace PlenxService {
 namespace {
@@ -17,7 +17,8 @@ constexpr DWORD kFirstHint = 3000;
 constexpr DWORD kLongestLinger = 60 * 1000;
 
 std::atomic<DevService*> running{nullptr};
-const Handle left = MakeEvent();  // set when the service's thread has finished
+// This is set when the service's thread has finished.
+const PlenxSupport::Handle left = PlenxSupport::MakeEvent();
 
 DWORD WINAPI OnControl(DWORD control, DWORD, void*, void*) {
     switch (control) {
