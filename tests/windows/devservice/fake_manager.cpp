@@ -3,7 +3,8 @@
 #include <windows.h>
 
 #include <algorithm>
-#include <atomic>
+#include <chrono>
+#include <condition_variable>
 #include <mutex>
 
 #include "rpc/interface/manager_interface.h"
@@ -14,9 +15,10 @@ namespace PlenxTest {
 namespace {
 
 std::mutex mutex;
+std::condition_variable changed;
 std::vector<std::string> received;
-std::atomic<std::int32_t> code{0};
-std::atomic<unsigned> blockFor{0};
+std::int32_t code = 0;
+std::chrono::milliseconds blockFor{0};
 bool listening = false;
 bool registered = false;
 
@@ -36,12 +38,13 @@ bool FakeManager::WasEverShown() {
 }
 
 void FakeManager::Show() {
-    code = 0;
-    blockFor = 0;
     {
         const std::lock_guard<std::mutex> lock(mutex);
+        code = 0;
+        blockFor = {};
         received.clear();
     }
+    changed.notify_all();
     if (!registered) {
         RpcServerRegisterIf(plenxManagerInterface, nullptr, nullptr);
         registered = true;
@@ -59,11 +62,13 @@ void FakeManager::Hide() {
 }
 
 void FakeManager::Answer(std::int32_t answer) {
+    const std::lock_guard<std::mutex> lock(mutex);
     code = answer;
 }
 
 void FakeManager::Block(unsigned milliseconds) {
-    blockFor = milliseconds;
+    const std::lock_guard<std::mutex> lock(mutex);
+    blockFor = std::chrono::milliseconds(milliseconds);
 }
 
 std::vector<std::string> FakeManager::Received() {
@@ -72,10 +77,9 @@ std::vector<std::string> FakeManager::Received() {
 }
 
 std::vector<std::string> FakeManager::Await(std::size_t count) {
-    for (int i = 0; i < 500 && Received().size() < count; ++i) {
-        Sleep(10);
-    }
-    return Received();
+    std::unique_lock<std::mutex> lock(mutex);
+    changed.wait_for(lock, std::chrono::seconds(5), [&] { return received.size() >= count; });
+    return received;
 }
 
 }  // namespace PlenxTest
@@ -83,15 +87,12 @@ std::vector<std::string> FakeManager::Await(std::size_t count) {
 long PlenxHandleManagerMessage(long msgType, long msgSize, unsigned char* msg, long* respSize,
                                unsigned char** resp) noexcept {
     using namespace PlenxTest;
-    {
-        const std::lock_guard<std::mutex> lock(mutex);
-        received.push_back(
-            PlenxWire::RenderMessage(msgType, msg, static_cast<std::size_t>(msgSize)));
-    }
-    for (unsigned waited = 0; waited < blockFor; waited += 10) {
-        Sleep(10);
-    }
-    const PlenxWire::Bytes reply = PlenxWire::Encode({code.load()});
+    std::unique_lock<std::mutex> lock(mutex);
+    received.push_back(PlenxWire::RenderMessage(msgType, msg, static_cast<std::size_t>(msgSize)));
+    changed.notify_all();
+    changed.wait_for(lock, blockFor, [] { return blockFor == std::chrono::milliseconds(0); });
+    const PlenxWire::Bytes reply = PlenxWire::Encode({code});
+    lock.unlock();
     *respSize = static_cast<long>(reply.size());
     *resp = static_cast<unsigned char*>(MIDL_user_allocate(reply.size()));
     std::copy(reply.begin(), reply.end(), *resp);

@@ -7,6 +7,7 @@
 #include "devservice/service_client.h"
 #include "devservice/service_under_test.h"
 #include "support/child_process.h"
+#include "support/handle.h"
 #include "wire/catalog.h"
 
 namespace PlenxTest {
@@ -223,12 +224,15 @@ TEST(Life, DataFolder_CanBeRemovedWhileTheServiceRuns) {
 TEST(Life, OnceStopped_NothingIsWrittenToTheDataFolder) {
     ServiceUnderTest service(1, "log = 'second.log'\n");
     ASSERT_TRUE(service.StartAndRun());
+    const PlenxSupport::Handle process(
+        OpenProcess(SYNCHRONIZE, FALSE, service.Status().dwProcessId));
+    ASSERT_TRUE(process);
     service.SendStop();
     ASSERT_TRUE(service.Reaches(SERVICE_STOPPED, kStopLimit));
     const std::string log = service.Log();
     EXPECT_THAT(log, HasSubstr(" pc has stopped\n"));
     std::filesystem::remove_all(service.DataFolder());
-    Sleep(300);
+    ASSERT_EQ(WaitForSingleObject(process.Get(), 10000), DWORD{WAIT_OBJECT_0});
     EXPECT_FALSE(std::filesystem::exists(service.DataFolder()));
 }
 

@@ -8,6 +8,7 @@
 #include "devservice/fake_manager.h"
 #include "devservice/service_client.h"
 #include "devservice/service_under_test.h"
+#include "support/handle.h"
 #include "wire/catalog.h"
 #include "wire/render.h"
 
@@ -39,7 +40,6 @@ TEST(AManagerThatIsAbsent, IsTriedAgainUntilItIsThere) {
     ASSERT_EQ(CallService(kEndpoint, PlenxWire::kCreateGroup, kGroup).Code(), 0);
     EXPECT_TRUE(
         service.LogComesToSay("Manager answered ConnectNotify(10) exception 1722, trying again\n"));
-    Sleep(300);
     FakeManager::Show();
     EXPECT_THAT(FakeManager::Await(2),
                 ElementsAre("ConnectNotify(10) grpName:\"g_1\"",
@@ -53,8 +53,7 @@ TEST(AManagerThatIsAbsent, IsGivenUpAfterFiveSeconds) {
     ASSERT_TRUE(service.StartAndRun());
     ASSERT_EQ(CallService(kEndpoint, PlenxWire::kCreateGroup, kGroup).Code(), 0);
     EXPECT_TRUE(service.LogComesToSay("Manager answered ConnectNotify(10) exception 1717, trying"));
-    Sleep(4500);
-    EXPECT_TRUE(service.LogComesToSay("Manager answered StatusNotify(14) exception 1717\n"));
+    EXPECT_TRUE(service.LogComesToSay("Manager answered StatusNotify(14) exception 1717\n", 20000));
     FakeManager::Show();
     EXPECT_THAT(FakeManager::Received(), IsEmpty());
 }
@@ -64,6 +63,13 @@ protected:
     void SetUp() override {
         FakeManager::Show();
         ASSERT_TRUE(service.StartAndRun());
+    }
+
+    /// What has come in once the service has stopped, which sends what is queued before it does.
+    std::vector<std::string> ReceivedInAll() {
+        EXPECT_EQ(service.SendStop(), DWORD{NO_ERROR});
+        EXPECT_TRUE(service.Reaches(SERVICE_STOPPED, 2000));
+        return FakeManager::Received();
     }
 
     static ServiceAnswer Send(std::int32_t id, const Arguments& arguments) {
@@ -120,8 +126,7 @@ TEST_F(Request, OfEachKind_LeadsToItsNotifications) {
         expected.insert(expected.end(), one.notifications.begin(), one.notifications.end());
         FakeManager::Await(expected.size());
     }
-    Sleep(100);
-    EXPECT_THAT(FakeManager::Received(), ElementsAreArray(expected));
+    EXPECT_THAT(ReceivedInAll(), ElementsAreArray(expected));
 }
 
 TEST_F(Request, IsAnsweredWith24Bytes) {
@@ -157,8 +162,7 @@ TEST_F(Request, ThatIsBroken_GetsACodeOfItsOwnAndALine) {
     EXPECT_EQ(CallServiceWith(kEndpoint, PlenxWire::kPingService, Bytes{}).Code(), 1001);
     EXPECT_EQ(Send(PlenxWire::kCreateGroup, {std::string("g_1"), 3, std::string("")}).Code(), 1001);
     EXPECT_THAT(service.Log(), HasSubstr("argument 1 (kind): 3 where it must always be 2\n"));
-    Sleep(100);
-    EXPECT_THAT(FakeManager::Received(), IsEmpty());
+    EXPECT_THAT(ReceivedInAll(), IsEmpty());
 }
 
 TEST_F(Request, ThatDoesNotExist_GetsAnotherCode) {
@@ -176,9 +180,7 @@ TEST_F(Request, LinkTypeQuery_LogsTheStatusThatTheLibraryAnswers) {
 TEST_F(Request, QueuedNotifications_AreStillSentWhenItStops) {
     service.Control("[[on]]\nrepeat = 5\n");
     Send(PlenxWire::kDeleteGroup, {std::string("g_1")});
-    service.SendStop();
-    EXPECT_TRUE(service.Reaches(SERVICE_STOPPED, 2000));
-    EXPECT_EQ(FakeManager::Received().size(), 5u);
+    EXPECT_EQ(ReceivedInAll().size(), 5u);
 }
 
 struct Misbehaviour {
@@ -282,8 +284,7 @@ TEST_F(Request, ThatIsRefused_ChangesNothingAndNotifiesNobody) {
     EXPECT_EQ(ExceptionOfCall(kEndpoint, PlenxWire::kDeleteGroup), DWORD{5});
     service.Control("[[on]]\nreply = 'garbage'\nnotify = false\n");
     Send(PlenxWire::kCreateGroup, {std::string("kept_1"), 2, std::string("")});
-    Sleep(100);
-    EXPECT_THAT(FakeManager::Received(), IsEmpty());
+    EXPECT_THAT(ReceivedInAll(), IsEmpty());
     EXPECT_THAT(service.Log(), HasSubstr("holds groups:{\"kept_1\" \"\"} "));
     EXPECT_THAT(service.Log(), Not(HasSubstr("{\"g_1\"")));
 }
@@ -308,12 +309,12 @@ TEST_F(Request, ThatCrashesIt_LeavesTheServiceStopped) {
 }
 
 TEST_F(Request, ThatKillsIt_LeavesNoProcess) {
-    const HANDLE process = OpenProcess(SYNCHRONIZE, FALSE, service.Status().dwProcessId);
-    ASSERT_NE(process, nullptr);
+    const PlenxSupport::Handle process(
+        OpenProcess(SYNCHRONIZE, FALSE, service.Status().dwProcessId));
+    ASSERT_TRUE(process);
     service.Control("[[on]]\nrequest = 1\ndie = true\n");
     EXPECT_EQ(ExceptionOfCall(kEndpoint, PlenxWire::kDeleteGroup), DWORD{RPC_S_CALL_FAILED});
-    EXPECT_EQ(WaitForSingleObject(process, 2000), WAIT_OBJECT_0);
-    CloseHandle(process);
+    EXPECT_EQ(WaitForSingleObject(process.Get(), 2000), WAIT_OBJECT_0);
     EXPECT_EQ(ExceptionOfCall(kEndpoint, PlenxWire::kPingService), DWORD{RPC_S_SERVER_UNAVAILABLE});
 }
 

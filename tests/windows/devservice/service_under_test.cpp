@@ -8,6 +8,7 @@
 #include "support/child_process.h"
 #include "support/install_folder.h"
 #include "support/service_state.h"
+#include "support/wait.h"
 
 namespace PlenxTest {
 namespace {
@@ -16,11 +17,11 @@ namespace fs = std::filesystem;
 
 const wchar_t* const kName = L"PlenxDevServiceTest";
 
-SC_HANDLE Checked(SC_HANDLE handle, const char* what) {
+PlenxSupport::ServiceHandle Checked(SC_HANDLE handle, const char* what) {
     if (!handle) {
         throw std::runtime_error(std::string(what) + " error " + std::to_string(GetLastError()));
     }
-    return handle;
+    return PlenxSupport::ServiceHandle(handle);
 }
 
 }  // namespace
@@ -36,7 +37,7 @@ ServiceUnderTest::ServiceUnderTest(int row, const std::string& control)
     Control(control);
     manager_ = Checked(OpenSCManagerW(nullptr, nullptr, SC_MANAGER_ALL_ACCESS), "open manager");
     service_ = Checked(
-        CreateServiceW(manager_, kName, kName, SERVICE_ALL_ACCESS, SERVICE_WIN32_OWN_PROCESS,
+        CreateServiceW(manager_.Get(), kName, kName, SERVICE_ALL_ACCESS, SERVICE_WIN32_OWN_PROCESS,
                        SERVICE_DEMAND_START, SERVICE_ERROR_NORMAL,
                        (ProgramFolder() + L"\\plenxservice.exe").c_str(), nullptr, nullptr, nullptr,
                        nullptr, nullptr),
@@ -50,15 +51,14 @@ ServiceUnderTest::~ServiceUnderTest() {
     const DWORD process = Status().dwProcessId;
     SendStop();
     if (!Reaches(SERVICE_STOPPED, 3000)) {
-        if (const HANDLE stuck = OpenProcess(PROCESS_TERMINATE | SYNCHRONIZE, FALSE, process)) {
-            TerminateProcess(stuck, 0);
-            WaitForSingleObject(stuck, 3000);
-            CloseHandle(stuck);
+        const PlenxSupport::Handle stuck(
+            OpenProcess(PROCESS_TERMINATE | SYNCHRONIZE, FALSE, process));
+        if (stuck) {
+            TerminateProcess(stuck.Get(), 0);
+            WaitForSingleObject(stuck.Get(), 3000);
         }
     }
-    DeleteService(service_);
-    CloseServiceHandle(service_);
-    CloseServiceHandle(manager_);
+    DeleteService(service_.Get());
     std::error_code ignored;
     fs::remove_all(root_, ignored);
 }
@@ -76,7 +76,7 @@ DWORD ServiceUnderTest::Start(const std::vector<std::wstring>& arguments) {
     for (const std::wstring& argument : arguments) {
         pointers.push_back(argument.c_str());
     }
-    return StartServiceW(service_, static_cast<DWORD>(pointers.size()), pointers.data())
+    return StartServiceW(service_.Get(), static_cast<DWORD>(pointers.size()), pointers.data())
                ? NO_ERROR
                : GetLastError();
 }
@@ -87,13 +87,13 @@ bool ServiceUnderTest::StartAndRun() {
 
 DWORD ServiceUnderTest::SendStop() {
     SERVICE_STATUS reply = {};
-    return ControlService(service_, SERVICE_CONTROL_STOP, &reply) ? NO_ERROR : GetLastError();
+    return ControlService(service_.Get(), SERVICE_CONTROL_STOP, &reply) ? NO_ERROR : GetLastError();
 }
 
 SERVICE_STATUS_PROCESS ServiceUnderTest::Status() const {
     SERVICE_STATUS_PROCESS status = {};
     DWORD needed = 0;
-    QueryServiceStatusEx(service_, SC_STATUS_PROCESS_INFO, reinterpret_cast<BYTE*>(&status),
+    QueryServiceStatusEx(service_.Get(), SC_STATUS_PROCESS_INFO, reinterpret_cast<BYTE*>(&status),
                          sizeof status, &needed);
     return status;
 }
@@ -125,14 +125,8 @@ std::string ServiceUnderTest::SecondLog() const {
     return ReadFile(install_ / L"second.log");
 }
 
-bool ServiceUnderTest::LogComesToSay(const std::string& text) const {
-    for (int i = 0; i < 500; ++i) {
-        if (Log().find(text) != std::string::npos) {
-            return true;
-        }
-        Sleep(10);
-    }
-    return false;
+bool ServiceUnderTest::LogComesToSay(const std::string& text, DWORD milliseconds) const {
+    return WaitFor([&] { return Log().find(text) != std::string::npos; }, milliseconds);
 }
 
 }  // namespace PlenxTest

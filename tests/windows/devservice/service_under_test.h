@@ -10,6 +10,8 @@
 #include <string>
 #include <vector>
 
+#include "support/handle.h"
+
 namespace PlenxTest {
 
 class ServiceUnderTest {
@@ -40,8 +42,8 @@ public:
     /// 'second.log').
     std::string Log() const;
     std::string SecondLog() const;
-    /// Waits up to 5 s for a line that contains the text.
-    bool LogComesToSay(const std::string& text) const;
+    /// Waits for a line that contains the text.
+    bool LogComesToSay(const std::string& text, DWORD milliseconds = 5000) const;
 
     const std::filesystem::path& DataFolder() const { return data_; }
     const std::filesystem::path& InstallFolder() const { return install_; }
@@ -51,8 +53,8 @@ private:
     std::filesystem::path install_;
     std::filesystem::path data_;
     int row_;
-    SC_HANDLE manager_;
-    SC_HANDLE service_;
+    PlenxSupport::ServiceHandle manager_;
+    PlenxSupport::ServiceHandle service_;
 };
 
 }  // namespace PlenxTest
