@@ -10,7 +10,7 @@ mutate_packages=("${native_packages[@]}" python3)
 command_mutate() {
     need_packages "${mutate_packages[@]}"
     build_native plain
-    python3 tests/mutation/mutate.py "$build_dir/native-plain" --count "${1:-250}" \
+    python3 tests/mutation/mutate.py "$build_dir/native-plain" --count "${1:-420}" \
         --seed "${2:-1}" --jobs "$(nproc)"
 }
 
