@@ -5,13 +5,13 @@
 include(CMakePackageConfigHelpers)
 
 add_custom_target(product DEPENDS
-  plenxsdk LogHelper distributedfile plenxservice plenxhost plenxscenario plenxmsg plenxtrace
+  plenxsdk LogHelper distributedfile plenxservice plenxkit
   dokan1_sys dokan1_dll dokanfuse1_dll dokan1_sys_newer dokan1_dll_newer dokanfuse1_dll_newer)
 
 # programs and DLLs
 install(TARGETS plenxsdk RUNTIME DESTINATION bin ARCHIVE DESTINATION lib)
 install(TARGETS LogHelper distributedfile RUNTIME DESTINATION bin ARCHIVE DESTINATION companion/lib)
-install(TARGETS plenxservice plenxhost plenxscenario plenxmsg plenxtrace RUNTIME DESTINATION bin)
+install(TARGETS plenxservice plenxkit RUNTIME DESTINATION bin)
 install(TARGETS dokan1_sys dokan1_dll dokanfuse1_dll LIBRARY DESTINATION bin)
 install(TARGETS dokan1_sys_newer dokan1_dll_newer dokanfuse1_dll_newer
   LIBRARY DESTINATION bin/upgrade)
@@ -44,8 +44,9 @@ install(FILES ${generated}/plenxsdk.pc DESTINATION lib/pkgconfig)
 install(FILES ${package}/README.md ${package}/SHIP.md ${PROJECT_SOURCE_DIR}/CHANGELOG.md
   DESTINATION .)
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/devservice/scenarios DESTINATION share/plenxsdk)
-install(FILES ${PROJECT_SOURCE_DIR}/docs/plenxhost.schema.json
-  ${PROJECT_SOURCE_DIR}/kit/message/plenxmsg.bash DESTINATION share/plenxsdk)
+install(FILES ${PROJECT_SOURCE_DIR}/docs/kit-host.schema.json
+  ${PROJECT_SOURCE_DIR}/kit/completion/plenxkit.bash
+  ${PROJECT_SOURCE_DIR}/kit/completion/plenxkit.ps1 DESTINATION share/plenxsdk)
 install(FILES ${PROJECT_SOURCE_DIR}/src/rpc/interface/service.idl
   ${PROJECT_SOURCE_DIR}/src/rpc/interface/manager.idl DESTINATION idl)
 install(FILES ${PROJECT_SOURCE_DIR}/cmake/mingw-w64-host.cmake

@@ -1,5 +1,5 @@
 // What a scenario file or the control file says, ready to be played: how a service answers, starts
-// and stops, and what it notifies when. docs/scenarios.md describes the files. Plain values.
+// and stops, and what it notifies when. docs/kit-scenario.md describes the files. Plain values.
 
 #ifndef PLENXSERVICE_SCENARIO_H
 #define PLENXSERVICE_SCENARIO_H

@@ -58,7 +58,7 @@ run_demo_host() {
     echo
     (cd "$dist_dir/bin" && WINEPREFIX=$1 \
         PLENX_LOG_FILE="$(windows_path "$2/library.log")" \
-        timeout -k 10 120 wine plenxhost.exe --install 'C:\Plenx\App' --data 'C:\Plenx\Data' \
+        timeout -k 10 120 wine plenxkit.exe host --install 'C:\Plenx\App' --data 'C:\Plenx\Data' \
         --third demo --flag --json --timeout 60 --script "$(windows_path "$root/kit/host/demo/demo.plenx")" \
         >"$2/host.jsonl" 2>"$2/host-errors.txt" </dev/null)
 }

@@ -239,7 +239,7 @@ waiting_lane() {
     PLENX_TEST_ENDINGS=$brief_endings run_windows
     step "type at the host's prompt" test_dialogue
     step "hold the host's JSON against its schema" /usr/bin/python3 \
-        docs/check_plenxhost_json.py "$windows_build/bin/plenxhost.jsonl"
+        docs/check_kit_host_json.py "$windows_build/bin/plenxkit-host.jsonl"
     build_docs
     test_package
 }

@@ -45,6 +45,11 @@ struct ServiceHandleCloser {
 };
 using ServiceHandle = HandleOwner<SC_HANDLE, ServiceHandleCloser>;
 
+struct ModuleCloser {
+    void operator()(HMODULE module) const noexcept { FreeLibrary(module); }
+};
+using Module = HandleOwner<HMODULE, ModuleCloser>;
+
 /// An event that stays set.
 inline Handle MakeEvent() {
     return Handle(CreateEventW(nullptr, TRUE, FALSE, nullptr));

@@ -1,7 +1,7 @@
 // The checks, one for each part of what a host needs; the table of them stands in doctor.cpp.
 
-#ifndef PLENXHOST_DOCTOR_CHECKS_H
-#define PLENXHOST_DOCTOR_CHECKS_H
+#ifndef PLENXKIT_DOCTOR_CHECKS_H
+#define PLENXKIT_DOCTOR_CHECKS_H
 
 #include "doctor/doctor.h"
 
@@ -18,4 +18,4 @@ void CheckWorkingFolder(const Patient& patient, System& system, Findings& findin
 
 }  // namespace PlenxHost
 
-#endif  // PLENXHOST_DOCTOR_CHECKS_H
+#endif  // PLENXKIT_DOCTOR_CHECKS_H

@@ -1,8 +1,8 @@
-// plenxhost doctor: looks at an install folder and at the system, and says in words what is
+// plenxkit doctor: looks at an install folder and at the system, and says in words what is
 // wrong and what to do. It changes nothing.
 
-#ifndef PLENXHOST_DOCTOR_DOCTOR_H
-#define PLENXHOST_DOCTOR_DOCTOR_H
+#ifndef PLENXKIT_DOCTOR_DOCTOR_H
+#define PLENXKIT_DOCTOR_DOCTOR_H
 
 #include <functional>
 #include <string>
@@ -43,4 +43,4 @@ Diagnosis Examine(const Patient& patient, System& system,
 
 }  // namespace PlenxHost
 
-#endif  // PLENXHOST_DOCTOR_DOCTOR_H
+#endif  // PLENXKIT_DOCTOR_DOCTOR_H

@@ -1,7 +1,7 @@
 // Names that are fixed between the library and its services, and how facts read in a sentence.
 
-#ifndef PLENXHOST_DOCTOR_FACTS_H
-#define PLENXHOST_DOCTOR_FACTS_H
+#ifndef PLENXKIT_DOCTOR_FACTS_H
+#define PLENXKIT_DOCTOR_FACTS_H
 
 #include <string>
 
@@ -40,4 +40,4 @@ bool IsWithin(const std::string& path, const std::string& folder);
 
 }  // namespace PlenxHost
 
-#endif  // PLENXHOST_DOCTOR_FACTS_H
+#endif  // PLENXKIT_DOCTOR_FACTS_H

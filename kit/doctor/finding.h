@@ -1,7 +1,7 @@
 // What the doctor found: one sentence, how bad it is, and what to do about it.
 
-#ifndef PLENXHOST_DOCTOR_FINDING_H
-#define PLENXHOST_DOCTOR_FINDING_H
+#ifndef PLENXKIT_DOCTOR_FINDING_H
+#define PLENXKIT_DOCTOR_FINDING_H
 
 #include <string>
 #include <vector>
@@ -41,4 +41,4 @@ private:
 
 }  // namespace PlenxHost
 
-#endif  // PLENXHOST_DOCTOR_FINDING_H
+#endif  // PLENXKIT_DOCTOR_FINDING_H

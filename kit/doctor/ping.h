@@ -1,7 +1,7 @@
 // Looking at RPC endpoints without disturbing whoever serves them.
 
-#ifndef PLENXHOST_DOCTOR_PING_H
-#define PLENXHOST_DOCTOR_PING_H
+#ifndef PLENXKIT_DOCTOR_PING_H
+#define PLENXKIT_DOCTOR_PING_H
 
 #include <string>
 
@@ -18,4 +18,4 @@ PingAnswer Ping(const std::string& endpoint);
 
 }  // namespace PlenxHost
 
-#endif  // PLENXHOST_DOCTOR_PING_H
+#endif  // PLENXKIT_DOCTOR_PING_H

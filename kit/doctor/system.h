@@ -1,8 +1,8 @@
 // What the doctor asks of the system. Every operation only looks: it opens things for a moment,
 // with the access that the library would ask for, and changes nothing. Paths are UTF-8.
 
-#ifndef PLENXHOST_DOCTOR_SYSTEM_H
-#define PLENXHOST_DOCTOR_SYSTEM_H
+#ifndef PLENXKIT_DOCTOR_SYSTEM_H
+#define PLENXKIT_DOCTOR_SYSTEM_H
 
 #include <cstdint>
 #include <memory>
@@ -83,4 +83,4 @@ std::string ProgramFolder();
 
 }  // namespace PlenxHost
 
-#endif  // PLENXHOST_DOCTOR_SYSTEM_H
+#endif  // PLENXKIT_DOCTOR_SYSTEM_H

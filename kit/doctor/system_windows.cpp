@@ -9,7 +9,8 @@
 #include <utility>
 
 #include "doctor/ping.h"
-#include "wide.h"
+#include "support/handle.h"
+#include "support/wide_text.h"
 
 namespace PlenxHost {
 namespace {
@@ -19,48 +20,15 @@ namespace fs = std::filesystem;
 constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 constexpr int kMostLookedAt = 10000;  // paths of a folder that may be in use
 
-template <class Handle, class Closer>
-class Owned {
-public:
-    Owned(Handle handle, Handle invalid, Closer close)
-        : handle_(handle), invalid_(invalid), close_(close) {}
-    ~Owned() {
-        if (*this) {
-            close_(handle_);
-        }
-    }
-    Owned(const Owned&) = delete;
-    Owned& operator=(const Owned&) = delete;
-    explicit operator bool() const { return handle_ != invalid_; }
-    Handle Get() const { return handle_; }
-
-private:
-    const Handle handle_;
-    const Handle invalid_;
-    const Closer close_;
-};
-
-auto OwnFile(HANDLE handle) {
-    return Owned<HANDLE, decltype(&CloseHandle)>(handle, INVALID_HANDLE_VALUE, &CloseHandle);
-}
-
-auto OwnHandle(HANDLE handle) {
-    return Owned<HANDLE, decltype(&CloseHandle)>(handle, nullptr, &CloseHandle);
-}
-
-auto OwnService(SC_HANDLE handle) {
-    return Owned<SC_HANDLE, decltype(&CloseServiceHandle)>(handle, nullptr, &CloseServiceHandle);
-}
-
 fs::path PathOf(const std::string& text) {
     return fs::u8path(text);
 }
 
 // Opens what is there, for a moment. @return the system's error.
 DWORD OpenError(const fs::path& path, DWORD access) {
-    const auto file =
-        OwnFile(CreateFileW(path.c_str(), access, kShareAll, nullptr, OPEN_EXISTING,
-                            FILE_FLAG_BACKUP_SEMANTICS | FILE_FLAG_OPEN_REPARSE_POINT, nullptr));
+    const PlenxSupport::Handle file(
+        CreateFileW(path.c_str(), access, kShareAll, nullptr, OPEN_EXISTING,
+                    FILE_FLAG_BACKUP_SEMANTICS | FILE_FLAG_OPEN_REPARSE_POINT, nullptr));
     return file ? NO_ERROR : GetLastError();
 }
 
@@ -116,8 +84,8 @@ bool MayWrite(PACL list, const Group& group) {
 }
 
 bool ProcessIsThere(DWORD id) {
-    const auto process =
-        OwnHandle(OpenProcess(SYNCHRONIZE | PROCESS_QUERY_LIMITED_INFORMATION, FALSE, id));
+    const PlenxSupport::Handle process(
+        OpenProcess(SYNCHRONIZE | PROCESS_QUERY_LIMITED_INFORMATION, FALSE, id));
     if (!process) {
         return GetLastError() == ERROR_ACCESS_DENIED;
     }
@@ -142,7 +110,7 @@ bool ReadConfiguration(SC_HANDLE service, ServiceFacts& facts) {
     if (!QueryServiceConfigW(service, config, static_cast<DWORD>(buffer.size()), &size)) {
         return false;
     }
-    facts.program = WideToUtf8(config->lpBinaryPathName);
+    facts.program = PlenxSupport::ToUtf8(config->lpBinaryPathName);
     facts.startType = static_cast<StartType>(config->dwStartType);
     return true;
 }
@@ -172,10 +140,9 @@ public:
 
     // Without version.dll: the file is read as data and none of its code is run.
     std::optional<std::string> VersionOf(const std::string& file) override {
-        const Owned<HMODULE, decltype(&FreeLibrary)> module(
+        const PlenxSupport::Module module(
             LoadLibraryExW(PathOf(file).c_str(), nullptr,
-                           LOAD_LIBRARY_AS_DATAFILE | LOAD_LIBRARY_AS_IMAGE_RESOURCE),
-            nullptr, &FreeLibrary);
+                           LOAD_LIBRARY_AS_DATAFILE | LOAD_LIBRARY_AS_IMAGE_RESOURCE));
         const HRSRC place = module ? FindResourceW(module.Get(), MAKEINTRESOURCEW(VS_VERSION_INFO),
                                                    MAKEINTRESOURCEW(16))
                                    : nullptr;
@@ -237,7 +204,7 @@ public:
         if (!OpenProcessToken(GetCurrentProcess(), TOKEN_QUERY, &raw)) {
             return false;
         }
-        const auto token = OwnHandle(raw);
+        const PlenxSupport::Handle token(raw);
         TOKEN_ELEVATION elevation{};
         DWORD size = 0;
         return GetTokenInformation(token.Get(), TokenElevation, &elevation, sizeof(elevation),
@@ -246,19 +213,21 @@ public:
     }
 
     std::uint32_t ServiceManagerError() override {
-        const auto manager = OwnService(OpenSCManagerW(nullptr, nullptr, SC_MANAGER_ALL_ACCESS));
+        const PlenxSupport::ServiceHandle manager(
+            OpenSCManagerW(nullptr, nullptr, SC_MANAGER_ALL_ACCESS));
         return manager ? NO_ERROR : GetLastError();
     }
 
     ServiceFacts Service(const std::string& name) override {
         ServiceFacts facts;
         const std::wstring wide = PathOf(name).wstring();
-        const auto manager = OwnService(OpenSCManagerW(nullptr, nullptr, SC_MANAGER_CONNECT));
+        const PlenxSupport::ServiceHandle manager(
+            OpenSCManagerW(nullptr, nullptr, SC_MANAGER_CONNECT));
         if (!manager) {
             facts.error = GetLastError();
             return facts;
         }
-        const auto service = OwnService(
+        const PlenxSupport::ServiceHandle service(
             OpenServiceW(manager.Get(), wide.c_str(), SERVICE_QUERY_CONFIG | SERVICE_QUERY_STATUS));
         if (!service || !ReadConfiguration(service.Get(), facts) ||
             !ReadStatus(service.Get(), facts)) {

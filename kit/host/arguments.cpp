@@ -1,8 +1,8 @@
-#include "arguments.h"
+#include "host/arguments.h"
 
 #include <algorithm>
 
-#include "text.h"
+#include "host/text.h"
 
 namespace PlenxHost {
 namespace {

@@ -1,16 +1,16 @@
 // The words of a command, taken one after the other and turned into what the command
 // needs. Every operation throws ScriptError when the word is missing or wrong.
 
-#ifndef PLENXHOST_ARGUMENTS_H
-#define PLENXHOST_ARGUMENTS_H
+#ifndef PLENXKIT_HOST_ARGUMENTS_H
+#define PLENXKIT_HOST_ARGUMENTS_H
 
 #include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
 
+#include "host/script_parser.h"
 #include "plenxsdk/plenx_manager.h"
-#include "script_parser.h"
 
 namespace PlenxHost {
 
@@ -56,4 +56,4 @@ private:
 
 }  // namespace PlenxHost
 
-#endif  // PLENXHOST_ARGUMENTS_H
+#endif  // PLENXKIT_HOST_ARGUMENTS_H

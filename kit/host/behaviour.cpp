@@ -1,4 +1,4 @@
-#include "behaviour.h"
+#include "host/behaviour.h"
 
 namespace PlenxHost {
 

@@ -1,8 +1,8 @@
 // How the observers react: what they answer, how long they take, whether they throw. Set
 // by commands, read by observers on the library's threads.
 
-#ifndef PLENXHOST_BEHAVIOUR_H
-#define PLENXHOST_BEHAVIOUR_H
+#ifndef PLENXKIT_HOST_BEHAVIOUR_H
+#define PLENXKIT_HOST_BEHAVIOUR_H
 
 #include <chrono>
 #include <condition_variable>
@@ -43,4 +43,4 @@ private:
 
 }  // namespace PlenxHost
 
-#endif  // PLENXHOST_BEHAVIOUR_H
+#endif  // PLENXKIT_HOST_BEHAVIOUR_H

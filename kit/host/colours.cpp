@@ -1,4 +1,4 @@
-#include "colours.h"
+#include "host/colours.h"
 
 namespace PlenxHost {
 namespace {

@@ -1,7 +1,7 @@
 // Colours for a terminal: what is worth one, and whether there shall be any. Pure functions.
 
-#ifndef PLENXHOST_COLOURS_H
-#define PLENXHOST_COLOURS_H
+#ifndef PLENXKIT_HOST_COLOURS_H
+#define PLENXKIT_HOST_COLOURS_H
 
 #include <string>
 
@@ -31,4 +31,4 @@ std::string Paint(Colours colours, Role role, const std::string& text);
 
 }  // namespace PlenxHost
 
-#endif  // PLENXHOST_COLOURS_H
+#endif  // PLENXKIT_HOST_COLOURS_H

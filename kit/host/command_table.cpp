@@ -1,8 +1,8 @@
 // The one table of the commands; see commands.h.
 
-#include "commands.h"
-#include "manager_commands.h"
-#include "script_commands.h"
+#include "host/commands.h"
+#include "host/manager_commands.h"
+#include "host/script_commands.h"
 
 namespace PlenxHost {
 namespace {

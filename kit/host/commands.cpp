@@ -1,9 +1,9 @@
-#include "commands.h"
+#include "host/commands.h"
 
 #include <algorithm>
 #include <utility>
 
-#include "text.h"
+#include "host/text.h"
 
 namespace PlenxHost {
 namespace {

@@ -3,15 +3,15 @@
 // Such a function reads the arguments, which fails with a ScriptError when they are wrong,
 // and returns the action to run. A script is thus checked to its end before it starts.
 
-#ifndef PLENXHOST_COMMANDS_H
-#define PLENXHOST_COMMANDS_H
+#ifndef PLENXKIT_HOST_COMMANDS_H
+#define PLENXKIT_HOST_COMMANDS_H
 
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "arguments.h"
-#include "session.h"
+#include "host/arguments.h"
+#include "host/session.h"
 
 namespace PlenxHost {
 
@@ -40,4 +40,4 @@ Step ParseStep(std::string_view line, const std::string& place);
 
 }  // namespace PlenxHost
 
-#endif  // PLENXHOST_COMMANDS_H
+#endif  // PLENXKIT_HOST_COMMANDS_H

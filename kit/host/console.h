@@ -3,16 +3,16 @@
 //
 // ReadLine is called by one thread; reports may be printed by any. It must not outlive its Output.
 
-#ifndef PLENXHOST_CONSOLE_H
-#define PLENXHOST_CONSOLE_H
+#ifndef PLENXKIT_HOST_CONSOLE_H
+#define PLENXKIT_HOST_CONSOLE_H
 
 #include <functional>
 #include <string>
 #include <vector>
 
-#include "line_editor.h"
-#include "output.h"
-#include "prompt_state.h"
+#include "host/line_editor.h"
+#include "host/output.h"
+#include "host/prompt_state.h"
 
 namespace PlenxHost {
 
@@ -51,4 +51,4 @@ private:
 
 }  // namespace PlenxHost
 
-#endif  // PLENXHOST_CONSOLE_H
+#endif  // PLENXKIT_HOST_CONSOLE_H

@@ -1,9 +1,9 @@
-#include "console.h"
+#include "host/console.h"
 
 #include <windows.h>
 
-#include "commands.h"
-#include "wide.h"
+#include "host/commands.h"
+#include "support/wide_text.h"
 
 namespace PlenxHost {
 namespace {
@@ -32,7 +32,7 @@ std::size_t Columns() {
 std::vector<std::wstring> CommandNames() {
     std::vector<std::wstring> names;
     for (const Command& command : Commands()) {
-        names.push_back(Utf8ToWide(command.name));
+        names.push_back(PlenxSupport::ToWide(command.name));
     }
     return names;
 }
@@ -58,7 +58,7 @@ bool Console::ReadLine(std::string& line, const std::function<bool()>& hasEnded)
         }
     }
     output_.Exclusively([&] {
-        line = WideToUtf8(editor_.Text());
+        line = PlenxSupport::ToUtf8(editor_.Text());
         Finish();
     });
     return step == Step::kLine;
@@ -156,7 +156,7 @@ void Console::Show() {
     if (!reading_) {
         return;
     }
-    const LineEditor::View view = editor_.Show(Utf8ToWide(state_.Prompt()), Columns());
+    const LineEditor::View view = editor_.Show(PlenxSupport::ToWide(state_.Prompt()), Columns());
     const std::size_t length = view.line.size();
     const std::wstring rest(drawn_ > length ? drawn_ - length : 0, L' ');
     Put(L"\r" + view.line + rest + std::wstring(length + rest.size() - view.cursor, L'\b'));

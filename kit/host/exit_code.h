@@ -1,7 +1,7 @@
 // How the program ends.
 
-#ifndef PLENXHOST_EXIT_CODE_H
-#define PLENXHOST_EXIT_CODE_H
+#ifndef PLENXKIT_HOST_EXIT_CODE_H
+#define PLENXKIT_HOST_EXIT_CODE_H
 
 namespace PlenxHost {
 
@@ -12,4 +12,4 @@ constexpr int kTimedOut = 3;
 
 }  // namespace PlenxHost
 
-#endif  // PLENXHOST_EXIT_CODE_H
+#endif  // PLENXKIT_HOST_EXIT_CODE_H

@@ -1,8 +1,8 @@
 // The notifications that have come and that no expectation has used yet, in the order of
 // their coming. Any thread may put; the thread that runs the commands takes and waits.
 
-#ifndef PLENXHOST_INBOX_H
-#define PLENXHOST_INBOX_H
+#ifndef PLENXKIT_HOST_INBOX_H
+#define PLENXKIT_HOST_INBOX_H
 
 #include <chrono>
 #include <condition_variable>
@@ -10,8 +10,8 @@
 #include <mutex>
 #include <optional>
 
-#include "notification.h"
-#include "pattern.h"
+#include "host/notification.h"
+#include "host/pattern.h"
 
 namespace PlenxHost {
 
@@ -52,4 +52,4 @@ private:
 
 }  // namespace PlenxHost
 
-#endif  // PLENXHOST_INBOX_H
+#endif  // PLENXKIT_HOST_INBOX_H

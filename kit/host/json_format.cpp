@@ -2,8 +2,8 @@
 #include <ctime>
 #include <nlohmann/json.hpp>
 
-#include "line_format.h"
-#include "text.h"
+#include "host/line_format.h"
+#include "host/text.h"
 
 namespace PlenxHost {
 namespace {

@@ -1,4 +1,4 @@
-#include "line_editor.h"
+#include "host/line_editor.h"
 
 #include <algorithm>
 

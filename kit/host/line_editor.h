@@ -2,8 +2,8 @@
 //
 // Texts are in the units of the console: UTF-16 on Windows.
 
-#ifndef PLENXHOST_LINE_EDITOR_H
-#define PLENXHOST_LINE_EDITOR_H
+#ifndef PLENXKIT_HOST_LINE_EDITOR_H
+#define PLENXKIT_HOST_LINE_EDITOR_H
 
 #include <string>
 #include <vector>
@@ -45,4 +45,4 @@ private:
 
 }  // namespace PlenxHost
 
-#endif  // PLENXHOST_LINE_EDITOR_H
+#endif  // PLENXKIT_HOST_LINE_EDITOR_H

@@ -3,18 +3,18 @@
 // JSON keys that all objects have: type (notification, command, text, error, end, finding,
 // diagnosis), time (local, like the times in the log files), seconds (since the start) and
 // thread. A text that is not UTF-8 is shown with U+FFFD in it and is given in full by a second
-// key, its name followed by Hex. docs/plenxhost-json.md describes them for those who read them.
+// key, its name followed by Hex. docs/kit-host-json.md describes them for those who read them.
 
-#ifndef PLENXHOST_LINE_FORMAT_H
-#define PLENXHOST_LINE_FORMAT_H
+#ifndef PLENXKIT_HOST_LINE_FORMAT_H
+#define PLENXKIT_HOST_LINE_FORMAT_H
 
 #include <chrono>
 #include <cstdint>
 #include <memory>
 #include <string>
 
-#include "colours.h"
-#include "report.h"
+#include "host/colours.h"
+#include "host/report.h"
 
 namespace PlenxHost {
 
@@ -45,4 +45,4 @@ std::unique_ptr<LineFormat> MakeJsonFormat();
 
 }  // namespace PlenxHost
 
-#endif  // PLENXHOST_LINE_FORMAT_H
+#endif  // PLENXKIT_HOST_LINE_FORMAT_H

@@ -1,8 +1,8 @@
-#include "manager_commands.h"
+#include "host/manager_commands.h"
 
 #include <utility>
 
-#include "platform.h"
+#include "host/platform.h"
 #include "plenxsdk/plenx_manager.h"
 
 namespace PlenxHost {

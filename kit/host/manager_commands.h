@@ -1,10 +1,10 @@
 // The commands for the operations of the library; see commands.h.
 
-#ifndef PLENXHOST_MANAGER_COMMANDS_H
-#define PLENXHOST_MANAGER_COMMANDS_H
+#ifndef PLENXKIT_HOST_MANAGER_COMMANDS_H
+#define PLENXKIT_HOST_MANAGER_COMMANDS_H
 
-#include "arguments.h"
-#include "session.h"
+#include "host/arguments.h"
+#include "host/session.h"
 
 namespace PlenxHost {
 
@@ -29,4 +29,4 @@ Action ParseUnregister(Arguments& arguments);
 
 }  // namespace PlenxHost
 
-#endif  // PLENXHOST_MANAGER_COMMANDS_H
+#endif  // PLENXKIT_HOST_MANAGER_COMMANDS_H

@@ -1,4 +1,4 @@
-#include "notification.h"
+#include "host/notification.h"
 
 namespace PlenxHost {
 

@@ -1,8 +1,8 @@
 // What an observer was told: the name of the notification and its arguments. Plain
 // values, to be used on one thread at a time.
 
-#ifndef PLENXHOST_NOTIFICATION_H
-#define PLENXHOST_NOTIFICATION_H
+#ifndef PLENXKIT_HOST_NOTIFICATION_H
+#define PLENXKIT_HOST_NOTIFICATION_H
 
 #include <cstdint>
 #include <string>
@@ -39,4 +39,4 @@ const std::vector<NotificationShape>& NotificationShapes();
 
 }  // namespace PlenxHost
 
-#endif  // PLENXHOST_NOTIFICATION_H
+#endif  // PLENXKIT_HOST_NOTIFICATION_H

@@ -1,4 +1,4 @@
-#include "observer.h"
+#include "host/observer.h"
 
 #include <stdexcept>
 #include <utility>
@@ -66,7 +66,7 @@ int HostObserver::React(const Reaction& reaction, const char* name, std::vector<
     inbox_.Put(std::move(notification));
     behaviour_.Wait(reaction.delay);
     if (reaction.throws) {
-        throw std::runtime_error("thrown by plenxhost because the script asked for it");
+        throw std::runtime_error("thrown by plenxkit because the script asked for it");
     }
     return reaction.answer;
 }

@@ -4,15 +4,15 @@
 // The library calls it on threads of its own, one call at a time. It calls nothing of the
 // library. It must stay alive until it has been unregistered.
 
-#ifndef PLENXHOST_OBSERVER_H
-#define PLENXHOST_OBSERVER_H
+#ifndef PLENXKIT_HOST_OBSERVER_H
+#define PLENXKIT_HOST_OBSERVER_H
 
 #include <string>
 #include <vector>
 
-#include "behaviour.h"
-#include "inbox.h"
-#include "output.h"
+#include "host/behaviour.h"
+#include "host/inbox.h"
+#include "host/output.h"
 #include "plenxsdk/plenx_manager.h"
 
 namespace PlenxHost {
@@ -46,4 +46,4 @@ private:
 
 }  // namespace PlenxHost
 
-#endif  // PLENXHOST_OBSERVER_H
+#endif  // PLENXKIT_HOST_OBSERVER_H

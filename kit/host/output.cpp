@@ -1,6 +1,6 @@
-#include "output.h"
+#include "host/output.h"
 
-#include "platform.h"
+#include "host/platform.h"
 
 namespace PlenxHost {
 

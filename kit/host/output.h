@@ -1,7 +1,7 @@
 // Where all reports go: one writer for all threads, each report written whole and flushed.
 
-#ifndef PLENXHOST_OUTPUT_H
-#define PLENXHOST_OUTPUT_H
+#ifndef PLENXKIT_HOST_OUTPUT_H
+#define PLENXKIT_HOST_OUTPUT_H
 
 #include <chrono>
 #include <cstdio>
@@ -10,7 +10,7 @@
 #include <string>
 #include <type_traits>
 
-#include "line_format.h"
+#include "host/line_format.h"
 
 namespace PlenxHost {
 
@@ -76,4 +76,4 @@ private:
 
 }  // namespace PlenxHost
 
-#endif  // PLENXHOST_OUTPUT_H
+#endif  // PLENXKIT_HOST_OUTPUT_H

@@ -1,10 +1,10 @@
-#include "pattern.h"
+#include "host/pattern.h"
 
 #include <algorithm>
 #include <iterator>
 
-#include "arguments.h"
-#include "text.h"
+#include "host/arguments.h"
+#include "host/text.h"
 
 namespace PlenxHost {
 namespace {

@@ -7,14 +7,14 @@
 //
 // Arguments that are not given may have any value. Numbers are compared as 32 bits.
 
-#ifndef PLENXHOST_PATTERN_H
-#define PLENXHOST_PATTERN_H
+#ifndef PLENXKIT_HOST_PATTERN_H
+#define PLENXKIT_HOST_PATTERN_H
 
 #include <string>
 #include <vector>
 
-#include "notification.h"
-#include "script_parser.h"
+#include "host/notification.h"
+#include "host/script_parser.h"
 
 namespace PlenxHost {
 
@@ -37,4 +37,4 @@ private:
 
 }  // namespace PlenxHost
 
-#endif  // PLENXHOST_PATTERN_H
+#endif  // PLENXKIT_HOST_PATTERN_H

@@ -1,7 +1,7 @@
 // The few things that the system does for this program.
 
-#ifndef PLENXHOST_PLATFORM_H
-#define PLENXHOST_PLATFORM_H
+#ifndef PLENXKIT_HOST_PLATFORM_H
+#define PLENXKIT_HOST_PLATFORM_H
 
 #include <cstdint>
 #include <string>
@@ -10,30 +10,6 @@ namespace PlenxHost {
 
 /// The calling thread's id, as the log files show it.
 std::uint32_t CurrentThreadNumber();
-
-/// UTF-8 for consoles and untouched bytes for files and pipes, while the object lives.
-class StandardStreams {
-public:
-    StandardStreams();
-    ~StandardStreams();
-    StandardStreams(const StandardStreams&) = delete;
-    StandardStreams& operator=(const StandardStreams&) = delete;
-
-    bool InputIsConsole() const { return inputIsConsole_; }
-    bool OutputIsConsole() const { return consoleCodePage_ != 0; }
-    /// Whether it is a terminal that obeys escape sequences.
-    bool OutputIsTerminal() const { return outputIsTerminal_; }
-    bool ErrorsAreTerminal() const { return errorsAreTerminal_; }
-    /// The next line of the input as UTF-8; false at its end.
-    bool ReadLine(std::string& line) const;
-
-private:
-    bool inputIsConsole_ = false;
-    bool outputIsTerminal_ = false;
-    bool errorsAreTerminal_ = false;
-    std::uint32_t outputMode_ = 0;
-    unsigned int consoleCodePage_ = 0;
-};
 
 /// Ends the process of a service by force; the service manager knows which one it is.
 /// @return 0 or a Windows error.
@@ -44,4 +20,4 @@ std::uint32_t EndServiceProcess(const std::string& service);
 
 }  // namespace PlenxHost
 
-#endif  // PLENXHOST_PLATFORM_H
+#endif  // PLENXKIT_HOST_PLATFORM_H

@@ -1,11 +1,11 @@
-#include "prompt_state.h"
+#include "host/prompt_state.h"
 
 #include <algorithm>
 
-#include "arguments.h"
+#include "host/arguments.h"
+#include "host/script_parser.h"
+#include "host/text.h"
 #include "plenxsdk/plenx_manager.h"
-#include "script_parser.h"
-#include "text.h"
 
 namespace PlenxHost {
 namespace {

@@ -2,15 +2,15 @@
 //
 // It learns from the reports that are printed. Not to be used by two threads at once.
 
-#ifndef PLENXHOST_PROMPT_STATE_H
-#define PLENXHOST_PROMPT_STATE_H
+#ifndef PLENXKIT_HOST_PROMPT_STATE_H
+#define PLENXKIT_HOST_PROMPT_STATE_H
 
 #include <cstdint>
 #include <map>
 #include <string>
 #include <tuple>
 
-#include "report.h"
+#include "host/report.h"
 
 namespace PlenxHost {
 
@@ -36,4 +36,4 @@ private:
 
 }  // namespace PlenxHost
 
-#endif  // PLENXHOST_PROMPT_STATE_H
+#endif  // PLENXKIT_HOST_PROMPT_STATE_H

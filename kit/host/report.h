@@ -1,8 +1,8 @@
 // What is printed: notifications, commands with their outcome, plain texts and the end; and what
 // the doctor found.
 
-#ifndef PLENXHOST_REPORT_H
-#define PLENXHOST_REPORT_H
+#ifndef PLENXKIT_HOST_REPORT_H
+#define PLENXKIT_HOST_REPORT_H
 
 #include <chrono>
 #include <cstdint>
@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "doctor/doctor.h"
-#include "notification.h"
+#include "host/notification.h"
 
 namespace PlenxHost {
 
@@ -66,4 +66,4 @@ struct DiagnosisReport {
 
 }  // namespace PlenxHost
 
-#endif  // PLENXHOST_REPORT_H
+#endif  // PLENXKIT_HOST_REPORT_H

@@ -1,9 +1,9 @@
-#include "run_limit.h"
+#include "host/run_limit.h"
 
 #include <utility>
 
-#include "exit_code.h"
-#include "platform.h"
+#include "host/exit_code.h"
+#include "host/platform.h"
 
 namespace PlenxHost {
 namespace {

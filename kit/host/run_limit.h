@@ -1,8 +1,8 @@
 // A limit for the whole run. When it is reached, the run is told to end; when it does not,
 // because it waits in the library or for input, the process is ended.
 
-#ifndef PLENXHOST_RUN_LIMIT_H
-#define PLENXHOST_RUN_LIMIT_H
+#ifndef PLENXKIT_HOST_RUN_LIMIT_H
+#define PLENXKIT_HOST_RUN_LIMIT_H
 
 #include <chrono>
 #include <condition_variable>
@@ -37,4 +37,4 @@ private:
 
 }  // namespace PlenxHost
 
-#endif  // PLENXHOST_RUN_LIMIT_H
+#endif  // PLENXKIT_HOST_RUN_LIMIT_H

@@ -1,12 +1,12 @@
-#include "script_commands.h"
+#include "host/script_commands.h"
 
 #include <chrono>
 #include <deque>
 #include <optional>
 
-#include "commands.h"
-#include "pattern.h"
-#include "text.h"
+#include "host/commands.h"
+#include "host/pattern.h"
+#include "host/text.h"
 
 namespace PlenxHost {
 namespace {

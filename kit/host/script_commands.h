@@ -1,10 +1,10 @@
 // The commands that a script is made of besides the library's operations; see commands.h.
 
-#ifndef PLENXHOST_SCRIPT_COMMANDS_H
-#define PLENXHOST_SCRIPT_COMMANDS_H
+#ifndef PLENXKIT_HOST_SCRIPT_COMMANDS_H
+#define PLENXKIT_HOST_SCRIPT_COMMANDS_H
 
-#include "arguments.h"
-#include "session.h"
+#include "host/arguments.h"
+#include "host/session.h"
 
 namespace PlenxHost {
 
@@ -24,4 +24,4 @@ Action ParseQuit(Arguments& arguments);
 
 }  // namespace PlenxHost
 
-#endif  // PLENXHOST_SCRIPT_COMMANDS_H
+#endif  // PLENXKIT_HOST_SCRIPT_COMMANDS_H

@@ -1,6 +1,6 @@
-#include "script_parser.h"
+#include "host/script_parser.h"
 
-#include "text.h"
+#include "host/text.h"
 
 namespace PlenxHost {
 namespace {

@@ -5,8 +5,8 @@
 // character stands for itself, so that Windows paths need no care. A word that begins
 // with # starts a comment.
 
-#ifndef PLENXHOST_SCRIPT_PARSER_H
-#define PLENXHOST_SCRIPT_PARSER_H
+#ifndef PLENXKIT_HOST_SCRIPT_PARSER_H
+#define PLENXKIT_HOST_SCRIPT_PARSER_H
 
 #include <cstddef>
 #include <stdexcept>
@@ -44,4 +44,4 @@ SplitLine SplitWords(std::string_view line);
 
 }  // namespace PlenxHost
 
-#endif  // PLENXHOST_SCRIPT_PARSER_H
+#endif  // PLENXKIT_HOST_SCRIPT_PARSER_H

@@ -1,10 +1,10 @@
-#include "script_runner.h"
+#include "host/script_runner.h"
 
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 
-#include "commands.h"
+#include "host/commands.h"
 
 namespace PlenxHost {
 namespace {

@@ -1,13 +1,13 @@
 // Runs commands: all of a script file, or line by line from the input.
 
-#ifndef PLENXHOST_SCRIPT_RUNNER_H
-#define PLENXHOST_SCRIPT_RUNNER_H
+#ifndef PLENXKIT_HOST_SCRIPT_RUNNER_H
+#define PLENXKIT_HOST_SCRIPT_RUNNER_H
 
 #include <functional>
 #include <string>
 #include <vector>
 
-#include "session.h"
+#include "host/session.h"
 
 namespace PlenxHost {
 
@@ -29,4 +29,4 @@ void RunLines(const LineReader& read, const std::function<void(const std::string
 
 }  // namespace PlenxHost
 
-#endif  // PLENXHOST_SCRIPT_RUNNER_H
+#endif  // PLENXKIT_HOST_SCRIPT_RUNNER_H

@@ -1,11 +1,11 @@
-#include "session.h"
+#include "host/session.h"
 
 #include <exception>
 #include <utility>
 
-#include "exit_code.h"
+#include "host/exit_code.h"
+#include "host/script_parser.h"
 #include "plenxsdk/plenx_manager.h"
-#include "script_parser.h"
 
 namespace PlenxHost {
 namespace {

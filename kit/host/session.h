@@ -2,8 +2,8 @@
 // and how the expectations fared. Commands work on it, one after the other, on one thread;
 // only Interrupt and Current may be called from others.
 
-#ifndef PLENXHOST_SESSION_H
-#define PLENXHOST_SESSION_H
+#ifndef PLENXKIT_HOST_SESSION_H
+#define PLENXKIT_HOST_SESSION_H
 
 #include <functional>
 #include <map>
@@ -14,11 +14,11 @@
 #include <string>
 #include <vector>
 
-#include "behaviour.h"
-#include "inbox.h"
-#include "observer.h"
-#include "output.h"
-#include "report.h"
+#include "host/behaviour.h"
+#include "host/inbox.h"
+#include "host/observer.h"
+#include "host/output.h"
+#include "host/report.h"
 
 namespace PlenxHost {
 
@@ -92,4 +92,4 @@ private:
 
 }  // namespace PlenxHost
 
-#endif  // PLENXHOST_SESSION_H
+#endif  // PLENXKIT_HOST_SESSION_H

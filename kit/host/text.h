@@ -1,8 +1,8 @@
 // Texts of any bytes, shown and read safely, and numbers as they are typed. No state, no
 // threads.
 
-#ifndef PLENXHOST_TEXT_H
-#define PLENXHOST_TEXT_H
+#ifndef PLENXKIT_HOST_TEXT_H
+#define PLENXKIT_HOST_TEXT_H
 
 #include <cstddef>
 #include <cstdint>
@@ -36,4 +36,4 @@ std::optional<std::uint32_t> ToBits32(std::string_view digits);
 
 }  // namespace PlenxHost
 
-#endif  // PLENXHOST_TEXT_H
+#endif  // PLENXKIT_HOST_TEXT_H

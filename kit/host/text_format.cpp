@@ -1,8 +1,8 @@
 #include <cstdio>
 
-#include "exit_code.h"
-#include "line_format.h"
-#include "text.h"
+#include "host/exit_code.h"
+#include "host/line_format.h"
+#include "host/text.h"
 
 namespace PlenxHost {
 namespace {

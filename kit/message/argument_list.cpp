@@ -1,10 +1,10 @@
-#include "argument_list.h"
+#include "message/argument_list.h"
 
 #include <utility>
 
-#include "usage.h"
+#include "message/usage.h"
 
-namespace PlenxMsg {
+namespace PlenxMessage {
 namespace {
 
 using PlenxWire::Argument;
@@ -25,7 +25,7 @@ std::string NamesOf(const PlenxWire::MessageShape& shape) {
 ArgumentList::ArgumentList(const Subject& subject) : subject_(subject) {
     if (!subject.shape) {
         throw UsageError(subject.id ? "there is no message " + std::to_string(*subject.id) +
-                                          "; \"plenxmsg list\" shows them all"
+                                          "; \"plenxkit message list\" shows them all"
                                     : std::string("which message is to be built?"));
     }
     values_.resize(subject.shape->arguments.size());
@@ -87,4 +87,4 @@ std::optional<Argument> ArgumentList::Default(std::size_t index) const {
     return std::nullopt;
 }
 
-}  // namespace PlenxMsg
+}  // namespace PlenxMessage

@@ -1,15 +1,15 @@
 // The arguments of one message, given by name in any order.
 
-#ifndef PLENXMSG_ARGUMENT_LIST_H
-#define PLENXMSG_ARGUMENT_LIST_H
+#ifndef PLENXKIT_MESSAGE_ARGUMENT_LIST_H
+#define PLENXKIT_MESSAGE_ARGUMENT_LIST_H
 
 #include <optional>
 #include <string>
 #include <vector>
 
-#include "subject.h"
+#include "message/subject.h"
 
-namespace PlenxMsg {
+namespace PlenxMessage {
 
 class ArgumentList {
 public:
@@ -34,6 +34,6 @@ private:
     std::vector<std::optional<PlenxWire::Argument>> values_;
 };
 
-}  // namespace PlenxMsg
+}  // namespace PlenxMessage
 
-#endif  // PLENXMSG_ARGUMENT_LIST_H
+#endif  // PLENXKIT_MESSAGE_ARGUMENT_LIST_H

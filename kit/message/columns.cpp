@@ -1,8 +1,8 @@
-#include "columns.h"
+#include "message/columns.h"
 
 #include <algorithm>
 
-namespace PlenxMsg {
+namespace PlenxMessage {
 namespace {
 
 bool BeginsCharacter(char byte) {
@@ -69,4 +69,4 @@ std::string PadRight(const std::string& text, std::size_t width) {
     return text + std::string(width - std::min(width, Length(text)), ' ');
 }
 
-}  // namespace PlenxMsg
+}  // namespace PlenxMessage

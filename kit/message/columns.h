@@ -1,14 +1,14 @@
 // Text in columns.
 
-#ifndef PLENXMSG_COLUMNS_H
-#define PLENXMSG_COLUMNS_H
+#ifndef PLENXKIT_MESSAGE_COLUMNS_H
+#define PLENXKIT_MESSAGE_COLUMNS_H
 
 #include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
 
-namespace PlenxMsg {
+namespace PlenxMessage {
 
 constexpr std::size_t kPageWidth = 100;
 
@@ -22,6 +22,6 @@ std::string Hanging(const std::string& label, std::string_view text);
 std::string PadLeft(const std::string& text, std::size_t width);
 std::string PadRight(const std::string& text, std::size_t width);
 
-}  // namespace PlenxMsg
+}  // namespace PlenxMessage
 
-#endif  // PLENXMSG_COLUMNS_H
+#endif  // PLENXKIT_MESSAGE_COLUMNS_H

@@ -1,13 +1,13 @@
-#include "commands.h"
+#include "message/commands.h"
 
-#include "description.h"
-#include "hex.h"
-#include "input.h"
-#include "json_form.h"
-#include "table.h"
-#include "usage.h"
+#include "message/description.h"
+#include "message/hex.h"
+#include "message/input.h"
+#include "message/json_form.h"
+#include "message/table.h"
+#include "message/usage.h"
 
-namespace PlenxMsg {
+namespace PlenxMessage {
 namespace {
 
 constexpr std::size_t kHexBytesPerLine = 32;
@@ -80,4 +80,4 @@ int RunList(const ListOptions& options, std::ostream& out) {
     return kFine;
 }
 
-}  // namespace PlenxMsg
+}  // namespace PlenxMessage

@@ -1,15 +1,15 @@
 // What the program does, once it is known what was asked for. Each returns an exit code and
 // throws UsageError.
 
-#ifndef PLENXMSG_COMMANDS_H
-#define PLENXMSG_COMMANDS_H
+#ifndef PLENXKIT_MESSAGE_COMMANDS_H
+#define PLENXKIT_MESSAGE_COMMANDS_H
 
 #include <istream>
 #include <ostream>
 #include <string>
 #include <vector>
 
-namespace PlenxMsg {
+namespace PlenxMessage {
 
 struct DecodeOptions {
     std::vector<std::string> hex;
@@ -43,6 +43,6 @@ int RunEncode(const EncodeOptions& options, std::istream& in, std::ostream& out)
 int RunLog(const LogOptions& options, std::istream& in, std::ostream& out, std::ostream& err);
 int RunList(const ListOptions& options, std::ostream& out);
 
-}  // namespace PlenxMsg
+}  // namespace PlenxMessage
 
-#endif  // PLENXMSG_COMMANDS_H
+#endif  // PLENXKIT_MESSAGE_COMMANDS_H

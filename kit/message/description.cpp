@@ -1,15 +1,15 @@
-#include "description.h"
+#include "message/description.h"
 
 #include <charconv>
 #include <nlohmann/json.hpp>
 #include <system_error>
 
-#include "argument_list.h"
-#include "hex.h"
-#include "usage.h"
-#include "utf16.h"
+#include "message/argument_list.h"
+#include "message/hex.h"
+#include "message/usage.h"
+#include "message/utf16.h"
 
-namespace PlenxMsg {
+namespace PlenxMessage {
 namespace {
 
 using nlohmann::json;
@@ -140,4 +140,4 @@ Message MessageFromJson(const std::string& text) {
     return list.Built();
 }
 
-}  // namespace PlenxMsg
+}  // namespace PlenxMessage

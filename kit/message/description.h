@@ -1,14 +1,14 @@
 // Builds messages from descriptions: field=value words, or JSON.
 
-#ifndef PLENXMSG_DESCRIPTION_H
-#define PLENXMSG_DESCRIPTION_H
+#ifndef PLENXKIT_MESSAGE_DESCRIPTION_H
+#define PLENXKIT_MESSAGE_DESCRIPTION_H
 
 #include <string>
 #include <vector>
 
-#include "subject.h"
+#include "message/subject.h"
 
-namespace PlenxMsg {
+namespace PlenxMessage {
 
 /// Words as "groupName=g_1". Text is taken as it is; an array is hex, "utf16:" with a text, or
 /// empty. What can only have one value (the kind of CreateGroup, an array's length) may be
@@ -21,6 +21,6 @@ Message MessageFromWords(const std::string& name, const std::vector<std::string>
 /// @throws UsageError likewise.
 Message MessageFromJson(const std::string& text);
 
-}  // namespace PlenxMsg
+}  // namespace PlenxMessage
 
-#endif  // PLENXMSG_DESCRIPTION_H
+#endif  // PLENXKIT_MESSAGE_DESCRIPTION_H

@@ -1,11 +1,11 @@
-#include "hex.h"
+#include "message/hex.h"
 
 #include <algorithm>
 
-#include "usage.h"
+#include "message/usage.h"
 #include "wire/render.h"
 
-namespace PlenxMsg {
+namespace PlenxMessage {
 namespace {
 
 constexpr std::string_view kBetween = " \t\r\n,;:";
@@ -65,4 +65,4 @@ bool LooksLikeHex(std::string_view content) {
     return content.find_first_not_of(allowed) == std::string_view::npos;
 }
 
-}  // namespace PlenxMsg
+}  // namespace PlenxMessage

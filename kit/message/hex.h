@@ -1,7 +1,7 @@
 // Bytes as text of hexadecimal digits.
 
-#ifndef PLENXMSG_HEX_H
-#define PLENXMSG_HEX_H
+#ifndef PLENXKIT_MESSAGE_HEX_H
+#define PLENXKIT_MESSAGE_HEX_H
 
 #include <cstddef>
 #include <string>
@@ -9,7 +9,7 @@
 
 #include "wire/message.h"
 
-namespace PlenxMsg {
+namespace PlenxMessage {
 
 /// "18 00 ff", so many bytes in a line; 0: all in one line. No blank or line end at the end.
 std::string ToHex(const PlenxWire::Bytes& bytes, std::size_t bytesPerLine = 0);
@@ -22,6 +22,6 @@ PlenxWire::Bytes FromHex(std::string_view text);
 /// A binary message holds zeros and is never mistaken for hex.
 bool LooksLikeHex(std::string_view content);
 
-}  // namespace PlenxMsg
+}  // namespace PlenxMessage
 
-#endif  // PLENXMSG_HEX_H
+#endif  // PLENXKIT_MESSAGE_HEX_H

@@ -1,13 +1,13 @@
-#include "input.h"
+#include "message/input.h"
 
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 
-#include "hex.h"
-#include "usage.h"
+#include "message/hex.h"
+#include "message/usage.h"
 
-namespace PlenxMsg {
+namespace PlenxMessage {
 
 std::string ContentOf(const std::string& file, std::istream& standardInput) {
     if (file == "-") {
@@ -33,4 +33,4 @@ void WriteFile(const std::string& file, const std::string& content) {
     }
 }
 
-}  // namespace PlenxMsg
+}  // namespace PlenxMessage

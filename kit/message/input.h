@@ -1,7 +1,7 @@
 // Where the bytes come from.
 
-#ifndef PLENXMSG_INPUT_H
-#define PLENXMSG_INPUT_H
+#ifndef PLENXKIT_MESSAGE_INPUT_H
+#define PLENXKIT_MESSAGE_INPUT_H
 
 #include <istream>
 #include <string>
@@ -9,7 +9,7 @@
 
 #include "wire/message.h"
 
-namespace PlenxMsg {
+namespace PlenxMessage {
 
 /// The whole of a file; "-" is the given stream.
 /// @throws UsageError when it cannot be read.
@@ -21,6 +21,6 @@ PlenxWire::Bytes MessageBytes(const std::string& content);
 /// @throws UsageError when it cannot be written.
 void WriteFile(const std::string& file, const std::string& content);
 
-}  // namespace PlenxMsg
+}  // namespace PlenxMessage
 
-#endif  // PLENXMSG_INPUT_H
+#endif  // PLENXKIT_MESSAGE_INPUT_H

@@ -1,9 +1,9 @@
-#include "json_form.h"
+#include "message/json_form.h"
 
-#include "hex.h"
-#include "notes.h"
+#include "message/hex.h"
+#include "message/notes.h"
 
-namespace PlenxMsg {
+namespace PlenxMessage {
 namespace {
 
 Json HexObject(const PlenxWire::Bytes& bytes) {
@@ -82,4 +82,4 @@ Json ToJson(const Subject& subject) {
     return json;
 }
 
-}  // namespace PlenxMsg
+}  // namespace PlenxMessage

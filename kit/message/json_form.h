@@ -1,13 +1,13 @@
 // Messages and the catalog as JSON.
 
-#ifndef PLENXMSG_JSON_FORM_H
-#define PLENXMSG_JSON_FORM_H
+#ifndef PLENXKIT_MESSAGE_JSON_FORM_H
+#define PLENXKIT_MESSAGE_JSON_FORM_H
 
 #include <nlohmann/json.hpp>
 
-#include "subject.h"
+#include "message/subject.h"
 
-namespace PlenxMsg {
+namespace PlenxMessage {
 
 /// The members stand in the order in which they were put in.
 using Json = nlohmann::ordered_json;
@@ -17,6 +17,6 @@ Json ToJson(const Message& message, const PlenxWire::Layout& layout);
 /// What is known of its arguments.
 Json ToJson(const Subject& subject);
 
-}  // namespace PlenxMsg
+}  // namespace PlenxMessage
 
-#endif  // PLENXMSG_JSON_FORM_H
+#endif  // PLENXKIT_MESSAGE_JSON_FORM_H

@@ -1,15 +1,15 @@
 #include <sstream>
 
-#include "columns.h"
-#include "commands.h"
-#include "input.h"
-#include "json_form.h"
-#include "log_lines.h"
-#include "table.h"
-#include "usage.h"
+#include "message/columns.h"
+#include "message/commands.h"
+#include "message/input.h"
+#include "message/json_form.h"
+#include "message/log_lines.h"
+#include "message/table.h"
+#include "message/usage.h"
 #include "wire/render.h"
 
-namespace PlenxMsg {
+namespace PlenxMessage {
 namespace {
 
 using Kind = PlenxWire::ParsedLine::Kind;
@@ -101,9 +101,9 @@ int RunLog(const LogOptions& options, std::istream& in, std::ostream& out, std::
         }
     }
     if (!recognised) {
-        err << "plenxmsg: no line of a service's log\n";
+        err << "plenxkit message: no line of a service's log\n";
     }
     return report.Conclude();
 }
 
-}  // namespace PlenxMsg
+}  // namespace PlenxMessage

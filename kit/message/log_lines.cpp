@@ -1,10 +1,10 @@
-#include "log_lines.h"
+#include "message/log_lines.h"
 
 #include <algorithm>
 #include <cstddef>
 #include <iterator>
 
-namespace PlenxMsg {
+namespace PlenxMessage {
 namespace {
 
 constexpr std::string_view kTime = "####-##-## ##:##:##.### ";
@@ -79,4 +79,4 @@ std::optional<LoggedMessage> LoggedMessageIn(std::string_view line) {
     return logged;
 }
 
-}  // namespace PlenxMsg
+}  // namespace PlenxMessage

@@ -1,7 +1,7 @@
 // Messages in the log of a development service.
 
-#ifndef PLENXMSG_LOG_LINES_H
-#define PLENXMSG_LOG_LINES_H
+#ifndef PLENXKIT_MESSAGE_LOG_LINES_H
+#define PLENXKIT_MESSAGE_LOG_LINES_H
 
 #include <optional>
 #include <string>
@@ -9,7 +9,7 @@
 
 #include "wire/line.h"
 
-namespace PlenxMsg {
+namespace PlenxMessage {
 
 struct LoggedMessage {
     std::string before;  // time, service, and whether it was received or sent
@@ -22,6 +22,6 @@ bool IsLineOfAService(std::string_view line);
 /// Empty when the line holds no message.
 std::optional<LoggedMessage> LoggedMessageIn(std::string_view line);
 
-}  // namespace PlenxMsg
+}  // namespace PlenxMessage
 
-#endif  // PLENXMSG_LOG_LINES_H
+#endif  // PLENXKIT_MESSAGE_LOG_LINES_H

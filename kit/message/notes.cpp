@@ -1,4 +1,4 @@
-#include "notes.h"
+#include "message/notes.h"
 
 #include <charconv>
 #include <cstdint>
@@ -6,7 +6,7 @@
 #include <string_view>
 #include <system_error>
 
-namespace PlenxMsg {
+namespace PlenxMessage {
 namespace {
 
 using PlenxWire::Bytes;
@@ -69,4 +69,4 @@ std::vector<std::string> NotesOn(const Message& message, const PlenxWire::Layout
     return notes;
 }
 
-}  // namespace PlenxMsg
+}  // namespace PlenxMessage

@@ -3,19 +3,19 @@
 //
 // Pure functions; any thread may call them.
 
-#ifndef PLENXMSG_NOTES_H
-#define PLENXMSG_NOTES_H
+#ifndef PLENXKIT_MESSAGE_NOTES_H
+#define PLENXKIT_MESSAGE_NOTES_H
 
 #include <string>
 #include <vector>
 
-#include "subject.h"
+#include "message/subject.h"
 
-namespace PlenxMsg {
+namespace PlenxMessage {
 
 /// Empty for a message with problems.
 std::vector<std::string> NotesOn(const Message& message, const PlenxWire::Layout& layout);
 
-}  // namespace PlenxMsg
+}  // namespace PlenxMessage
 
-#endif  // PLENXMSG_NOTES_H
+#endif  // PLENXKIT_MESSAGE_NOTES_H

@@ -1,11 +1,11 @@
-#include "subject.h"
+#include "message/subject.h"
 
 #include <charconv>
 #include <system_error>
 
-#include "usage.h"
+#include "message/usage.h"
 
-namespace PlenxMsg {
+namespace PlenxMessage {
 namespace {
 
 std::optional<std::int32_t> NumberIn(const std::string& word) {
@@ -33,7 +33,8 @@ Subject SubjectOf(const std::string& word) {
     }
     const PlenxWire::MessageShape* const shape = PlenxWire::FindMessage(word);
     if (!shape) {
-        throw UsageError("there is no message \"" + word + "\"; \"plenxmsg list\" shows them all");
+        throw UsageError("there is no message \"" + word +
+                         "\"; \"plenxkit message list\" shows them all");
     }
     return {shape, shape->id};
 }
@@ -69,4 +70,4 @@ PlenxWire::Layout Inspected(const Message& message) {
                                  : PlenxWire::Inspect(data, size);
 }
 
-}  // namespace PlenxMsg
+}  // namespace PlenxMessage

@@ -1,7 +1,7 @@
 // Which message some bytes are meant to be. The bytes do not tell: the id travels beside them.
 
-#ifndef PLENXMSG_SUBJECT_H
-#define PLENXMSG_SUBJECT_H
+#ifndef PLENXKIT_MESSAGE_SUBJECT_H
+#define PLENXKIT_MESSAGE_SUBJECT_H
 
 #include <cstdint>
 #include <optional>
@@ -10,7 +10,7 @@
 #include "wire/catalog.h"
 #include "wire/inspect.h"
 
-namespace PlenxMsg {
+namespace PlenxMessage {
 
 struct Subject {
     const PlenxWire::MessageShape* shape = nullptr;  // null: nothing is known of its arguments
@@ -41,6 +41,6 @@ const char* SortOf(const Subject& subject);
 
 PlenxWire::Layout Inspected(const Message& message);
 
-}  // namespace PlenxMsg
+}  // namespace PlenxMessage
 
-#endif  // PLENXMSG_SUBJECT_H
+#endif  // PLENXKIT_MESSAGE_SUBJECT_H

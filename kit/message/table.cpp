@@ -1,13 +1,13 @@
-#include "table.h"
+#include "message/table.h"
 
 #include <algorithm>
 
-#include "columns.h"
-#include "notes.h"
-#include "utf16.h"
+#include "message/columns.h"
+#include "message/notes.h"
+#include "message/utf16.h"
 #include "wire/render.h"
 
-namespace PlenxMsg {
+namespace PlenxMessage {
 namespace {
 
 using PlenxWire::Field;
@@ -230,4 +230,4 @@ std::string ShapeTable(const Subject& subject) {
     return table;
 }
 
-}  // namespace PlenxMsg
+}  // namespace PlenxMessage

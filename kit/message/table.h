@@ -1,13 +1,13 @@
 // Messages and the catalog as text for people: columns, at most 100 wide, UTF-8.
 
-#ifndef PLENXMSG_TABLE_H
-#define PLENXMSG_TABLE_H
+#ifndef PLENXKIT_MESSAGE_TABLE_H
+#define PLENXKIT_MESSAGE_TABLE_H
 
 #include <string>
 
-#include "subject.h"
+#include "message/subject.h"
 
-namespace PlenxMsg {
+namespace PlenxMessage {
 
 /// Every part of the message with its place, then what is wrong. Ends with a line end.
 std::string ToTable(const Message& message, const PlenxWire::Layout& layout);
@@ -18,6 +18,6 @@ std::string CatalogTable();
 /// One message, of which the arguments are known, with a line for each of them.
 std::string ShapeTable(const Subject& subject);
 
-}  // namespace PlenxMsg
+}  // namespace PlenxMessage
 
-#endif  // PLENXMSG_TABLE_H
+#endif  // PLENXKIT_MESSAGE_TABLE_H

@@ -1,12 +1,12 @@
-#include "utf16.h"
+#include "message/utf16.h"
 
 #include <codecvt>
 #include <locale>
 #include <stdexcept>
 
-#include "usage.h"
+#include "message/usage.h"
 
-namespace PlenxMsg {
+namespace PlenxMessage {
 namespace {
 
 // Deprecated without a successor; it is strict in both directions, which is what is needed.
@@ -50,4 +50,4 @@ std::optional<std::string> FromUtf16(const PlenxWire::Bytes& bytes) {
     }
 }
 
-}  // namespace PlenxMsg
+}  // namespace PlenxMessage

@@ -1,4 +1,4 @@
-#include "host_log.h"
+#include "scenario/host_log.h"
 
 #include <cstdio>
 #include <sstream>
@@ -35,7 +35,7 @@ std::vector<std::string> LinesOf(const std::string& text) {
     return lines;
 }
 
-// plenxhost ends with "2 failed, of 7 expectations:" and a line for each.
+// plenxkit host ends with "2 failed, of 7 expectations:" and a line for each.
 std::string FirstFailedExpectation(const std::vector<std::string>& lines) {
     for (std::size_t i = 0; i + 1 < lines.size(); ++i) {
         if (lines[i].find(" failed, of ") != std::string::npos) {

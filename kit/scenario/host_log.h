@@ -1,8 +1,8 @@
 // What the logs of a run tell: what the host's observer got, and why the run failed. Pure
 // functions.
 
-#ifndef PLENXSCENARIO_HOST_LOG_H
-#define PLENXSCENARIO_HOST_LOG_H
+#ifndef PLENXKIT_SCENARIO_HOST_LOG_H
+#define PLENXKIT_SCENARIO_HOST_LOG_H
 
 #include <optional>
 #include <string>
@@ -12,11 +12,11 @@ namespace PlenxScenario {
 
 struct Ending {
     std::optional<unsigned long> exitCode;  // none: it had to be ended
-    bool ownHost = false;                   // not plenxhost
+    bool ownHost = false;                   // not plenxkit host
     double deadline = 0;                    // seconds
 };
 
-/// The notifications in the output of plenxhost, each as one line.
+/// The notifications in the output of plenxkit host, each as one line.
 std::vector<std::string> ObservedIn(const std::string& hostOutput);
 
 /// Empty: nothing went wrong.
@@ -25,4 +25,4 @@ std::string ReasonOfFailure(const Ending& ending, const std::string& hostOutput,
 
 }  // namespace PlenxScenario
 
-#endif  // PLENXSCENARIO_HOST_LOG_H
+#endif  // PLENXKIT_SCENARIO_HOST_LOG_H

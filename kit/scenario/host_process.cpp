@@ -1,10 +1,10 @@
-#include "host_process.h"
+#include "scenario/host_process.h"
 
 #include <windows.h>
 
-#include "ready_scenarios.h"
-#include "text/text.h"
-#include "unique_handle.h"
+#include "scenario/ready_scenarios.h"
+#include "support/handle.h"
+#include "support/wide_text.h"
 
 namespace PlenxScenario {
 namespace {
@@ -20,18 +20,19 @@ std::wstring Expanded(const std::wstring& command) {
     return expanded;
 }
 
-UniqueHandle Inheritable(const std::wstring& path, DWORD access, DWORD creation) {
+PlenxSupport::Handle Inheritable(const std::wstring& path, DWORD access, DWORD creation) {
     SECURITY_ATTRIBUTES inherited = {sizeof inherited, nullptr, TRUE};
-    return UniqueHandle(CreateFileW(path.c_str(), access, FILE_SHARE_READ | FILE_SHARE_WRITE,
-                                    &inherited, creation, FILE_ATTRIBUTE_NORMAL, nullptr));
+    return PlenxSupport::Handle(CreateFileW(path.c_str(), access,
+                                            FILE_SHARE_READ | FILE_SHARE_WRITE, &inherited,
+                                            creation, FILE_ATTRIBUTE_NORMAL, nullptr));
 }
 
 // All processes of a host end with the job.
-UniqueHandle MakeJob() {
-    UniqueHandle job(CreateJobObjectW(nullptr, nullptr));
+PlenxSupport::Handle MakeJob() {
+    PlenxSupport::Handle job(CreateJobObjectW(nullptr, nullptr));
     JOBOBJECT_EXTENDED_LIMIT_INFORMATION limits = {};
     limits.BasicLimitInformation.LimitFlags = JOB_OBJECT_LIMIT_KILL_ON_JOB_CLOSE;
-    SetInformationJobObject(job.get(), JobObjectExtendedLimitInformation, &limits, sizeof limits);
+    SetInformationJobObject(job.Get(), JobObjectExtendedLimitInformation, &limits, sizeof limits);
     return job;
 }
 
@@ -39,34 +40,34 @@ UniqueHandle MakeJob() {
 
 std::optional<unsigned long> RunHost(const std::wstring& command,
                                      const std::filesystem::path& output, double seconds) {
-    const UniqueHandle nothing = Inheritable(L"NUL", GENERIC_READ, OPEN_EXISTING);
-    const UniqueHandle file = Inheritable(output.wstring(), GENERIC_WRITE, CREATE_ALWAYS);
+    const PlenxSupport::Handle nothing = Inheritable(L"NUL", GENERIC_READ, OPEN_EXISTING);
+    const PlenxSupport::Handle file = Inheritable(output.wstring(), GENERIC_WRITE, CREATE_ALWAYS);
     STARTUPINFOW startup = {};
     startup.cb = sizeof startup;
     startup.dwFlags = STARTF_USESTDHANDLES;
-    startup.hStdInput = nothing.get();
-    startup.hStdOutput = file.get();
-    startup.hStdError = file.get();
+    startup.hStdInput = nothing.Get();
+    startup.hStdOutput = file.Get();
+    startup.hStdError = file.Get();
     PROCESS_INFORMATION started = {};
     std::wstring line = Expanded(command);
     if (!CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, CREATE_SUSPENDED, nullptr,
                         nullptr, &startup, &started)) {
-        throw UsageError("cannot start " + PlenxText::ToUtf8(line) + ", error " +
+        throw UsageError("cannot start " + PlenxSupport::ToUtf8(line) + ", error " +
                          std::to_string(GetLastError()));
     }
-    const UniqueHandle process(started.hProcess);
-    const UniqueHandle thread(started.hThread);
-    const UniqueHandle job = MakeJob();
-    AssignProcessToJobObject(job.get(), process.get());
-    ResumeThread(thread.get());
-    if (WaitForSingleObject(process.get(), static_cast<DWORD>(seconds * 1000)) != WAIT_OBJECT_0) {
-        TerminateJobObject(job.get(), kEnded);
-        TerminateProcess(process.get(), kEnded);
-        WaitForSingleObject(process.get(), kEndOfHost);
+    const PlenxSupport::Handle process(started.hProcess);
+    const PlenxSupport::Handle thread(started.hThread);
+    const PlenxSupport::Handle job = MakeJob();
+    AssignProcessToJobObject(job.Get(), process.Get());
+    ResumeThread(thread.Get());
+    if (WaitForSingleObject(process.Get(), static_cast<DWORD>(seconds * 1000)) != WAIT_OBJECT_0) {
+        TerminateJobObject(job.Get(), kEnded);
+        TerminateProcess(process.Get(), kEnded);
+        WaitForSingleObject(process.Get(), kEndOfHost);
         return std::nullopt;
     }
     DWORD code = 0;
-    GetExitCodeProcess(process.get(), &code);
+    GetExitCodeProcess(process.Get(), &code);
     return code;
 }
 

@@ -1,8 +1,8 @@
 // Runs a host with its output in a file, and ends it with all that it has started when its time is
 // over.
 
-#ifndef PLENXSCENARIO_HOST_PROCESS_H
-#define PLENXSCENARIO_HOST_PROCESS_H
+#ifndef PLENXKIT_SCENARIO_HOST_PROCESS_H
+#define PLENXKIT_SCENARIO_HOST_PROCESS_H
 
 #include <filesystem>
 #include <optional>
@@ -18,4 +18,4 @@ std::optional<unsigned long> RunHost(const std::wstring& command,
 
 }  // namespace PlenxScenario
 
-#endif  // PLENXSCENARIO_HOST_PROCESS_H
+#endif  // PLENXKIT_SCENARIO_HOST_PROCESS_H

@@ -1,4 +1,4 @@
-#include "played.h"
+#include "scenario/played.h"
 
 #include <algorithm>
 #include <iterator>

@@ -1,8 +1,8 @@
 // Which tables of a scenario had their turn in a run, by the services' log: a host that never calls
 // DeviceNameChanged passes a scenario that hangs on it, and is to be told. Pure functions.
 
-#ifndef PLENXSCENARIO_PLAYED_H
-#define PLENXSCENARIO_PLAYED_H
+#ifndef PLENXKIT_SCENARIO_PLAYED_H
+#define PLENXKIT_SCENARIO_PLAYED_H
 
 #include <string>
 #include <vector>
@@ -27,4 +27,4 @@ std::string TextOfNotPlayed(const std::vector<Table>& notPlayed, std::size_t all
 
 }  // namespace PlenxScenario
 
-#endif  // PLENXSCENARIO_PLAYED_H
+#endif  // PLENXKIT_SCENARIO_PLAYED_H

@@ -1,4 +1,4 @@
-#include "ready_scenarios.h"
+#include "scenario/ready_scenarios.h"
 
 #include <algorithm>
 #include <fstream>

@@ -1,15 +1,15 @@
 // The ready scenarios: NAME.toml, which the service plays, and NAME.plenx, the script for
-// plenxhost, side by side in one folder. Any thread.
+// plenxkit host, side by side in one folder. Any thread.
 
-#ifndef PLENXSCENARIO_READY_SCENARIOS_H
-#define PLENXSCENARIO_READY_SCENARIOS_H
+#ifndef PLENXKIT_SCENARIO_READY_SCENARIOS_H
+#define PLENXKIT_SCENARIO_READY_SCENARIOS_H
 
 #include <filesystem>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
-#include "played.h"
+#include "scenario/played.h"
 
 namespace PlenxScenario {
 
@@ -43,4 +43,4 @@ std::string ReadWhole(const std::filesystem::path& file);
 
 }  // namespace PlenxScenario
 
-#endif  // PLENXSCENARIO_READY_SCENARIOS_H
+#endif  // PLENXKIT_SCENARIO_READY_SCENARIOS_H

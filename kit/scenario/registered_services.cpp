@@ -1,12 +1,12 @@
-#include "registered_services.h"
+#include "scenario/registered_services.h"
 
 #include <windows.h>
 
 #include <cwchar>
 #include <vector>
 
-#include "text/text.h"
-#include "unique_handle.h"
+#include "support/handle.h"
+#include "support/wide_text.h"
 
 namespace PlenxScenario {
 namespace {
@@ -17,10 +17,10 @@ constexpr const wchar_t* kServices[] = {L"PlenxPcSvc", L"PlenxPhoneSvc"};
 constexpr const wchar_t* kDriver = L"Dokan1";
 constexpr DWORD kEndOfService = 5000;
 
-UniqueServiceHandle Open(const wchar_t* name) {
-    const UniqueServiceHandle manager(OpenSCManagerW(nullptr, nullptr, SC_MANAGER_CONNECT));
-    return UniqueServiceHandle(manager ? OpenServiceW(manager.get(), name, SERVICE_ALL_ACCESS)
-                                       : nullptr);
+PlenxSupport::ServiceHandle Open(const wchar_t* name) {
+    const PlenxSupport::ServiceHandle manager(OpenSCManagerW(nullptr, nullptr, SC_MANAGER_CONNECT));
+    return PlenxSupport::ServiceHandle(
+        manager ? OpenServiceW(manager.Get(), name, SERVICE_ALL_ACCESS) : nullptr);
 }
 
 std::wstring ProgramOf(SC_HANDLE service) {
@@ -49,16 +49,16 @@ void EndProcessOf(SC_HANDLE service, const fs::path& folder) {
         status.dwProcessId == 0) {
         return;
     }
-    const UniqueHandle process(
+    const PlenxSupport::Handle process(
         OpenProcess(PROCESS_TERMINATE | PROCESS_QUERY_LIMITED_INFORMATION | SYNCHRONIZE, FALSE,
                     status.dwProcessId));
     std::wstring path(32768, L'\0');
     auto length = static_cast<DWORD>(path.size());
     // The id may have gone to another process.
-    if (process && QueryFullProcessImageNameW(process.get(), 0, path.data(), &length) &&
+    if (process && QueryFullProcessImageNameW(process.Get(), 0, path.data(), &length) &&
         LiesIn(path, folder)) {
-        TerminateProcess(process.get(), 0);
-        WaitForSingleObject(process.get(), kEndOfService);
+        TerminateProcess(process.Get(), 0);
+        WaitForSingleObject(process.Get(), kEndOfService);
     }
 }
 
@@ -66,26 +66,26 @@ void EndProcessOf(SC_HANDLE service, const fs::path& folder) {
 
 void RemoveServicesOf(const fs::path& folder) {
     for (const wchar_t* const name : kServices) {
-        const UniqueServiceHandle service = Open(name);
-        if (service && LiesIn(ProgramOf(service.get()), folder)) {
-            EndProcessOf(service.get(), folder);
-            DeleteService(service.get());
+        const PlenxSupport::ServiceHandle service = Open(name);
+        if (service && LiesIn(ProgramOf(service.Get()), folder)) {
+            EndProcessOf(service.Get(), folder);
+            DeleteService(service.Get());
         }
     }
-    const UniqueServiceHandle driver = Open(kDriver);
-    if (driver && LiesIn(ProgramOf(driver.get()), folder)) {
+    const PlenxSupport::ServiceHandle driver = Open(kDriver);
+    if (driver && LiesIn(ProgramOf(driver.Get()), folder)) {
         SERVICE_STATUS status = {};
-        ControlService(driver.get(), SERVICE_CONTROL_STOP, &status);
-        DeleteService(driver.get());
+        ControlService(driver.Get(), SERVICE_CONTROL_STOP, &status);
+        DeleteService(driver.Get());
     }
 }
 
 std::string ServiceOfOthers(const fs::path& folder) {
     for (const wchar_t* const name : kServices) {
-        const UniqueServiceHandle service = Open(name);
-        const std::wstring program = service ? ProgramOf(service.get()) : L"";
+        const PlenxSupport::ServiceHandle service = Open(name);
+        const std::wstring program = service ? ProgramOf(service.Get()) : L"";
         if (!program.empty() && !LiesIn(program, folder)) {
-            return PlenxText::ToUtf8(name) + ", " + PlenxText::ToUtf8(program);
+            return PlenxSupport::ToUtf8(name) + ", " + PlenxSupport::ToUtf8(program);
         }
     }
     return {};

@@ -1,8 +1,8 @@
 // The services and the driver that the library registers, seen by where their program lies: those
 // of a run are removed after it, those of anybody else are not touched.
 
-#ifndef PLENXSCENARIO_REGISTERED_SERVICES_H
-#define PLENXSCENARIO_REGISTERED_SERVICES_H
+#ifndef PLENXKIT_SCENARIO_REGISTERED_SERVICES_H
+#define PLENXKIT_SCENARIO_REGISTERED_SERVICES_H
 
 #include <filesystem>
 #include <string>
@@ -18,4 +18,4 @@ std::string ServiceOfOthers(const std::filesystem::path& folder);
 
 }  // namespace PlenxScenario
 
-#endif  // PLENXSCENARIO_REGISTERED_SERVICES_H
+#endif  // PLENXKIT_SCENARIO_REGISTERED_SERVICES_H

@@ -1,4 +1,4 @@
-#include "report.h"
+#include "scenario/report.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -9,7 +9,7 @@ namespace {
 
 constexpr int kNameWidth = 28;
 
-std::string Seconds(double seconds) {
+std::string Tenths(double seconds) {
     char text[32];
     std::snprintf(text, sizeof text, "%.1f", seconds);
     return text;
@@ -54,8 +54,8 @@ std::string Escaped(const std::string& text) {
 }
 
 std::string CaseOf(const Result& result) {
-    const std::string begin = "  <testcase classname=\"plenxscenario\" name=\"" +
-                              Escaped(result.name) + "\" time=\"" + Seconds(result.seconds) + "\"";
+    const std::string begin = "  <testcase classname=\"plenxkit scenario\" name=\"" +
+                              Escaped(result.name) + "\" time=\"" + Tenths(result.seconds) + "\"";
     const std::string remark = Escaped(Remark(result));
     if (remark.empty()) {
         return begin + "/>\n";
@@ -71,7 +71,7 @@ std::string CaseOf(const Result& result) {
 std::string LineOf(const Result& result) {
     char line[96];
     std::snprintf(line, sizeof line, "%-5s %-*s %5s s", result.Passed() ? "ok" : "FAIL", kNameWidth,
-                  result.name.c_str(), Seconds(result.seconds).c_str());
+                  result.name.c_str(), Tenths(result.seconds).c_str());
     const std::string remark = Remark(result);
     return remark.empty() ? line : line + ("  " + remark);
 }
@@ -111,10 +111,10 @@ std::string JunitOf(const std::vector<Result>& results) {
         seconds += result.seconds;
         cases += CaseOf(result);
     }
-    return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<testsuite name=\"plenxscenario\" "
+    return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<testsuite name=\"plenxkit scenario\" "
            "tests=\"" +
            std::to_string(results.size()) + "\" failures=\"" + std::to_string(Failures(results)) +
-           "\" time=\"" + Seconds(seconds) + "\">\n" + cases + "</testsuite>\n";
+           "\" time=\"" + Tenths(seconds) + "\">\n" + cases + "</testsuite>\n";
 }
 
 }  // namespace PlenxScenario

@@ -1,12 +1,12 @@
 // What came of the runs, for people, for programs and for build servers.
 
-#ifndef PLENXSCENARIO_REPORT_H
-#define PLENXSCENARIO_REPORT_H
+#ifndef PLENXKIT_SCENARIO_REPORT_H
+#define PLENXKIT_SCENARIO_REPORT_H
 
 #include <string>
 #include <vector>
 
-#include "played.h"
+#include "scenario/played.h"
 
 namespace PlenxScenario {
 
@@ -34,4 +34,4 @@ std::string JunitOf(const std::vector<Result>& results);
 
 }  // namespace PlenxScenario
 
-#endif  // PLENXSCENARIO_REPORT_H
+#endif  // PLENXKIT_SCENARIO_REPORT_H

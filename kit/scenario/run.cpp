@@ -1,19 +1,19 @@
-#include "run.h"
+#include "scenario/run.h"
 
 #include <windows.h>
 
 #include <chrono>
 
-#include "host_log.h"
-#include "host_process.h"
-#include "text/text.h"
+#include "scenario/host_log.h"
+#include "scenario/host_process.h"
+#include "support/wide_text.h"
 
 namespace PlenxScenario {
 namespace {
 
 namespace fs = std::filesystem;
 
-// plenxhost ends itself when its time is over.
+// plenxkit host ends itself when its time is over.
 constexpr double kForTheEnd = 10;
 
 std::string Quoted(const fs::path& path) {
@@ -25,7 +25,7 @@ std::string UsualHost(const ReadyScenario& scenario, const Stage& stage,
     if (!fs::exists(scenario.script)) {
         throw UsageError(scenario.script.u8string() + " is missing; --host names another host");
     }
-    return Quoted(options.stage.programs / "plenxhost.exe") + " --install " +
+    return Quoted(options.stage.programs / "plenxkit.exe") + " host --install " +
            Quoted(stage.Install()) + " --data " + Quoted(stage.Data()) + " --timeout " +
            std::to_string(options.seconds) + " --script " + Quoted(scenario.script);
 }
@@ -54,8 +54,8 @@ Result RunScenario(const ReadyScenario& scenario, const RunOptions& options) {
     ending.ownHost = ownHost;
     ending.deadline = options.seconds;
     const auto begin = std::chrono::steady_clock::now();
-    ending.exitCode =
-        RunHost(PlenxText::ToWide(command), output, options.seconds + (ownHost ? 0 : kForTheEnd));
+    ending.exitCode = RunHost(PlenxSupport::ToWide(command), output,
+                              options.seconds + (ownHost ? 0 : kForTheEnd));
     const std::chrono::duration<double> took = std::chrono::steady_clock::now() - begin;
 
     const std::string hostOutput = TextOf(output);

@@ -1,19 +1,19 @@
 // One scenario, played to one host.
 
-#ifndef PLENXSCENARIO_RUN_H
-#define PLENXSCENARIO_RUN_H
+#ifndef PLENXKIT_SCENARIO_RUN_H
+#define PLENXKIT_SCENARIO_RUN_H
 
 #include <string>
 
-#include "ready_scenarios.h"
-#include "report.h"
-#include "stage.h"
+#include "scenario/ready_scenarios.h"
+#include "scenario/report.h"
+#include "scenario/stage.h"
 
 namespace PlenxScenario {
 
 struct RunOptions {
     StageOptions stage;
-    std::string host;     // a command; empty: plenxhost with the scenario's script
+    std::string host;     // a command; empty: plenxkit host with the scenario's script
     double seconds = 60;  // for the host
     bool strict = false;  // what is not played fails
 };
@@ -23,4 +23,4 @@ Result RunScenario(const ReadyScenario& scenario, const RunOptions& options);
 
 }  // namespace PlenxScenario
 
-#endif  // PLENXSCENARIO_RUN_H
+#endif  // PLENXKIT_SCENARIO_RUN_H

@@ -1,4 +1,4 @@
-#include "stage.h"
+#include "scenario/stage.h"
 
 #include <windows.h>
 
@@ -6,8 +6,8 @@
 #include <fstream>
 #include <system_error>
 
-#include "ready_scenarios.h"
-#include "registered_services.h"
+#include "scenario/ready_scenarios.h"
+#include "scenario/registered_services.h"
 #include "toml_reader.h"
 
 namespace PlenxScenario {

@@ -2,8 +2,8 @@
 // the logs; and the control file that has the services play the scenario. Services that the run
 // has left over are removed with it; the logs stay.
 
-#ifndef PLENXSCENARIO_STAGE_H
-#define PLENXSCENARIO_STAGE_H
+#ifndef PLENXKIT_SCENARIO_STAGE_H
+#define PLENXKIT_SCENARIO_STAGE_H
 
 #include <filesystem>
 #include <string>
@@ -43,4 +43,4 @@ private:
 
 }  // namespace PlenxScenario
 
-#endif  // PLENXSCENARIO_STAGE_H
+#endif  // PLENXKIT_SCENARIO_STAGE_H

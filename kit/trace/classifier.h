@@ -1,8 +1,8 @@
 // From lines to events. Lines of a library are to come in the order of its log: what a line means
 // can depend on those before it (who runs on a thread, what the worker is at, what is queued).
 
-#ifndef PLENXTRACE_CLASSIFIER_H
-#define PLENXTRACE_CLASSIFIER_H
+#ifndef PLENXKIT_TRACE_CLASSIFIER_H
+#define PLENXKIT_TRACE_CLASSIFIER_H
 
 #include <cstdint>
 #include <deque>
@@ -10,10 +10,10 @@
 #include <string_view>
 #include <unordered_map>
 
-#include "event.h"
-#include "line_reader.h"
-#include "log_line.h"
-#include "patterns.h"
+#include "trace/event.h"
+#include "trace/line_reader.h"
+#include "trace/log_line.h"
+#include "trace/patterns.h"
 
 namespace PlenxTrace {
 
@@ -55,4 +55,4 @@ private:
 
 }  // namespace PlenxTrace
 
-#endif  // PLENXTRACE_CLASSIFIER_H
+#endif  // PLENXKIT_TRACE_CLASSIFIER_H

@@ -1,4 +1,4 @@
-#include "code_meaning.h"
+#include "trace/code_meaning.h"
 
 namespace PlenxTrace {
 namespace {

@@ -1,7 +1,7 @@
 // In a few words what a result code says.
 
-#ifndef PLENXTRACE_CODE_MEANING_H
-#define PLENXTRACE_CODE_MEANING_H
+#ifndef PLENXKIT_TRACE_CODE_MEANING_H
+#define PLENXKIT_TRACE_CODE_MEANING_H
 
 #include <cstdint>
 #include <string_view>
@@ -14,4 +14,4 @@ std::string_view CodeMeaning(std::int64_t code);
 
 }  // namespace PlenxTrace
 
-#endif  // PLENXTRACE_CODE_MEANING_H
+#endif  // PLENXKIT_TRACE_CODE_MEANING_H

@@ -25,7 +25,7 @@ foreach(name IN ITEMS PageHtml StyleCss ScriptJs)
 endforeach()
 
 file(CONFIGURE OUTPUT ${OUTPUT} @ONLY CONTENT [[
-#include "page_parts.h"
+#include "trace/page_parts.h"
 
 namespace PlenxTrace {
 namespace {

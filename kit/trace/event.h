@@ -1,7 +1,7 @@
 // What one line of a log tells, for the diagram and for the summary. Values only.
 
-#ifndef PLENXTRACE_EVENT_H
-#define PLENXTRACE_EVENT_H
+#ifndef PLENXKIT_TRACE_EVENT_H
+#define PLENXKIT_TRACE_EVENT_H
 
 #include <cstddef>
 #include <cstdint>
@@ -69,4 +69,4 @@ inline bool IsAlarming(const Event& event) {
 
 }  // namespace PlenxTrace
 
-#endif  // PLENXTRACE_EVENT_H
+#endif  // PLENXKIT_TRACE_EVENT_H

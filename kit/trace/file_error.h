@@ -1,7 +1,7 @@
 // What ends the program early, with exit code 1.
 
-#ifndef PLENXTRACE_FILE_ERROR_H
-#define PLENXTRACE_FILE_ERROR_H
+#ifndef PLENXKIT_TRACE_FILE_ERROR_H
+#define PLENXKIT_TRACE_FILE_ERROR_H
 
 #include <stdexcept>
 
@@ -15,4 +15,4 @@ public:
 
 }  // namespace PlenxTrace
 
-#endif  // PLENXTRACE_FILE_ERROR_H
+#endif  // PLENXKIT_TRACE_FILE_ERROR_H

@@ -1,4 +1,4 @@
-#include "json_text.h"
+#include "trace/json_text.h"
 
 #include <cstdint>
 

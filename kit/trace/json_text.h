@@ -1,8 +1,8 @@
 // Text of unknown origin for the page: valid UTF-8, and nothing in it that a browser could take
 // for markup or script.
 
-#ifndef PLENXTRACE_JSON_TEXT_H
-#define PLENXTRACE_JSON_TEXT_H
+#ifndef PLENXKIT_TRACE_JSON_TEXT_H
+#define PLENXKIT_TRACE_JSON_TEXT_H
 
 #include <cstddef>
 #include <string>
@@ -21,4 +21,4 @@ std::string HtmlText(std::string_view text);
 
 }  // namespace PlenxTrace
 
-#endif  // PLENXTRACE_JSON_TEXT_H
+#endif  // PLENXKIT_TRACE_JSON_TEXT_H

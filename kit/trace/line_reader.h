@@ -1,8 +1,8 @@
 // The lines of a log of any size, one at a time. Memory: one buffer and one line, which is cut
 // when it is very long.
 
-#ifndef PLENXTRACE_LINE_READER_H
-#define PLENXTRACE_LINE_READER_H
+#ifndef PLENXKIT_TRACE_LINE_READER_H
+#define PLENXKIT_TRACE_LINE_READER_H
 
 #include <cstddef>
 #include <cstdint>
@@ -47,4 +47,4 @@ private:
 
 }  // namespace PlenxTrace
 
-#endif  // PLENXTRACE_LINE_READER_H
+#endif  // PLENXKIT_TRACE_LINE_READER_H

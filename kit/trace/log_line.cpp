@@ -1,10 +1,10 @@
-#include "log_line.h"
+#include "trace/log_line.h"
 
 #include <charconv>
 #include <iterator>
 #include <system_error>
 
-#include "template_text.h"
+#include "trace/template_text.h"
 
 namespace PlenxTrace {
 namespace {

@@ -1,13 +1,13 @@
 // The head of a log line, and what stands behind it.
 
-#ifndef PLENXTRACE_LOG_LINE_H
-#define PLENXTRACE_LOG_LINE_H
+#ifndef PLENXKIT_TRACE_LOG_LINE_H
+#define PLENXKIT_TRACE_LOG_LINE_H
 
 #include <cstdint>
 #include <optional>
 #include <string_view>
 
-#include "event.h"
+#include "trace/event.h"
 
 namespace PlenxTrace {
 
@@ -36,4 +36,4 @@ std::optional<std::int64_t> ParseTime(std::string_view text);
 
 }  // namespace PlenxTrace
 
-#endif  // PLENXTRACE_LOG_LINE_H
+#endif  // PLENXKIT_TRACE_LOG_LINE_H

@@ -1,4 +1,4 @@
-#include "merge.h"
+#include "trace/merge.h"
 
 #include <algorithm>
 #include <filesystem>

@@ -1,7 +1,7 @@
 // All logs as one stream of events, in the order of time. Each log is read once, line by line.
 
-#ifndef PLENXTRACE_MERGE_H
-#define PLENXTRACE_MERGE_H
+#ifndef PLENXKIT_TRACE_MERGE_H
+#define PLENXKIT_TRACE_MERGE_H
 
 #include <cstddef>
 #include <cstdint>
@@ -10,10 +10,10 @@
 #include <string>
 #include <vector>
 
-#include "classifier.h"
-#include "event.h"
-#include "file_error.h"
-#include "line_reader.h"
+#include "trace/classifier.h"
+#include "trace/event.h"
+#include "trace/file_error.h"
+#include "trace/line_reader.h"
 
 namespace PlenxTrace {
 
@@ -54,4 +54,4 @@ private:
 
 }  // namespace PlenxTrace
 
-#endif  // PLENXTRACE_MERGE_H
+#endif  // PLENXKIT_TRACE_MERGE_H

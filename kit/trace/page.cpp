@@ -1,11 +1,11 @@
-#include "page.h"
+#include "trace/page.h"
 
 #include <filesystem>
 #include <string_view>
 
-#include "code_meaning.h"
-#include "json_text.h"
-#include "page_parts.h"
+#include "trace/code_meaning.h"
+#include "trace/json_text.h"
+#include "trace/page_parts.h"
 
 namespace PlenxTrace {
 namespace {
@@ -161,7 +161,7 @@ std::string DataHead(const PageHead& head) {
     std::string text;
     Json json(text);
     json.Open('{').Key("title").Text(head.title);
-    json.Key("version").Text(PLENXTRACE_VERSION);
+    json.Key("version").Text(PLENXKIT_VERSION);
     WriteLogs(head.logs, json);
     WriteSummary(head.summary, json);
     WritePlan(head.totals, head.plan, json);

@@ -1,16 +1,16 @@
 // The page: one HTML file with its style, its script and its data inside.
 
-#ifndef PLENXTRACE_PAGE_H
-#define PLENXTRACE_PAGE_H
+#ifndef PLENXKIT_TRACE_PAGE_H
+#define PLENXKIT_TRACE_PAGE_H
 
 #include <cstdint>
 #include <ostream>
 #include <string>
 #include <vector>
 
-#include "merge.h"
-#include "selection.h"
-#include "summary.h"
+#include "trace/merge.h"
+#include "trace/selection.h"
+#include "trace/summary.h"
 
 namespace PlenxTrace {
 
@@ -39,4 +39,4 @@ private:
 
 }  // namespace PlenxTrace
 
-#endif  // PLENXTRACE_PAGE_H
+#endif  // PLENXKIT_TRACE_PAGE_H

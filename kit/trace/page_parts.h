@@ -1,7 +1,7 @@
 // The files of page/, which the build puts into the program.
 
-#ifndef PLENXTRACE_PAGE_PARTS_H
-#define PLENXTRACE_PAGE_PARTS_H
+#ifndef PLENXKIT_TRACE_PAGE_PARTS_H
+#define PLENXKIT_TRACE_PAGE_PARTS_H
 
 #include <string_view>
 
@@ -14,4 +14,4 @@ extern const std::string_view kScriptJs;
 
 }  // namespace PlenxTrace
 
-#endif  // PLENXTRACE_PAGE_PARTS_H
+#endif  // PLENXKIT_TRACE_PAGE_PARTS_H

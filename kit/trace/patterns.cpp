@@ -1,4 +1,4 @@
-#include "patterns.h"
+#include "trace/patterns.h"
 
 #include <iterator>
 #include <unordered_map>

@@ -1,13 +1,13 @@
 // The table of what the lines of the logs mean: which text goes into which lane, as what.
 
-#ifndef PLENXTRACE_PATTERNS_H
-#define PLENXTRACE_PATTERNS_H
+#ifndef PLENXKIT_TRACE_PATTERNS_H
+#define PLENXKIT_TRACE_PATTERNS_H
 
 #include <string_view>
 #include <vector>
 
-#include "event.h"
-#include "template_text.h"
+#include "trace/event.h"
+#include "trace/template_text.h"
 
 namespace PlenxTrace {
 
@@ -41,4 +41,4 @@ Lane LaneOfClass(std::string_view function);
 
 }  // namespace PlenxTrace
 
-#endif  // PLENXTRACE_PATTERNS_H
+#endif  // PLENXKIT_TRACE_PATTERNS_H

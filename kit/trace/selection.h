@@ -4,8 +4,8 @@
 // the calls and what came of them, then stretches of the rest. A share that is not used up goes to
 // the next one. What does not fit into its share is thinned out evenly.
 
-#ifndef PLENXTRACE_SELECTION_H
-#define PLENXTRACE_SELECTION_H
+#ifndef PLENXKIT_TRACE_SELECTION_H
+#define PLENXKIT_TRACE_SELECTION_H
 
 #include <cstddef>
 #include <cstdint>
@@ -13,7 +13,7 @@
 #include <set>
 #include <vector>
 
-#include "event.h"
+#include "trace/event.h"
 
 namespace PlenxTrace {
 
@@ -76,4 +76,4 @@ private:
 
 }  // namespace PlenxTrace
 
-#endif  // PLENXTRACE_SELECTION_H
+#endif  // PLENXKIT_TRACE_SELECTION_H

@@ -1,10 +1,10 @@
-#include "summary.h"
+#include "trace/summary.h"
 
 #include <algorithm>
 #include <utility>
 
-#include "log_line.h"
-#include "template_text.h"
+#include "trace/log_line.h"
+#include "trace/template_text.h"
 
 namespace PlenxTrace {
 namespace {

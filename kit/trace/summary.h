@@ -1,7 +1,7 @@
 // What is told of the whole log, whatever of it the page shows. Memory does not grow with the log.
 
-#ifndef PLENXTRACE_SUMMARY_H
-#define PLENXTRACE_SUMMARY_H
+#ifndef PLENXKIT_TRACE_SUMMARY_H
+#define PLENXKIT_TRACE_SUMMARY_H
 
 #include <array>
 #include <cstddef>
@@ -13,7 +13,7 @@
 #include <string_view>
 #include <vector>
 
-#include "event.h"
+#include "trace/event.h"
 
 namespace PlenxTrace {
 
@@ -88,4 +88,4 @@ private:
 
 }  // namespace PlenxTrace
 
-#endif  // PLENXTRACE_SUMMARY_H
+#endif  // PLENXKIT_TRACE_SUMMARY_H

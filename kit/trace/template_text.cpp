@@ -1,4 +1,4 @@
-#include "template_text.h"
+#include "trace/template_text.h"
 
 #include <charconv>
 

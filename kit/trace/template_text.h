@@ -1,7 +1,7 @@
 // Texts with places: "start service ({svc}) is pushed". A place takes what stands there.
 
-#ifndef PLENXTRACE_TEMPLATE_TEXT_H
-#define PLENXTRACE_TEMPLATE_TEXT_H
+#ifndef PLENXKIT_TRACE_TEMPLATE_TEXT_H
+#define PLENXKIT_TRACE_TEMPLATE_TEXT_H
 
 #include <cstdint>
 #include <optional>
@@ -34,4 +34,4 @@ bool Matches(std::string_view pattern, std::string_view text, Captures& captures
 
 }  // namespace PlenxTrace
 
-#endif  // PLENXTRACE_TEMPLATE_TEXT_H
+#endif  // PLENXKIT_TRACE_TEMPLATE_TEXT_H

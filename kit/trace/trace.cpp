@@ -1,14 +1,14 @@
-#include "trace.h"
+#include "trace/trace.h"
 
 #include <filesystem>
 #include <fstream>
 #include <system_error>
 #include <utility>
 
-#include "file_error.h"
-#include "log_line.h"
-#include "page.h"
-#include "summary.h"
+#include "trace/file_error.h"
+#include "trace/log_line.h"
+#include "trace/page.h"
+#include "trace/summary.h"
 
 namespace PlenxTrace {
 namespace {

@@ -1,14 +1,14 @@
 // From logs to the page: the logs are read twice, once to count and once to show.
 
-#ifndef PLENXTRACE_TRACE_H
-#define PLENXTRACE_TRACE_H
+#ifndef PLENXKIT_TRACE_TRACE_H
+#define PLENXKIT_TRACE_TRACE_H
 
 #include <cstdint>
 #include <string>
 #include <vector>
 
-#include "merge.h"
-#include "selection.h"
+#include "trace/merge.h"
+#include "trace/selection.h"
 
 namespace PlenxTrace {
 
@@ -33,4 +33,4 @@ Report MakePage(const Request& request);
 
 }  // namespace PlenxTrace
 
-#endif  // PLENXTRACE_TRACE_H
+#endif  // PLENXKIT_TRACE_TRACE_H

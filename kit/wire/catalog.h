@@ -1,8 +1,8 @@
 // Every message that travels between the library and its services: number, name, direction
 // and arguments, in one table.
 
-#ifndef PLENXWIRE_CATALOG_H
-#define PLENXWIRE_CATALOG_H
+#ifndef PLENXKIT_WIRE_CATALOG_H
+#define PLENXKIT_WIRE_CATALOG_H
 
 #include <cstdint>
 #include <optional>
@@ -85,4 +85,4 @@ Decoded DecodeReply(const std::uint8_t* data, std::size_t size);
 
 }  // namespace PlenxWire
 
-#endif  // PLENXWIRE_CATALOG_H
+#endif  // PLENXKIT_WIRE_CATALOG_H

@@ -3,8 +3,8 @@
 //
 // Trusts no byte; pure functions; any thread may call them.
 
-#ifndef PLENXWIRE_INSPECT_H
-#define PLENXWIRE_INSPECT_H
+#ifndef PLENXKIT_WIRE_INSPECT_H
+#define PLENXKIT_WIRE_INSPECT_H
 
 #include <cstddef>
 #include <cstdint>
@@ -50,4 +50,4 @@ Layout InspectAs(const MessageShape& shape, const std::uint8_t* data, std::size_
 
 }  // namespace PlenxWire
 
-#endif  // PLENXWIRE_INSPECT_H
+#endif  // PLENXKIT_WIRE_INSPECT_H

@@ -1,7 +1,7 @@
 // Reads back what render.h writes: one message in one line of text.
 
-#ifndef PLENXWIRE_LINE_H
-#define PLENXWIRE_LINE_H
+#ifndef PLENXKIT_WIRE_LINE_H
+#define PLENXKIT_WIRE_LINE_H
 
 #include <cstdint>
 #include <string>
@@ -31,4 +31,4 @@ ParsedLine ParseMessageLine(std::string_view text);
 
 }  // namespace PlenxWire
 
-#endif  // PLENXWIRE_LINE_H
+#endif  // PLENXKIT_WIRE_LINE_H

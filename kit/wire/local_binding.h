@@ -1,7 +1,7 @@
 // LocalBinding: a binding of a peer to an endpoint of this PC. On Windows only.
 
-#ifndef PLENXSDK_WIRE_LOCAL_BINDING_H
-#define PLENXSDK_WIRE_LOCAL_BINDING_H
+#ifndef PLENXKIT_WIRE_LOCAL_BINDING_H
+#define PLENXKIT_WIRE_LOCAL_BINDING_H
 
 #include <windows.h>
 
@@ -38,4 +38,4 @@ private:
 
 }  // namespace PlenxWire
 
-#endif  // PLENXSDK_WIRE_LOCAL_BINDING_H
+#endif  // PLENXKIT_WIRE_LOCAL_BINDING_H

@@ -8,8 +8,8 @@
 // Decode is strict: it takes exactly what Encode builds and says what is wrong with anything
 // else. Pure functions; any thread may call them.
 
-#ifndef PLENXWIRE_MESSAGE_H
-#define PLENXWIRE_MESSAGE_H
+#ifndef PLENXKIT_WIRE_MESSAGE_H
+#define PLENXKIT_WIRE_MESSAGE_H
 
 #include <cstddef>
 #include <cstdint>
@@ -53,4 +53,4 @@ inline Decoded Decode(const Bytes& message) {
 
 }  // namespace PlenxWire
 
-#endif  // PLENXWIRE_MESSAGE_H
+#endif  // PLENXKIT_WIRE_MESSAGE_H

@@ -3,8 +3,8 @@
 //     CreateGroup(0) groupName:"g_1" kind:2 groupArg:"arg"
 //     DeviceOnline(2) groupName:"g_1" deviceId:"d" isRemote:0 length:3 data:[3] 01 02 ff
 
-#ifndef PLENXWIRE_RENDER_H
-#define PLENXWIRE_RENDER_H
+#ifndef PLENXKIT_WIRE_RENDER_H
+#define PLENXKIT_WIRE_RENDER_H
 
 #include <cstdint>
 #include <string>
@@ -32,4 +32,4 @@ std::string RenderBytes(const std::uint8_t* data, std::size_t size);
 
 }  // namespace PlenxWire
 
-#endif  // PLENXWIRE_RENDER_H
+#endif  // PLENXKIT_WIRE_RENDER_H

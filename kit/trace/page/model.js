@@ -12,7 +12,7 @@ const KIND_NAMES = {
   call: 'call of the host', refusal: 'refused by the facade', queued: 'queued', job: 'job of the worker',
   step: 'step of the engine', request: 'request to a service', outcome: 'outcome of a call',
   notification: 'notification', fanout: 'to the observers', return: 'from the observers',
-  service: 'a service at work', answer: 'answer', detail: 'detail', unknown: 'a line unknown to plenxtrace',
+  service: 'a service at work', answer: 'answer', detail: 'detail', unknown: 'a line unknown to plenxkit',
   foreign: 'not a line of a log',
 };
 

@@ -83,7 +83,7 @@ function notices(trace) {
   }
   if (summary.unknown > 0) {
     texts.push(`${plural(summary.unknown, 'line', 'lines')} of the library ` +
-      `${summary.unknown === 1 ? 'is' : 'are'} unknown to this version of plenxtrace.`);
+      `${summary.unknown === 1 ? 'is' : 'are'} unknown to this version of plenxkit.`);
   }
   if (summary.torn > 0) {
     texts.push(`${plural(summary.torn, 'log ends', 'logs end')} inside a line: the writer was still at it, or ` +

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "hex.h"
+#include "message/hex.h"
 #include "page.h"
 #include "rpc/rpc_message_writer.h"
 #include "tool.h"
@@ -21,7 +21,7 @@ using DistributedFs::RpcMessageWriter;
 using PlenxWire::Bytes;
 
 constexpr char kIndent[] = "    ";
-constexpr char kCommand[] = "    $ plenxmsg encode ";
+constexpr char kCommand[] = "    $ plenxkit message encode ";
 
 bool StartsWith(const std::string& text, const std::string& start) {
     return text.compare(0, start.size(), start) == 0;
@@ -127,7 +127,7 @@ private:
     void Add(std::size_t size, const std::string& meaning) {
         const auto begin = message_.begin() + static_cast<std::ptrdiff_t>(offset_);
         const Bytes bytes(begin, begin + static_cast<std::ptrdiff_t>(size));
-        rows_.push_back({std::to_string(offset_), "`" + PlenxMsg::ToHex(bytes) + "`", meaning});
+        rows_.push_back({std::to_string(offset_), "`" + PlenxMessage::ToHex(bytes) + "`", meaning});
         offset_ += size;
     }
 
@@ -140,13 +140,13 @@ TEST(WirePage, EachExample_IsWhatPlenxmsgPrints) {
     const std::vector<Example> examples = ExamplesOn(Page());
     EXPECT_EQ(examples.size(), 6u);
     for (const Example& example : examples) {
-        EXPECT_EQ(PlenxMsg::Encoded(example.words).out, example.hex) << example.words.front();
+        EXPECT_EQ(PlenxMessage::Encoded(example.words).out, example.hex) << example.words.front();
     }
 }
 
 TEST(WirePage, EachExample_HasTheBytesOfTheLibrarysWriter) {
     for (const Example& example : ExamplesOn(Page())) {
-        const Bytes message = PlenxMsg::FromHex(example.hex);
+        const Bytes message = PlenxMessage::FromHex(example.hex);
         const PlenxWire::Decoded decoded =
             DecodeAs(ShapeOf(example), message.data(), message.size());
         ASSERT_EQ(decoded.error, "") << example.words.front();
@@ -156,14 +156,14 @@ TEST(WirePage, EachExample_HasTheBytesOfTheLibrarysWriter) {
 
 TEST(WirePage, EachExample_IsExplainedByteByByte) {
     for (const Example& example : ExamplesOn(Page())) {
-        const Bytes message = PlenxMsg::FromHex(example.hex);
+        const Bytes message = PlenxMessage::FromHex(example.hex);
         EXPECT_EQ(RowsOf(example.table), Explanation(ShapeOf(example), message).Rows());
     }
 }
 
 TEST(WirePage, TheSmallestReply_IsOne) {
     const Bytes reply = PlenxWire::Encode({std::int32_t{0}});
-    std::string words = PlenxMsg::ToHex(reply);
+    std::string words = PlenxMessage::ToHex(reply);
     words.erase(std::remove(words.begin(), words.end(), ' '), words.end());
     for (std::size_t blank = 8; blank < words.size(); blank += 9) {
         words.insert(blank, " ");
@@ -181,7 +181,7 @@ TEST(WirePage, ThePicture_ShowsAMessage) {
             hex += line.substr(begin, line.find('<', begin) - begin) + " ";
         }
     }
-    EXPECT_EQ(PlenxMsg::FromHex(hex),
+    EXPECT_EQ(PlenxMessage::FromHex(hex),
               PlenxWire::Encode({std::string("photos_1"), std::int32_t{2}, std::string("café")}));
 }
 

@@ -1,4 +1,4 @@
-// The small service in C judges requests as plenxmsg does, and builds what plenxmsg calls good.
+// The small service in C judges requests as plenxkit message does, and builds what plenxkit message calls good.
 
 #include <gtest/gtest.h>
 

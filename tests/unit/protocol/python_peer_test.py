@@ -1,7 +1,7 @@
-"""The Python peer against plenxmsg: what the one makes the other takes, and the same messages are
+"""The Python peer against plenxkit: what the one makes the other takes, and the same messages are
 refused by both.
 
-    python_peer_test.py <folder of plenx_message.py> <plenxmsg>
+    python_peer_test.py <folder of plenx_message.py> <plenxkit>
 """
 
 import json
@@ -10,7 +10,7 @@ import sys
 import unittest
 
 sys.path.insert(0, sys.argv[1])
-PLENXMSG = sys.argv[2]
+PLENXKIT = sys.argv[2]
 
 import plenx_message as peer  # noqa: E402
 
@@ -39,13 +39,14 @@ GOOD = {
 }
 
 
-def plenxmsg(*words):
-    return subprocess.run([PLENXMSG, *words], capture_output=True, encoding="utf-8", timeout=60)
+def plenxkit_message(*words):
+    return subprocess.run([PLENXKIT, "message", *words], capture_output=True, encoding="utf-8",
+                          timeout=60)
 
 
 def judged(name, message):
-    """What plenxmsg makes of the bytes."""
-    return json.loads(plenxmsg("decode", "--json", "--as", name, message.hex(" ")).stdout)
+    """What plenxkit message makes of the bytes."""
+    return json.loads(plenxkit_message("decode", "--json", "--as", name, message.hex(" ")).stdout)
 
 
 def word(name, value):
@@ -66,8 +67,8 @@ NO_PATH = b"".join(number.to_bytes(4, "little") for number in (36, 2, 2, 32, 4, 
 
 
 class PythonPeer(unittest.TestCase):
-    def test_knows_the_messages_that_plenxmsg_knows(self):
-        listed = json.loads(plenxmsg("list", "--json").stdout)
+    def test_knows_the_messages_that_plenxkit_knows(self):
+        listed = json.loads(plenxkit_message("list", "--json").stdout)
         theirs = {(m["id"], m["message"], tuple((a["name"], a["type"]) for a in m["arguments"]))
                   for m in listed}
         ours = {(m.id, m.name, tuple((f.name, peer.TYPE_NAMES[f.type]) for f in m.fields))
@@ -75,7 +76,7 @@ class PythonPeer(unittest.TestCase):
         self.assertEqual(ours, theirs)
         self.assertEqual({m.name for m in peer.MESSAGES + [peer.REPLY]}, set(GOOD))
 
-    def test_what_it_encodes_is_good_to_plenxmsg(self):
+    def test_what_it_encodes_is_good_to_plenxkit(self):
         for name, values in GOOD.items():
             with self.subTest(name):
                 verdict = judged(name, peer.encode(name, **values))
@@ -85,10 +86,10 @@ class PythonPeer(unittest.TestCase):
                 self.assertEqual({a["name"]: plain(a["value"]) for a in verdict["arguments"]},
                                  values)
 
-    def test_it_decodes_what_plenxmsg_encodes(self):
+    def test_it_decodes_what_plenxkit_encodes(self):
         for name, values in GOOD.items():
             with self.subTest(name):
-                made = plenxmsg("encode", name, *(word(*item) for item in values.items()))
+                made = plenxkit_message("encode", name, *(word(*item) for item in values.items()))
                 message = bytes.fromhex(made.stdout)
                 self.assertEqual(peer.decode(name, message), values)
                 self.assertEqual(peer.encode(name, **values), message)
@@ -132,7 +133,7 @@ class PythonPeer(unittest.TestCase):
         with self.assertRaises(peer.MessageError) as refused:
             peer.decode(name, message)
         self.assertEqual(str(refused.exception), complaint)
-        self.assertFalse(judged(name, message)["good"], "plenxmsg takes it")
+        self.assertFalse(judged(name, message)["good"], "plenxkit takes it")
 
     def test_both_refuse_the_same_and_the_peer_says_why(self):
         ping = peer.encode("PingService", number=0)

@@ -1,4 +1,4 @@
-// The small service in C, driven by the library through plenxhost as a host would drive it.
+// The small service in C, driven by the library through plenxkit host as a host would drive it.
 
 #include <gtest/gtest.h>
 #include <windows.h>
@@ -53,7 +53,7 @@ TEST(HelloService, ServesAHostAsPcAndAsPhoneService) {
     ASSERT_TRUE(CopyFileW((ProgramFolder() + L"\\hello_service.exe").c_str(), service.c_str(), 0));
     const std::wstring script = (folder.InstallPath() / L"hello.plenx").wstring();
     WriteFile(script, kScript);
-    ChildProcess host(L"\"" + ProgramFolder() + L"\\plenxhost.exe\" --install " +
+    ChildProcess host(L"\"" + ProgramFolder() + L"\\plenxkit.exe\" host --install " +
                       folder.InstallPath().wstring() + L" --data " + folder.DataPath().wstring() +
                       L" --timeout 90 --script " + script);
     EXPECT_EQ(host.WaitForExit(kLongestRun), 0u);

@@ -32,7 +32,7 @@ std::ostream& operator<<(std::ostream& out, const Shipped& shipped) {
 
 constexpr Shipped kShipped[] = {
     {"plenxsdk.dll", 100},    {"LogHelper.dll", 100}, {"distributedfile.dll", 15},
-    {"plenxservice.exe", 35}, {"plenxhost.exe", 150},
+    {"plenxservice.exe", 35}, {"plenxkit.exe", 150},
 };
 
 class Hardening : public testing::TestWithParam<Shipped> {

@@ -1,4 +1,4 @@
-#include "arguments.h"
+#include "host/arguments.h"
 
 #include <gmock/gmock.h>
 

@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-#include "output.h"
+#include "host/output.h"
 
 namespace PlenxHost {
 

@@ -1,6 +1,6 @@
 // When there are colours, and what they look like.
 
-#include "colours.h"
+#include "host/colours.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 // Each command makes the call of the library that it stands for, with its arguments.
 
-#include "commands.h"
+#include "host/commands.h"
 
 #include <gmock/gmock.h>
 

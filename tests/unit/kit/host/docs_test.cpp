@@ -5,16 +5,16 @@
 #include <fstream>
 #include <iterator>
 
-#include "commands.h"
 #include "doctor/doctor.h"
+#include "host/commands.h"
 
 namespace PlenxHost {
 namespace {
 
 using testing::HasSubstr;
 
-std::string Page() {
-    std::ifstream file(DOCS_PAGE, std::ios::binary);
+std::string Page(const char* path) {
+    std::ifstream file(path, std::ios::binary);
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
@@ -29,11 +29,12 @@ std::string Indented(const std::string& text) {
 }
 
 TEST(DocsPage, ShowsTheHelpAsItIs) {
-    EXPECT_THAT(Page(), HasSubstr("    plenx> help start\n" + Indented(CommandHelp("start"))));
+    EXPECT_THAT(Page(HOST_PAGE),
+                HasSubstr("    plenx> help start\n" + Indented(CommandHelp("start"))));
 }
 
 TEST(DocsPage, ShowsEachCheckOfTheDoctor) {
-    const std::string page = Page();
+    const std::string page = Page(DOCTOR_PAGE);
     for (const Check& check : Checks()) {
         EXPECT_THAT(page, HasSubstr("\n    " + std::string(check.title) + "\n"));
         EXPECT_THAT(page, HasSubstr("\n| " + std::string(check.name) + " | "));

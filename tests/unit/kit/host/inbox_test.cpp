@@ -1,4 +1,4 @@
-#include "inbox.h"
+#include "host/inbox.h"
 
 #include <gtest/gtest.h>
 #include <unistd.h>

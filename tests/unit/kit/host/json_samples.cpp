@@ -1,9 +1,9 @@
-// Prints one line of JSON of each kind, as plenxhost would, for docs/check_plenxhost_json.py.
+// Prints one line of JSON of each kind, as plenxkit host would, for docs/check_kit_host_json.py.
 
 #include <cstdio>
 
 #include "doctor/doctor.h"
-#include "line_format.h"
+#include "host/line_format.h"
 
 namespace PlenxHost {
 namespace {

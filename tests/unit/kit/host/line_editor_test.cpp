@@ -1,6 +1,6 @@
 // Typing a line, and what of it is shown.
 
-#include "line_editor.h"
+#include "host/line_editor.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "line_format.h"
+#include "host/line_format.h"
 
 #include <gmock/gmock.h>
 

@@ -1,4 +1,4 @@
-#include "observer.h"
+#include "host/observer.h"
 
 #include <gmock/gmock.h>
 

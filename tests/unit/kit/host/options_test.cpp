@@ -1,82 +1,79 @@
-// The command line.
-
-#include "options.h"
+// The command line of host and doctor.
 
 #include <gmock/gmock.h>
+#include <CLI/CLI.hpp>
 
-#include "exit_code.h"
+#include "doctor/command.h"
+#include "host/command.h"
+#include "outcome.h"
 
 namespace PlenxHost {
 namespace {
 
 using testing::HasSubstr;
-using testing::StartsWith;
+
+template <class Options>
+Options Parsed(CLI::App& (*declare)(CLI::App&, Options&), const std::vector<std::string>& words) {
+    CLI::App app;
+    Options options;
+    declare(app, options);
+    app.parse(std::vector<std::string>(words.rbegin(), words.rend()));
+    return options;
+}
 
 TEST(Options, OfARun) {
-    const ParsedOptions parsed =
-        ParseOptions({"--install", "C:\\a b", "--data", "C:\\d", "--third", "t", "--flag", "--json",
-                      "--timeout", "1.5", "--script", "s", "--color", "never"});
-    ASSERT_FALSE(parsed.over);
-    const Options& options = parsed.options;
+    const HostOptions options = Parsed(
+        DeclareHost, {"host", "--install", "C:\\a b", "--data", "C:\\d", "--third", "t", "--flag",
+                      "--json", "--timeout", "1.5", "--script", "s", "--color", "never"});
     EXPECT_EQ(options.init.install, "C:\\a b");
     EXPECT_EQ(options.init.data, "C:\\d");
     EXPECT_EQ(options.init.third, "t");
     EXPECT_TRUE(options.init.flag);
-    EXPECT_TRUE(options.json);
+    EXPECT_TRUE(options.look.json);
     EXPECT_EQ(options.timeout, 1.5);
     EXPECT_EQ(options.script, "s");
-    EXPECT_EQ(options.colour, ColourWish::kNever);
-    EXPECT_FALSE(options.doctor);
+    EXPECT_EQ(options.look.colour, ColourWish::kNever);
 }
 
 TEST(Options, OfTheDoctor) {
-    const ParsedOptions parsed = ParseOptions(
-        {"doctor", "--install", "C:\\a", "--data", "C:\\d", "--program", "C:\\p", "--json"});
-    ASSERT_FALSE(parsed.over);
-    EXPECT_TRUE(parsed.options.doctor);
-    EXPECT_TRUE(parsed.options.json);
-    EXPECT_EQ(parsed.options.init.install, "C:\\a");
-    EXPECT_EQ(parsed.options.init.data, "C:\\d");
-    EXPECT_EQ(parsed.options.program, "C:\\p");
-    EXPECT_EQ(parsed.options.colour, ColourWish::kAuto);
+    const DoctorOptions options = Parsed(DeclareDoctor, {"doctor", "--install", "C:\\a", "--data",
+                                                         "C:\\d", "--program", "C:\\p", "--json"});
+    EXPECT_TRUE(options.look.json);
+    EXPECT_EQ(options.install, "C:\\a");
+    EXPECT_EQ(options.data, "C:\\d");
+    EXPECT_EQ(options.program, "C:\\p");
+    EXPECT_EQ(options.look.colour, ColourWish::kAuto);
 }
 
 TEST(Options, WrongOnesAreTold) {
     const auto error = [](const std::vector<std::string>& arguments) {
-        const ParsedOptions parsed = ParseOptions(arguments);
-        EXPECT_TRUE(parsed.over);
-        EXPECT_EQ(parsed.exitCode, kWrongUsage);
-        EXPECT_EQ(parsed.output, "");
-        return parsed.error;
+        const PlenxKit::Outcome outcome = PlenxKit::OutcomeOf(arguments);
+        EXPECT_EQ(outcome.code, PlenxKit::kWrongUsage);
+        EXPECT_EQ(outcome.out, "");
+        return outcome.err;
     };
     const std::string more = "\nRun with --help for more information.\n";
     EXPECT_EQ(error({"doctor", "--install", "C:\\a"}), "--data is required" + more);
-    EXPECT_EQ(error({"--color", "pink"}), "--color: pink not in {auto,always,never}" + more);
-    EXPECT_EQ(error({"--timeout", "-1"}),
+    EXPECT_EQ(error({"host", "--color", "pink"}),
+              "--color: pink not in {auto,always,never}" + more);
+    EXPECT_EQ(error({"host", "--timeout", "-1"}),
               "--timeout: Value -1 not in range 0.000000 to 86400.000000" + more);
-    EXPECT_EQ(error({"doctro"}), "The following argument was not expected: doctro" + more);
+    EXPECT_EQ(error({"host", "doctro"}), "The following argument was not expected: doctro" + more);
 }
 
 TEST(Options, HelpShowsWhatThereIs) {
-    const ParsedOptions all = ParseOptions({"--help"});
-    EXPECT_TRUE(all.over);
-    EXPECT_EQ(all.exitCode, kAllHeld);
-    EXPECT_EQ(all.error, "");
+    const PlenxKit::Outcome host = PlenxKit::OutcomeOf({"host", "--help"});
+    EXPECT_EQ(host.code, 0);
+    EXPECT_EQ(host.err, "");
     for (const char* part :
          {"--install DIR ", "--script FILE ", "--timeout SECONDS ", "--color auto|always|never ",
-          "doctor ", "Exit codes: 0 all expectations held", "Examples:"}) {
-        EXPECT_THAT(all.output, HasSubstr(part));
+          "Exit codes: 0 all expectations held", "Examples:"}) {
+        EXPECT_THAT(host.out, HasSubstr(part));
     }
-    const ParsedOptions doctor = ParseOptions({"doctor", "--help"});
-    EXPECT_EQ(doctor.exitCode, kAllHeld);
-    EXPECT_THAT(doctor.output, HasSubstr("--program DIR "));
-    EXPECT_THAT(doctor.output, HasSubstr("It changes nothing."));
-}
-
-TEST(Options, VersionIsTold) {
-    const ParsedOptions parsed = ParseOptions({"--version"});
-    EXPECT_EQ(parsed.exitCode, kAllHeld);
-    EXPECT_THAT(parsed.output, StartsWith("plenxhost "));
+    const PlenxKit::Outcome doctor = PlenxKit::OutcomeOf({"doctor", "--help"});
+    EXPECT_EQ(doctor.code, 0);
+    EXPECT_THAT(doctor.out, HasSubstr("--program DIR "));
+    EXPECT_THAT(doctor.out, HasSubstr("It changes nothing."));
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-#include "pattern.h"
+#include "host/pattern.h"
 
 #include <gmock/gmock.h>
 

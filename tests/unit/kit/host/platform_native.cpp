@@ -1,6 +1,6 @@
-// What the host asks of the system, for tests on Linux. The tests bring their own input.
+// What the host asks of the system, for tests on Linux.
 
-#include "platform.h"
+#include "host/platform.h"
 
 #include <cstdlib>
 
@@ -8,13 +8,6 @@ namespace PlenxHost {
 
 std::uint32_t CurrentThreadNumber() {
     return 77;
-}
-
-StandardStreams::StandardStreams() = default;
-StandardStreams::~StandardStreams() = default;
-
-bool StandardStreams::ReadLine(std::string&) const {
-    return false;
 }
 
 // Here the only service that runs is that of the PC.

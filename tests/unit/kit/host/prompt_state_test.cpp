@@ -1,6 +1,6 @@
 // The prompt tells what has not been answered yet.
 
-#include "prompt_state.h"
+#include "host/prompt_state.h"
 
 #include <gtest/gtest.h>
 

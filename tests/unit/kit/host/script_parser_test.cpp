@@ -1,4 +1,4 @@
-#include "script_parser.h"
+#include "host/script_parser.h"
 
 #include <gmock/gmock.h>
 

@@ -1,6 +1,6 @@
 // Whole scripts: what is expected, what is reported and how the run ends.
 
-#include "script_runner.h"
+#include "host/script_runner.h"
 
 #include <gmock/gmock.h>
 #include <unistd.h>
@@ -13,10 +13,10 @@
 #include "captured_output.h"
 #include "common/asleep.h"
 #include "common/wait_until.h"
-#include "exit_code.h"
+#include "host/exit_code.h"
+#include "host/run_limit.h"
+#include "host/script_parser.h"
 #include "recorded_manager.h"
-#include "run_limit.h"
-#include "script_parser.h"
 
 namespace PlenxHost {
 namespace {

@@ -8,7 +8,7 @@
 #include "tool.h"
 #include "wire/catalog.h"
 
-namespace PlenxMsg {
+namespace PlenxMessage {
 namespace {
 
 using testing::HasSubstr;
@@ -286,7 +286,7 @@ TEST(Decode, HexInAnySpelling_IsTheSameMessage) {
 }
 
 TEST(Decode, AFile_MayHoldTheBytes) {
-    const std::string file = testing::TempDir() + "plenxmsg_decode_test.bin";
+    const std::string file = testing::TempDir() + "plenxkit_decode_test.bin";
     EXPECT_EQ(Tool({"encode", "PingService", "number=7", "--binary", "--output", file}).code, 0);
     EXPECT_EQ(std::filesystem::file_size(file), 28u);
     const Outcome outcome = Tool({"decode", "--as", "19", "--file", file});
@@ -302,13 +302,14 @@ TEST(Decode, WrongUsage_EndsWith2AndSaysWhy) {
         EXPECT_EQ(outcome.out, "");
         return outcome.err;
     };
-    EXPECT_EQ(error({"decode", "zz"}), "plenxmsg: \"zz\" is not hex\n");
+    EXPECT_EQ(error({"decode", "zz"}), "plenxkit message: \"zz\" is not hex\n");
     EXPECT_EQ(error({"decode", "0x123"}),
-              "plenxmsg: \"0x123\" has an odd number of digits; a byte has two\n");
+              "plenxkit message: \"0x123\" has an odd number of digits; a byte has two\n");
     EXPECT_EQ(error({"decode", "--as", "Foo", "00"}),
-              "plenxmsg: there is no message \"Foo\"; \"plenxmsg list\" shows them all\n");
+              "plenxkit message: there is no message \"Foo\"; \"plenxkit message list\" shows them "
+              "all\n");
     EXPECT_EQ(error({"decode", "--file", "/no/such/file"}),
-              "plenxmsg: cannot read /no/such/file\n");
+              "plenxkit message: cannot read /no/such/file\n");
     EXPECT_THAT(error({"decode", "00", "--file", "x"}), HasSubstr("excludes"));
     EXPECT_THAT(error({}), HasSubstr("A subcommand is required"));
     EXPECT_THAT(error({"decode", "--foo"}), HasSubstr("--foo"));
@@ -327,4 +328,4 @@ TEST(Decode, LongText_IsWrappedWithinThePage) {
 }
 
 }  // namespace
-}  // namespace PlenxMsg
+}  // namespace PlenxMessage

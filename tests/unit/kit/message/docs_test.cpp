@@ -9,7 +9,7 @@
 
 #include "tool.h"
 
-namespace PlenxMsg {
+namespace PlenxMessage {
 namespace {
 
 constexpr char kIndent[] = "    ";
@@ -52,7 +52,7 @@ std::vector<std::string> WordsOf(const std::string& command) {
     for (std::string word; stream >> word;) {
         words.push_back(word);
     }
-    words.erase(words.begin());  // the program's name
+    words.erase(words.begin(), words.begin() + 2);  // plenxkit message
     return words;
 }
 
@@ -78,4 +78,4 @@ TEST(Docs, EachExample_PrintsWhatThePageShows) {
 }
 
 }  // namespace
-}  // namespace PlenxMsg
+}  // namespace PlenxMessage

@@ -7,7 +7,7 @@
 #include "tool.h"
 #include "wire/message.h"
 
-namespace PlenxMsg {
+namespace PlenxMessage {
 namespace {
 
 using testing::HasSubstr;
@@ -69,52 +69,58 @@ TEST(Encode, ValuesMayHoldBracketsAndEqualSigns) {
 
 TEST(Encode, WrongDescription_IsNamed) {
     EXPECT_EQ(ErrorOf({"Foo"}),
-              "plenxmsg: there is no message \"Foo\"; \"plenxmsg list\" shows them all\n");
-    EXPECT_EQ(ErrorOf({"6", "a=1"}),
-              "plenxmsg: there is no message 6; \"plenxmsg list\" shows them all\n");
-    EXPECT_EQ(ErrorOf({}), "plenxmsg: which message is to be built?\n");
+              "plenxkit message: there is no message \"Foo\"; \"plenxkit message list\" shows them "
+              "all\n");
+    EXPECT_EQ(
+        ErrorOf({"6", "a=1"}),
+        "plenxkit message: there is no message 6; \"plenxkit message list\" shows them all\n");
+    EXPECT_EQ(ErrorOf({}), "plenxkit message: which message is to be built?\n");
     EXPECT_EQ(ErrorOf({"CreateGroup", "groupName=g_1"}),
-              "plenxmsg: groupArg (string) is missing; CreateGroup has: groupName, kind, "
+              "plenxkit message: groupArg (string) is missing; CreateGroup has: groupName, kind, "
               "groupArg\n");
     EXPECT_EQ(ErrorOf({"ErrorNotify", "code=5"}),
-              "plenxmsg: ErrorNotify has no argument \"code\"; it has: errCode\n");
+              "plenxkit message: ErrorNotify has no argument \"code\"; it has: errCode\n");
     EXPECT_EQ(ErrorOf({"ErrorNotify", "errCode=5", "errCode=5"}),
-              "plenxmsg: errCode is given twice\n");
-    EXPECT_EQ(ErrorOf({"ErrorNotify", "errCode"}), "plenxmsg: \"errCode\" is no field=value\n");
+              "plenxkit message: errCode is given twice\n");
+    EXPECT_EQ(ErrorOf({"ErrorNotify", "errCode"}),
+              "plenxkit message: \"errCode\" is no field=value\n");
     EXPECT_EQ(ErrorOf({"ErrorNotify", "errCode=2147483648"}),
-              "plenxmsg: errCode: \"2147483648\" is no int32\n");
-    EXPECT_EQ(ErrorOf({"PingService", "number=1.5"}), "plenxmsg: number: \"1.5\" is no int64\n");
-    EXPECT_EQ(ErrorOf({"PingService", "number="}), "plenxmsg: number: \"\" is no int64\n");
+              "plenxkit message: errCode: \"2147483648\" is no int32\n");
+    EXPECT_EQ(ErrorOf({"PingService", "number=1.5"}),
+              "plenxkit message: number: \"1.5\" is no int64\n");
+    EXPECT_EQ(ErrorOf({"PingService", "number="}), "plenxkit message: number: \"\" is no int64\n");
     EXPECT_EQ(ErrorOf({"CreateGroup", "groupName=g", "kind=3", "groupArg=a"}),
-              "plenxmsg: argument 1 (kind): 3 where it must always be 2\n");
+              "plenxkit message: argument 1 (kind): 3 where it must always be 2\n");
     EXPECT_EQ(ErrorOf({"UpdateWindowsExplore", "length=3", "path=0000"}),
-              "plenxmsg: argument 1 (path): 2 bytes where the argument before it says 3\n");
+              "plenxkit message: argument 1 (path): 2 bytes where the argument before it says 3\n");
     EXPECT_EQ(ErrorOf({"UpdateWindowsExplore", "path=C:"}),
-              "plenxmsg: path: \"C\" has an odd "
+              "plenxkit message: path: \"C\" has an odd "
               "number of digits; a byte has two\n");
     EXPECT_EQ(ErrorOf({"UpdateWindowsExplore", "path=utf16:\xff"}),
-              "plenxmsg: path: the text after utf16: is not UTF-8\n");
+              "plenxkit message: path: the text after utf16: is not UTF-8\n");
 }
 
 TEST(Encode, WrongJson_IsNamed) {
-    EXPECT_THAT(JsonError("{"), HasSubstr("plenxmsg: the JSON cannot be read: "));
-    EXPECT_EQ(JsonError("[]"), "plenxmsg: the JSON has no \"message\" where it must have one\n");
-    EXPECT_EQ(JsonError(R"({"message": 4})"), "plenxmsg: \"message\" in the JSON is no text\n");
+    EXPECT_THAT(JsonError("{"), HasSubstr("plenxkit message: the JSON cannot be read: "));
+    EXPECT_EQ(JsonError("[]"),
+              "plenxkit message: the JSON has no \"message\" where it must have one\n");
+    EXPECT_EQ(JsonError(R"({"message": 4})"),
+              "plenxkit message: \"message\" in the JSON is no text\n");
     EXPECT_EQ(JsonError(R"({"message": "NameChanged"})"),
-              "plenxmsg: the JSON has no \"arguments\" where it must have one\n");
+              "plenxkit message: the JSON has no \"arguments\" where it must have one\n");
     EXPECT_EQ(JsonError(R"({"message": "NameChanged", "arguments": 1})"),
-              "plenxmsg: \"arguments\" in the JSON is neither an object nor an array\n");
+              "plenxkit message: \"arguments\" in the JSON is neither an object nor an array\n");
     EXPECT_EQ(JsonError(R"({"message": "NameChanged", "arguments": {"name": 1}})"),
-              "plenxmsg: name: 1 is no string\n");
+              "plenxkit message: name: 1 is no string\n");
     EXPECT_EQ(JsonError(R"({"message": "ErrorNotify", "arguments": {"errCode": "1"}})"),
-              "plenxmsg: errCode: \"1\" is no int32\n");
+              "plenxkit message: errCode: \"1\" is no int32\n");
     EXPECT_EQ(JsonError(R"({"message": "PingService",
                             "arguments": {"number": 18446744073709551615}})"),
-              "plenxmsg: number: \"18446744073709551615\" is no int64\n");
+              "plenxkit message: number: \"18446744073709551615\" is no int64\n");
     EXPECT_EQ(JsonError(R"({"message": "NameChanged", "arguments": [{"name": "name"}]})"),
-              "plenxmsg: the JSON has no \"value\" where it must have one\n");
+              "plenxkit message: the JSON has no \"value\" where it must have one\n");
     EXPECT_EQ(Tool({"encode", "ErrorNotify", "errCode=1", "--from", "-"}).err,
-              "plenxmsg: either --from or a message and its fields, not both\n");
+              "plenxkit message: either --from or a message and its fields, not both\n");
 }
 
 TEST(RoundTrip, OfEachMessage_ThroughJson_GivesTheSameBytes) {
@@ -202,7 +208,7 @@ TEST(List, OfOneMessage_TellsWhatItsArgumentsAre) {
               "reply: the answer to any message\n"
               "\n"
               "  0  result          int32\n");
-    EXPECT_EQ(Tool({"list", "6"}).err, "plenxmsg: there is no message 6\n");
+    EXPECT_EQ(Tool({"list", "6"}).err, "plenxkit message: there is no message 6\n");
 }
 
 TEST(List, AsJson_HasAllOfThem) {
@@ -219,12 +225,11 @@ TEST(Help, HasExamplesAndTheExitCodes) {
     for (const char* const command : {"decode", "encode", "log", "list"}) {
         const Outcome outcome = Tool({command, "--help"});
         EXPECT_EQ(outcome.code, 0);
-        EXPECT_THAT(outcome.out, HasSubstr(std::string("  plenxmsg ") + command));
+        EXPECT_THAT(outcome.out, HasSubstr(std::string("  plenxkit message ") + command));
     }
     EXPECT_THAT(Tool({"--help"}).out,
                 HasSubstr("Exit codes: 0 fine, 1 a message is broken, 2 wrong usage."));
-    EXPECT_EQ(Tool({"--version"}).out.substr(0, 9), "plenxmsg ");
 }
 
 }  // namespace
-}  // namespace PlenxMsg
+}  // namespace PlenxMessage

@@ -5,7 +5,7 @@
 #include "wire/catalog.h"
 #include "wire/render.h"
 
-namespace PlenxMsg {
+namespace PlenxMessage {
 namespace {
 
 using PlenxWire::Bytes;
@@ -135,7 +135,7 @@ TEST(Log, WithoutALineOfAService_SaysSo) {
         const Outcome outcome = Tool({"log"}, log);
         EXPECT_EQ(outcome.code, 0);
         EXPECT_EQ(outcome.out, "Messages: 0, good: 0, broken: 0, cut by the log: 0\n");
-        EXPECT_EQ(outcome.err, "plenxmsg: no line of a service's log\n");
+        EXPECT_EQ(outcome.err, "plenxkit message: no line of a service's log\n");
         EXPECT_EQ(Tool({"log", "--json"}, log).out, "");
     }
 }
@@ -150,8 +150,8 @@ TEST(Log, WithALineOfAService_IsALogWithoutMessagesAtMost) {
 TEST(Log, AFileThatIsMissing_EndsWith2) {
     const Outcome outcome = Tool({"log", "/no/such/log"});
     EXPECT_EQ(outcome.code, 2);
-    EXPECT_EQ(outcome.err, "plenxmsg: cannot read /no/such/log\n");
+    EXPECT_EQ(outcome.err, "plenxkit message: cannot read /no/such/log\n");
 }
 
 }  // namespace
-}  // namespace PlenxMsg
+}  // namespace PlenxMessage

@@ -1,28 +1,20 @@
-// Runs the tool inside the test, as its command line would.
+// Runs plenxkit message inside the test, as its command line would.
 
 #ifndef PLENXMSG_TEST_TOOL_H
 #define PLENXMSG_TEST_TOOL_H
 
-#include <sstream>
 #include <string>
 #include <vector>
 
-#include "command_line.h"
+#include "outcome.h"
 
-namespace PlenxMsg {
+namespace PlenxMessage {
 
-struct Outcome {
-    int code;
-    std::string out;
-    std::string err;
-};
+using Outcome = PlenxKit::Outcome;
 
-inline Outcome Tool(const std::vector<std::string>& arguments, const std::string& input = "") {
-    std::istringstream in(input);
-    std::ostringstream out;
-    std::ostringstream err;
-    const int code = Run(arguments, {in, out, err});
-    return {code, out.str(), err.str()};
+inline Outcome Tool(std::vector<std::string> arguments, const std::string& input = "") {
+    arguments.insert(arguments.begin(), "message");
+    return PlenxKit::OutcomeOf(arguments, input);
 }
 
 /// One good message of each id and a reply: the words that encode takes.
@@ -56,6 +48,6 @@ inline Outcome Encoded(std::vector<std::string> words) {
     return Tool(words);
 }
 
-}  // namespace PlenxMsg
+}  // namespace PlenxMessage
 
 #endif  // PLENXMSG_TEST_TOOL_H

@@ -1,6 +1,6 @@
 // What the logs of a run tell.
 
-#include "host_log.h"
+#include "scenario/host_log.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
 // What a run has played of a scenario.
 
-#include "played.h"
+#include "scenario/played.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

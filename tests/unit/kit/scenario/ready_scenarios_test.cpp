@@ -1,6 +1,6 @@
 // The ready scenarios, and the page that describes them.
 
-#include "ready_scenarios.h"
+#include "scenario/ready_scenarios.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -36,7 +36,7 @@ TEST(ReadyScenarios, EachHasASectionOnThePage) {
     const std::string page = Page();
     for (const ReadyScenario& scenario : ReadyScenariosIn(READY_SCENARIOS)) {
         EXPECT_THAT(page, HasSubstr("\n### " + scenario.name + ": ")) << scenario.name;
-        EXPECT_THAT(page, HasSubstr("plenxscenario run " + scenario.name + " --observed\n"));
+        EXPECT_THAT(page, HasSubstr("plenxkit scenario run " + scenario.name + " --observed\n"));
     }
 }
 

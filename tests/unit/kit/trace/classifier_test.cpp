@@ -1,4 +1,4 @@
-#include "classifier.h"
+#include "trace/classifier.h"
 
 #include <gtest/gtest.h>
 

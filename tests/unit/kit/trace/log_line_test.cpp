@@ -1,4 +1,4 @@
-#include "log_line.h"
+#include "trace/log_line.h"
 
 #include <gtest/gtest.h>
 

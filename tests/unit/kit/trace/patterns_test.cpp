@@ -1,4 +1,4 @@
-#include "patterns.h"
+#include "trace/patterns.h"
 
 #include <gtest/gtest.h>
 
@@ -7,7 +7,7 @@
 #include <iterator>
 #include <string>
 
-#include "template_text.h"
+#include "trace/template_text.h"
 
 namespace PlenxTrace {
 namespace {

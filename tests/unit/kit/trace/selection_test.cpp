@@ -1,4 +1,4 @@
-#include "selection.h"
+#include "trace/selection.h"
 
 #include <gtest/gtest.h>
 

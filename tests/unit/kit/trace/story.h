@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-#include "classifier.h"
+#include "trace/classifier.h"
 
 namespace PlenxTrace {
 

@@ -1,4 +1,4 @@
-#include "summary.h"
+#include "trace/summary.h"
 
 #include <gtest/gtest.h>
 

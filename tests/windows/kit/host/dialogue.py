@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Types at plenxhost's prompt and looks at the screen: what is typed must stay whole, below what is
+"""Types at the prompt of plenxkit host and looks at the screen: what is typed must stay whole, below what is
 notified meanwhile.
 
     dialogue.py BIN_FOLDER PREFIX
@@ -92,7 +92,7 @@ class Dialogue:
         if self.process == 0:
             os.chdir(folder)
             os.environ["WINEPREFIX"] = str(prefix)
-            os.execvp("wine", ["wine", "plenxhost.exe", "--install", "C:\\Plenx\\App", "--data",
+            os.execvp("wine", ["wine", "plenxkit.exe", "host", "--install", "C:\\Plenx\\App", "--data",
                                "C:\\Plenx\\Data"])
         size = struct.pack("HHHH", ROWS, COLUMNS, 0, 0)
         fcntl.ioctl(self.terminal, termios.TIOCSWINSZ, size)
@@ -145,7 +145,7 @@ def main():
     dialogue.type("done  here\r")
     dialogue.wait_for("done here", lambda lines: "done here" in lines)
     dialogue.type("nonsense\r")
-    dialogue.wait_for_part('plenxhost: input:4: unknown command "nonsense"')
+    dialogue.wait_for_part('plenxkit host: input:4: unknown command "nonsense"')
     dialogue.wait_for_last("plenx>")
     dialogue.type("\x04")
     dialogue.wait_for_last("exit code 0")

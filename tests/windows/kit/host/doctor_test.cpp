@@ -7,7 +7,7 @@
 
 #include <aclapi.h>
 
-#include "kit/host/host_process.h"
+#include "kit/kit_process.h"
 #include "support/child_process.h"
 #include "support/install_folder.h"
 #include "support/service_state.h"
@@ -27,7 +27,7 @@ std::string ArgumentsOf(const InstallFolder& folder) {
 class Doctor : public testing::Test {
 protected:
     Finished Examine(const std::string& more = "") {
-        return RunPlenxhost("doctor " + ArgumentsOf(folder_) + more);
+        return RunKit("doctor " + ArgumentsOf(folder_) + more);
     }
 
     InstallFolder folder_{L"PlenxDoctor"};
@@ -66,7 +66,7 @@ TEST_F(Doctor, FreshSystem_IsWellAndLeftAsItIs) {
 }
 
 TEST_F(Doctor, RunningHostAndService_AreSeenAndNotDisturbed) {
-    HostProcess host(ArgumentsOf(folder_));
+    KitProcess host("host " + ArgumentsOf(folder_));
     host.Send("init");
     host.Send("start pc home argument");
     host.Send("expect NotifyStatus pc home start true within 50000");
@@ -84,8 +84,8 @@ TEST_F(Doctor, RunningHostAndService_AreSeenAndNotDisturbed) {
                                           "system, is running: C:\\PlenxDoctor\\app\\dokan1.sys"));
     EXPECT_THAT(printed.output,
                 HasSubstr("  ok       a host is running; its working folder is not looked at\n"));
-    const Finished again = RunPlenxhost("doctor --install " + folder_.Install() + "\\ --data " +
-                                        folder_.Data() + "\\");
+    const Finished again =
+        RunKit("doctor --install " + folder_.Install() + "\\ --data " + folder_.Data() + "\\");
     EXPECT_EQ(again.exitCode, 0) << again.output;
     EXPECT_THAT(again.output, HasSubstr("\n0 problems, 2 notes\n")) << "the separator, Manager";
     host.Send("stop pc home");
@@ -98,7 +98,7 @@ TEST_F(Doctor, RunningHostAndService_AreSeenAndNotDisturbed) {
 // doctor must not be such a client.
 TEST_F(Doctor, LookingAgainAndAgain_DisturbsNoHostThatBegins) {
     ChildProcess looker(ChildProcess::Self(L"--look"));
-    HostProcess host(ArgumentsOf(folder_));
+    KitProcess host("host " + ArgumentsOf(folder_));
     host.Send("init");
     host.Send("start pc home argument");
     host.Send("expect NotifyConnect pc home within 50000");
@@ -137,7 +137,7 @@ TEST_F(Doctor, EndpointTakenBySomebodyElse_IsAProblem) {
 
 TEST_F(Doctor, HostThatWasKilled_LeavesTracesThatAreTold) {
     {
-        HostProcess host(ArgumentsOf(folder_));
+        KitProcess host("host " + ArgumentsOf(folder_));
         host.Send("init");
         host.Send("start pc home argument");
         host.Send("expect NotifyStatus pc home start true within 50000");
@@ -160,7 +160,7 @@ TEST_F(Doctor, HostThatWasKilled_LeavesTracesThatAreTold) {
 TEST_F(Doctor, ServiceThatHangs_IsToldInTime) {
     folder_.SetServiceControl("[[on]]\nrequest = 'PingService'\ndelay_ms = 60000\n");
     {
-        HostProcess host(ArgumentsOf(folder_));
+        KitProcess host("host " + ArgumentsOf(folder_));
         host.Send("init");
         host.Send("start pc home argument");
         ASSERT_TRUE(

@@ -1,12 +1,12 @@
-// A real run's JSON. It is left in plenxhost.jsonl of the current folder, where the schema's check
-// of ./plenx test reads it.
+// A real run's JSON. It is left in plenxkit-host.jsonl of the current folder, where the schema's
+// check of ./plenx test reads it.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <windows.h>
 
-#include "kit/host/host_process.h"
+#include "kit/kit_process.h"
 #include "support/install_folder.h"
 
 namespace PlenxTest {
@@ -43,35 +43,35 @@ TEST(Json, OfARealRunAndOfTheDoctor_IsThere) {
     const std::string arguments = "--install " + folder.Install() + " --data " + folder.Data();
     const std::filesystem::path script = folder.DataPath() / L"run.plenx";
     WriteFile(script, kScript);
-    SetEnvironmentVariableW(L"PLENX_LOG_FILE", L"C:\\plenxhost-json-library.log");
-    HostProcess run("--json --script " + script.string() + " " + arguments);
+    SetEnvironmentVariableW(L"PLENX_LOG_FILE", L"C:\\plenxkit-json-library.log");
+    KitProcess run("host --json --script " + script.string() + " " + arguments);
     EXPECT_EQ(run.Wait(), 1);
     SetEnvironmentVariableW(L"PLENX_LOG_FILE", nullptr);
-    EXPECT_THAT(run.Output(), HasSubstr("\nplenxhost: for causes see the library's log, "
-                                        "C:\\plenxhost-json-library.log, and plenxhost doctor"));
+    EXPECT_THAT(run.Output(), HasSubstr("\nplenxkit host: for causes see the library's log, "
+                                        "C:\\plenxkit-json-library.log, and plenxkit doctor"));
     const std::string lines = run.Printed();
     EXPECT_THAT(lines, HasSubstr("\"messageHex\":"));
     EXPECT_THAT(lines, HasSubstr("\"expectations\":10,\"failures\":[\"run.plenx:18: expect "
                                  "NotifyError 99 within 0: it did not come within 0 ms\"]"));
 
-    HostProcess wrong("--json --script nowhere");
+    KitProcess wrong("host --json --script nowhere");
     EXPECT_EQ(wrong.Wait(), 2);
-    HostProcess doctor("doctor --json " + arguments + " --program C:\\nowhere");
+    KitProcess doctor("doctor --json " + arguments + " --program C:\\nowhere");
     EXPECT_EQ(doctor.Wait(), 1);
     EXPECT_THAT(doctor.Printed(), HasSubstr("\"exitCode\":1,\"problems\":6,"));
-    WriteFile(L"plenxhost.jsonl", lines + wrong.Printed() + doctor.Printed());
+    WriteFile(L"plenxkit-host.jsonl", lines + wrong.Printed() + doctor.Printed());
 }
 
 TEST(FailedRun, WithoutALogFile_PointsToTheDoctorAlone) {
-    HostProcess run("");
+    KitProcess run("host");
     run.Send("expect-result 1");
     EXPECT_EQ(run.Wait(), 1);
-    EXPECT_THAT(run.Output(), HasSubstr("plenxhost: for causes see plenxhost doctor"));
-    EXPECT_THAT(run.Printed(), Not(HasSubstr("plenxhost doctor")));
+    EXPECT_THAT(run.Output(), HasSubstr("plenxkit host: for causes see plenxkit doctor"));
+    EXPECT_THAT(run.Printed(), Not(HasSubstr("plenxkit doctor")));
 }
 
 TEST(FailedRun, OfQuitAlone_PointsNowhere) {
-    HostProcess run("");
+    KitProcess run("host");
     run.Send("quit 1");
     EXPECT_EQ(run.Wait(), 1);
     EXPECT_THAT(run.Output(), Not(HasSubstr("for causes")));

@@ -1,7 +1,7 @@
 // The page on scenarios, and what its sections show.
 
-#ifndef PLENXSDK_TESTS_WINDOWS_SCENARIOS_PAGE_H
-#define PLENXSDK_TESTS_WINDOWS_SCENARIOS_PAGE_H
+#ifndef PLENXSDK_TESTS_WINDOWS_KIT_SCENARIO_PAGE_H
+#define PLENXSDK_TESTS_WINDOWS_KIT_SCENARIO_PAGE_H
 
 #include <string>
 #include <vector>
@@ -21,4 +21,4 @@ std::vector<std::string> ObservedLines(const std::string& output);
 
 }  // namespace PlenxTest
 
-#endif  // PLENXSDK_TESTS_WINDOWS_SCENARIOS_PAGE_H
+#endif  // PLENXSDK_TESTS_WINDOWS_KIT_SCENARIO_PAGE_H

@@ -1,7 +1,7 @@
 // Each ready scenario: its script's expectations hold, each of its tables has its turn, and the
 // observer gets what the page shows.
 
-#include "ready_scenarios.h"
+#include "scenario/ready_scenarios.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -95,8 +95,8 @@ TEST_F(Runner, HostThatStartsNoService_Fails) {
 
 TEST_F(Runner, HostThatHangs_IsEndedWhenItsTimeIsOver) {
     tool.Write("hang.plenx", "sleep 60000\n");
-    const std::wstring host =
-        ProgramFolder() + L"\\plenxhost.exe --script " + (tool.Folder() / "hang.plenx").wstring();
+    const std::wstring host = ProgramFolder() + L"\\plenxkit.exe host --script " +
+                              (tool.Folder() / "hang.plenx").wstring();
     const ULONGLONG begin = GetTickCount64();
     const Tool::Outcome run = tool.RunScenario(L"slow-stop --timeout 2 --host \"" + host + L"\"");
     EXPECT_EQ(run.code, 1u);
@@ -107,16 +107,16 @@ TEST_F(Runner, HostThatHangs_IsEndedWhenItsTimeIsOver) {
 TEST_F(Runner, HostThatCannotBeStarted_IsWrongUsage) {
     const Tool::Outcome run = tool.RunScenario(L"slow-stop --host C:\\none.exe");
     EXPECT_EQ(run.code, 2u);
-    EXPECT_EQ(run.output, "plenxscenario: cannot start C:\\none.exe, error 2\n");
+    EXPECT_EQ(run.output, "plenxkit scenario: cannot start C:\\none.exe, error 2\n");
 }
 
 TEST_F(Runner, WrongUsage_EndsWith2AndSaysWhy) {
     Tool::Outcome run = tool.RunScenario(L"slow");
     EXPECT_EQ(run.code, 2u);
-    EXPECT_THAT(run.output, StartsWith("plenxscenario: there is no scenario slow; there are "));
+    EXPECT_THAT(run.output, StartsWith("plenxkit scenario: there is no scenario slow; there are "));
     run = tool.RunScenario(L"");
     EXPECT_EQ(run.code, 2u);
-    EXPECT_EQ(run.output, "plenxscenario: run needs either names or --all\n");
+    EXPECT_EQ(run.output, "plenxkit scenario: run needs either names or --all\n");
     run = tool.RunScenario(L"slow-stop --host \"cmd /c exit 0\" --work \"C:\\with blank\"");
     EXPECT_EQ(run.code, 2u) << run.output;
     tool.Write("mine.toml", "[[on]]\nanwser = 5\n");
@@ -126,13 +126,13 @@ TEST_F(Runner, WrongUsage_EndsWith2AndSaysWhy) {
 }
 
 TEST_F(Runner, ListAndShow_TellOfTheReadyScenarios) {
-    Tool::Outcome run = tool.Run(L"plenxscenario", L"list");
+    Tool::Outcome run = tool.Run(L"plenxkit", L"scenario list");
     EXPECT_EQ(run.code, 0u);
     EXPECT_THAT(
         run.output,
         HasSubstr("\nnotifications-while-stopping  Notifications while the service stops\n"));
     EXPECT_THAT(run.output, HasSubstr("\nslow-stop                     A slow stop\n"));
-    run = tool.Run(L"plenxscenario", L"show slow-stop");
+    run = tool.Run(L"plenxkit", L"scenario show slow-stop");
     EXPECT_EQ(run.code, 0u);
     EXPECT_THAT(run.output, HasSubstr("\n[stop]\ndelay_ms = 2500\n"));
     EXPECT_THAT(run.output, HasSubstr("\ninit\nstart pc home argument\n"));
@@ -149,7 +149,7 @@ TEST_F(Runner, ServiceOfAnInstalledHost_IsNotTouched) {
     const Tool::Outcome run = tool.RunScenario(L"slow-stop");
     EXPECT_EQ(run.code, 2u);
     EXPECT_EQ(run.output,
-              "plenxscenario: a host is installed here, and its service would be replaced: "
+              "plenxkit scenario: a host is installed here, and its service would be replaced: "
               "PlenxPcSvc, C:\\Other\\plenxservice.exe\n");
     EXPECT_TRUE(IsRegistered(L"PlenxPcSvc"));
     DeleteService(service);

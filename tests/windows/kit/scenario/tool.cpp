@@ -40,7 +40,8 @@ Tool::Outcome Tool::Run(const std::wstring& program, const std::wstring& argumen
 }
 
 Tool::Outcome Tool::RunScenario(const std::wstring& arguments) const {
-    return Run(L"plenxscenario", L"run --work " + (folder_ / "work").wstring() + L" " + arguments);
+    return Run(L"plenxkit",
+               L"scenario run --work " + (folder_ / "work").wstring() + L" " + arguments);
 }
 
 fs::path Tool::Write(const std::string& name, const std::string& content) const {

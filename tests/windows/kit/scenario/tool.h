@@ -1,7 +1,7 @@
 // Runs a program of this build as a person would, in a folder for its files that is removed again.
 
-#ifndef PLENXSDK_TESTS_WINDOWS_SCENARIOS_TOOL_H
-#define PLENXSDK_TESTS_WINDOWS_SCENARIOS_TOOL_H
+#ifndef PLENXSDK_TESTS_WINDOWS_KIT_SCENARIO_TOOL_H
+#define PLENXSDK_TESTS_WINDOWS_KIT_SCENARIO_TOOL_H
 
 #include <filesystem>
 #include <optional>
@@ -23,7 +23,7 @@ public:
 
     /// program: without its ending.
     Outcome Run(const std::wstring& program, const std::wstring& arguments) const;
-    /// plenxscenario run, with its work in the folder.
+    /// plenxkit scenario run, with its work in the folder.
     Outcome RunScenario(const std::wstring& arguments) const;
 
     std::filesystem::path Write(const std::string& name, const std::string& content) const;
@@ -36,4 +36,4 @@ private:
 
 }  // namespace PlenxTest
 
-#endif  // PLENXSDK_TESTS_WINDOWS_SCENARIOS_TOOL_H
+#endif  // PLENXSDK_TESTS_WINDOWS_KIT_SCENARIO_TOOL_H

@@ -1,0 +1,83 @@
+#include "command_line.h"
+
+#include <CLI/CLI.hpp>
+
+#include <functional>
+
+#include "completion/candidates.h"
+#include "doctor/command.h"
+#include "host/command.h"
+#include "message/command.h"
+#include "scenario/command.h"
+#include "trace/command.h"
+
+namespace PlenxKit {
+namespace {
+
+struct Options {
+    PlenxHost::HostOptions host;
+    PlenxHost::DoctorOptions doctor;
+    PlenxMessage::Options message;
+    PlenxTrace::Request trace;
+    PlenxScenario::Options scenario;
+};
+
+struct Command {
+    const CLI::App& app;
+    std::function<int()> run;
+};
+
+// For the scripts of the shells, not for people. All words behind it are taken as they are.
+CLI::App& DeclareCompletion(CLI::App& app) {
+    CLI::App& command = *app.add_subcommand("complete")->group("")->prefix_command();
+    command.set_help_flag();
+    return command;
+}
+
+int Complete(const CLI::App& app, const Streams& streams) {
+    for (const std::string& word : Candidates(app, app.get_subcommand("complete")->remaining())) {
+        streams.out << word << "\n";
+    }
+    return 0;
+}
+
+std::vector<Command> Declare(CLI::App& app, Options& options, const Streams& streams) {
+    app.set_version_flag("--version", "plenxkit " PLENXKIT_VERSION);
+    app.require_subcommand(1);
+    app.footer("plenxkit COMMAND --help tells all about a command.");
+    return {
+        {DeclareCompletion(app), [&] { return Complete(app, streams); }},
+        {PlenxHost::DeclareHost(app, options.host),
+         [&] { return PlenxHost::RunHost(options.host, streams); }},
+        {PlenxHost::DeclareDoctor(app, options.doctor),
+         [&] { return PlenxHost::RunDoctor(options.doctor, streams); }},
+        {PlenxMessage::Declare(app, options.message),
+         [&] { return PlenxMessage::Run(options.message, streams); }},
+        {PlenxTrace::Declare(app, options.trace),
+         [&] { return PlenxTrace::Run(options.trace, streams); }},
+        {PlenxScenario::Declare(app, options.scenario),
+         [&] { return PlenxScenario::Run(options.scenario, streams); }},
+    };
+}
+
+}  // namespace
+
+int Run(const std::vector<std::string>& arguments, const Streams& streams) {
+    CLI::App app("The programs that come with plenxsdk, a command each", "plenxkit");
+    Options options;
+    const std::vector<Command> commands = Declare(app, options, streams);
+    try {
+        // The parser takes the arguments from the back.
+        app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
+        for (const Command& command : commands) {
+            if (app.got_subcommand(&command.app)) {
+                return command.run();
+            }
+        }
+    } catch (const CLI::ParseError& error) {
+        return app.exit(error, streams.out, streams.err) == 0 ? 0 : kWrongUsage;
+    }
+    return kWrongUsage;
+}
+
+}  // namespace PlenxKit

@@ -1,0 +1,136 @@
+#include <windows.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iomanip>
+
+#include "scenario/command.h"
+#include "scenario/ready_scenarios.h"
+#include "scenario/report.h"
+#include "scenario/run.h"
+
+namespace PlenxScenario {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr int kAllHeld = 0;
+constexpr int kNotAllHeld = 1;
+
+fs::path ProgramFolder() {
+    std::wstring path(32768, L'\0');
+    path.resize(GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size())));
+    return fs::path(path).parent_path();
+}
+
+// Beside an installed program, or one that was just built.
+fs::path UsualFolder(const fs::path& programFolder) {
+    const fs::path shared = programFolder.parent_path() / "share" / "plenxsdk" / "scenarios";
+    return fs::exists(shared) ? shared : programFolder / "scenarios";
+}
+
+fs::path UsualWork() {
+    const char* const drive = std::getenv("SystemDrive");
+    return fs::path(drive ? drive : "C:") / "\\plenxkit";
+}
+
+int List(const std::vector<ReadyScenario>& ready, std::ostream& out) {
+    std::size_t longest = 0;
+    for (const ReadyScenario& scenario : ready) {
+        longest = std::max(longest, scenario.name.size());
+    }
+    for (const ReadyScenario& scenario : ready) {
+        out << std::left << std::setw(static_cast<int>(longest + 2)) << scenario.name
+            << scenario.title << "\n";
+    }
+    return kAllHeld;
+}
+
+int Show(const ReadyScenario& scenario, std::ostream& out) {
+    out << scenario.file.u8string() << "\n\n" << ReadWhole(scenario.file);
+    if (fs::exists(scenario.script)) {
+        out << "\n" << scenario.script.u8string() << "\n\n" << ReadWhole(scenario.script);
+    }
+    return kAllHeld;
+}
+
+void WriteTo(const std::string& file, const std::string& text) {
+    if (file.empty()) {
+        return;
+    }
+    std::ofstream stream(fs::u8path(file), std::ios::binary);
+    stream << text;
+    stream.flush();
+    if (!stream) {
+        throw UsageError("cannot write " + file);
+    }
+}
+
+void Print(const Result& result, bool observed, std::ostream& out) {
+    out << LineOf(result) << std::endl;
+    for (const std::string& line : result.observed) {
+        if (observed) {
+            out << "      " << line << "\n";
+        }
+    }
+    if (!result.Passed()) {
+        out << "      logs in " << result.logFolder << std::endl;
+    }
+}
+
+int RunAll(const std::vector<ReadyScenario>& scenarios, const Options& options,
+           const fs::path& programFolder, std::ostream& out) {
+    RunOptions run;
+    run.host = options.host;
+    run.seconds = options.seconds;
+    run.strict = options.strict;
+    run.stage.programs = programFolder;
+    run.stage.work = options.work.empty() ? UsualWork() : fs::u8path(options.work);
+    run.stage.install = fs::u8path(options.install);
+    run.stage.data = fs::u8path(options.data);
+    std::vector<Result> results;
+    bool held = true;
+    for (const ReadyScenario& scenario : scenarios) {
+        results.push_back(RunScenario(scenario, run));
+        Print(results.back(), options.observed, out);
+        held = held && results.back().Passed();
+    }
+    out << SummaryOf(results) << std::endl;
+    WriteTo(options.json, JsonOf(results));
+    WriteTo(options.junit, JunitOf(results));
+    return held ? kAllHeld : kNotAllHeld;
+}
+
+int RunChosen(const Options& options, const fs::path& programFolder, std::ostream& out) {
+    const std::vector<ReadyScenario> ready = ReadyScenariosIn(
+        options.scenarios.empty() ? UsualFolder(programFolder) : fs::u8path(options.scenarios));
+    if (options.command == "list") {
+        return List(ready, out);
+    }
+    if (options.command == "show") {
+        return Show(FindScenario(ready, options.show), out);
+    }
+    if (options.all != options.names.empty()) {
+        throw UsageError("run needs either names or --all");
+    }
+    std::vector<ReadyScenario> chosen;
+    for (const std::string& name : options.names) {
+        chosen.push_back(FindScenario(ready, name));
+    }
+    return RunAll(options.all ? ready : chosen, options, programFolder, out);
+}
+
+}  // namespace
+
+int Run(const Options& options, const PlenxKit::Streams& streams) {
+    try {
+        return RunChosen(options, ProgramFolder(), streams.out);
+    } catch (const std::exception& error) {
+        streams.err << "plenxkit scenario: " << error.what() << "\n";
+        return PlenxKit::kWrongUsage;
+    }
+}
+
+}  // namespace PlenxScenario

@@ -1,0 +1,19 @@
+// plenxkit trace: makes a page from logs, to look at in a browser.
+
+#ifndef PLENXKIT_TRACE_COMMAND_H
+#define PLENXKIT_TRACE_COMMAND_H
+
+#include "streams.h"
+#include "trace/trace.h"
+
+namespace PlenxTrace {
+
+constexpr int kFine = 0;
+constexpr int kFileFailed = 1;
+
+CLI::App& Declare(CLI::App& program, Request& request);
+int Run(Request request, const PlenxKit::Streams& streams);
+
+}  // namespace PlenxTrace
+
+#endif  // PLENXKIT_TRACE_COMMAND_H

@@ -1,0 +1,27 @@
+// Elsewhere the program is for reading: these commands need Windows, and say so.
+
+#include "doctor/command.h"
+#include "host/command.h"
+#include "scenario/command.h"
+#include "streams.h"
+
+namespace {
+
+int NeedsWindows(const char* command, const PlenxKit::Streams& streams) {
+    streams.err << "plenxkit " << command << ": this command needs Windows\n";
+    return PlenxKit::kWrongUsage;
+}
+
+}  // namespace
+
+int PlenxHost::RunHost(const HostOptions&, const PlenxKit::Streams& streams) {
+    return NeedsWindows("host", streams);
+}
+
+int PlenxHost::RunDoctor(const DoctorOptions&, const PlenxKit::Streams& streams) {
+    return NeedsWindows("doctor", streams);
+}
+
+int PlenxScenario::Run(const Options&, const PlenxKit::Streams& streams) {
+    return NeedsWindows("scenario", streams);
+}

@@ -1,0 +1,50 @@
+// plenxkit as a child process: commands go in through a pipe, what it prints is read from
+// files. Ended when the object goes.
+
+#ifndef PLENXSDK_TESTS_WINDOWS_KIT_KIT_PROCESS_H
+#define PLENXSDK_TESTS_WINDOWS_KIT_KIT_PROCESS_H
+
+#include <windows.h>
+
+#include <string>
+
+namespace PlenxTest {
+
+class KitProcess {
+public:
+    /// arguments: as on the command line.
+    explicit KitProcess(const std::string& arguments);
+    ~KitProcess();
+    KitProcess(const KitProcess&) = delete;
+    KitProcess& operator=(const KitProcess&) = delete;
+
+    void Send(const std::string& line);
+    void CloseInput();
+    /// Whether it has printed the text, now or within a minute.
+    bool Prints(const std::string& text) const;
+    /// Closes the input. The exit code; -1 when it has not ended within a minute.
+    int Wait();
+    /// All that was printed to both streams.
+    std::string Output() const;
+    /// To the output alone.
+    std::string Printed() const;
+    void Kill();
+
+private:
+    std::wstring outputFile_;
+    std::wstring errorFile_;
+    HANDLE process_ = nullptr;
+    HANDLE input_ = nullptr;
+};
+
+struct Finished {
+    int exitCode;
+    std::string output;
+};
+
+/// A run with no input.
+Finished RunKit(const std::string& arguments);
+
+}  // namespace PlenxTest
+
+#endif  // PLENXSDK_TESTS_WINDOWS_KIT_KIT_PROCESS_H
