@@ -342,6 +342,18 @@ TEST(RpcMessageReader, ArrayOfAnotherLengthThanExpectedFailsWithArgLen) {
                                      OffsetLine("ReadInt8Array", 20, 3, 23, " argLen:0")));
 }
 
+TEST(RpcMessageReader, ArrayMayBeFollowedByAnotherArgument) {
+    Reader reader(MessageOf({ArrayArg({1, 2}), Int32Arg(7)}));
+    Bytes array;
+    std::int32_t number = 0;
+    EXPECT_EQ(ReadArray(reader, 0, 2, &array), 0);
+    EXPECT_EQ(array, (Bytes{1, 2}));
+    EXPECT_EQ(ReadArray(reader, 0, 2), 21);
+    EXPECT_EQ(reader.ReadInt32(1, &number), 0);
+    EXPECT_EQ(number, 7);
+    EXPECT_THAT(Texts(), ElementsAre(IndexLine("ReadInt8Array", 0, 1, 34, 38)));
+}
+
 TEST(RpcMessageReader, ArrayOfNegativeLengthFails) {
     Reader reader(FromWords({24, 1, 5, 20, 0xFFFFFFFF, 0}));
     EXPECT_EQ(ReadArray(reader, 0, -1), 21);
