@@ -61,6 +61,16 @@ TEST_F(StopServiceTest, StopIgnoredFor2000ms_KillsProcessAndReturns0) {
     EXPECT_THAT(Sleeps(), Each("Sleep(10)"));
 }
 
+// A query that takes one millisecond shifts the clock between the steps of ten.
+TEST_F(StopServiceTest, StopIgnoredFor2001ms_IsLongEnough) {
+    StartPc();
+    scm.ScriptStop(kPcName, {});
+    platform.Faults().Before("QueryServiceStatusEx", 3, [this] { platform.Clock().Advance(1); });
+    const auto start = platform.Clock().Now();
+    EXPECT_EQ(manager->StopServiceByIndex(kPc), 0);
+    EXPECT_EQ(platform.Clock().Now() - start, 2001U);
+}
+
 TEST_F(StopServiceTest, HintOfTheServiceItself_DoesNotProlongTheWait) {
     StartPc();
     scm.ScriptStop(kPcName, {{0, SERVICE_STOP_PENDING, 0, 30000}});
