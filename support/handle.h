@@ -17,7 +17,7 @@ public:
         : handle_(handle == INVALID_HANDLE_VALUE ? nullptr : handle) {}
     HandleOwner(HandleOwner&& other) noexcept : handle_(std::exchange(other.handle_, nullptr)) {}
     HandleOwner& operator=(HandleOwner&& other) noexcept {
-        std::swap(handle_, other.handle_);
+        HandleOwner old(std::exchange(handle_, std::exchange(other.handle_, nullptr)));
         return *this;
     }
     ~HandleOwner() { Reset(); }
