@@ -36,6 +36,27 @@ TEST(Handle, MovesToANewOwner) {
     EXPECT_FALSE(IsOpen(raw));
 }
 
+TEST(Handle, IsClosedWhenAnotherMovesOntoIt) {
+    Handle first = MakeEvent();
+    Handle second = MakeEvent();
+    const HANDLE old = first.Get();
+    const HANDLE kept = second.Get();
+    first = std::move(second);
+    EXPECT_FALSE(IsOpen(old));
+    EXPECT_FALSE(second);
+    EXPECT_EQ(first.Get(), kept);
+    EXPECT_TRUE(IsOpen(kept));
+}
+
+TEST(Handle, MovedOntoItselfStaysOpen) {
+    Handle event = MakeEvent();
+    const HANDLE raw = event.Get();
+    Handle& same = event;
+    event = std::move(same);
+    EXPECT_EQ(event.Get(), raw);
+    EXPECT_TRUE(IsOpen(raw));
+}
+
 TEST(Handle, TreatsNullAndInvalidHandleValueAsNoHandle) {
     EXPECT_FALSE(Handle());
     EXPECT_FALSE(Handle(nullptr));
