@@ -2,64 +2,19 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstdint>
-#include <cstdio>
 #include <stdexcept>
 #include <utility>
 
+#include "platform/call_text.h"
 #include "platform/fake_scope.h"
 
 namespace {
 
-bool IsHighHalf(std::uint32_t unit) {
-    return unit >= 0xD800 && unit <= 0xDBFF;
-}
-bool IsLowHalf(std::uint32_t unit) {
-    return unit >= 0xDC00 && unit <= 0xDFFF;
-}
-
-void AppendUtf8(std::string& out, std::uint32_t point) {
-    if (point < 0x80) {
-        out += static_cast<char>(point);
-    } else if (point < 0x800) {
-        out += static_cast<char>(0xC0 | (point >> 6));
-        out += static_cast<char>(0x80 | (point & 0x3F));
-    } else if (point < 0x10000) {
-        out += static_cast<char>(0xE0 | (point >> 12));
-        out += static_cast<char>(0x80 | ((point >> 6) & 0x3F));
-        out += static_cast<char>(0x80 | (point & 0x3F));
-    } else {
-        out += static_cast<char>(0xF0 | (point >> 18));
-        out += static_cast<char>(0x80 | ((point >> 12) & 0x3F));
-        out += static_cast<char>(0x80 | ((point >> 6) & 0x3F));
-        out += static_cast<char>(0x80 | (point & 0x3F));
-    }
-}
-
 std::string TextOf(const RecordedLine& line) {
-    return "L" + std::to_string(line.level) + " " + NarrowForTest(line.text);
+    return "L" + std::to_string(line.level) + " " + Narrow(line.text);
 }
 
 }  // namespace
-
-std::string NarrowForTest(const std::wstring& text) {
-    std::string out;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        const auto unit = static_cast<std::uint32_t>(text[i]);
-        if (IsHighHalf(unit) && i + 1 < text.size() &&
-            IsLowHalf(static_cast<std::uint32_t>(text[i + 1]))) {
-            const auto low = static_cast<std::uint32_t>(text[++i]);
-            AppendUtf8(out, 0x10000 + ((unit - 0xD800) << 10) + (low - 0xDC00));
-        } else if (IsHighHalf(unit) || IsLowHalf(unit)) {
-            char half[8];
-            std::snprintf(half, sizeof(half), "{%04X}", static_cast<unsigned>(unit & 0xFFFF));
-            out += half;
-        } else {
-            AppendUtf8(out, unit);
-        }
-    }
-    return out;
-}
 
 RecordedLog& RecordedLog::Get() {
     static RecordedLog* const log = new RecordedLog;

@@ -66,7 +66,4 @@ private:
     Hook hook_;
 };
 
-/// Converts a wide string of UTF-16 units (or of UTF-32) to UTF-8.
-std::string NarrowForTest(const std::wstring& text);
-
 #endif  // FAKES_COMPANION_RECORDED_LOG_H

@@ -1,6 +1,9 @@
 #include "platform/call_text.h"
 
+#include <utf8.h>
+
 #include <cstdio>
+#include <iterator>
 
 namespace {
 
@@ -9,27 +12,6 @@ bool IsHighSurrogate(char32_t unit) {
 }
 bool IsLowSurrogate(char32_t unit) {
     return unit >= 0xDC00 && unit <= 0xDFFF;
-}
-
-void AppendUtf8(std::string& out, char32_t point) {
-    const auto continuation = [&](int shift) {
-        out.push_back(static_cast<char>(0x80 | ((point >> shift) & 0x3F)));
-    };
-    if (point < 0x80) {
-        out.push_back(static_cast<char>(point));
-    } else if (point < 0x800) {
-        out.push_back(static_cast<char>(0xC0 | (point >> 6)));
-        continuation(0);
-    } else if (point < 0x10000) {
-        out.push_back(static_cast<char>(0xE0 | (point >> 12)));
-        continuation(6);
-        continuation(0);
-    } else {
-        out.push_back(static_cast<char>(0xF0 | (point >> 18)));
-        continuation(12);
-        continuation(6);
-        continuation(0);
-    }
 }
 
 }  // namespace
@@ -42,10 +24,15 @@ std::string Narrow(std::wstring_view text) {
             IsLowSurrogate(static_cast<char32_t>(text[i + 1]))) {
             ++i;
             point = 0x10000 + ((point - 0xD800) << 10) + (static_cast<char32_t>(text[i]) - 0xDC00);
-        } else if (IsHighSurrogate(point) || IsLowSurrogate(point)) {
-            point = 0xFFFD;
         }
-        AppendUtf8(out, point);
+        if (IsHighSurrogate(point) || IsLowSurrogate(point)) {
+            char half[8];
+            std::snprintf(half, sizeof(half), "{%04X}", static_cast<unsigned>(point & 0xFFFF));
+            out += half;
+        } else {
+            // A message can bring any number here.
+            utf8::unchecked::append(point, std::back_inserter(out));
+        }
     }
     return out;
 }

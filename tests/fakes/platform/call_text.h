@@ -7,7 +7,8 @@
 #include <string>
 #include <string_view>
 
-/// Converts UTF-16 units in wide characters to UTF-8; an unpaired surrogate becomes U+FFFD.
+/// Converts UTF-16 units in wide characters, or UTF-32, to UTF-8. An unpaired surrogate is shown in
+/// a form such as {D83D}.
 std::string Narrow(std::wstring_view text);
 
 /// Returns the text in double quotes, or null without quotes.

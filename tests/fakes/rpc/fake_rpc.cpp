@@ -6,13 +6,13 @@
 #include <cstring>
 #include <utility>
 
-#include "companion/recorded_log.h"
+#include "platform/call_text.h"
 #include "platform/fake_platform.h"
 
 namespace {
 
 std::string Text(const wchar_t* text) {
-    return text == nullptr ? "null" : NarrowForTest(text);
+    return text == nullptr ? "null" : Narrow(text);
 }
 
 // The real runtime would not survive this, so it is a defect of the product.
@@ -22,7 +22,7 @@ std::string Text(const wchar_t* text) {
 }
 
 std::string EndpointOf(const wchar_t* stringBinding) {
-    const std::string text = NarrowForTest(stringBinding);
+    const std::string text = Narrow(stringBinding);
     const auto open = text.find('[');
     return text.substr(open + 1, text.size() - open - 2);
 }

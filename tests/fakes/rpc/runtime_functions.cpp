@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <string>
 
-#include "companion/recorded_log.h"
+#include "platform/call_text.h"
 #include "platform/fake_scope.h"
 #include "rpc/fake_rpc.h"
 #include "rpc/interface/manager_interface.h"
@@ -53,10 +53,10 @@ RPC_STATUS RpcBindingFree(RPC_BINDING_HANDLE* binding) {
 RPC_STATUS RpcServerUseProtseqEpW(RPC_WSTR protocol, unsigned int maximumCalls, RPC_WSTR endpoint,
                                   void* securityDescriptor) {
     const FakeScope inside;
-    return FakeRpc::Get().Record("RpcServerUseProtseqEpW", NarrowForTest(Wide(protocol)) + ", " +
+    return FakeRpc::Get().Record("RpcServerUseProtseqEpW", Narrow(Wide(protocol)) + ", " +
                                                                std::to_string(maximumCalls) + ", " +
-                                                               NarrowForTest(Wide(endpoint)) +
-                                                               ", " + Presence(securityDescriptor));
+                                                               Narrow(Wide(endpoint)) + ", " +
+                                                               Presence(securityDescriptor));
 }
 
 RPC_STATUS RpcServerRegisterIf(RPC_IF_HANDLE interfaceHandle, UUID* managerType,

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "companion/recorded_log.h"
+#include "platform/call_text.h"
 #include "platform/fake_platform.h"
 #include "rpc/manager_calls.h"
 
@@ -29,8 +30,7 @@ std::vector<std::string> Notifications() {
     for (const FakeShell::Notification& each : FakePlatform::Get().Shell().Notifications()) {
         char numbers[32];
         std::snprintf(numbers, sizeof(numbers), "%x %x ", each.event, each.flags);
-        texts.push_back(numbers + NarrowForTest(each.path) +
-                        (each.hasSecondItem ? " and another" : ""));
+        texts.push_back(numbers + Narrow(each.path) + (each.hasSecondItem ? " and another" : ""));
     }
     return texts;
 }
@@ -170,7 +170,7 @@ TEST(UpdateWindowsExplore, PathWithoutATerminatorIsTerminated) {
         FakePlatform::Get().Shell().Reset();
         const std::wstring path(length, L'p');
         ExpectDefault(UpdateExplore(BytesOf(path)));
-        EXPECT_THAT(Notifications(), ElementsAre("1000 5 " + NarrowForTest(path)));
+        EXPECT_THAT(Notifications(), ElementsAre("1000 5 " + Narrow(path)));
     }
 }
 

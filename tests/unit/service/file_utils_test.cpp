@@ -1,5 +1,6 @@
 #include "service/file_utils.h"
 
+#include "platform/call_text.h"
 #include "service_room_test.h"
 
 using DistributedFs::FileUtils;
@@ -341,7 +342,7 @@ TEST_F(FileUtilsTest, DriveAndShareRoots_AreRefusedWith28BeforeAnyListing) {
     files.AddFile(L"\\\\server\\share\\b");
     for (const wchar_t* root : {L"C:", L"C:\\", L"c:", L"C:/", L"\\\\server\\share",
                                 L"\\\\server\\share\\", L"\\", L"/"}) {
-        EXPECT_EQ(FileUtils::ForceRemoveDirectory(root), 28) << NarrowForTest(root);
+        EXPECT_EQ(FileUtils::ForceRemoveDirectory(root), 28) << Narrow(root);
     }
     EXPECT_THAT(platform.CallsOf({"_wfindfirst64i32", "_wunlink", "_wrmdir"}), IsEmpty());
     EXPECT_THAT(Lines(), IsEmpty());
@@ -352,7 +353,7 @@ TEST_F(FileUtilsTest, DriveAndShareRoots_AreRefusedWith28BeforeAnyListing) {
 // A data folder \\server makes each candidate of a working folder such a root.
 TEST_F(FileUtilsTest, RootThatDoesNotExist_IsRemovedAlready) {
     for (const wchar_t* root : {L"X:", L"X:\\", L"\\\\server", L"\\\\server\\plenx"}) {
-        EXPECT_EQ(FileUtils::ForceRemoveDirectory(root), 0) << NarrowForTest(root);
+        EXPECT_EQ(FileUtils::ForceRemoveDirectory(root), 0) << Narrow(root);
     }
     EXPECT_THAT(platform.CallsWithout({"_waccess"}), IsEmpty());
     EXPECT_THAT(Lines(), IsEmpty());
