@@ -7,8 +7,9 @@
 
 #include <filesystem>
 #include <fstream>
-#include <sstream>
 #include <string>
+
+#include "support/file.h"
 
 class TemporaryFolder {
 public:
@@ -29,10 +30,9 @@ private:
     std::filesystem::path path_;
 };
 
+/// Returns "" when there is no such file.
 inline std::string ReadFile(const std::filesystem::path& path) {
-    std::ostringstream content;
-    content << std::ifstream(path, std::ios::binary).rdbuf();
-    return content.str();
+    return PlenxSupport::ReadWholeFile(path).value_or("");
 }
 
 #endif  // PLENXSDK_TESTS_UNIT_COMPANION_TEMPORARY_FOLDER_H

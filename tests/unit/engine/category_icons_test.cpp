@@ -7,11 +7,11 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <sstream>
 #include <string>
 #include <vector>
 
 #include "engine/engine_fixture.h"
+#include "support/file.h"
 
 using testing::IsEmpty;
 
@@ -30,10 +30,7 @@ std::string ErrorLine(const std::string& path) {
 }
 
 std::string ContentOf(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    std::ostringstream content;
-    content << file.rdbuf();
-    return file ? content.str() : "no file";
+    return PlenxSupport::ReadWholeFile(path).value_or("no file");
 }
 
 std::string Expected(const std::string& category) {

@@ -1,10 +1,10 @@
 #include "page.h"
 
 #include <algorithm>
-#include <fstream>
-#include <iterator>
 #include <sstream>
 #include <stdexcept>
+
+#include "support/file.h"
 
 namespace WirePage {
 namespace {
@@ -36,11 +36,11 @@ bool IsRow(const std::string& line) {
 }  // namespace
 
 std::string TextOf(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    if (!file) {
+    auto text = PlenxSupport::ReadWholeFile(path);
+    if (!text) {
         throw std::runtime_error("no " + path);
     }
-    return {std::istreambuf_iterator<char>(file), {}};
+    return *text;
 }
 
 Lines LinesOf(const std::string& text) {
