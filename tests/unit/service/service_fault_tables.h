@@ -92,21 +92,24 @@ inline FaultTable StartRunning() {
              Row{"OpenProcess", Ignored(good)}, Row{"GetProcessTimes", Ignored(good)}}};
 }
 
+inline Row WaitForRunning(const FaultLines& before) {
+    return {"QueryServiceStatusEx",
+            [=](const Fault& fault) {
+                return Outcome{5, before + FaultLines{WaitError(fault),
+                                                      Error("wait service status error", kStart)}};
+            },
+            3};
+}
+
 // It reports start pending twice before it runs. No process has been seen before.
 inline FaultTable StartStopped() {
     const FaultLines kill = {KillLine(0)};
     const Outcome good{0, kill + FaultLines{Info("start service successful", kStart)}};
-    return {
-        good,
-        {ManagerOf(kStart), ServiceOf(kStart), QueryOf(kStart),
-         Row{"StartServiceW", Ends(5, "start service error ", kStart, kill)}, QueryOf(kStart, kill),
-         Row{"QueryServiceStatusEx",
-             [=](const Fault& fault) {
-                 return Outcome{5, kill + FaultLines{WaitError(fault),
-                                                     Error("wait service status error", kStart)}};
-             },
-             3},
-         Row{"OpenProcess", Ignored(good)}, Row{"GetProcessTimes", Ignored(good)}}};
+    return {good,
+            {ManagerOf(kStart), ServiceOf(kStart), QueryOf(kStart),
+             Row{"StartServiceW", Ends(5, "start service error ", kStart, kill)},
+             QueryOf(kStart, kill), WaitForRunning(kill), Row{"OpenProcess", Ignored(good)},
+             Row{"GetProcessTimes", Ignored(good)}}};
 }
 
 // The process that was last seen still exists. The start first checks whether its id belongs to
@@ -124,26 +127,20 @@ inline FaultTable StartWithLingeringProcess(DWORD process) {
     const auto look = [=](const Fault& fault) {
         return fault.forEver ? refused(fault, {CannotOpen(process, fault.Error())}) : good;
     };
-    return {
-        good,
-        {ManagerOf(kStart), ServiceOf(kStart), QueryOf(kStart), Row{"OpenProcess", look},
-         Row{"GetProcessTimes", look},
-         Row{"OpenProcess",
-             [=](const Fault& fault) {
-                 return refused(fault, {CannotOpen(process, fault.Error())});
-             }},
-         Row{"TerminateProcess",
-             [=](const Fault& fault) {
-                 return refused(fault, {CannotKill(process, fault.Error())});
-             }},
-         Row{"StartServiceW", Ends(5, "start service error ", kStart, kill)}, QueryOf(kStart, kill),
-         Row{"QueryServiceStatusEx",
-             [=](const Fault& fault) {
-                 return Outcome{5, kill + FaultLines{WaitError(fault),
-                                                     Error("wait service status error", kStart)}};
-             },
-             3},
-         Row{"OpenProcess", Ignored(good)}, Row{"GetProcessTimes", Ignored(good)}}};
+    return {good,
+            {ManagerOf(kStart), ServiceOf(kStart), QueryOf(kStart), Row{"OpenProcess", look},
+             Row{"GetProcessTimes", look},
+             Row{"OpenProcess",
+                 [=](const Fault& fault) {
+                     return refused(fault, {CannotOpen(process, fault.Error())});
+                 }},
+             Row{"TerminateProcess",
+                 [=](const Fault& fault) {
+                     return refused(fault, {CannotKill(process, fault.Error())});
+                 }},
+             Row{"StartServiceW", Ends(5, "start service error ", kStart, kill)},
+             QueryOf(kStart, kill), WaitForRunning(kill), Row{"OpenProcess", Ignored(good)},
+             Row{"GetProcessTimes", Ignored(good)}}};
 }
 
 // It reports stop pending twice before it has stopped. When the wait cannot query, it ends early,
