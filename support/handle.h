@@ -50,9 +50,9 @@ struct ModuleCloser {
 };
 using Module = HandleOwner<HMODULE, ModuleCloser>;
 
-/// An event that stays set.
-inline Handle MakeEvent() {
-    return Handle(CreateEventW(nullptr, TRUE, FALSE, nullptr));
+/// Returns an event that stays set. Every process that names it gets the same one.
+inline Handle MakeEvent(const wchar_t* name = nullptr) {
+    return Handle(CreateEventW(nullptr, TRUE, FALSE, name));
 }
 
 inline bool IsSet(const Handle& event) {

@@ -1,5 +1,6 @@
 #include "both_worlds/stage.h"
 #include "support/child_process.h"
+#include "support/handle.h"
 #include "support/install_folder.h"
 #include "support/service_state.h"
 #include "support/system_habits.h"
@@ -26,7 +27,7 @@ void RemoveAll(const fs::path& folder) {
 
 struct Stage::World {
     PlenxTest::InstallFolder install{L"plenx-stage"};
-    HANDLE held = INVALID_HANDLE_VALUE;
+    PlenxSupport::Handle held;
     std::vector<std::unique_ptr<PlenxTest::ChildProcess>> processes;
 };
 
@@ -62,15 +63,13 @@ std::string Stage::Content(const std::wstring& path) const {
 }
 
 void Stage::Hold(const std::wstring& path) {
-    world_->held = CreateFileW(path.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
-    ASSERT_NE(world_->held, INVALID_HANDLE_VALUE);
+    world_->held = PlenxSupport::Handle(
+        CreateFileW(path.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr));
+    ASSERT_TRUE(world_->held);
 }
 
 void Stage::Release() {
-    if (world_->held != INVALID_HANDLE_VALUE) {
-        CloseHandle(world_->held);
-        world_->held = INVALID_HANDLE_VALUE;
-    }
+    world_->held.Reset();
 }
 
 std::wstring Stage::ServiceProgram() {

@@ -145,17 +145,17 @@ TEST_F(LogHelperTest, FullFileIsRotated) {
 
 TEST_F(LogHelperTest, FileThatAReaderKeepsFromBeingRenamed_IsEmptied) {
     Set(L"PLENX_LOG_MAX_BYTES", L"1");
-    const PlenxSupport::Handle oneIsWritten(CreateEventW(nullptr, TRUE, FALSE, kOneIsWritten));
-    const PlenxSupport::Handle goOn(CreateEventW(nullptr, TRUE, FALSE, kGoOn));
+    const PlenxSupport::Handle oneIsWritten = PlenxSupport::MakeEvent(kOneIsWritten);
+    const PlenxSupport::Handle goOn = PlenxSupport::MakeEvent(kGoOn);
     ChildProcess host(HostCommand("twice"));
     ASSERT_EQ(WaitForSingleObject(oneIsWritten.Get(), 10000), WAIT_OBJECT_0);
-    const HANDLE reader =
-        CreateFileW(file_.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
-                    OPEN_EXISTING, 0, nullptr);
-    ASSERT_NE(reader, INVALID_HANDLE_VALUE);
+    PlenxSupport::Handle reader(CreateFileW(file_.c_str(), GENERIC_READ,
+                                            FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                                            OPEN_EXISTING, 0, nullptr));
+    ASSERT_TRUE(reader);
     SetEvent(goOn.Get());
     ExpectHostExits(host, "twice");
-    CloseHandle(reader);
+    reader.Reset();
     const std::vector<LogLine> lines = ReadLogLines(file_);
     ASSERT_EQ(lines.size(), 2U);
     EXPECT_EQ(lines[0].text, "two");

@@ -5,6 +5,7 @@
 #include <cstdlib>
 
 #include "companion/logging_hosts.h"
+#include "support/wide_text.h"
 
 namespace PlenxTest {
 namespace {
@@ -14,7 +15,7 @@ constexpr DWORD kDeadline = 20000;
 }  // namespace
 
 std::wstring HostCommand(const std::string& mode) {
-    return ChildProcess::Self(L"--host " + std::wstring(mode.begin(), mode.end()));
+    return ChildProcess::Self(L"--host " + PlenxSupport::ToWide(mode));
 }
 
 void ExpectHostExits(ChildProcess& host, const std::string& mode) {

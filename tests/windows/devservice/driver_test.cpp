@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "support/child_process.h"
+#include "support/handle.h"
 #include "support/service_state.h"
 
 namespace PlenxTest {
@@ -47,13 +48,12 @@ TEST(DriverFiles, Libraries_LoadAndUnload) {
 
 // Registers the driver as the library does: as a file-system driver, and without access rights.
 void RegisterDriver(const wchar_t* name, const std::wstring& path) {
-    const SC_HANDLE manager = OpenSCManagerW(nullptr, nullptr, SC_MANAGER_ALL_ACCESS);
-    const SC_HANDLE created = CreateServiceW(
-        manager, name, name, 0, SERVICE_FILE_SYSTEM_DRIVER, SERVICE_SYSTEM_START,
-        SERVICE_ERROR_NORMAL, path.c_str(), nullptr, nullptr, nullptr, nullptr, nullptr);
-    EXPECT_NE(created, nullptr) << GetLastError();
-    CloseServiceHandle(created);
-    CloseServiceHandle(manager);
+    const PlenxSupport::ServiceHandle manager(
+        OpenSCManagerW(nullptr, nullptr, SC_MANAGER_CREATE_SERVICE));
+    const PlenxSupport::ServiceHandle created(CreateServiceW(
+        manager.Get(), name, name, 0, SERVICE_FILE_SYSTEM_DRIVER, SERVICE_SYSTEM_START,
+        SERVICE_ERROR_NORMAL, path.c_str(), nullptr, nullptr, nullptr, nullptr, nullptr));
+    EXPECT_TRUE(created) << GetLastError();
 }
 
 class Driver : public testing::TestWithParam<const wchar_t*> {};
@@ -62,15 +62,13 @@ TEST_P(Driver, ReachesRunningAndStopsAgain) {
     const wchar_t* const name = L"PlenxDriverTest";
     RemoveService(name);
     RegisterDriver(name, ProgramFolder() + GetParam());
-    const SC_HANDLE manager = OpenSCManagerW(nullptr, nullptr, SC_MANAGER_ALL_ACCESS);
-    const SC_HANDLE driver = OpenServiceW(manager, name, SERVICE_ALL_ACCESS);
-    EXPECT_TRUE(StartServiceW(driver, 0, nullptr)) << GetLastError();
+    PlenxSupport::ServiceHandle driver = OpenedService(name, SERVICE_ALL_ACCESS);
+    EXPECT_TRUE(StartServiceW(driver.Get(), 0, nullptr)) << GetLastError();
     EXPECT_EQ(StateOf(name), DWORD{SERVICE_RUNNING});
     SERVICE_STATUS reply = {};
-    EXPECT_TRUE(ControlService(driver, SERVICE_CONTROL_STOP, &reply)) << GetLastError();
+    EXPECT_TRUE(ControlService(driver.Get(), SERVICE_CONTROL_STOP, &reply)) << GetLastError();
     EXPECT_EQ(StateOf(name), DWORD{SERVICE_STOPPED});
-    CloseServiceHandle(driver);
-    CloseServiceHandle(manager);
+    driver.Reset();  // a service that somebody holds is not removed
     RemoveService(name);
 }
 

@@ -6,6 +6,7 @@
 #include "rpc/interface/rpc_memory.h"
 #include "rpc/interface/service_call.h"
 #include "support/child_process.h"
+#include "support/wide_text.h"
 #include "wire/catalog.h"
 #include "wire/local_binding.h"
 
@@ -55,9 +56,8 @@ std::optional<int> RunCaller(int argc, char** argv) {
     if (argc != 4 || std::string(argv[1]) != "--call") {
         return std::nullopt;
     }
-    const std::string endpoint = argv[2];
-    const ServiceAnswer answer = CallService(std::wstring(endpoint.begin(), endpoint.end()),
-                                             std::atoi(argv[3]), {std::string("g_1")});
+    const ServiceAnswer answer =
+        CallService(PlenxSupport::ToWide(argv[2]), std::atoi(argv[3]), {std::string("g_1")});
     return static_cast<int>(answer.exception);
 }
 

@@ -6,6 +6,7 @@
 #include "rpc_interface/allocation_count.h"
 #include "rpc_interface/calls.h"
 #include "rpc_interface/server_routines.h"
+#include "support/wide_text.h"
 
 namespace PlenxTest {
 namespace {
@@ -34,8 +35,7 @@ void* RaiseWithParameters() {
 
 int RunFaultingClient(const std::string& fault, const std::string& endpoint) {
     SetUnhandledExceptionFilter(EndAtLastFilter);
-    const Binding binding(Stubs::kOurs, Interface::kService,
-                          std::wstring(endpoint.begin(), endpoint.end()));
+    const Binding binding(Stubs::kOurs, Interface::kService, PlenxSupport::ToWide(endpoint));
     if (fault == "allocation") {
         const AllocationReplacement replacement(FaultyAllocation);
         binding.Call(kEcho, Pattern(24));

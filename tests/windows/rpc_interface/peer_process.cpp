@@ -3,6 +3,7 @@
 #include <atomic>
 
 #include "support/serve.h"
+#include "support/wide_text.h"
 
 namespace PlenxTest {
 namespace {
@@ -11,8 +12,8 @@ constexpr DWORD kReadyMilliseconds = 20000;
 constexpr DWORD kPeerLifeMilliseconds = 120000;
 
 // The endpoint is unique, so the names of the events are too.
-HANDLE EventOf(const std::wstring& endpoint, const wchar_t* what) {
-    return CreateEventW(nullptr, TRUE, FALSE, (endpoint + what).c_str());
+PlenxSupport::Handle EventOf(const std::wstring& endpoint, const wchar_t* what) {
+    return PlenxSupport::MakeEvent((endpoint + what).c_str());
 }
 
 std::wstring CommandLine(Stubs stubs, Interface which, const std::wstring& endpoint) {
@@ -34,13 +35,11 @@ PeerProcess::PeerProcess(Stubs stubs, Interface which)
       stopEvent_(EventOf(endpoint_, L"-stop")),
       process_(CommandLine(stubs, which, endpoint_)),
       ready_(process_.Started() &&
-             WaitForSingleObject(readyEvent_, kReadyMilliseconds) == WAIT_OBJECT_0) {}
+             WaitForSingleObject(readyEvent_.Get(), kReadyMilliseconds) == WAIT_OBJECT_0) {}
 
 PeerProcess::~PeerProcess() {
-    SetEvent(stopEvent_);
+    SetEvent(stopEvent_.Get());
     process_.WaitForExit(5000);
-    CloseHandle(stopEvent_);
-    CloseHandle(readyEvent_);
 }
 
 std::optional<DWORD> PeerProcess::WaitForExit(DWORD milliseconds) {
@@ -48,17 +47,17 @@ std::optional<DWORD> PeerProcess::WaitForExit(DWORD milliseconds) {
 }
 
 int RunPeer(const std::string& stubs, const std::string& which, const std::string& endpoint) {
-    const std::wstring name(endpoint.begin(), endpoint.end());
+    const std::wstring name = PlenxSupport::ToWide(endpoint);
     const RPC_IF_HANDLE served =
         ServerInterface(stubs == "ours" ? Stubs::kOurs : Stubs::kWidl,
                         which == "service" ? Interface::kService : Interface::kManager);
-    const HANDLE stop = EventOf(name, L"-stop");
+    const PlenxSupport::Handle stop = EventOf(name, L"-stop");
     const RPC_STATUS status = Serve(served, name);
     if (status != RPC_S_OK) {
         return static_cast<int>(status);
     }
-    SetEvent(EventOf(name, L"-ready"));
-    return WaitForSingleObject(stop, kPeerLifeMilliseconds) == WAIT_OBJECT_0 ? 0 : 1;
+    SetEvent(EventOf(name, L"-ready").Get());
+    return WaitForSingleObject(stop.Get(), kPeerLifeMilliseconds) == WAIT_OBJECT_0 ? 0 : 1;
 }
 
 }  // namespace PlenxTest

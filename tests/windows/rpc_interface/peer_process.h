@@ -9,6 +9,7 @@
 
 #include "rpc_interface/calls.h"
 #include "support/child_process.h"
+#include "support/handle.h"
 
 namespace PlenxTest {
 
@@ -29,8 +30,8 @@ public:
 
 private:
     std::wstring endpoint_;
-    HANDLE readyEvent_;
-    HANDLE stopEvent_;
+    PlenxSupport::Handle readyEvent_;
+    PlenxSupport::Handle stopEvent_;
     ChildProcess process_;
     bool ready_;
 };

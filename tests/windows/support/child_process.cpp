@@ -29,13 +29,21 @@ bool StartProcess(std::wstring& commandLine, bool inheritsHandles, DWORD flags,
     return false;
 }
 
-ChildProcess::ChildProcess(std::wstring commandLine) {
+void EndProcess(DWORD id) {
+    const PlenxSupport::Handle process(OpenProcess(PROCESS_TERMINATE | SYNCHRONIZE, FALSE, id));
+    if (process) {
+        TerminateProcess(process.Get(), 0);
+        WaitForSingleObject(process.Get(), 5000);
+    }
+}
+
+ChildProcess::ChildProcess(std::wstring commandLine, DWORD flags) {
     STARTUPINFOW startup{};
     startup.cb = sizeof(startup);
     PROCESS_INFORMATION process{};
-    if (StartProcess(commandLine, false, 0, startup, process)) {
-        CloseHandle(process.hThread);
-        process_ = process.hProcess;
+    if (StartProcess(commandLine, false, flags, startup, process)) {
+        const PlenxSupport::Handle thread(process.hThread);
+        process_ = PlenxSupport::Handle(process.hProcess);
         id_ = process.dwProcessId;
     } else {
         startError_ = GetLastError();
@@ -43,11 +51,8 @@ ChildProcess::ChildProcess(std::wstring commandLine) {
 }
 
 ChildProcess::~ChildProcess() {
-    if (process_ != nullptr) {
-        if (WaitForSingleObject(process_, 0) == WAIT_TIMEOUT) {
-            Kill();
-        }
-        CloseHandle(process_);
+    if (process_ && WaitForSingleObject(process_.Get(), 0) == WAIT_TIMEOUT) {
+        Kill();
     }
 }
 
@@ -57,17 +62,17 @@ std::wstring ChildProcess::Self(const std::wstring& arguments) {
 
 std::optional<DWORD> ChildProcess::WaitForExit(DWORD milliseconds) {
     DWORD code = 0;
-    if (process_ == nullptr || WaitForSingleObject(process_, milliseconds) != WAIT_OBJECT_0 ||
-        !GetExitCodeProcess(process_, &code)) {
+    if (!process_ || WaitForSingleObject(process_.Get(), milliseconds) != WAIT_OBJECT_0 ||
+        !GetExitCodeProcess(process_.Get(), &code)) {
         return std::nullopt;
     }
     return code;
 }
 
 void ChildProcess::Kill() {
-    if (process_ != nullptr) {
-        TerminateProcess(process_, 0xDEAD);
-        WaitForSingleObject(process_, 5000);
+    if (process_) {
+        TerminateProcess(process_.Get(), 0xDEAD);
+        WaitForSingleObject(process_.Get(), 5000);
     }
 }
 

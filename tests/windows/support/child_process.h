@@ -9,6 +9,8 @@
 #include <optional>
 #include <string>
 
+#include "support/handle.h"
+
 namespace PlenxTest {
 
 /// The full path of the running program, and its folder without a trailing backslash.
@@ -20,10 +22,13 @@ std::wstring ProgramFolder();
 bool StartProcess(std::wstring& commandLine, bool inheritsHandles, DWORD flags,
                   STARTUPINFOW& startup, PROCESS_INFORMATION& process);
 
+/// Ends any process and waits for that, for up to 5 s. It may have ended already.
+void EndProcess(DWORD id);
+
 class ChildProcess {
 public:
-    /// commandLine: the program's path first, quoted where needed.
-    explicit ChildProcess(std::wstring commandLine);
+    /// commandLine: the program's path first, quoted where needed. flags: of CreateProcessW.
+    explicit ChildProcess(std::wstring commandLine, DWORD flags = 0);
     ~ChildProcess();
     ChildProcess(const ChildProcess&) = delete;
     ChildProcess& operator=(const ChildProcess&) = delete;
@@ -31,7 +36,7 @@ public:
     /// This program with the arguments.
     static std::wstring Self(const std::wstring& arguments);
 
-    bool Started() const { return process_ != nullptr; }
+    bool Started() const { return static_cast<bool>(process_); }
     /// Of the system, when the child did not start.
     DWORD StartError() const { return startError_; }
     DWORD Id() const { return id_; }
@@ -40,7 +45,7 @@ public:
     void Kill();
 
 private:
-    HANDLE process_ = nullptr;
+    PlenxSupport::Handle process_;
     DWORD id_ = 0;
     DWORD startError_ = 0;
 };

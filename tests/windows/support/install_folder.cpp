@@ -3,10 +3,10 @@
 #include <windows.h>
 
 #include <fstream>
-#include <iterator>
 #include <system_error>
 
 #include "support/child_process.h"
+#include "support/file.h"
 #include "support/service_state.h"
 
 namespace PlenxTest {
@@ -71,8 +71,7 @@ void InstallFolder::SetServiceControl(const std::string& toml) const {
 }
 
 std::string ReadFile(const fs::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
+    return PlenxSupport::ReadWholeFile(path).value_or("");
 }
 
 void WriteFile(const fs::path& path, const std::string& content) {

@@ -37,6 +37,7 @@ private:
     std::filesystem::path data_;
 };
 
+/// Returns "" when there is no such file.
 std::string ReadFile(const std::filesystem::path& path);
 void WriteFile(const std::filesystem::path& path, const std::string& content);
 

@@ -1,30 +1,15 @@
 #include "support/service_state.h"
 
+#include "support/child_process.h"
+
 namespace PlenxTest {
 namespace {
 
-class Handle {
-public:
-    explicit Handle(SC_HANDLE handle) : handle_(handle) {}
-    ~Handle() {
-        if (handle_ != nullptr) {
-            CloseServiceHandle(handle_);
-        }
-    }
-    Handle(const Handle&) = delete;
-    Handle& operator=(const Handle&) = delete;
-    SC_HANDLE Get() const { return handle_; }
-
-private:
-    SC_HANDLE handle_;
-};
-
 std::optional<SERVICE_STATUS_PROCESS> StatusOf(const std::wstring& name) {
-    const Handle manager(OpenSCManagerW(nullptr, nullptr, SC_MANAGER_CONNECT));
-    const Handle service(OpenServiceW(manager.Get(), name.c_str(), SERVICE_QUERY_STATUS));
+    const PlenxSupport::ServiceHandle service = OpenedService(name, SERVICE_QUERY_STATUS);
     SERVICE_STATUS_PROCESS status{};
     DWORD needed = 0;
-    if (service.Get() == nullptr ||
+    if (!service ||
         !QueryServiceStatusEx(service.Get(), SC_STATUS_PROCESS_INFO,
                               reinterpret_cast<LPBYTE>(&status), sizeof(status), &needed)) {
         return std::nullopt;
@@ -33,6 +18,11 @@ std::optional<SERVICE_STATUS_PROCESS> StatusOf(const std::wstring& name) {
 }
 
 }  // namespace
+
+PlenxSupport::ServiceHandle OpenedService(const std::wstring& service, DWORD access) {
+    const PlenxSupport::ServiceHandle manager(OpenSCManagerW(nullptr, nullptr, SC_MANAGER_CONNECT));
+    return PlenxSupport::ServiceHandle(OpenServiceW(manager.Get(), service.c_str(), access));
+}
 
 bool IsRegistered(const std::wstring& service) {
     return StatusOf(service).has_value();
@@ -49,9 +39,8 @@ DWORD ProcessIdOf(const std::wstring& service) {
 }
 
 void RemoveService(const std::wstring& name) {
-    const Handle manager(OpenSCManagerW(nullptr, nullptr, SC_MANAGER_ALL_ACCESS));
-    const Handle service(OpenServiceW(manager.Get(), name.c_str(), SERVICE_ALL_ACCESS));
-    if (service.Get() == nullptr) {
+    const PlenxSupport::ServiceHandle service = OpenedService(name, SERVICE_ALL_ACCESS);
+    if (!service) {
         return;
     }
     SERVICE_STATUS reply{};
@@ -67,15 +56,8 @@ void EndService(const std::wstring& name) {
     if (!status) {
         return;
     }
-    if (const HANDLE process =
-            OpenProcess(PROCESS_TERMINATE | SYNCHRONIZE, FALSE, status->dwProcessId)) {
-        TerminateProcess(process, 0);
-        WaitForSingleObject(process, 5000);
-        CloseHandle(process);
-    }
-    const Handle manager(OpenSCManagerW(nullptr, nullptr, SC_MANAGER_ALL_ACCESS));
-    const Handle service(OpenServiceW(manager.Get(), name.c_str(), SERVICE_ALL_ACCESS));
-    DeleteService(service.Get());
+    EndProcess(status->dwProcessId);
+    DeleteService(OpenedService(name, DELETE).Get());
 }
 
 }  // namespace PlenxTest

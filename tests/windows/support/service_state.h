@@ -8,7 +8,12 @@
 #include <optional>
 #include <string>
 
+#include "support/handle.h"
+
 namespace PlenxTest {
+
+/// Returns no handle when the service is not registered.
+PlenxSupport::ServiceHandle OpenedService(const std::wstring& service, DWORD access);
 
 bool IsRegistered(const std::wstring& service);
 
