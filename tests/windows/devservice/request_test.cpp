@@ -323,7 +323,8 @@ TEST_F(Request, HostileNotifications_AllReachTheLibrary) {
     EXPECT_EQ(Send(PlenxWire::kNameChanged, {std::string("n")}).Code(), 0);
     EXPECT_TRUE(
         service.LogComesToSay("hostile (bad group name) ConnectNotify(10) "
-                              "grpName:\"\\xff_1\"\n"));
+                              "grpName:\"\\xff_1\"\n",
+                              60000));
     const std::vector<std::string> received = FakeManager::Await(200);
     EXPECT_GT(received.size(), 200u);
     EXPECT_THAT(received, testing::Contains("DiskNameNotify(16) broken: 0 bytes are too few: "
