@@ -30,16 +30,11 @@ bool KeepOut() {
 }  // namespace
 
 EndpointHolder::EndpointHolder(By how)
-    : serving_(CreateEventW(nullptr, TRUE, FALSE, kServing)),
+    : serving_(PlenxSupport::MakeEvent(kServing)),
       process_(ChildProcess::Self(how == By::kServing ? L"--hold-endpoint" : L"--hold-pipe")) {}
 
-EndpointHolder::~EndpointHolder() {
-    process_.Kill();
-    CloseHandle(serving_);
-}
-
 bool EndpointHolder::Holds() const {
-    return WaitForSingleObject(serving_, 10000) == WAIT_OBJECT_0;
+    return WaitForSingleObject(serving_.Get(), 10000) == WAIT_OBJECT_0;
 }
 
 bool RunAsEndpointHolder(int argc, char** argv) {
@@ -48,7 +43,7 @@ bool RunAsEndpointHolder(int argc, char** argv) {
         return false;
     }
     if (mode == "--hold-endpoint" ? Serve() : KeepOut()) {
-        SetEvent(OpenEventW(EVENT_MODIFY_STATE, FALSE, kServing));
+        SetEvent(PlenxSupport::MakeEvent(kServing).Get());
         WaitForSingleObject(GetCurrentProcess(), kLongest);  // until it is killed
     }
     return true;

@@ -5,6 +5,8 @@
 
 #include "support/child_process.h"
 
+#include "support/handle.h"
+
 namespace PlenxTest {
 
 class EndpointHolder {
@@ -15,13 +17,12 @@ public:
     };
 
     explicit EndpointHolder(By how);
-    ~EndpointHolder();
 
     /// Waits until it does.
     bool Holds() const;
 
 private:
-    HANDLE serving_;
+    PlenxSupport::Handle serving_;
     ChildProcess process_;
 };
 

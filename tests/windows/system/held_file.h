@@ -9,6 +9,8 @@
 
 #include <filesystem>
 
+#include "support/handle.h"
+
 namespace PlenxTest {
 
 class HeldFile {
@@ -17,14 +19,11 @@ public:
     explicit HeldFile(const std::filesystem::path& path)
         : file_(CreateFileW(path.c_str(), GENERIC_READ, 0, nullptr, OPEN_ALWAYS,
                             FILE_ATTRIBUTE_NORMAL, nullptr)) {
-        EXPECT_NE(file_, INVALID_HANDLE_VALUE) << path;
+        EXPECT_TRUE(file_) << path;
     }
-    ~HeldFile() { CloseHandle(file_); }
-    HeldFile(const HeldFile&) = delete;
-    HeldFile& operator=(const HeldFile&) = delete;
 
 private:
-    HANDLE file_;
+    PlenxSupport::Handle file_;
 };
 
 }  // namespace PlenxTest

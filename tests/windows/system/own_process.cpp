@@ -7,6 +7,7 @@
 #include "support/child_process.h"
 #include "support/install_folder.h"
 #include "support/service_state.h"
+#include "support/wide_text.h"
 
 namespace PlenxTest {
 namespace {
@@ -69,7 +70,7 @@ void InOwnProcess::RunChild() {
     SetEnvironmentVariableW(kChildMark, L"1");
     SetEnvironmentVariableW(L"PLENX_LOG_FILE", LibraryLogFile().c_str());
     const std::string filter = "--gtest_brief=1 --gtest_filter=" + RunningTest();
-    ChildProcess child(ChildProcess::Self(std::wstring(filter.begin(), filter.end())));
+    ChildProcess child(ChildProcess::Self(PlenxSupport::ToWide(filter)));
     SetEnvironmentVariableW(kChildMark, nullptr);
     const auto code = child.WaitForExit(longestTest);
     child.Kill();

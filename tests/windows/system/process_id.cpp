@@ -1,7 +1,5 @@
 #include "system/process_id.h"
 
-#include "support/child_process.h"
-
 namespace PlenxTest {
 namespace {
 
@@ -14,20 +12,9 @@ DWORD WINAPI Nothing(void*) {
 // The id of a thread that has come and gone.
 DWORD UseOneId() {
     DWORD id = 0;
-    const HANDLE thread = CreateThread(nullptr, 0, Nothing, nullptr, 0, &id);
-    WaitForSingleObject(thread, 5000);
-    CloseHandle(thread);
+    const PlenxSupport::Handle thread(CreateThread(nullptr, 0, Nothing, nullptr, 0, &id));
+    WaitForSingleObject(thread.Get(), 5000);
     return id;
-}
-
-PROCESS_INFORMATION Sleeper() {
-    std::wstring commandLine = ChildProcess::Self(L"--sleeper");
-    STARTUPINFOW startup{};
-    startup.cb = sizeof(startup);
-    PROCESS_INFORMATION process{};
-    StartProcess(commandLine, false, CREATE_SUSPENDED, startup, process);
-    CloseHandle(process.hThread);
-    return process;
 }
 
 }  // namespace
@@ -40,22 +27,13 @@ ProcessOfId::ProcessOfId(DWORD id) {
         if (used == id) {
             before = last;
         } else if (used == before) {
-            const PROCESS_INFORMATION sleeper = Sleeper();
-            if (sleeper.dwProcessId == id) {
-                process_ = sleeper.hProcess;
-            } else {
-                TerminateProcess(sleeper.hProcess, 0);
-                CloseHandle(sleeper.hProcess);
+            process_ =
+                std::make_unique<ChildProcess>(ChildProcess::Self(L"--sleeper"), CREATE_SUSPENDED);
+            if (process_->Id() != id) {
+                process_.reset();
             }
         }
         last = used;
-    }
-}
-
-ProcessOfId::~ProcessOfId() {
-    if (process_ != nullptr) {
-        TerminateProcess(process_, 0);
-        CloseHandle(process_);
     }
 }
 

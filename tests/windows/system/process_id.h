@@ -5,6 +5,10 @@
 
 #include <windows.h>
 
+#include <memory>
+
+#include "support/child_process.h"
+
 namespace PlenxTest {
 
 /// Asleep from the start and ended with the object.
@@ -13,15 +17,12 @@ public:
     /// Ids are handed out again in the order in which they became free: threads come and go until
     /// it is the id's turn. Gives up after some seconds.
     explicit ProcessOfId(DWORD id);
-    ~ProcessOfId();
-    ProcessOfId(const ProcessOfId&) = delete;
-    ProcessOfId& operator=(const ProcessOfId&) = delete;
 
     bool HasTheId() const { return process_ != nullptr; }
-    bool IsAlive() const { return WaitForSingleObject(process_, 0) == WAIT_TIMEOUT; }
+    bool IsAlive() const { return !process_->WaitForExit(0); }
 
 private:
-    HANDLE process_ = nullptr;
+    std::unique_ptr<ChildProcess> process_;
 };
 
 }  // namespace PlenxTest

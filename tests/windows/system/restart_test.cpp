@@ -1,5 +1,6 @@
 // Tests services that come and go without the library: they crash, or somebody else restarts them.
 
+#include "support/handle.h"
 #include "support/service_state.h"
 #include "system/host.h"
 #include "system/process_id.h"
@@ -19,16 +20,13 @@ protected:
 void Restarts::RestartByHand() {
     const std::wstring data = (folder.WorkingFolder() / "pc").wstring();
     const wchar_t* arguments[] = {folder.InstallPath().c_str(), data.c_str(), L"1"};
-    const SC_HANDLE manager = OpenSCManagerW(nullptr, nullptr, SC_MANAGER_CONNECT);
-    const SC_HANDLE service =
-        OpenServiceW(manager, L"PlenxPcSvc", SERVICE_STOP | SERVICE_START | SERVICE_QUERY_STATUS);
+    const PlenxSupport::ServiceHandle service =
+        OpenedService(L"PlenxPcSvc", SERVICE_STOP | SERVICE_START | SERVICE_QUERY_STATUS);
     SERVICE_STATUS status{};
-    EXPECT_TRUE(ControlService(service, SERVICE_CONTROL_STOP, &status));
+    EXPECT_TRUE(ControlService(service.Get(), SERVICE_CONTROL_STOP, &status));
     EXPECT_TRUE(WaitFor([] { return StateOf(L"PlenxPcSvc") == SERVICE_STOPPED; }));
-    EXPECT_TRUE(StartServiceW(service, 3, arguments)) << GetLastError();
+    EXPECT_TRUE(StartServiceW(service.Get(), 3, arguments)) << GetLastError();
     EXPECT_TRUE(WaitFor([] { return StateOf(L"PlenxPcSvc") == SERVICE_RUNNING; }));
-    CloseServiceHandle(service);
-    CloseServiceHandle(manager);
 }
 
 void Restarts::CrashThePcService() {
@@ -79,17 +77,16 @@ HOST_TEST(Restarts, ServiceProcessThatLingersAfterItsStop_IsEnded) {
     Init();
     ASSERT_TRUE(Start(kPcService));
     const DWORD former = ProcessIdOf(L"PlenxPcSvc");
-    const HANDLE process = OpenProcess(SYNCHRONIZE, FALSE, former);
+    const PlenxSupport::Handle process(OpenProcess(SYNCHRONIZE, FALSE, former));
     Control("[stop]\nlinger_ms = 30000\n");
     manager.Stop(kPcService, "group");
     ASSERT_TRUE(observer.WaitFor("NotifyStatus(1, group, 1, 0)"));
     ASSERT_EQ(StateOf(L"PlenxPcSvc"), DWORD{SERVICE_STOPPED});
-    ASSERT_EQ(WaitForSingleObject(process, 0), DWORD{WAIT_TIMEOUT});
+    ASSERT_EQ(WaitForSingleObject(process.Get(), 0), DWORD{WAIT_TIMEOUT});
     Control("");
     EXPECT_TRUE(Start(kPcService));
-    EXPECT_EQ(WaitForSingleObject(process, 0), DWORD{WAIT_OBJECT_0});
+    EXPECT_EQ(WaitForSingleObject(process.Get(), 0), DWORD{WAIT_OBJECT_0});
     EXPECT_NE(ProcessIdOf(L"PlenxPcSvc"), former);
-    CloseHandle(process);
 }
 
 }  // namespace

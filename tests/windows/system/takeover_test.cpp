@@ -1,6 +1,7 @@
 // A host that was killed leaves its services and its working folder unchanged. The next host must
 // take them over, or work without them.
 
+#include "support/handle.h"
 #include "support/service_state.h"
 #include "system/held_file.h"
 #include "system/host.h"
@@ -67,21 +68,20 @@ Lines StopWasRefusedWith(const std::string& error) {
 HOST_TEST(Takeover, ServiceThatRuns_IsStoppedAndStartedAnew) {
     KillHost(Does::kStart, "pc answered CreateGroup(0) result:0");
     const DWORD former = ProcessIdOf(L"PlenxPcSvc");
-    const HANDLE process = OpenProcess(SYNCHRONIZE, FALSE, former);
-    ASSERT_NE(process, nullptr);
+    const PlenxSupport::Handle process(OpenProcess(SYNCHRONIZE, FALSE, former));
+    ASSERT_TRUE(process);
     ASSERT_EQ(StateOf(L"PlenxPcSvc"), DWORD{SERVICE_RUNNING});
     WriteFile(folder.WorkingFolder() / "pc" / "file", "old");
     Init();
     EXPECT_THAT(WorkerLines(),
                 ElementsAreArray(LinesOfInit(
                     {Info("ServiceManager::StopServiceByIndex", "stop service successful")})));
-    EXPECT_EQ(WaitForSingleObject(process, 15000), DWORD{WAIT_OBJECT_0});
+    EXPECT_EQ(WaitForSingleObject(process.Get(), 15000), DWORD{WAIT_OBJECT_0});
     EXPECT_FALSE(fs::exists(folder.WorkingFolder() / "pc" / "file"));
     EXPECT_FALSE(fs::exists(folder.DataPath() / "plenx0"));
     EXPECT_TRUE(Start(kPcService));
     EXPECT_NE(ProcessIdOf(L"PlenxPcSvc"), former);
     EXPECT_TRUE(observer.WaitFor("NotifyConnect(1, group)")) << "the endpoint is ours now";
-    CloseHandle(process);
 }
 
 HOST_TEST(Takeover, FolderThatIsHeld_IsLeftAndTheNextOneTaken) {
