@@ -311,8 +311,7 @@ void BadFolders::StartFailsWith16(ServiceType service) {
     EXPECT_THAT(
         WorkerLines(),
         ElementsAreArray(
-            Lines{Info("PLENXManager::StartFunc",
-                       "plenx manager start service svcType(" + type + ") is invoked"),
+            Lines{StartIsInvoked(service),
                   Info("PLENXManagerInner::Start", "plenx manager start service " + type),
                   Error("PLENXManagerInner::Start", "plenx manager start plenx service error 16")} +
             LinesOfStatus(service, 0, false)));

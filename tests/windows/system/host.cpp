@@ -155,6 +155,16 @@ Lines LinesOfStatus(ServiceType service, unsigned kind, bool value) {
         Info(function, "plenx manager notify status end")};
 }
 
+std::string StartIsInvoked(ServiceType service) {
+    return Info("PLENXManager::StartFunc",
+                "plenx manager start service svcType(" + std::to_string(service) + ") is invoked");
+}
+
+std::string StopIsInvoked(ServiceType service) {
+    return Info("PLENXManager::StopFunc",
+                "plenx manager stop service svcType(" + std::to_string(service) + ") is invoked");
+}
+
 Lines LinesOfStart(ServiceType service, const std::string& name) {
     const std::string type = std::to_string(service);
     return Lines{

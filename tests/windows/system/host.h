@@ -71,6 +71,9 @@ private:
     unsigned settles_ = 0;
 };
 
+/// The line with which the worker begins a start, and a stop.
+std::string StartIsInvoked(ServiceType service);
+std::string StopIsInvoked(ServiceType service);
 /// The start of a service that finds everything in order, as the worker logs it.
 Lines LinesOfStart(ServiceType service, const std::string& name);
 Lines LinesOfStatus(ServiceType service, unsigned kind, bool value);

@@ -2,6 +2,7 @@
 // the services, their notifications, and the log.
 
 #include "support/service_state.h"
+#include "support/wide_text.h"
 #include "system/host.h"
 
 namespace PlenxTest {
@@ -68,10 +69,8 @@ void EachService::StartAndStop(ServiceType service, const std::string& name,
     Init();
     EXPECT_TRUE(Start(service));
     Settle();
-    EXPECT_THAT(WorkerLines(), ElementsAreArray(Lines{Info("PLENXManager::StartFunc",
-                                                           "plenx manager start service svcType(" +
-                                                               type + ") is invoked")} +
-                                                LinesOfStart(service, name)));
+    EXPECT_THAT(WorkerLines(),
+                ElementsAreArray(Lines{StartIsInvoked(service)} + LinesOfStart(service, name)));
     EXPECT_THAT(OwnLines(),
                 ElementsAre(Info("PLENXManager::Start", "plenx manager start service (" + type +
                                                             ") is pushed into thread pool")));
@@ -81,8 +80,7 @@ void EachService::StartAndStop(ServiceType service, const std::string& name,
     Settle();
     EXPECT_THAT(WorkerLines(),
                 ElementsAreArray(
-                    Lines{Info("PLENXManager::StopFunc",
-                               "plenx manager stop service svcType(" + type + ") is invoked"),
+                    Lines{StopIsInvoked(service),
                           Info("PLENXManagerInner::Stop", "plenx manager stop service " + type),
                           Info("RpcManager::DeleteGroup", "delete group svcType:" + type),
                           Info("ServiceManager::StopServiceByIndex", "stop service successful"),
@@ -105,7 +103,7 @@ void EachService::StartAndStop(ServiceType service, const std::string& name,
                             "received SetInt64Config(8) cfgType:2 value:0",
                             "received CreateGroup(0) " + group + " kind:2 groupArg:\"argument\"",
                             "received DeleteGroup(1) " + group));
-    EXPECT_EQ(StateOf(std::wstring(name.begin(), name.end())), DWORD{SERVICE_STOPPED});
+    EXPECT_EQ(StateOf(PlenxSupport::ToWide(name)), DWORD{SERVICE_STOPPED});
 }
 
 HOST_TEST(EachService, PcService_StartsAndStops) {
@@ -120,15 +118,11 @@ HOST_TEST(EachService, OfficeService_StartsAndStopsInTheCompanion) {
     Init();
     EXPECT_TRUE(Start(kOfficeService));
     Settle();
-    EXPECT_THAT(WorkerLines(), ElementsAreArray(Lines{Info("PLENXManager::StartFunc",
-                                                           "plenx manager start service "
-                                                           "svcType(0) is invoked")} +
+    EXPECT_THAT(WorkerLines(), ElementsAreArray(Lines{StartIsInvoked(kOfficeService)} +
                                                 LinesOfStatus(kOfficeService, 0, true)));
     manager.Stop(kOfficeService, "group");
     Settle();
-    EXPECT_THAT(WorkerLines(), ElementsAreArray(Lines{Info("PLENXManager::StopFunc",
-                                                           "plenx manager stop service "
-                                                           "svcType(0) is invoked")} +
+    EXPECT_THAT(WorkerLines(), ElementsAreArray(Lines{StopIsInvoked(kOfficeService)} +
                                                 LinesOfStatus(kOfficeService, 1, true) +
                                                 LinesOfStatus(kCombinedService, 1, true)));
     EXPECT_FALSE(IsRegistered(L"PlenxOfficeSvc"));
@@ -138,12 +132,9 @@ HOST_TEST(EachService, Combination_IsPcThenOffice) {
     Init();
     EXPECT_EQ(manager.Start(kCombinedService, "group", "argument"), 0);
     Settle();
-    EXPECT_THAT(WorkerLines(),
-                ElementsAreArray(Lines{Info("PLENXManager::StartFunc",
-                                            "plenx manager start service svcType(3) is "
-                                            "invoked")} +
-                                 LinesOfStart(kPcService, "PlenxPcSvc") +
-                                 LinesOfStatus(kOfficeService, 0, true)));
+    EXPECT_THAT(WorkerLines(), ElementsAreArray(Lines{StartIsInvoked(kCombinedService)} +
+                                                LinesOfStart(kPcService, "PlenxPcSvc") +
+                                                LinesOfStatus(kOfficeService, 0, true)));
     // Nothing says that all is stopped while something of the combination runs.
     manager.Stop(kOfficeService, "group");
     manager.Stop(kPcService, "group");
@@ -257,7 +248,7 @@ HOST_TEST(Lifecycle, StopOfAServiceThatIsNotRunning_ReportsAllTheSame) {
         WorkerLines(),
         ElementsAreArray(
             Lines{
-                Info("PLENXManager::StopFunc", "plenx manager stop service svcType(1) is invoked"),
+                StopIsInvoked(kPcService),
                 Info("PLENXManagerInner::Stop", "plenx manager stop service 1"),
                 Info("RpcManager::DeleteGroup", "delete group svcType:1"),
                 Error("RpcManager::SendRpcMessage", "send service message exception 1722"),

@@ -26,6 +26,17 @@ protected:
     void BehaveIn(const std::string& call, std::function<int()> behaviour) {
         observer.Behave([=](const std::string& made) { return made == call ? behaviour() : 0; });
     }
+    /// Starts the PC service; the observer stays in NotifyConnect until it is let go. Returns
+    /// whether it has come there.
+    bool StaysInConnect(std::promise<void>& letGo) {
+        BehaveIn(kConnected, [gate = letGo.get_future().share()] {
+            gate.wait();
+            return 0;
+        });
+        Init();
+        manager.Start(kPcService, "group", "argument");
+        return observer.WaitFor(kConnected);
+    }
 };
 
 HOST_TEST(Observers, ExceptionOnAnRpcThread_GoesBackAs1726AndReleasesTheLock) {
@@ -81,13 +92,7 @@ HOST_TEST(Observers, ExceptionInAnOfficeJob_LeavesTheOfficeUsable) {
 
 HOST_TEST(Observers, SlowObserver_DelaysNotificationsAndNoCallOfTheHost) {
     std::promise<void> letGo;
-    BehaveIn(kConnected, [gate = letGo.get_future().share()] {
-        gate.wait();
-        return 0;
-    });
-    Init();
-    manager.Start(kPcService, "group", "argument");
-    ASSERT_TRUE(observer.WaitFor(kConnected));
+    ASSERT_TRUE(StaysInConnect(letGo));
     EXPECT_EQ(manager.DeviceNameChanged("name"), 0);
     EXPECT_EQ(manager.Start(kOfficeService, "group", "argument"), 0);
     EXPECT_EQ(manager.GetInt64Config(kPcService, DistributedFs::kServiceNotRunningConfig), 0);
@@ -166,13 +171,7 @@ HOST_TEST(Observers, SeveralObservers_AllHearAndTheLastDecidesOnTheLinkStatus) {
 
 HOST_TEST(Observers, UnregisterWhileACallIsRunning_WaitsForItAndIsTheLastOne) {
     std::promise<void> letGo;
-    BehaveIn(kConnected, [gate = letGo.get_future().share()] {
-        gate.wait();
-        return 0;
-    });
-    Init();
-    manager.Start(kPcService, "group", "argument");
-    ASSERT_TRUE(observer.WaitFor(kConnected));
+    ASSERT_TRUE(StaysInConnect(letGo));
     std::size_t calls = 0;
     std::thread unregistering([&] {
         manager.UnregisterPLENXServiceObserver(&observer);

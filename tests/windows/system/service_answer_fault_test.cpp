@@ -35,11 +35,8 @@ HOST_TEST(ServiceAnswerFaults, LateAnswers_AreWaitedFor) {
     Init();
     EXPECT_TRUE(Start(kPcService));
     Settle();
-    EXPECT_THAT(WorkerLines(),
-                ElementsAreArray(Lines{Info("PLENXManager::StartFunc",
-                                            "plenx manager start service svcType(1) is "
-                                            "invoked")} +
-                                 LinesOfStart(kPcService, "PlenxPcSvc")));
+    EXPECT_THAT(WorkerLines(), ElementsAreArray(Lines{StartIsInvoked(kPcService)} +
+                                                LinesOfStart(kPcService, "PlenxPcSvc")));
 }
 
 // A reply that cannot be read counts as 0.

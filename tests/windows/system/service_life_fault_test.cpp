@@ -1,6 +1,7 @@
 // Tests services that do not start or stop as they should. Whatever they do, the host must hear of
 // it and the library must go on.
 
+#include "support/handle.h"
 #include "support/service_state.h"
 #include "system/host.h"
 
@@ -26,8 +27,7 @@ void ServiceLifeFaults::StartFailsWith(const Lines& reasons) {
     EXPECT_THAT(
         WorkerLines(),
         ElementsAreArray(
-            Lines{Info("PLENXManager::StartFunc",
-                       "plenx manager start service svcType(1) is invoked"),
+            Lines{StartIsInvoked(kPcService),
                   Info("PLENXManagerInner::Start", "plenx manager start service 1"),
                   Error("KillServiceProcess", "kill service process 0")} +
             reasons +
@@ -63,11 +63,8 @@ HOST_TEST(ServiceLifeFaults, SlowStartWithProgress_IsWaitedForBeyondTheHint) {
     Init();
     EXPECT_TRUE(Start(kPcService));
     Settle();
-    EXPECT_THAT(WorkerLines(),
-                ElementsAreArray(Lines{Info("PLENXManager::StartFunc",
-                                            "plenx manager start service svcType(1) is "
-                                            "invoked")} +
-                                 LinesOfStart(kPcService, "PlenxPcSvc")));
+    EXPECT_THAT(WorkerLines(), ElementsAreArray(Lines{StartIsInvoked(kPcService)} +
+                                                LinesOfStart(kPcService, "PlenxPcSvc")));
 }
 
 HOST_TEST(ServiceLifeFaults, StartThatIsSilentBeyondTheHint_Fails) {
@@ -107,7 +104,7 @@ HOST_TEST(ServiceLifeFaults, ServiceThatServesNoEndpoint_IsPinged26TimesAndAsked
                      Error("RpcManager::" + function, "send rpc message error ret:1722")};
     };
     Lines lines = {
-        Info("PLENXManager::StartFunc", "plenx manager start service svcType(1) is invoked"),
+        StartIsInvoked(kPcService),
         Info("PLENXManagerInner::Start", "plenx manager start service 1"),
         Error("KillServiceProcess", "kill service process 0"),
         Info("ServiceManager::StartServiceByIndex", "start service successful"),
@@ -148,8 +145,8 @@ void ForcedStop::StopIsForced(const std::string& control) {
     Settle();
     Control(control);
     const DWORD id = ProcessIdOf(L"PlenxPcSvc");
-    const HANDLE process = OpenProcess(SYNCHRONIZE, FALSE, id);
-    ASSERT_NE(process, nullptr);
+    const PlenxSupport::Handle process(OpenProcess(SYNCHRONIZE, FALSE, id));
+    ASSERT_TRUE(process);
     const ULONGLONG begin = GetTickCount64();
     EXPECT_EQ(manager.Stop(kPcService, "group"), 0);
     Settle();
@@ -158,7 +155,7 @@ void ForcedStop::StopIsForced(const std::string& control) {
         WorkerLines(),
         ElementsAreArray(
             Lines{
-                Info("PLENXManager::StopFunc", "plenx manager stop service svcType(1) is invoked"),
+                StopIsInvoked(kPcService),
                 Info("PLENXManagerInner::Stop", "plenx manager stop service 1"),
                 Info("RpcManager::DeleteGroup", "delete group svcType:1"),
                 Info("ServiceManager::StopServiceByIndex", "force stop service"),
@@ -166,8 +163,7 @@ void ForcedStop::StopIsForced(const std::string& control) {
                 Info("ServiceManager::StopServiceByIndex", "stop service successful"),
                 Info("ServiceManager::StopPlenxService", "stop plenx service PlenxPcSvc success")} +
             LinesOfStatus(kPcService, 1, false) + LinesOfStatus(kCombinedService, 1, true)));
-    EXPECT_EQ(WaitForSingleObject(process, 0), DWORD{WAIT_OBJECT_0}) << "it is still alive";
-    CloseHandle(process);
+    EXPECT_EQ(WaitForSingleObject(process.Get(), 0), DWORD{WAIT_OBJECT_0}) << "it is still alive";
     StartsAndStopsThePhone();
 }
 
