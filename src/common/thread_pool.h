@@ -7,21 +7,18 @@
 #define PLENXSDK_COMMON_THREAD_POOL_H
 
 #include <atomic>
-#include <cstddef>
+#include <condition_variable>
 #include <cstdint>
 #include <deque>
 #include <functional>
 #include <future>
 #include <memory>
-#include <memory_resource>
 #include <mutex>
 #include <thread>
 #include <tuple>
 #include <type_traits>
 #include <utility>
 #include <vector>
-
-#include "common/slim_lock.h"
 
 namespace DistributedFs {
 
@@ -43,11 +40,16 @@ public:
     /// @throws std::runtime_error "thread pool has stopped" once destruction has begun.
     template <class Function, class... Arguments>
     auto Enqueue(Function&& function, Arguments&&... arguments) {
-        using Bound = Job<std::decay_t<Function>, std::decay_t<Arguments>...>;
-        auto job = std::make_shared<Bound>(std::forward<Function>(function),
-                                           std::forward<Arguments>(arguments)...);
-        auto future = job->GetFuture();
-        Append(Task(std::move(job)));
+        using Call = std::tuple<std::decay_t<Function>, std::decay_t<Arguments>...>;
+        using Result = std::invoke_result_t<std::decay_t<Function>&, std::decay_t<Arguments>&...>;
+        auto job = std::make_shared<Job<Result>>(
+            [call = Call(std::forward<Function>(function),
+                         std::forward<Arguments>(arguments)...)]() mutable -> Result {
+                return std::apply([](auto&... parts) -> Result { return std::invoke(parts...); },
+                                  call);
+            });
+        auto future = job->task.get_future();
+        Append(std::move(job));
         return future;
     }
 
@@ -59,80 +61,34 @@ public:
     }
 
 private:
-    // A packaged task and the call that it makes. The call is built in its final place, so neither
-    // the function nor an argument is moved after it has been copied.
-    template <class Function, class... Arguments>
-    class Job {
+    class AnyJob {  // a queued call
     public:
-        using Result = std::invoke_result_t<Function&, Arguments&...>;
-
-        template <class... Given>
-        explicit Job(Given&&... given)
-            : call_(std::forward<Given>(given)...), task_([this] { return Call(); }) {}
-        Job(const Job&) = delete;
-        Job& operator=(const Job&) = delete;
-
-        std::future<Result> GetFuture() { return task_.get_future(); }
-        void operator()() { task_(); }
-
-    private:
-        Result Call() {
-            return std::apply(
-                [](Function& function, Arguments&... arguments) -> Result {
-                    return std::invoke(function, arguments...);
-                },
-                call_);
-        }
-
-        std::tuple<Function, Arguments...> call_;
-        std::packaged_task<Result()> task_;
+        virtual ~AnyJob() = default;
+        virtual void Run() = 0;
     };
 
-    // A shared pointer to any callable without arguments and result. Unlike std::function it needs
-    // no allocation for that, and it cannot be copied.
-    class Task {
+    template <class Result>
+    class Job : public AnyJob {
     public:
-        Task() noexcept = default;
-        template <class Callable>
-        explicit Task(std::shared_ptr<Callable> callable) noexcept
-            : callable_(std::move(callable)),
-              run_([](void* target) { (*static_cast<Callable*>(target))(); }) {}
-        Task(Task&&) noexcept = default;
-        Task& operator=(Task&&) noexcept = default;
+        template <class Call>
+        explicit Job(Call&& call) : task(std::forward<Call>(call)) {}
+        void Run() override { task(); }
 
-        /// @throws std::bad_function_call when there is nothing to run.
-        void operator()() const {
-            if (!callable_) {
-                throw std::bad_function_call();
-            }
-            run_(callable_.get());
-        }
-
-    private:
-        std::shared_ptr<void> callable_;
-        void (*run_)(void*) = nullptr;
-    };
-
-    // The waiting tasks. The queue keeps its memory for later tasks.
-    struct Queue {
-        std::pmr::unsynchronized_pool_resource memory;
-        std::pmr::deque<Task> tasks{&memory};
-        std::size_t longest = 0;  // the most tasks that it ever held
+        std::packaged_task<Result()> task;
     };
 
     // The workers share this, so that one that could not be joined never touches freed memory.
     struct State {
         std::atomic<bool> stop{false};
-        SlimMutex queueMutex;
-        SlimCondition condition;
-        std::unique_ptr<Queue> queue = std::make_unique<Queue>();
-        std::atomic<std::uint64_t> enqueued{0};  // only changes under queueMutex
+        std::mutex queueMutex;
+        std::condition_variable condition;
+        std::deque<std::shared_ptr<AnyJob>> tasks;
+        std::atomic<std::uint64_t> enqueued{0};
         std::atomic<std::uint64_t> finished{0};
     };
 
     static void Work(const std::shared_ptr<State>& state);
-    static void GiveBackMemory(State& state, std::unique_lock<SlimMutex>& lock);
-    void Append(Task task);
+    void Append(std::shared_ptr<AnyJob> job);
     void WakeAllToStop();
 
     const std::shared_ptr<State> state_ = std::make_shared<State>();

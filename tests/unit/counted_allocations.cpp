@@ -1,5 +1,7 @@
 #include "counted_allocations.h"
 
+#include <malloc.h>
+
 #include <atomic>
 #include <cstddef>
 #include <cstdlib>
@@ -10,6 +12,7 @@
 namespace {
 
 std::atomic<std::int64_t> live{0};
+std::atomic<std::int64_t> liveBytes{0};
 thread_local unsigned countdown = 0;  // at 0 none fails
 thread_local bool hit = false;
 
@@ -28,6 +31,7 @@ void* Allocate(std::size_t size, std::size_t alignment = alignof(std::max_align_
     void* const block = NewBlock(size, alignment);
     if (block != nullptr) {
         ++live;
+        liveBytes += static_cast<std::int64_t>(malloc_usable_size(block));
     }
     return block;
 }
@@ -35,6 +39,7 @@ void* Allocate(std::size_t size, std::size_t alignment = alignof(std::max_align_
 void Release(void* block) noexcept {
     if (block != nullptr) {
         --live;
+        liveBytes -= static_cast<std::int64_t>(malloc_usable_size(block));
         std::free(block);
     }
 }
@@ -51,6 +56,10 @@ void* AllocateOrThrow(std::size_t size, std::size_t alignment = alignof(std::max
 
 std::int64_t LiveAllocations() {
     return live;
+}
+
+std::int64_t LiveBytes() {
+    return liveBytes;
 }
 
 FailingAllocation::FailingAllocation(unsigned n) {

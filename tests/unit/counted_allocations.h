@@ -7,6 +7,8 @@
 
 /// Returns the number of blocks of operator new that have not been released.
 std::int64_t LiveAllocations();
+/// The memory that they take.
+std::int64_t LiveBytes();
 
 /// While it lives, the n-th allocation of this thread fails, whatever its form; the first is 1. The
 /// fakes' own allocations do not count and do not fail.

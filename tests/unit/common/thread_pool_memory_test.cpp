@@ -35,19 +35,19 @@ TEST(ThreadPoolMemory, OfManyJobsIsGivenBack) {
     ThreadPool pool(1);
     pool.Enqueue([] {}).wait();
     WaitUntilIdle(pool);
-    const std::int64_t before = LiveAllocations();
+    const std::int64_t before = LiveBytes();
     QueueMany(pool, [] {});
     WaitUntilIdle(pool);
-    EXPECT_LE(LiveAllocations(), before);
+    EXPECT_LE(LiveBytes(), before);
 }
 
-TEST(ThreadPoolMemory, NoneForAnEmptyQueue_GoesOnWithTheOldOne) {
+TEST(ThreadPoolMemory, NoneToShrinkTheEmptyQueue_WorkerGoesOn) {
     ThreadPool pool(1);
     std::optional<FailingAllocation> failing;
     int ran = 0;
     QueueMany(pool, [&] {
-        if (++ran == kMany) {
-            failing.emplace(1);  // the queue is empty now
+        if (++ran == kMany - 1) {
+            failing.emplace(1);  // the last job leaves the queue empty
         }
     });
     WaitUntilIdle(pool);

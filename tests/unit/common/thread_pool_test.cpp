@@ -36,6 +36,10 @@ public:
               letGo_.get_future().wait_for(kDeadline);
               done = true;
           })) {}
+    ~HeldJob() { ended_.wait(); }  // the job refers to this
+    HeldJob(const HeldJob&) = delete;
+    HeldJob& operator=(const HeldJob&) = delete;
+
     bool WaitUntilItRuns() {
         return began_.get_future().wait_for(kDeadline) == std::future_status::ready;
     }
