@@ -28,12 +28,7 @@ class LogValue {
 public:
     LogValue(std::string_view text) noexcept
         : kind_(Kind::kNarrow), most_(text.size()), narrow_(text.data()) {}
-    /// Takes a literal, whose length the compiler knows. Pass any other array as a string_view.
-    template <std::size_t Size>
-    LogValue(const char (&literal)[Size]) noexcept
-        : LogValue(std::string_view(literal, Size - 1)) {}
-    template <class Text, std::enable_if_t<std::is_same_v<Text, const char*>, int> = 0>
-    LogValue(const Text& text) noexcept : LogValue(std::string_view(text)) {}
+    LogValue(const char* text) noexcept : LogValue(std::string_view(text)) {}
     LogValue(const std::string& text) noexcept : LogValue(std::string_view(text)) {}
     LogValue(const std::wstring& text) noexcept
         : kind_(Kind::kWide), most_(text.size()), wide_(text.data()) {}
@@ -42,7 +37,7 @@ public:
     template <class Number, std::enable_if_t<std::is_integral_v<Number>, int> = 0>
     LogValue(Number number) noexcept
         : kind_(std::is_signed_v<Number> ? Kind::kSigned : Kind::kUnsigned),
-          most_(kMostDigits),
+          most_(20),  // the digits of 64 bits and a sign
           number_(static_cast<std::uint64_t>(number)) {}
 
     template <class Enum, std::enable_if_t<std::is_enum_v<Enum>, int> = 0>
@@ -56,10 +51,8 @@ public:
 private:
     enum class Kind { kNarrow, kWide, kLetter, kSigned, kUnsigned };
 
-    static constexpr std::size_t kMostDigits = 20;  // including the sign
-
     Kind kind_;
-    std::size_t most_;  // for a text this is its length
+    std::size_t most_;  // a text has its length here
     union {
         const char* narrow_;
         const wchar_t* wide_;

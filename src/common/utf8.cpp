@@ -2,8 +2,6 @@
 
 #include <codecvt>
 #include <cstddef>
-#include <cstdint>
-#include <cstring>
 #include <locale>
 #include <stdexcept>
 
@@ -28,47 +26,8 @@ bool IsContinuation(char byte) {
     return (static_cast<unsigned char>(byte) & 0xC0) == 0x80;
 }
 
-// Widens kStride characters at once. The result has a high bit when not all of them are ASCII.
-template <std::size_t kStride>
-std::uint64_t WidenStride(wchar_t* out, const char* in) noexcept {
-    unsigned char bytes[kStride];  // out cannot overlap this copy, so the compiler can vectorise
-    std::memcpy(bytes, in, kStride);
-    for (std::size_t i = 0; i != kStride; ++i) {
-        out[i] = static_cast<wchar_t>(bytes[i]);
-    }
-    constexpr std::size_t kWord = kStride < 8 ? kStride : 8;
-    std::uint64_t bits = 0;
-    for (std::size_t i = 0; i != kStride; i += kWord) {
-        std::uint64_t word = 0;
-        std::memcpy(&word, in + i, kWord);
-        bits |= word;
-    }
-    return bits;
-}
-
-// Does the same for a text of at least one stride. Returns false when not all of it is ASCII.
-template <std::size_t kStride>
-bool WidenByStrides(wchar_t* out, std::string_view text) noexcept {
-    constexpr std::uint64_t kHighBits = 0x8080808080808080;
-    const std::size_t last = text.size() - kStride;
-    std::uint64_t bits = WidenStride<kStride>(out + last, text.data() + last);
-    for (std::size_t at = 0; at < last; at += kStride) {
-        bits |= WidenStride<kStride>(out + at, text.data() + at);
-    }
-    return (bits & kHighBits) == 0;
-}
-
-// This is the fast path: nearly all text is ASCII.
+// This is the fast path: nearly all text is ASCII. Returns false when the text is not.
 bool WidenAscii(wchar_t* out, std::string_view text) noexcept {
-    if (text.size() >= 16) {
-        return WidenByStrides<16>(out, text);
-    }
-    if (text.size() >= 8) {
-        return WidenByStrides<8>(out, text);
-    }
-    if (text.size() >= 4) {
-        return WidenByStrides<4>(out, text);
-    }
     unsigned char bits = 0;
     for (const char character : text) {
         *out++ = static_cast<wchar_t>(character);

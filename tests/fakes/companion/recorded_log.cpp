@@ -70,6 +70,20 @@ void RecordedLog::SetThrowing(bool throwing) {
     throwing_ = throwing;
 }
 
+void RecordedLog::SetWatcher(std::function<void(const std::wostringstream&)> watcher) {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    watcher_ = std::move(watcher);
+}
+
+void RecordedLog::Watch(const std::wostringstream& stream) const {
+    std::unique_lock<std::mutex> lock(mutex_);
+    const auto watcher = watcher_;
+    lock.unlock();  // a watcher may log itself
+    if (watcher) {
+        watcher(stream);
+    }
+}
+
 std::size_t RecordedLog::Requests() const {
     const std::lock_guard<std::mutex> lock(mutex_);
     return requests_;
@@ -108,5 +122,6 @@ OvLogger* OvLogger::GetInstance() {
 
 void OvLogger::Log(LOG_MESSAGE_LEVEL level, const std::wostringstream& stream) {
     const FakeScope inside;
+    RecordedLog::Get().Watch(stream);
     RecordedLog::Get().Take(level, stream.str());
 }

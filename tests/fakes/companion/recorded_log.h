@@ -11,6 +11,7 @@
 #include <cstddef>
 #include <functional>
 #include <mutex>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -48,11 +49,14 @@ public:
     void SetHook(Hook hook);
     /// Makes Log throw instead of taking the line, or take lines again.
     void SetThrowing(bool throwing);
+    /// From now on Log calls this with the stream of a line before it takes the line.
+    void SetWatcher(std::function<void(const std::wostringstream&)> watcher);
 
     // For the fake logger.
     /// Counts a request for the logger.
     /// @throws std::runtime_error after SetUnmakeable(true).
     bool IsMissing();
+    void Watch(const std::wostringstream& stream) const;
     void Take(int level, const std::wstring& text);
 
 private:
@@ -64,6 +68,7 @@ private:
     std::size_t requests_ = 0;
     bool throwing_ = false;
     Hook hook_;
+    std::function<void(const std::wostringstream&)> watcher_;
 };
 
 #endif  // FAKES_COMPANION_RECORDED_LOG_H

@@ -10,11 +10,11 @@
 #include <locale>
 #include <numeric>
 #include <ostream>
+#include <sstream>
 #include <string>
 #include <thread>
 #include <vector>
 
-#include "common/log_stream.h"
 #include "companion/recorded_log.h"
 #include "plenxsdk/plenx_manager.h"
 
@@ -167,8 +167,8 @@ std::string Letters(std::size_t length) {
     return text;
 }
 
-// Tries lengths around the strides in which text is converted and around the room for a line. The
-// number counts as 20 characters, so 460 characters are the most that need no allocation.
+// Tries lengths around the room for a line. The number counts as 20 characters, so 460 characters
+// are the most that need no allocation.
 TEST(Log, LinesOfEveryLengthAreWhole) {
     std::vector<std::size_t> lengths(70);
     std::iota(lengths.begin(), lengths.end(), std::size_t{0});
@@ -196,44 +196,55 @@ TEST(Log, OddCharacterIsFoundAtEveryPlace) {
     }
 }
 
-TEST(Log, LineIsWrittenWhileTheStreamOfAnotherIsInUse) {
-    DistributedFs::LogStream held(10);
-    held.Get() << L"held";
-    LogInfo(kFunction, "text ", 5);
-    EXPECT_THAT(Texts(), ElementsAre("L3 text 5(DistributedFs::Room::Operation)"));
-    EXPECT_EQ(held.Get().str(), L"held");
+TEST(Log, LoggerMayLogItself) {
+    bool isInside = false;
+    RecordedLog::Get().SetWatcher([&isInside](const std::wostringstream&) {
+        if (!isInside) {
+            isInside = true;
+            LogInfo("DistributedFs::Logger::Log", "inner ", 1);
+            isInside = false;
+        }
+    });
+    LogError(kFunction, "outer ", 5);
+    LogError(kFunction, std::string(600, 'x'));
+    EXPECT_THAT(Texts(),
+                ElementsAre("L3 inner 1(DistributedFs::Logger::Log)",
+                            "L4 outer 5(DistributedFs::Room::Operation)",
+                            "L3 inner 1(DistributedFs::Logger::Log)",
+                            "L4 " + std::string(600, 'x') + "(DistributedFs::Room::Operation)"));
 }
 
-TEST(LogStream, OneIsKeptForAllLinesThatFit) {
-    const auto address = [](std::size_t length) {
-        DistributedFs::LogStream stream(length);
-        return &stream.Get();
-    };
-    const std::wostringstream* const kept = address(1);
-    EXPECT_EQ(address(512), kept);
-    EXPECT_NE(address(513), kept);
-    {
-        DistributedFs::LogStream first(1);
-        EXPECT_EQ(&first.Get(), kept);
-        EXPECT_NE(address(1), kept);
-    }
-    RecordedLog::Get().SetThrowing(true);
-    LogError(kFunction, "lost");
-    RecordedLog::Get().SetThrowing(false);
-    EXPECT_EQ(address(1), kept);
-}
-
-TEST(LogStream, IsEmptyAndInTheClassicLocaleForEveryLine) {
+// The line of a logger that logs, and a long line, have streams of their own.
+TEST(Log, EveryStreamIsInTheClassicLocale) {
     const std::locale before =
         std::locale::global(std::locale(std::locale::classic(), new GroupedDigits));
-    for (const std::size_t length : {1U, 1U, 100000U, 1U}) {
-        DistributedFs::LogStream stream(length);
-        EXPECT_EQ(stream.Get().str(), L"");
-        stream.Get() << 5000;
-        EXPECT_EQ(stream.Get().str(), L"5000");
-        EXPECT_EQ(stream.Get().tellp(), 4);
-    }
+    int streams = 0;
+    RecordedLog::Get().SetWatcher([&streams](const std::wostringstream& stream) {
+        EXPECT_EQ(stream.getloc(), std::locale::classic());
+        if (++streams == 1) {
+            LogInfo(kFunction, "inner");
+        }
+    });
+    LogInfo(kFunction, "outer");
+    LogInfo(kFunction, std::string(600, 'x'));
     std::locale::global(before);
+    EXPECT_EQ(streams, 3);
+}
+
+TEST(Log, LinesThatFitShareOneStreamAlsoAfterALoggerThatThrew) {
+    std::vector<const std::wostringstream*> streams;
+    RecordedLog::Get().SetWatcher(
+        [&streams](const std::wostringstream& stream) { streams.push_back(&stream); });
+    LogInfo(kFunction, "first");
+    RecordedLog::Get().SetThrowing(true);
+    LogInfo(kFunction, "lost");
+    RecordedLog::Get().SetThrowing(false);
+    LogInfo(kFunction, std::string(600, 'x'));
+    LogInfo(kFunction, "last");
+    ASSERT_EQ(streams.size(), 4U);
+    EXPECT_EQ(streams[1], streams[0]);
+    EXPECT_NE(streams[2], streams[0]);
+    EXPECT_EQ(streams[3], streams[0]);
 }
 
 TEST(Log, MissingLoggerIsTolerated) {
