@@ -13,7 +13,7 @@ namespace DistributedFs {
 
 class MessageBlock {
 public:
-    static constexpr std::size_t kSmall = 8192;
+    static constexpr std::size_t kSmall = 1024;
 
     MessageBlock() noexcept = default;
     MessageBlock(const MessageBlock&) = delete;

@@ -35,32 +35,27 @@ RpcMessageReader::RpcMessageReader(const std::uint8_t* buffer, std::int32_t size
     msgCursor_ = static_cast<std::int32_t>(RpcDataOffset(count));
 }
 
-inline bool RpcMessageReader::FindDescriptor(std::string_view function, std::uint32_t index,
-                                             bool hasOut, RpcArgType type,
-                                             Descriptor& found) const {
+bool RpcMessageReader::FindDescriptor(std::string_view function, std::uint32_t index, bool hasOut,
+                                      RpcArgType type, Descriptor& found) const {
     if (!hasOut || index != static_cast<std::uint32_t>(argCursor_) ||
         index >= static_cast<std::uint32_t>(rpcMsgArgs_)) {
-        LogWrongIndex(function, index);
+        LogError(function, "[PLENXSDK] Invalid Args Error index:", index,
+                 " argCursor_:", argCursor_, " msgCursor_:", msgCursor_,
+                 " rpcMsgSize_:", rpcMsgSize_);
         return false;
     }
     const std::uint8_t* const descriptor = rpcMsgBuf_.Get() + RpcDataOffset(index);
     found = {Load32(descriptor), Load32(descriptor + 4), Load32(descriptor + 8)};
     if (found.type != static_cast<std::uint32_t>(type)) {
-        LogWrongType(function, found.type);
+        LogError(function, "[PLENXSDK] Invalid Args rpcReqArgType:", found.type);
         return false;
     }
     return true;
 }
 
-// The logging is outside the reads, which makes them faster.
-void RpcMessageReader::LogWrongIndex(std::string_view function,
-                                     std::uint32_t index) const noexcept {
-    LogError(function, "[PLENXSDK] Invalid Args Error index:", index, " argCursor_:", argCursor_,
-             " msgCursor_:", msgCursor_, " rpcMsgSize_:", rpcMsgSize_);
-}
-
-void RpcMessageReader::LogWrongType(std::string_view function, std::uint32_t type) const noexcept {
-    LogError(function, "[PLENXSDK] Invalid Args rpcReqArgType:", type);
+bool RpcMessageReader::IsInside(const Descriptor& argument) const noexcept {
+    return std::uint64_t{argument.offset} + argument.size <=
+           static_cast<std::uint64_t>(rpcMsgSize_);
 }
 
 void RpcMessageReader::LogWrongRange(std::string_view function,
@@ -69,12 +64,7 @@ void RpcMessageReader::LogWrongRange(std::string_view function,
              " rpcReqArgSize:", argument.size, " rpcMsgSize_:", rpcMsgSize_);
 }
 
-inline bool RpcMessageReader::IsInside(const Descriptor& argument) const noexcept {
-    return std::uint64_t{argument.offset} + argument.size <=
-           static_cast<std::uint64_t>(rpcMsgSize_);
-}
-
-inline void RpcMessageReader::Advance(const Descriptor& argument) noexcept {
+void RpcMessageReader::Advance(const Descriptor& argument) noexcept {
     // Arguments may overlap, so the sum may exceed 31 bits. It is only logged.
     msgCursor_ = static_cast<std::int32_t>(static_cast<std::uint32_t>(msgCursor_) + argument.size);
     ++argCursor_;

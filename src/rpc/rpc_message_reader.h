@@ -37,13 +37,11 @@ private:
         std::uint32_t size;
     };
 
-    inline bool FindDescriptor(std::string_view function, std::uint32_t index, bool hasOut,
-                               RpcArgType type, Descriptor& found) const;
-    void LogWrongIndex(std::string_view function, std::uint32_t index) const noexcept;
-    void LogWrongType(std::string_view function, std::uint32_t type) const noexcept;
+    bool FindDescriptor(std::string_view function, std::uint32_t index, bool hasOut,
+                        RpcArgType type, Descriptor& found) const;
+    bool IsInside(const Descriptor& argument) const noexcept;
     void LogWrongRange(std::string_view function, const Descriptor& argument) const noexcept;
-    inline bool IsInside(const Descriptor& argument) const noexcept;
-    inline void Advance(const Descriptor& argument) noexcept;
+    void Advance(const Descriptor& argument) noexcept;
 
     MessageBlock rpcMsgBuf_;
     std::int32_t rpcMsgArgs_;

@@ -1,6 +1,5 @@
 #include "rpc/rpc_message_writer.h"
 
-#include <algorithm>
 #include <cstring>
 
 #include "common/log.h"
@@ -17,7 +16,7 @@ void Store32(std::uint8_t* at, std::int64_t value) {
 }  // namespace
 
 RpcMessageWriter::RpcMessageWriter(std::int32_t size, std::int32_t args)
-    : rpcMsgArgs_(0), rpcMsgSize_(0), argCursor_(0), msgCursor_(0), rawFrom_(0) {
+    : rpcMsgArgs_(0), rpcMsgSize_(0), argCursor_(0), msgCursor_(0) {
     if (args < 0 || RpcDataOffset(args) >= size) {
         LogError("DistributedFs::RpcMessageWriter::RpcMessageWriter",
                  "[PLENXSDK] Short Message Size rpcMsgSize:", size, " rpcMsgArgs:", args);
@@ -29,30 +28,9 @@ RpcMessageWriter::RpcMessageWriter(std::int32_t size, std::int32_t args)
     rpcMsgArgs_ = args;
     rpcMsgSize_ = size;
     msgCursor_ = static_cast<std::int32_t>(RpcDataOffset(args));
-    rawFrom_ = msgCursor_;
+    std::memset(rpcMsgBuf_.Get(), 0, static_cast<std::size_t>(size));
     Store32(rpcMsgBuf_.Get(), size);
     Store32(rpcMsgBuf_.Get() + 4, args);
-}
-
-// This clears only the bytes that would stay unwritten, because clearing all of a large message
-// first would be a second pass over it.
-std::uint8_t* RpcMessageWriter::Buffer() noexcept {
-    std::uint8_t* const message = rpcMsgBuf_.Get();
-    const std::int64_t described = RpcDataOffset(argCursor_);
-    const std::int64_t tableEnd = RpcDataOffset(rpcMsgArgs_);
-    if (described < tableEnd) {
-        std::memset(message + described, 0, static_cast<std::size_t>(tableEnd - described));
-    }
-    ClearTo(rpcMsgSize_);
-    return message;
-}
-
-// Clears the data from its present end up to end.
-void RpcMessageWriter::ClearTo(std::int64_t end) noexcept {
-    if (rawFrom_ < end) {
-        std::memset(rpcMsgBuf_.Get() + rawFrom_, 0, static_cast<std::size_t>(end - rawFrom_));
-        rawFrom_ = static_cast<std::int32_t>(end);
-    }
 }
 
 std::int32_t RpcMessageWriter::WriteInt32(std::uint32_t index, std::int32_t value) {
@@ -76,14 +54,14 @@ std::int32_t RpcMessageWriter::WriteInt8Array(std::uint32_t index, const std::ui
                  bytes, length);
 }
 
-inline std::int32_t RpcMessageWriter::Write(std::string_view function, std::uint32_t index,
-                                            RpcArgType type, const void* data, std::int64_t size) {
+std::int32_t RpcMessageWriter::Write(std::string_view function, std::uint32_t index,
+                                     RpcArgType type, const void* data, std::int64_t size) {
     const bool hasBytes = size == 0 || (size > 0 && data != nullptr);
     if (!hasBytes || !HasRoom(index, size)) {
-        LogRefusal(function, index);
+        LogError(function, "[PLENXSDK] index:", index, " argCursor_:", argCursor_,
+                 " msgCursor_:", msgCursor_, " rpcMsgSize_:", rpcMsgSize_);
         return kMessageCheckFailed;
     }
-    ClearTo(RpcDataOffset(std::int64_t{index} + 1));  // a descriptor may lie behind the table
     std::uint8_t* const descriptor = rpcMsgBuf_.Get() + RpcDataOffset(index);
     Store32(descriptor, static_cast<std::int64_t>(type));
     Store32(descriptor + 4, msgCursor_);
@@ -92,15 +70,8 @@ inline std::int32_t RpcMessageWriter::Write(std::string_view function, std::uint
         std::memcpy(rpcMsgBuf_.Get() + msgCursor_, data, static_cast<std::size_t>(size));
     }
     msgCursor_ += static_cast<std::int32_t>(size);
-    rawFrom_ = std::max(rawFrom_, msgCursor_);
     ++argCursor_;
     return kSuccess;
-}
-
-// The logging is outside Write, which makes Write faster.
-void RpcMessageWriter::LogRefusal(std::string_view function, std::uint32_t index) const noexcept {
-    LogError(function, "[PLENXSDK] index:", index, " argCursor_:", argCursor_,
-             " msgCursor_:", msgCursor_, " rpcMsgSize_:", rpcMsgSize_);
 }
 
 // This does not compare the index with the number of arguments: only the descriptor and the data

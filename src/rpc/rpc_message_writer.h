@@ -38,22 +38,19 @@ public:
 
     /// Returns the finished message, which the writer owns, or null when construction failed. Bytes
     /// that were not written are zero.
-    std::uint8_t* Buffer() noexcept;
+    const std::uint8_t* Buffer() const noexcept { return rpcMsgBuf_.Get(); }
     std::int32_t Size() const noexcept { return rpcMsgSize_; }
 
 private:
-    inline std::int32_t Write(std::string_view function, std::uint32_t index, RpcArgType type,
-                              const void* data, std::int64_t size);
-    void LogRefusal(std::string_view function, std::uint32_t index) const noexcept;
+    std::int32_t Write(std::string_view function, std::uint32_t index, RpcArgType type,
+                       const void* data, std::int64_t size);
     bool HasRoom(std::uint32_t index, std::int64_t size) const noexcept;
-    void ClearTo(std::int64_t end) noexcept;
 
     MessageBlock rpcMsgBuf_;
     std::int32_t rpcMsgArgs_;
     std::int32_t rpcMsgSize_;
     std::int32_t argCursor_;
     std::int32_t msgCursor_;
-    std::int32_t rawFrom_;  // data from here on is neither written nor cleared yet
 };
 
 }  // namespace DistributedFs
