@@ -14,10 +14,8 @@ demo_packages=(python3)
 browser_packages=(chromium chromium-driver python3-selenium)
 package_packages=(zip unzip osslsigncode openssl pkg-config python3-pytest g++)
 bench_packages=("${native_packages[@]}" "${windows_packages[@]}" python3 pkg-config libbenchmark-dev
-    libflatbuffers-dev flatbuffers-compiler libmsgpack-cxx-dev libprotobuf-dev protobuf-compiler
-    libcapnp-dev capnproto nlohmann-json3-dev
-    libboost-log-dev liblog4cplus-dev libgoogle-glog-dev
-    'libsigc++-2.0-dev' libboost-dev libpoco-dev libconcurrentqueue-dev)
+    libflatbuffers-dev flatbuffers-compiler libmsgpack-cxx-dev liblog4cplus-dev
+    'libsigc++-2.0-dev' libboost-dev libconcurrentqueue-dev)
 
 # become_root WHAT-FOR: fills as_root with what goes in front of a command that only root may run.
 become_root() {

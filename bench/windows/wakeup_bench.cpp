@@ -4,7 +4,6 @@
 #include <cstdint>
 
 #include "common/thread_pool.h"
-#include "peers/slim_pool.h"
 #include "support/clock.h"
 #include "support/samples.h"
 
@@ -13,8 +12,7 @@ namespace {
 
 constexpr double kUntilAsleep = 100000;  // nanoseconds
 
-template <class Pool>
-double WakeUp(Pool& pool) {
+double WakeUp(DistributedFs::ThreadPool& pool) {
     for (const std::int64_t start = Now(); Nanoseconds(Now() - start) < kUntilAsleep;) {
     }
     std::atomic<std::int64_t> ran{0};
@@ -30,10 +28,8 @@ int main(int argc, char** argv) {
     using namespace PlenxBench;
     const Options options = ReadOptions(argc, argv, "From enqueue to run, worker idle");
     DistributedFs::ThreadPool ours(1);
-    SlimPool slim;
     const std::size_t values = options.quick ? 100 : 400;
-    return Finish(options, Measure("9 enqueue to run", "ns",
-                                   {{"ours", [&] { return WakeUp(ours); }},
-                                    {"slim lock", [&] { return WakeUp(slim); }}},
-                                   options.repetitions, values));
+    return Finish(options,
+                  Measure("9 enqueue to run", "ns", {{"ours", [&] { return WakeUp(ours); }}},
+                          options.repetitions, values));
 }

@@ -1,14 +1,11 @@
 // The least work: the line composed on the stack, and one call that takes it; to a file, one
-// fwrite and one fflush. "limit" composes with snprintf; "by hand" has each piece put in its
-// place by code that knows the line.
+// fwrite and one fflush.
 
 #include <sys/syscall.h>
 #include <time.h>
 #include <unistd.h>
 
-#include <charconv>
 #include <cstdio>
-#include <cstring>
 
 #include "log/log_line.h"
 
@@ -23,44 +20,6 @@ std::size_t Print(char* line, const LineValues& values) {
         "[PLENXSDK] Invalid Args offset:%u rpcReqArgSize:%u rpcMsgSize_:%d argLen:%d(%s)",
         values.offset, values.argumentSize, values.messageSize, values.length, kLineFunction);
     return static_cast<std::size_t>(length);
-}
-
-class Composer {
-public:
-    explicit Composer(char* line) : begin_(line), at_(line) {}
-
-    template <std::size_t size>
-    Composer& Add(const char (&text)[size]) {
-        std::memcpy(at_, text, size - 1);
-        at_ += size - 1;
-        return *this;
-    }
-    template <class Number>
-    Composer& AddNumber(Number number) {
-        at_ = std::to_chars(at_, at_ + 16, number).ptr;
-        return *this;
-    }
-    std::size_t Length() const { return static_cast<std::size_t>(at_ - begin_); }
-
-private:
-    char* begin_;
-    char* at_;
-};
-
-std::size_t Compose(char* line, const LineValues& values) {
-    return Composer(line)
-        .Add("[PLENXSDK] Invalid Args offset:")
-        .AddNumber(values.offset)
-        .Add(" rpcReqArgSize:")
-        .AddNumber(values.argumentSize)
-        .Add(" rpcMsgSize_:")
-        .AddNumber(values.messageSize)
-        .Add(" argLen:")
-        .AddNumber(values.length)
-        .Add("(")
-        .Add(kLineFunction)
-        .Add(")")
-        .Length();
 }
 
 // The text of a second is made once in it.
@@ -85,7 +44,6 @@ private:
     char text_[32];
 };
 
-template <std::size_t (*PutLine)(char*, const LineValues&)>
 class Limit {
 public:
     explicit Limit(const Destination& there) : text_(there.text) {
@@ -104,11 +62,11 @@ public:
     void Line(const LineValues& values) {
         char line[2 * kRoom];
         if (file_ == nullptr) {
-            Take(line, PutLine(line, values));
+            Take(line, Print(line, values));
             return;
         }
         std::size_t size = clock_.Print(line, kRoom);
-        size += PutLine(line + size, values);
+        size += Print(line + size, values);
         line[size++] = '\n';
         std::fwrite(line, 1, size, file_);
         std::fflush(file_);
@@ -127,8 +85,7 @@ private:
     Clock clock_;
 };
 
-[[maybe_unused]] const int registered =
-    RegisterLogger<Limit<Print>>("limit") + RegisterLogger<Limit<Compose>>("(by hand)");
+[[maybe_unused]] const int registered = RegisterLogger<Limit>("limit");
 
 }  // namespace
 }  // namespace bench

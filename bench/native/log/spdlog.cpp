@@ -1,4 +1,4 @@
-// spdlog and, for scale, the fmt that it formats with. Nothing that logs from one thread alone
+// spdlog. Nothing that logs from one thread alone
 // takes a lock; the file's sink does, as the stand-in logger's does.
 
 #include <spdlog/sinks/null_sink.h>
@@ -6,11 +6,6 @@
 #include <spdlog/sinks/rotating_file_sink.h>
 #include <spdlog/spdlog.h>
 
-#include <fmt/chrono.h>
-#include <fmt/compile.h>
-
-#include <cstdio>
-#include <ctime>
 #include <memory>
 #include <sstream>
 
@@ -62,58 +57,7 @@ private:
     spdlog::logger logger_;
 };
 
-// The format is compiled into code. No logger: no level, no filter, no sinks.
-class Fmt {
-public:
-    explicit Fmt(const Destination& there) : text_(there.text) {
-        if (!there.file.empty()) {
-            file_ = std::fopen(there.file.c_str(), "w");
-        }
-    }
-    ~Fmt() {
-        if (file_ != nullptr) {
-            std::fclose(file_);
-        }
-    }
-    Fmt(const Fmt&) = delete;
-    Fmt& operator=(const Fmt&) = delete;
-
-    void Line(const LineValues& values) {
-        fmt::memory_buffer line;
-        if (file_ != nullptr) {
-            timespec now{};
-            clock_gettime(CLOCK_REALTIME, &now);
-            fmt::format_to(std::back_inserter(line), FMT_COMPILE("{:%Y-%m-%d %H:%M:%S}.{:03} "),
-                           fmt::localtime(now.tv_sec), now.tv_nsec / 1000000);
-            fmt::format_to(std::back_inserter(line), FMT_COMPILE("[info] [{}] "),
-                           spdlog::details::os::thread_id());
-        }
-        fmt::format_to(std::back_inserter(line),
-                       FMT_COMPILE("[PLENXSDK] Invalid Args offset:{} rpcReqArgSize:{} "
-                                   "rpcMsgSize_:{} argLen:{}({})"),
-                       values.offset, values.argumentSize, values.messageSize, values.length,
-                       kLineFunction);
-        Take(line);
-    }
-
-private:
-    __attribute__((noinline)) void Take(fmt::memory_buffer& line) {
-        Escape(line.data());
-        if (file_ != nullptr) {
-            line.push_back('\n');
-            std::fwrite(line.data(), 1, line.size(), file_);
-            std::fflush(file_);
-        } else if (text_ != nullptr) {
-            text_->assign(line.data(), line.size());
-        }
-    }
-
-    std::string* text_;
-    std::FILE* file_ = nullptr;
-};
-
-[[maybe_unused]] const int registered =
-    RegisterLogger<Spdlog>("spdlog") + RegisterLogger<Fmt>("(fmt)");
+[[maybe_unused]] const int registered = RegisterLogger<Spdlog>("spdlog");
 
 }  // namespace
 }  // namespace bench

@@ -113,28 +113,7 @@ struct Fresh : Decoder {
     };
 };
 
-// One builder for all messages: the bytes of one are gone when the next one is built.
-struct Reused : Decoder {
-    class Encoded {
-    public:
-        template <class Message>
-        explicit Encoded(const Message& message) {
-            Builder().Clear();
-            Build(Builder(), message);
-        }
-        const std::uint8_t* data() const { return Builder().GetBufferPointer(); }
-        std::size_t size() const { return Builder().GetSize(); }
-
-    private:
-        static FlatBufferBuilder& Builder() {
-            static FlatBufferBuilder builder(2 << 20);
-            return builder;
-        }
-    };
-};
-
-[[maybe_unused]] const int registered =
-    RegisterMessages<Fresh>("flatbuffers") + RegisterMessages<Reused>("(flatbuffers, reused)");
+[[maybe_unused]] const int registered = RegisterMessages<Fresh>("flatbuffers");
 
 }  // namespace
 }  // namespace bench
