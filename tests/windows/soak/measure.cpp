@@ -9,6 +9,7 @@
 #include <iterator>
 
 #include "soak/service_handles.h"
+#include "support/handle.h"
 #include "support/process_size.h"
 
 namespace PlenxSoak {
@@ -54,14 +55,14 @@ std::uint64_t WineRecords() {
 }
 
 std::uint64_t Threads() {
-    const HANDLE snapshot = CreateToolhelp32Snapshot(TH32CS_SNAPTHREAD, 0);
+    const PlenxSupport::Handle snapshot(CreateToolhelp32Snapshot(TH32CS_SNAPTHREAD, 0));
     THREADENTRY32 entry{};
     entry.dwSize = sizeof(entry);
     std::uint64_t count = 0;
-    for (BOOL more = Thread32First(snapshot, &entry); more; more = Thread32Next(snapshot, &entry)) {
+    for (BOOL more = Thread32First(snapshot.Get(), &entry); more;
+         more = Thread32Next(snapshot.Get(), &entry)) {
         count += entry.th32OwnerProcessID == GetCurrentProcessId() ? 1 : 0;
     }
-    CloseHandle(snapshot);
     return count;
 }
 

@@ -8,6 +8,8 @@
 #include <iterator>
 #include <vector>
 
+#include "support/child_process.h"
+#include "support/handle.h"
 #include "support/service_state.h"
 
 namespace PlenxSoak {
@@ -16,53 +18,35 @@ namespace {
 constexpr const wchar_t* kServices[] = {L"PlenxPcSvc", L"PlenxPhoneSvc"};
 
 bool HasEnded(DWORD processId) {
-    const HANDLE process = OpenProcess(SYNCHRONIZE, FALSE, processId);
-    if (process == nullptr) {
-        return true;
-    }
-    const bool ended = WaitForSingleObject(process, 0) == WAIT_OBJECT_0;
-    CloseHandle(process);
-    return ended;
-}
-
-void End(DWORD processId) {
-    const HANDLE process = OpenProcess(PROCESS_TERMINATE | SYNCHRONIZE, FALSE, processId);
-    if (process != nullptr) {
-        TerminateProcess(process, 0);
-        WaitForSingleObject(process, 5000);
-        CloseHandle(process);
-    }
+    const PlenxSupport::Handle process(OpenProcess(SYNCHRONIZE, FALSE, processId));
+    return !process || PlenxSupport::IsSet(process);
 }
 
 std::vector<DWORD> ServiceProcesses() {
     std::vector<DWORD> processes;
-    const HANDLE snapshot = CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0);
+    const PlenxSupport::Handle snapshot(CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0));
     PROCESSENTRY32W entry{};
     entry.dwSize = sizeof(entry);
-    for (BOOL more = Process32FirstW(snapshot, &entry); more;
-         more = Process32NextW(snapshot, &entry)) {
+    for (BOOL more = Process32FirstW(snapshot.Get(), &entry); more;
+         more = Process32NextW(snapshot.Get(), &entry)) {
         if (std::wcscmp(entry.szExeFile, L"plenxservice.exe") == 0) {
             processes.push_back(entry.th32ProcessID);
         }
     }
-    CloseHandle(snapshot);
     return processes;
 }
 
 // Wine takes a service's status from everybody who has opened the service for it.
 void ReportStopped(const wchar_t* name) {
     constexpr DWORD kSetStatus = 0x8000;
-    const SC_HANDLE manager = OpenSCManagerW(nullptr, nullptr, SC_MANAGER_CONNECT);
-    const SC_HANDLE service = OpenServiceW(manager, name, kSetStatus);
-    if (service != nullptr) {
+    const PlenxSupport::ServiceHandle service = PlenxTest::OpenedService(name, kSetStatus);
+    if (service) {
         SERVICE_STATUS status{};
         status.dwServiceType = SERVICE_WIN32_OWN_PROCESS;
         status.dwCurrentState = SERVICE_STOPPED;
         status.dwWin32ExitCode = ERROR_PROCESS_ABORTED;
-        SetServiceStatus(reinterpret_cast<SERVICE_STATUS_HANDLE>(service), &status);
-        CloseServiceHandle(service);
+        SetServiceStatus(reinterpret_cast<SERVICE_STATUS_HANDLE>(service.Get()), &status);
     }
-    CloseServiceHandle(manager);
 }
 
 }  // namespace
@@ -80,7 +64,7 @@ void Mender::MendDead() {
 // Also those that the service manager has lost sight of.
 void Mender::EndAll() {
     for (const DWORD process : ServiceProcesses()) {
-        End(process);
+        PlenxTest::EndProcess(process);
     }
     for (const wchar_t* service : kServices) {
         if (PlenxTest::StateOf(service).value_or(SERVICE_STOPPED) != SERVICE_STOPPED) {
@@ -94,7 +78,7 @@ void Mender::Kill(std::size_t service) {
     const DWORD process = PlenxTest::ProcessIdOf(kServices[service % std::size(kServices)]);
     if (process != 0) {
         tally_.Count("troubles", "killed while idle");
-        End(process);
+        PlenxTest::EndProcess(process);
     }
 }
 
