@@ -2,6 +2,7 @@
 
 #include <utf8.h>
 
+#include <algorithm>
 #include <iterator>
 
 namespace PlenxSupport {
@@ -12,6 +13,16 @@ bool IsUtf8(std::string_view text) {
 
 std::size_t WellFormedLength(std::string_view text) {
     return static_cast<std::size_t>(utf8::find_invalid(text.begin(), text.end()) - text.begin());
+}
+
+std::size_t CharacterLength(std::string_view text) {
+    constexpr std::size_t kLongest = 4;
+    for (std::size_t length = 1; length <= std::min(kLongest, text.size()); ++length) {
+        if (IsUtf8(text.substr(0, length))) {
+            return length;
+        }
+    }
+    return 0;
 }
 
 std::string WellFormed(std::string_view text) {

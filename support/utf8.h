@@ -16,6 +16,10 @@ bool IsUtf8(std::string_view text);
 /// Returns the length in bytes of the well-formed beginning of text, which may be all of it.
 std::size_t WellFormedLength(std::string_view text);
 
+/// Returns the length in bytes of the character at the beginning of text, or 0 when the text is
+/// empty or its beginning is malformed.
+std::size_t CharacterLength(std::string_view text);
+
 /// Returns the text with U+FFFD for each malformed sequence.
 std::string WellFormed(std::string_view text);
 

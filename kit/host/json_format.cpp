@@ -4,6 +4,7 @@
 
 #include "host/line_format.h"
 #include "host/text.h"
+#include "support/utf8.h"
 
 namespace PlenxHost {
 namespace {
@@ -24,7 +25,7 @@ std::string LocalTime(std::chrono::system_clock::time_point time) {
 
 void Put(Json& object, const std::string& key, const std::string& text) {
     object[key] = text;
-    if (!IsUtf8(text)) {
+    if (!PlenxSupport::IsUtf8(text)) {
         object[key + "Hex"] = ToHex(text);
     }
 }

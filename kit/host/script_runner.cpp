@@ -1,10 +1,11 @@
 #include "host/script_runner.h"
 
+#include <algorithm>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
+#include <optional>
 
 #include "host/commands.h"
+#include "support/file.h"
 
 namespace PlenxHost {
 namespace {
@@ -41,12 +42,11 @@ std::vector<Step> ParseScript(const std::string& text, const std::string& name) 
 
 std::vector<Step> LoadScript(const std::string& path) {
     const std::filesystem::path file = std::filesystem::u8path(path);
-    std::ifstream stream(file, std::ios::binary);
-    const std::string text{std::istreambuf_iterator<char>(stream), {}};
-    if (!stream.is_open() || stream.bad()) {
+    const std::optional<std::string> text = PlenxSupport::ReadWholeFile(file);
+    if (!text) {
         throw ScriptError("cannot read the script " + path);
     }
-    return ParseScript(text, file.filename().u8string());
+    return ParseScript(*text, file.filename().u8string());
 }
 
 void RunSteps(const std::vector<Step>& steps, Session& session) {

@@ -3,14 +3,12 @@
 #include <charconv>
 #include <limits>
 
+#include "support/utf8.h"
+
 namespace PlenxHost {
 namespace {
 
 constexpr char kHexDigits[] = "0123456789abcdef";
-
-bool IsContinuation(char byte) {
-    return (static_cast<unsigned char>(byte) & 0xC0) == 0x80;
-}
 
 void AppendHexByte(std::string& out, char byte) {
     const auto bits = static_cast<unsigned char>(byte);
@@ -58,55 +56,13 @@ bool IsControl(std::string_view character) {
            static_cast<unsigned char>(character[1]) < 0xA0;
 }
 
-// The code point of a character whose form is right; the caller checks its range.
-char32_t DecodeCharacter(std::string_view bytes) {
-    constexpr unsigned char kLeadBits[] = {0, 0x7F, 0x1F, 0x0F, 0x07};
-    char32_t point = static_cast<unsigned char>(bytes[0]) & kLeadBits[bytes.size()];
-    for (const char byte : bytes.substr(1)) {
-        point = (point << 6) | (static_cast<unsigned char>(byte) & 0x3FU);
-    }
-    return point;
-}
-
 }  // namespace
-
-std::size_t Utf8Length(std::string_view text) {
-    constexpr char32_t kLeast[] = {0, 0, 0x80, 0x800, 0x10000};
-    const auto lead = static_cast<unsigned char>(text.empty() ? 0xFF : text[0]);
-    const std::size_t length = lead < 0x80             ? 1
-                               : (lead & 0xE0) == 0xC0 ? 2
-                               : (lead & 0xF0) == 0xE0 ? 3
-                               : (lead & 0xF8) == 0xF0 ? 4
-                                                       : 0;
-    if (length == 0 || length > text.size()) {
-        return 0;
-    }
-    for (std::size_t i = 1; i != length; ++i) {
-        if (!IsContinuation(text[i])) {
-            return 0;
-        }
-    }
-    const char32_t point = DecodeCharacter(text.substr(0, length));
-    const bool surrogate = point >= 0xD800 && point <= 0xDFFF;
-    return point < kLeast[length] || point > 0x10FFFF || surrogate ? 0 : length;
-}
-
-bool IsUtf8(std::string_view text) {
-    while (!text.empty()) {
-        const std::size_t length = Utf8Length(text);
-        if (length == 0) {
-            return false;
-        }
-        text.remove_prefix(length);
-    }
-    return true;
-}
 
 std::string Quote(std::string_view text, std::size_t maxBytes) {
     std::string_view rest = text;
     std::string out = "\"";
     while (!rest.empty() && text.size() - rest.size() < maxBytes) {
-        const std::size_t length = Utf8Length(rest);
+        const std::size_t length = PlenxSupport::CharacterLength(rest);
         if (length > 1 && !IsControl(rest.substr(0, length))) {
             out.append(rest.substr(0, length));
             rest.remove_prefix(length);
@@ -125,7 +81,7 @@ std::string Quote(std::string_view text, std::size_t maxBytes) {
 std::string Printable(std::string_view text) {
     std::string out;
     while (!text.empty()) {
-        const std::size_t length = Utf8Length(text);
+        const std::size_t length = PlenxSupport::CharacterLength(text);
         const std::string_view character = text.substr(0, length == 0 ? 1 : length);
         const bool plain = length == 1 && (text[0] == '\n' || (text[0] >= 0x20 && text[0] != 0x7F));
         if (plain || (length > 1 && !IsControl(character))) {

@@ -12,10 +12,6 @@
 
 namespace PlenxHost {
 
-/// The length in bytes of the UTF-8 character at the front of text; 0 when there is none.
-std::size_t Utf8Length(std::string_view text);
-bool IsUtf8(std::string_view text);
-
 /// The text in double quotes. Control characters and bytes that are not UTF-8 are written
 /// as \n, \t or \xNN; after about maxBytes it is cut and its whole length is told.
 std::string Quote(std::string_view text, std::size_t maxBytes);

@@ -2,26 +2,27 @@
 
 #include <algorithm>
 
+#include "support/utf8.h"
+
 namespace PlenxMessage {
 namespace {
 
-bool BeginsCharacter(char byte) {
-    return (static_cast<unsigned char>(byte) & 0xc0) != 0x80;
+// The length in bytes of the first characters, as many as there are. A malformed byte counts as
+// one.
+std::size_t BytesOfCharacters(std::string_view text, std::size_t characters) {
+    std::size_t bytes = 0;
+    for (; characters > 0 && bytes < text.size(); --characters) {
+        bytes += std::max<std::size_t>(PlenxSupport::CharacterLength(text.substr(bytes)), 1);
+    }
+    return bytes;
 }
 
 std::size_t Length(std::string_view text) {
-    return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), BeginsCharacter));
-}
-
-// The bytes of the first characters, so many as there are or as may be.
-std::size_t BytesOfCharacters(std::string_view text, std::size_t characters) {
-    std::size_t seen = 0;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        if (BeginsCharacter(text[i]) && seen++ == characters) {
-            return i;
-        }
+    std::size_t characters = 0;
+    for (; !text.empty(); ++characters) {
+        text.remove_prefix(BytesOfCharacters(text, 1));
     }
-    return text.size();
+    return characters;
 }
 
 std::size_t LineEnd(std::string_view text, std::size_t width) {

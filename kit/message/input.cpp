@@ -3,9 +3,12 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <optional>
+#include <utility>
 
 #include "message/hex.h"
 #include "message/usage.h"
+#include "support/file.h"
 
 namespace PlenxMessage {
 
@@ -13,12 +16,11 @@ std::string ContentOf(const std::string& file, std::istream& standardInput) {
     if (file == "-") {
         return {std::istreambuf_iterator<char>(standardInput), {}};
     }
-    const std::filesystem::path path = std::filesystem::u8path(file);
-    std::ifstream stream(path, std::ios::binary);
-    if (!stream || std::filesystem::is_directory(path)) {
+    std::optional<std::string> content = PlenxSupport::ReadWholeFile(std::filesystem::u8path(file));
+    if (!content) {
         throw UsageError("cannot read " + file);
     }
-    return {std::istreambuf_iterator<char>(stream), {}};
+    return *std::move(content);
 }
 
 PlenxWire::Bytes MessageBytes(const std::string& content) {

@@ -2,6 +2,7 @@
 
 #include "message/hex.h"
 #include "message/notes.h"
+#include "support/utf8.h"
 
 namespace PlenxMessage {
 namespace {
@@ -10,21 +11,12 @@ Json HexObject(const PlenxWire::Bytes& bytes) {
     return Json{{"hex", ToHex(bytes)}};
 }
 
-bool IsUtf8(const std::string& text) {
-    try {
-        (void)Json(text).dump();
-        return true;
-    } catch (const Json::type_error&) {
-        return false;
-    }
-}
-
 struct ValueToJson {
     Json operator()(std::int32_t value) const { return value; }
     Json operator()(std::int64_t value) const { return value; }
     Json operator()(const PlenxWire::Bytes& value) const { return HexObject(value); }
     Json operator()(const std::string& value) const {
-        return IsUtf8(value) ? Json(value) : HexObject({value.begin(), value.end()});
+        return PlenxSupport::IsUtf8(value) ? Json(value) : HexObject({value.begin(), value.end()});
     }
 };
 

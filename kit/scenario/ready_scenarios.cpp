@@ -1,11 +1,12 @@
 #include "scenario/ready_scenarios.h"
 
 #include <algorithm>
-#include <fstream>
-#include <iterator>
+#include <optional>
 #include <system_error>
+#include <utility>
 
 #include "scenario_reader.h"
+#include "support/file.h"
 
 namespace PlenxScenario {
 namespace {
@@ -17,11 +18,11 @@ constexpr const char* kEnding = ".toml";
 }  // namespace
 
 std::string ReadWhole(const fs::path& file) {
-    std::ifstream stream(file, std::ios::binary);
-    if (!stream) {
+    std::optional<std::string> content = PlenxSupport::ReadWholeFile(file);
+    if (!content) {
         throw UsageError("cannot read " + file.u8string());
     }
-    return {std::istreambuf_iterator<char>(stream), {}};
+    return *std::move(content);
 }
 
 ReadyScenario ScenarioOfFile(const fs::path& file) {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "support/utf8.h"
 #include "wire/catalog.h"
 
 namespace PlenxWire {
@@ -18,40 +19,6 @@ void AppendHex(std::string& out, unsigned char byte) {
 
 unsigned char At(std::string_view text, std::size_t position) {
     return static_cast<unsigned char>(text[position]);
-}
-
-// Returns the length of the well-formed UTF-8 character at the position, or 0 when there is none.
-std::size_t CharacterLength(std::string_view text, std::size_t position) {
-    const unsigned char lead = At(text, position);
-    std::size_t length = 0;
-    // The second byte's range excludes overlong forms, surrogates and code points above 10FFFF.
-    unsigned char low = 0x80;
-    unsigned char high = 0xbf;
-    if (lead < 0x80) {
-        return 1;
-    } else if (lead >= 0xc2 && lead <= 0xdf) {
-        length = 2;
-    } else if (lead >= 0xe0 && lead <= 0xef) {
-        length = 3;
-        low = lead == 0xe0 ? 0xa0 : low;
-        high = lead == 0xed ? 0x9f : high;
-    } else if (lead >= 0xf0 && lead <= 0xf4) {
-        length = 4;
-        low = lead == 0xf0 ? 0x90 : low;
-        high = lead == 0xf4 ? 0x8f : high;
-    } else {
-        return 0;
-    }
-    if (length > text.size() - position || At(text, position + 1) < low ||
-        At(text, position + 1) > high) {
-        return 0;
-    }
-    for (std::size_t i = 2; i < length; ++i) {
-        if ((At(text, position + i) & 0xc0) != 0x80) {
-            return 0;
-        }
-    }
-    return length;
 }
 
 bool IsPlain(unsigned char byte) {
@@ -92,7 +59,7 @@ void AppendEscaped(std::string& out, unsigned char byte) {
 
 // Appends the character at the position and returns its length.
 std::size_t AppendCharacter(std::string& out, std::string_view text, std::size_t position) {
-    const std::size_t length = CharacterLength(text, position);
+    const std::size_t length = PlenxSupport::CharacterLength(text.substr(position));
     const std::string_view character = text.substr(position, std::max<std::size_t>(length, 1));
     const bool plain = length == 1   ? IsPlain(At(text, position))
                        : length == 2 ? !IsControlPair(text, position)

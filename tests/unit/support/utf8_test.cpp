@@ -37,6 +37,18 @@ TEST(WellFormedLength, EndsBeforeTheFirstMalformedByte) {
     EXPECT_EQ(WellFormedLength("\xE2\x82"), 0U);
 }
 
+TEST(CharacterLength, IsThatOfTheFirstCharacterAndZeroForMalformedBytes) {
+    EXPECT_EQ(CharacterLength(kOfEachLength), 1U);
+    EXPECT_EQ(CharacterLength("\xC3\xA4\xC3\xA4"), 2U);
+    EXPECT_EQ(CharacterLength("\xE2\x82\xAC-"), 3U);
+    EXPECT_EQ(CharacterLength("\xF0\x9F\x98\x80\xFF"), 4U);
+    EXPECT_EQ(CharacterLength(std::string("\0a", 2)), 1U);
+    EXPECT_EQ(CharacterLength(""), 0U);
+    EXPECT_EQ(CharacterLength("\x80\xC3\xA4"), 0U);
+    EXPECT_EQ(CharacterLength("\xE2\x82"), 0U);
+    EXPECT_EQ(CharacterLength("\xED\xA0\x80"), 0U);
+}
+
 TEST(WellFormed, KeepsGoodTextAndReplacesTheRest) {
     EXPECT_EQ(WellFormed(kOfEachLength), kOfEachLength);
     EXPECT_EQ(WellFormed("a\xFF"

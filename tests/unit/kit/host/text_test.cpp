@@ -35,15 +35,6 @@ TEST(Printable, KeepsLinesQuotesAndBackslashes) {
     EXPECT_EQ(Printable("a \"b\" \\\nc\x1b\xFFü"), "a \"b\" \\\nc\\x1b\\xffü");
 }
 
-TEST(IsUtf8, RefusesOverlongFormsSurrogatesAndTheTooLarge) {
-    EXPECT_TRUE(IsUtf8("\xF4\x8F\xBF\xBF"));
-    EXPECT_FALSE(IsUtf8("\xF4\x90\x80\x80"));
-    EXPECT_FALSE(IsUtf8("\xE0\x80\x80"));
-    EXPECT_FALSE(IsUtf8("\xED\xBF\xBF"));
-    EXPECT_FALSE(IsUtf8("\xF0\x8F\xBF\xBF"));
-    EXPECT_FALSE(IsUtf8("ok\x80"));
-}
-
 TEST(Hex, GoesThereAndBack) {
     EXPECT_EQ(ToHex(string("\0\x7f\xff", 3)), "007fff");
     EXPECT_EQ(FromHex("007fFF"), string("\0\x7f\xff", 3));
