@@ -27,7 +27,8 @@ struct Command {
     std::function<int()> run;
 };
 
-// For the scripts of the shells, not for people. All words behind it are taken as they are.
+// This command is for the scripts of the shells, not for people. It takes all words behind it
+// as they are.
 CLI::App& DeclareCompletion(CLI::App& app) {
     CLI::App& command = *app.add_subcommand("complete")->group("")->prefix_command();
     command.set_help_flag();
@@ -44,7 +45,7 @@ int Complete(const CLI::App& app, const Streams& streams) {
 std::vector<Command> Declare(CLI::App& app, Options& options, const Streams& streams) {
     app.set_version_flag("--version", "plenxkit " PLENXKIT_VERSION);
     app.require_subcommand(1);
-    app.footer("plenxkit COMMAND --help tells all about a command.");
+    app.footer("plenxkit COMMAND --help explains a command.");
     return {
         {DeclareCompletion(app), [&] { return Complete(app, streams); }},
         {PlenxHost::DeclareHost(app, options.host),
@@ -63,7 +64,7 @@ std::vector<Command> Declare(CLI::App& app, Options& options, const Streams& str
 }  // namespace
 
 int Run(const std::vector<std::string>& arguments, const Streams& streams) {
-    CLI::App app("The programs that come with plenxsdk, a command each", "plenxkit");
+    CLI::App app("One program with all tools that come with plenxsdk", "plenxkit");
     Options options;
     const std::vector<Command> commands = Declare(app, options, streams);
     try {

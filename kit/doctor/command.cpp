@@ -8,8 +8,8 @@ namespace PlenxHost {
 namespace {
 
 constexpr const char* kDoctorFooter =
-    "Looks at files, rights, services, endpoints and folders, and says what to do about\n"
-    "what is wrong. It changes nothing. Exit codes: 0 no problem, 1 problems, 2 wrong usage.\n"
+    "The doctor looks at files, rights, services, endpoints and folders, and says how to cure\n"
+    "each problem. It changes nothing. Exit codes: 0 no problem, 1 problems, 2 wrong usage.\n"
     "\n"
     "Example:\n"
     "  plenxkit doctor --install C:\\Plenx\\App --data C:\\Plenx\\Data";
@@ -27,7 +27,7 @@ CLI::App& DeclareDoctor(CLI::App& program, DoctorOptions& options) {
         ->required();
     command
         .add_option("--program", options.program,
-                    "Folder of the host's program and of our DLLs; by default that of plenxkit")
+                    "Folder of the host's program and of our DLLs; plenxkit's own by default")
         ->type_name("DIR");
     DeclareLook(command, options.look);
     command.footer(kDoctorFooter);

@@ -24,12 +24,13 @@ void CheckManager(System& system, Findings& findings) {
     } else if (HasInstalledServices(system)) {
         findings.Note(
             name + " is taken: a host is running",
-            "Only one host at a time hears the services. End it before you start another; "
-            "for that one all is well.");
+            "Only one host at a time can hear the services. End this one before you start another; "
+            "this one is fine.");
     } else {
-        findings.Problem(name + " is taken, but no host has registered its services",
-                         "End the program that serves it: a host whose Init failed, or another "
-                         "product. Until then the services' notifications go there.");
+        findings.Problem(
+            name + " is taken, but no host has registered its services",
+            "End the program that serves it. It is a host whose Init failed, or another "
+            "product. Until then it gets the services' notifications.");
     }
 }
 
@@ -43,20 +44,21 @@ void CheckPing(const ServiceRow& row, System& system, Findings& findings) {
                         " ms)");
         } else {
             findings.Problem(endpoint + " answers a ping with " + std::to_string(answer.code),
-                             "A Start waits five seconds for a 0, then goes on. Look at the "
+                             "A Start waits five seconds for a 0 and then goes on. Look at the "
                              "service's log.");
         }
         break;
     case PingAnswer::Kind::kFailed:
         findings.Problem(
-            endpoint + " fails at a ping: " + ErrorText(static_cast<std::uint32_t>(answer.code)),
+            endpoint +
+                " failed to answer a ping: " + ErrorText(static_cast<std::uint32_t>(answer.code)),
             "Look at the service's log. 1717 means that the program which serves the endpoint does "
             "not know the interface.");
         break;
     case PingAnswer::Kind::kTimedOut:
         findings.Problem(endpoint + " has not answered a ping within " +
                              std::to_string(answer.milliseconds) + " ms",
-                         "The service hangs, and with it every call of the library to it. End its "
+                         "The service hangs, and so does every call of the library to it. End its "
                          "process.");
         break;
     }

@@ -16,7 +16,7 @@ constexpr const char* kLibraryFiles[] = {
 constexpr const char* kCategories[] = {"archive", "file", "audio", "picture", "video"};
 
 std::string WithVersion(const std::string& name, const std::optional<std::string>& version) {
-    return name + (version ? " " + *version : ", which tells no version");
+    return name + (version ? " " + *version : ", which has no version");
 }
 
 void CheckFile(const std::string& folder, const std::string& name, const std::string& advice,
@@ -76,8 +76,8 @@ std::optional<std::string> ProgramInTheWay(const std::string& path, System& syst
 void CheckPath(const std::string& install, System& system, Findings& findings) {
     if (!IsFullPath(install)) {
         findings.Problem(install + " is not a full path",
-                         "Give Init a path that begins with a drive: services are registered with "
-                         "it, and they start in another folder.");
+                         "Give Init a path that begins with a drive, because services are "
+                         "registered with it and start in another folder.");
     }
     if (EndsInSeparator(install)) {
         findings.Note(install + " ends in a separator", "Give Init the path without it.");
@@ -92,11 +92,11 @@ void CheckPath(const std::string& install, System& system, Findings& findings) {
     if (const auto program = ProgramInTheWay(install + "\\" + kServiceProgram, system)) {
         findings.Problem(
             *program + " would be started as LocalSystem instead of the service program",
-            "Remove it, and find out who put it there: service paths are registered without "
-            "quotes. Use an install folder without blanks.");
+            "Remove it, and find out who put it there. Service paths are registered without "
+            "quotes, so use an install folder without blanks.");
     } else {
         findings.Note(install + " has blanks",
-                      "Use a path without blanks: service paths are registered without quotes, so "
+                      "Use a path without blanks. Service paths are registered without quotes, so "
                       "a program planted at a blank would be started as LocalSystem.");
     }
 }
@@ -112,7 +112,7 @@ void CheckIconFolders(const std::string& install, System& system, Findings& find
         findings.Ok("res\\plenx\\icon has its five folders");
     } else {
         findings.Note("res\\plenx\\icon has no folder for: " + missing,
-                      "Install the icon folders; without them these categories show no icon of "
+                      "Install the icon folders. Without them these categories show no icon of "
                       "their own. Nothing else depends on them.");
     }
 }

@@ -23,12 +23,13 @@ bool CanBeTaken(const std::string& folder, const std::string& name, System& syst
         break;
     }
     if (const auto held = system.FirstHeld(folder)) {
-        findings.Note(name + " cannot be removed: " + *held + " is in use",
-                      "End the program that has it open: a service that was left running, a "
-                      "window, a command prompt. Until then Init takes the next name.");
+        findings.Note(
+            name + " cannot be removed: " + *held + " is in use",
+            "End the program that has it open, such as a service that was left running, a "
+            "window or a command prompt. Until then Init takes the next name.");
         return false;
     }
-    findings.Note(name + " is left over from a host that was ended",
+    findings.Note(name + " was left by a host that was ended by force",
                   "The next Init DELETES it with everything in it.");
     return true;
 }
@@ -50,8 +51,8 @@ void CheckWritable(const std::string& folder, const std::string& need, System& s
 void CheckCommonWriters(const std::string& folder, System& system, Findings& findings) {
     for (const std::string& group : system.CommonWriters(folder)) {
         findings.Problem(folder + " may be written to by " + group,
-                         "Let only administrators write there: whoever can replace "
-                         "plenxservice.exe or the driver runs code as LocalSystem.");
+                         "Let only administrators write there, because whoever can replace "
+                         "plenxservice.exe or the driver can run code as LocalSystem.");
     }
 }
 
@@ -63,8 +64,8 @@ void CheckCandidates(const Patient& patient, System& system, Findings& findings)
             return;
         }
     }
-    findings.Problem("none of the names for a working folder can be taken",
-                     "Empty the data folder: Init fails, and with it every Start.");
+    findings.Problem("Init can take no name for a working folder",
+                     "Empty the data folder. Until then Init fails, and every Start with it.");
 }
 
 }  // namespace
@@ -74,8 +75,8 @@ void CheckRights(const Patient& patient, System& system, Findings& findings) {
         findings.Ok("this program runs as administrator");
     } else {
         findings.Problem("this program does not run as administrator",
-                         "Run the doctor as the host is run, and the host as administrator: Init "
-                         "registers services.");
+                         "Run the host as administrator, because Init registers services, and run "
+                         "the doctor as the host is run.");
     }
     const std::uint32_t error = system.ServiceManagerError();
     if (error == kNoError) {
@@ -83,7 +84,7 @@ void CheckRights(const Patient& patient, System& system, Findings& findings) {
     } else {
         findings.Problem(
             "the service manager may not be opened with all access: " + ErrorText(error),
-            "Run the host as administrator; without it no service is registered, "
+            "Run the host as administrator. Otherwise no service can be registered, "
             "started or stopped.");
     }
     CheckWritable(patient.install, "Init writes desktop.ini files and upgrades the driver there.",
@@ -98,7 +99,7 @@ void CheckRights(const Patient& patient, System& system, Findings& findings) {
 void CheckWorkingFolder(const Patient& patient, System& system, Findings& findings) {
     if (system.Look(patient.data) != PathKind::kFolder) {
         findings.Problem(patient.data + " is not a folder",
-                         "Make it before Init: Init makes its working folder in it, but not the "
+                         "Make it before Init. Init makes its working folder in it, but not the "
                          "data folder itself.");
         return;
     }
@@ -109,8 +110,8 @@ void CheckWorkingFolder(const Patient& patient, System& system, Findings& findin
         return;
     }
     if (system.IsServed(kManagerEndpoint)) {
-        // Its files are rightly in use, so this leaves them alone.
-        findings.Ok("a host is running; its working folder is not looked at");
+        // The host has its files in use, which is no fault.
+        findings.Ok("a host is running, so its working folder is left alone");
         return;
     }
     CheckCandidates(patient, system, findings);

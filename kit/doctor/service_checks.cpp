@@ -13,7 +13,7 @@ bool HasUnquotedBlank(const std::string& program) {
 }
 
 std::string DeleteAdvice(const std::string& name) {
-    return "Delete it with: sc delete " + name + "; the next Init registers it anew.";
+    return "Delete it with: sc delete " + name + ". The next Init registers it again.";
 }
 
 // Returns whether there is a row to check further; if not, the findings say why.
@@ -66,17 +66,18 @@ void CheckState(const std::string& name, const ServiceFacts& facts, Findings& fi
     switch (facts.state) {
     case ServiceState::kRunning:
         if (!facts.processIsThere) {
-            findings.Problem(
-                name + " is reported as running, but its process is gone",
-                "Restart Windows, or delete the row with: sc delete " + name + "; then run Init.");
+            findings.Problem(name + " is reported as running, but its process is gone",
+                             "Restart Windows, or delete the service with: sc delete " + name +
+                                 ". Then run Init.");
         }
         break;
     case ServiceState::kStopped:
         break;
     default:
-        findings.Problem(name + " is " + StateText(facts),
-                         "Look again in a few seconds. If it stays so, the service hangs: look at "
-                         "its log, then end its process. A Stop of the library ends it as well.");
+        findings.Problem(
+            name + " is " + StateText(facts),
+            "Look again in a few seconds. If nothing has changed, the service hangs: look at "
+            "its log, then end its process. A Stop of the library ends it as well.");
     }
 }
 
@@ -98,7 +99,7 @@ void CheckServices(const Patient& patient, System& system, Findings& findings) {
         if (row.installedByInit && !hostRuns) {
             findings.Note(std::string(row.name) + " is left over: no host is running",
                           "The next Init stops it and takes it over. A host that ends by itself "
-                          "takes its services away; this one was ended or has crashed.");
+                          "removes its services; this one was ended by force or has crashed.");
         }
     }
 }
@@ -110,14 +111,15 @@ void CheckDriver(const Patient& patient, System& system, Findings& findings) {
     }
     CheckRow(kDriverName, facts, findings);
     if (!SamePath(PlainPath(facts.program), patient.install + "\\" + kDriverFiles[0])) {
-        findings.Note("Dokan1 is registered with a file outside of the install folder",
-                      "The library uses it as it is. If it was not another product that installed "
-                      "it: sc delete Dokan1, then restart Windows.");
+        findings.Note(
+            "Dokan1 is registered with a file outside of the install folder",
+            "The library uses it as it is. Unless another product installed it, delete it "
+            "with: sc delete Dokan1. Then restart Windows.");
     }
     if (facts.state != ServiceState::kRunning) {
         findings.Note("Dokan1 is not running",
-                      "Init starts it. If it does not run after an Init: look for \"start dokan "
-                      "service error\" in the library's log, and at the driver's signature.");
+                      "Init starts it. If it does not run after an Init, look for \"start dokan "
+                      "service error\" in the library's log, and check the driver's signature.");
     }
 }
 

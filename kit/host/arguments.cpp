@@ -18,7 +18,7 @@ std::uint64_t SizeOf(std::string_view digits, const Word& word) {
     if (const auto size = ToUint64(digits)) {
         return *size;
     }
-    throw ScriptError("not a size: " + Shown(word));
+    throw ScriptError("this is not a size: " + Shown(word));
 }
 
 std::string Repeated(const Word& word) {
@@ -68,7 +68,7 @@ std::string TextOf(const Word& word) {
         if (auto bytes = FromHex(std::string_view(word.text).substr(4))) {
             return *bytes;
         }
-        throw ScriptError("not pairs of hexadecimal digits: " + Shown(word));
+        throw ScriptError("these are not pairs of hexadecimal digits: " + Shown(word));
     }
     return word.text;
 }
@@ -92,7 +92,7 @@ std::uint32_t ServiceTypeOf(const Word& word) {
 
 const Word& Arguments::Take(const std::string& what) {
     if (Empty()) {
-        throw ScriptError("missing: " + what);
+        throw ScriptError(what + " is missing");
     }
     return words_[next_++];
 }
@@ -120,7 +120,7 @@ std::int64_t Arguments::TakeInt64(const std::string& what) {
 int Arguments::TakeMilliseconds() {
     const std::int64_t span = TakeInt64("milliseconds");
     if (span < 0 || span > kDayInMilliseconds) {
-        throw ScriptError("from 0 to 86400000 milliseconds, please");
+        throw ScriptError("milliseconds must be from 0 to 86400000");
     }
     return static_cast<int>(span);
 }
@@ -128,7 +128,7 @@ int Arguments::TakeMilliseconds() {
 bool Arguments::TakeOnOff() {
     const Word& word = Take("on or off");
     if (!word.Is("on") && !word.Is("off")) {
-        throw ScriptError("on or off, not " + Shown(word));
+        throw ScriptError("write on or off, not " + Shown(word));
     }
     return word.Is("on");
 }
@@ -162,7 +162,7 @@ std::vector<Word> Arguments::TakeUntil(const std::string& keyword) {
         }
         taken.push_back(word);
     }
-    throw ScriptError("missing: " + keyword);
+    throw ScriptError(keyword + " is missing");
 }
 
 void Arguments::End() const {

@@ -7,9 +7,9 @@ namespace {
 
 constexpr const char* kFooter =
     "Commands come from the script, or else from the input, line by line; on a console\n"
-    "there is a prompt. The command help lists them, help COMMAND tells all about one.\n"
-    "Exit codes: 0 all expectations held, 1 not all did, 2 wrong usage, 3 timeout.\n"
-    "The data folder's sub-folders plenx, plenx0 ... plenx99 are DELETED by init.\n"
+    "there is a prompt. The command help lists them, and help COMMAND explains one.\n"
+    "Exit codes: 0 all expectations held, 1 some did not, 2 wrong usage, 3 timeout.\n"
+    "Init DELETES the data folder's sub-folders plenx, plenx0 ... plenx99.\n"
     "\n"
     "Examples:\n"
     "  plenxkit host --install C:\\Plenx\\App --data C:\\Plenx\\Data\n"
@@ -28,7 +28,7 @@ void DeclareLook(CLI::App& command, Look& look) {
     command
         .add_option_function<std::string>(
             "--color", [&look](const std::string& wish) { look.colour = WishOf(wish); },
-            "Colours: auto (on a terminal, and without NO_COLOR), always or never")
+            "When to use colours; auto does on a terminal, unless NO_COLOR is set")
         ->type_name("auto|always|never")
         ->check(CLI::IsMember({"auto", "always", "never"}).description(""));
 }
@@ -43,7 +43,7 @@ CLI::App& DeclareHost(CLI::App& program, HostOptions& options) {
     command.add_flag("--flag", options.init.flag, "Last argument of init");
     command.add_option("--script", options.script, "Run the commands of this file")
         ->type_name("FILE");
-    command.add_option("--timeout", options.timeout, "Longest time of the whole run")
+    command.add_option("--timeout", options.timeout, "End the run after this time")
         ->type_name("SECONDS")
         ->check(CLI::Range(0.0, 86400.0).description(""));
     DeclareLook(command, options.look);

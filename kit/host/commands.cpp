@@ -16,7 +16,7 @@ const Command& Find(const std::string& name) {
     const auto found = std::find_if(commands.begin(), commands.end(),
                                     [&](const Command& command) { return name == command.name; });
     if (found == commands.end()) {
-        throw ScriptError("unknown command " + Quote(name, 60) + "; help lists them all");
+        throw ScriptError("unknown command " + Quote(name, 60) + "; help lists all commands");
     }
     return *found;
 }
@@ -51,7 +51,7 @@ std::string CommandOverview() {
     return text +
            "\nSERVICE is office, pc, phone, all or any 32-bit number. A TEXT may be in double\n"
            "quotes, with \\\\ \\\" \\n \\r \\t \\xNN in it, or be repeat:N:text or hex:00ff.\n"
-           "# starts a comment. help COMMAND tells more about one.";
+           "# starts a comment. help COMMAND explains one command.";
 }
 
 std::string CommandHelp(const std::string& name) {

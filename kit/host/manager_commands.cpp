@@ -117,7 +117,7 @@ Action ParseEndProcess(Arguments& arguments) {
                              : service == DistributedFs::kOfficeService ? "PlenxOfficeSvc"
                                                                         : nullptr;
     if (!name) {
-        throw ScriptError("the service is office, pc or phone");
+        throw ScriptError("the service must be office, pc or phone");
     }
     return [=](Session&) { return Number(EndServiceProcess(name)); };
 }

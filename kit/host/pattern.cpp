@@ -20,7 +20,8 @@ const NotificationShape& ShapeOf(const Word& name) {
         }
         known += std::string(" ") + shape.name;
     }
-    throw ScriptError("no notification is named " + Quote(name.text, 60) + "; there are" + known);
+    throw ScriptError("no notification is named " + Quote(name.text, 60) + "; the names are" +
+                      known);
 }
 
 std::int64_t StatusKindOf(const Word& word) {
@@ -36,7 +37,7 @@ std::int64_t StatusKindOf(const Word& word) {
 bool BoolOf(const Word& word) {
     const bool isTrue = word.Is("true") || word.Is("1");
     if (!isTrue && !word.Is("false") && !word.Is("0")) {
-        throw ScriptError("true or false, not " + Quote(word.text, 60));
+        throw ScriptError("write true or false, not " + Quote(word.text, 60));
     }
     return isTrue;
 }
@@ -97,11 +98,11 @@ bool Fits(const Field& wanted, const Notification& notification) {
 
 Pattern::Pattern(const std::vector<Word>& words) {
     if (words.empty()) {
-        throw ScriptError("missing: the name of a notification");
+        throw ScriptError("the name of a notification is missing");
     }
     if (words[0].Is("*")) {
         if (words.size() > 1) {
-            throw ScriptError("no arguments can follow *");
+            throw ScriptError("no arguments may follow *");
         }
         return;
     }

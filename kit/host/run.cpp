@@ -37,8 +37,9 @@ void Complain(const std::string& text, const Surroundings& at) {
 }
 
 void RunDialogue(const Surroundings& at, Session& session) {
-    at.output.Write(Note{NoteKind::kText, "plenxkit " PLENXKIT_VERSION
-                                          "; help lists the commands, Ctrl-Z or quit ends"});
+    at.output.Write(Note{NoteKind::kText,
+                         "plenxkit " PLENXKIT_VERSION
+                         "; help lists the commands, Ctrl-Z or quit ends the run"});
     Console console(at.output);
     const auto read = [&](std::string& line) {
         return console.ReadLine(line, [&] { return session.HasEnded(); });
@@ -60,7 +61,8 @@ void PointToTheCauses() {
     const bool named = log != nullptr && *log != 0;
     const std::string place =
         named ? "the library's log, " + PlenxSupport::ToUtf8(log) + ", and " : "";
-    std::fprintf(stderr, "plenxkit host: for causes see %splenxkit doctor\n", place.c_str());
+    std::fprintf(stderr, "plenxkit host: to find the cause, see %splenxkit doctor\n",
+                 place.c_str());
     std::fflush(stderr);
 }
 

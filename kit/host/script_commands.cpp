@@ -110,7 +110,7 @@ Action ParseExpectNone(Arguments& arguments) {
     return [=](Session& session) {
         const auto unwanted = session.Received().Take(pattern, span);
         if (unwanted) {
-            return Held(false, "there came " + ToText(*unwanted));
+            return Held(false, "this came: " + ToText(*unwanted));
         }
         // Nothing came, but when the wait was cut short, that proves nothing.
         return Held(!session.Received().Interrupted(), "interrupted");

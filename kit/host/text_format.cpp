@@ -83,7 +83,7 @@ public:
     std::string Format(const Stamp&, const EndReport& report) const override {
         std::string lines;
         if (report.expectations == 0) {
-            lines = "no expectations";
+            lines = "there were no expectations";
         } else if (report.failures.empty()) {
             lines = In(Role::kGood,
                        "all " + std::to_string(report.expectations) + " expectations held");
@@ -93,7 +93,7 @@ public:
             AppendList(lines, report.failures);
         }
         if (report.exitCode != kAllHeld && !report.leftovers.empty()) {
-            lines += "\ncame and was not taken by an expectation:";
+            lines += "\nno expectation took these notifications:";
             AppendList(lines, report.leftovers);
         }
         return lines + "\nexit code " + std::to_string(report.exitCode);
@@ -113,7 +113,7 @@ public:
     }
 
     std::string Format(const Stamp&, const DiagnosisReport& report) const override {
-        std::string lines = "Not looked at:";
+        std::string lines = "The doctor does not look at:";
         for (const std::string& text : NotLookedAt()) {
             lines += "\n  " + text;
         }

@@ -39,10 +39,10 @@ TEST(Arguments, TextMayBeRepeatedOrHexadecimal) {
 TEST(Arguments, BadTextFormsAreRefused) {
     const auto take = [](Arguments& arguments) { arguments.TakeText("text"); };
     EXPECT_EQ(Complaint("repeat:3", take), "write repeat:N:text, not \"repeat:3\"");
-    EXPECT_EQ(Complaint("repeat:x:y", take), "not a size: \"repeat:x:y\"");
+    EXPECT_EQ(Complaint("repeat:x:y", take), "this is not a size: \"repeat:x:y\"");
     EXPECT_EQ(Complaint("repeat:1073741825:x", take), "more than 1 GiB: \"repeat:1073741825:x\"");
-    EXPECT_EQ(Complaint("hex:0", take), "not pairs of hexadecimal digits: \"hex:0\"");
-    EXPECT_EQ(Complaint("", take), "missing: text");
+    EXPECT_EQ(Complaint("hex:0", take), "these are not pairs of hexadecimal digits: \"hex:0\"");
+    EXPECT_EQ(Complaint("", take), "text is missing");
 }
 
 TEST(Arguments, ServiceIsANameOrAny32BitNumber) {
@@ -83,8 +83,8 @@ TEST(Arguments, SizeOfDataMayBeToldDifferentlyAsLongAsNothingIsReadPastIt) {
 TEST(Arguments, TimesAreUpToADay) {
     EXPECT_EQ(Given("86400000").TakeMilliseconds(), 86400000);
     const auto take = [](Arguments& arguments) { arguments.TakeMilliseconds(); };
-    EXPECT_EQ(Complaint("86400001", take), "from 0 to 86400000 milliseconds, please");
-    EXPECT_EQ(Complaint("-1", take), "from 0 to 86400000 milliseconds, please");
+    EXPECT_EQ(Complaint("86400001", take), "milliseconds must be from 0 to 86400000");
+    EXPECT_EQ(Complaint("-1", take), "milliseconds must be from 0 to 86400000");
     EXPECT_EQ(Complaint("soon", take), "milliseconds is a 64-bit number, not \"soon\"");
 }
 

@@ -140,12 +140,12 @@ TEST_F(CommandsTest, ReactionsAreSet) {
 }
 
 TEST_F(CommandsTest, UsageErrorsNameTheUsage) {
-    EXPECT_EQ(Complaint("start pc g"), "missing: argument; usage: start SERVICE GROUP ARGUMENT");
+    EXPECT_EQ(Complaint("start pc g"), "argument is missing; usage: start SERVICE GROUP ARGUMENT");
     EXPECT_EQ(Complaint("stop pc g more"), "too much: \"more\"; usage: stop SERVICE GROUP");
     EXPECT_EQ(Complaint("expect NotifyError 5"),
-              "missing: within; usage: expect NOTIFICATION [ARGUMENT...] within MILLISECONDS");
-    EXPECT_EQ(Complaint("throw maybe"), "on or off, not \"maybe\"; usage: throw on|off");
-    EXPECT_EQ(Complaint("strat"), "unknown command \"strat\"; help lists them all");
+              "within is missing; usage: expect NOTIFICATION [ARGUMENT...] within MILLISECONDS");
+    EXPECT_EQ(Complaint("throw maybe"), "write on or off, not \"maybe\"; usage: throw on|off");
+    EXPECT_EQ(Complaint("strat"), "unknown command \"strat\"; help lists all commands");
 }
 
 TEST_F(CommandsTest, EndProcessGoesToTheSystemAndNotToTheLibrary) {
@@ -154,7 +154,7 @@ TEST_F(CommandsTest, EndProcessGoesToTheSystemAndNotToTheLibrary) {
     EXPECT_THAT(Calls("end-process phone"), IsEmpty());
     EXPECT_EQ(session_.Last().number, 1062);
     EXPECT_EQ(Complaint("end-process all"),
-              "the service is office, pc or phone; usage: end-process SERVICE");
+              "the service must be office, pc or phone; usage: end-process SERVICE");
 }
 
 TEST_F(CommandsTest, EveryCommandIsInTheHelp) {
@@ -187,25 +187,23 @@ TEST_F(CommandsTest, OverviewGroupsByEachSubjectOnce) {
 }
 
 TEST_F(CommandsTest, HelpOfACommandIsWhole) {
-    EXPECT_EQ(
-        CommandHelp("start"),
-        "start SERVICE GROUP ARGUMENT\n"
-        "  Purpose  Start a service and create a group in it.\n"
-        "           ARGUMENT goes to the service as it is. all: the PC service, then the "
-        "office service.\n"
-        "  Result   0: queued, or dropped before init. 26: GROUP or ARGUMENT is empty, "
-        "nothing queued\n"
-        "  Outcome  NotifyStatus(SERVICE, GROUP, start, value): value tells whether it "
-        "succeeded. all:\n"
-        "           one of pc, one of office. The services' own NotifyConnect may come before "
-        "or after it.\n"
-        "  Example  start pc home \"an argument\"");
+    EXPECT_EQ(CommandHelp("start"),
+              "start SERVICE GROUP ARGUMENT\n"
+              "  Purpose  Start a service and create a group in it.\n"
+              "           ARGUMENT goes to the service unchanged. all starts the PC service,\n     "
+              "      then the office service.\n"
+              "  Result   0: the call was queued, or dropped before init. 26: GROUP or ARGUMENT is "
+              "empty, and\n           nothing was queued\n"
+              "  Outcome  NotifyStatus(SERVICE, GROUP, start, value) comes; value says whether it "
+              "succeeded. With\n           all, one comes for pc and one for office. The services' "
+              "own NotifyConnect may come before\n           or after it.\n"
+              "  Example  start pc home \"an argument\"");
     EXPECT_EQ(CommandHelp("forget"),
               "forget\n"
               "  Purpose  Drop the notifications that nothing has taken "
               "yet.\n"
               "  Result   none\n"
-              "  Outcome  No notification.\n"
+              "  Outcome  No notification comes.\n"
               "  Example  forget");
 }
 

@@ -89,15 +89,15 @@ TEST_F(DoctorTest, RunningHostIsWellAndItsWorkingFolderIsLeftAlone) {
                             "312: C:\\app\\plenxservice.exe",
                             "ok: PlenxPhoneSvc is registered, starts on demand, is stopped: "
                             "C:\\app\\plenxservice.exe"));
-    EXPECT_THAT(Run("endpoints"),
-                ElementsAre("note: Manager is taken: a host is running | Only one host at a time "
-                            "hears the services. End it before you start another; for that one all "
-                            "is well.",
-                            "ok: PLENXOfficeService is free: its service is not running",
-                            "ok: PLENXPCService answers a ping (3 ms)",
-                            "ok: PLENXPhoneService is free: its service is not running"));
+    EXPECT_THAT(
+        Run("endpoints"),
+        ElementsAre("note: Manager is taken: a host is running | Only one host at a time can hear "
+                    "the services. End this one before you start another; this one is fine.",
+                    "ok: PLENXOfficeService is free: its service is not running",
+                    "ok: PLENXPCService answers a ping (3 ms)",
+                    "ok: PLENXPhoneService is free: its service is not running"));
     EXPECT_THAT(Run("data"),
-                ElementsAre("ok: a host is running; its working folder is not looked at"));
+                ElementsAre("ok: a host is running, so its working folder is left alone"));
     EXPECT_EQ(Count().problems, 0);
     EXPECT_THAT(system_.pinged, Contains("PLENXPCService"));
     EXPECT_THAT(system_.pinged, Not(Contains("Manager")));
@@ -111,10 +111,10 @@ TEST_F(DoctorTest, FilesOfTheLibraryHaveVersions) {
         "Copy it from the package's bin folder to C:\\host; without it no host starts.";
     EXPECT_THAT(Run("library"), ElementsAre("ok: plenxsdk.dll 1.0.0.0",
                                             "problem: LogHelper.dll is a folder | " + advice,
-                                            "ok: distributedfile.dll, which tells no version",
+                                            "ok: distributedfile.dll, which has no version",
                                             "problem: libstdc++-6.dll is missing | " + advice,
-                                            "ok: libgcc_s_seh-1.dll, which tells no version",
-                                            "ok: libwinpthread-1.dll, which tells no version"));
+                                            "ok: libgcc_s_seh-1.dll, which has no version",
+                                            "ok: libwinpthread-1.dll, which has no version"));
 }
 
 TEST_F(DoctorTest, MissingInstallFolderIsOneProblem) {
@@ -137,7 +137,7 @@ TEST_F(DoctorTest, MissingFilesOfTheInstallFolderAreTold) {
                     "problem: dokan1.sys is missing | Install the driver's three files; without "
                     "them no disk can be mounted.",
                     "note: res\\plenx\\icon has no folder for: audio, video | Install the icon "
-                    "folders; without them these categories show no icon of their own. Nothing "
+                    "folders. Without them these categories show no icon of their own. Nothing "
                     "else depends on them."));
 }
 
@@ -150,14 +150,14 @@ TEST_F(DoctorTest, PathsThatMakeTroubleAreTold) {
                             StartsWith("problem: Küche\\ is not a folder | ")));
     patient_.install = "C:\\Program Files\\App";
     EXPECT_THAT(Complaints("install"),
-                Contains("note: C:\\Program Files\\App has blanks | Use a path without blanks: "
-                         "service paths are registered without quotes, so a program planted at a "
+                Contains("note: C:\\Program Files\\App has blanks | Use a path without blanks. "
+                         "Service paths are registered without quotes, so a program planted at a "
                          "blank would be started as LocalSystem."));
     system_.paths["C:\\Program.exe"] = PathKind::kFile;
     EXPECT_THAT(Complaints("install"),
                 Contains("problem: C:\\Program.exe would be started as LocalSystem instead of the "
-                         "service program | Remove it, and find out who put it there: service "
-                         "paths are registered without quotes. Use an install folder without "
+                         "service program | Remove it, and find out who put it there. Service "
+                         "paths are registered without quotes, so use an install folder without "
                          "blanks."));
 }
 
@@ -224,15 +224,16 @@ TEST_F(DoctorTest, RightsThatAreMissingAreTold) {
     system_.writeErrors["C:\\app"] = kErrorAccessDenied;
     EXPECT_THAT(
         Run("rights"),
-        ElementsAre("problem: this program does not run as administrator | Run the doctor as the "
-                    "host is run, and the host as administrator: Init registers services.",
-                    "problem: the service manager may not be opened with all access: error 5 "
-                    "(access denied) | Run the host as administrator; without it no service is "
-                    "registered, started or stopped.",
-                    "problem: C:\\app may not be written to: error 5 (access denied) | Init writes "
-                    "desktop.ini files and upgrades the driver there. Run the host as "
-                    "administrator, or correct the folder's rights.",
-                    "ok: C:\\data may be written to"));
+        ElementsAre(
+            "problem: this program does not run as administrator | Run the host as administrator, "
+            "because Init registers services, and run the doctor as the host is run.",
+            "problem: the service manager may not be opened with all access: error 5 "
+            "(access denied) | Run the host as administrator. Otherwise no service can be "
+            "registered, started or stopped.",
+            "problem: C:\\app may not be written to: error 5 (access denied) | Init writes "
+            "desktop.ini files and upgrades the driver there. Run the host as "
+            "administrator, or correct the folder's rights.",
+            "ok: C:\\data may be written to"));
 }
 
 TEST_F(DoctorTest, RightsThatAreTooWideAreTold) {
@@ -240,8 +241,8 @@ TEST_F(DoctorTest, RightsThatAreTooWideAreTold) {
     system_.writers["C:\\app"] = {"Everyone", "Users"};
     system_.writers["C:\\app\\upgrade"] = {"Users"};
     const std::string advice =
-        "Let only administrators write there: whoever can replace plenxservice.exe or the driver "
-        "runs code as LocalSystem.";
+        "Let only administrators write there, because whoever can replace plenxservice.exe or the "
+        "driver can run code as LocalSystem.";
     EXPECT_THAT(Complaints("rights"),
                 ElementsAre("problem: C:\\app may be written to by Everyone | " + advice,
                             "problem: C:\\app may be written to by Users | " + advice,
@@ -253,14 +254,14 @@ TEST_F(DoctorTest, ServiceOfAnotherFolderIsAProblem) {
     Register("PlenxPcSvc", ServiceState::kStopped).program = "C:\\old one\\plenxservice.exe";
     EXPECT_THAT(
         Complaints("services"),
-        ElementsAre("problem: PlenxPcSvc is registered with a program outside of the install "
-                    "folder | The library leaves a registration as it is and would start that "
-                    "program. Delete it with: sc delete PlenxPcSvc; the next Init registers it "
-                    "anew.",
-                    "problem: C:\\old one\\plenxservice.exe is missing | Delete it with: sc delete "
-                    "PlenxPcSvc; the next Init registers it anew.",
-                    "note: PlenxPcSvc is registered with blanks and without quotes | Use an "
-                    "install folder without blanks."));
+        ElementsAre(
+            "problem: PlenxPcSvc is registered with a program outside of the install "
+            "folder | The library leaves a registration as it is and would start that "
+            "program. Delete it with: sc delete PlenxPcSvc. The next Init registers it again.",
+            "problem: C:\\old one\\plenxservice.exe is missing | Delete it with: sc delete "
+            "PlenxPcSvc. The next Init registers it again.",
+            "note: PlenxPcSvc is registered with blanks and without quotes | Use an "
+            "install folder without blanks."));
     Register("PlenxPcSvc", ServiceState::kStopped).program = "\"C:\\APP\\PlenxService.exe\" -x";
     EXPECT_THAT(Complaints("services"), IsEmpty());
 }
@@ -280,10 +281,10 @@ TEST_F(DoctorTest, ServiceInTroubleIsAProblem) {
             "problem: PlenxPhoneSvc is marked for deletion | Close what holds it open (the "
             "Services window, the Task Manager, another host), or restart Windows. Until it "
             "is gone, it cannot be registered.",
-            "problem: PlenxPhoneSvc is disabled | Delete it with: sc delete PlenxPhoneSvc; "
-            "the next Init registers it anew.",
+            "problem: PlenxPhoneSvc is disabled | Delete it with: sc delete PlenxPhoneSvc. The "
+            "next Init registers it again.",
             "problem: PlenxPhoneSvc is being stopped as process 312 | Look again in a few "
-            "seconds. If it stays so, the service hangs: look at its log, then end its "
+            "seconds. If nothing has changed, the service hangs: look at its log, then end its "
             "process. A Stop of the library ends it as well."));
 }
 
@@ -293,8 +294,7 @@ TEST_F(DoctorTest, ServiceWhoseProcessIsGoneIsAProblem) {
     EXPECT_THAT(
         Complaints("services"),
         ElementsAre("problem: PlenxPcSvc is reported as running, but its process is gone | Restart "
-                    "Windows, or delete the row with: sc delete PlenxPcSvc; then run "
-                    "Init."));
+                    "Windows, or delete the service with: sc delete PlenxPcSvc. Then run Init."));
 }
 
 TEST_F(DoctorTest, ServiceWithoutAHostIsLeftOver) {
@@ -302,8 +302,8 @@ TEST_F(DoctorTest, ServiceWithoutAHostIsLeftOver) {
     Register("PlenxOfficeSvc", ServiceState::kStopped);
     EXPECT_THAT(Complaints("services"),
                 ElementsAre("note: PlenxPcSvc is left over: no host is running | The next Init "
-                            "stops it and takes it over. A host that ends by itself takes its "
-                            "services away; this one was ended or has crashed."));
+                            "stops it and takes it over. A host that ends by itself removes its "
+                            "services; this one was ended by force or has crashed."));
 }
 
 TEST_F(DoctorTest, ServiceThatMayNotBeLookedAtIsAProblem) {
@@ -326,19 +326,19 @@ TEST_F(DoctorTest, DriverIsToldWithItsFileAndState) {
     EXPECT_THAT(
         Complaints("driver"),
         ElementsAre("note: Dokan1 is registered with a file outside of the install folder | The "
-                    "library uses it as it is. If it was not another product that installed it: "
-                    "sc delete Dokan1, then restart Windows.",
+                    "library uses it as it is. Unless another product installed it, delete it "
+                    "with: sc delete Dokan1. Then restart Windows.",
                     "note: Dokan1 is not running | Init starts it. If it does not run after an "
-                    "Init: look for \"start dokan service error\" in the library's log, and at the "
-                    "driver's signature."));
+                    "Init, look for \"start dokan service error\" in the library's log, and check "
+                    "the driver's signature."));
 }
 
 TEST_F(DoctorTest, ManagerWithoutServicesIsAProblem) {
     Serve("Manager");
     EXPECT_THAT(Complaints("endpoints"),
                 ElementsAre("problem: Manager is taken, but no host has registered its services | "
-                            "End the program that serves it: a host whose Init failed, or another "
-                            "product. Until then the services' notifications go there."));
+                            "End the program that serves it. It is a host whose Init failed, or "
+                            "another product. Until then it gets the services' notifications."));
 }
 
 TEST_F(DoctorTest, EndpointThatIsServedByAnotherProgramIsANote) {
@@ -364,16 +364,17 @@ TEST_F(DoctorTest, PingThatDoesNotComeBackWell) {
     Serve("PLENXPCService", PingAnswer::Kind::kAnswered, 1001);
     EXPECT_THAT(Complaints("endpoints"),
                 ElementsAre("problem: PLENXPCService answers a ping with 1001 | A Start waits five "
-                            "seconds for a 0, then goes on. Look at the service's log."));
+                            "seconds for a 0 and then goes on. Look at the service's log."));
     Serve("PLENXPCService", PingAnswer::Kind::kFailed, 1717);
-    EXPECT_THAT(Complaints("endpoints"),
-                ElementsAre("problem: PLENXPCService fails at a ping: error 1717 | Look at the "
-                            "service's log. 1717 means that the program which serves the endpoint "
-                            "does not know the interface."));
+    EXPECT_THAT(
+        Complaints("endpoints"),
+        ElementsAre("problem: PLENXPCService failed to answer a ping: error 1717 | Look at the "
+                    "service's log. 1717 means that the program which serves the endpoint "
+                    "does not know the interface."));
     Serve("PLENXPCService", PingAnswer::Kind::kTimedOut, 0, 5001);
     EXPECT_THAT(Complaints("endpoints"),
                 ElementsAre("problem: PLENXPCService has not answered a ping within 5001 ms | The "
-                            "service hangs, and with it every call of the library to it. End its "
+                            "service hangs, and so does every call of the library to it. End its "
                             "process."));
 }
 
@@ -388,9 +389,9 @@ TEST_F(DoctorTest, WorkingFolderIsTheFirstNameThatCanBeTaken) {
         ElementsAre(
             "note: plenx is a file, which Init does not remove | Delete C:\\data\\plenx.",
             "note: plenx0 cannot be removed: C:\\data\\plenx0\\pc is in use | End the "
-            "program that has it open: a service that was left running, a window, a command "
-            "prompt. Until then Init takes the next name.",
-            "note: plenx1 is left over from a host that was ended | The next Init DELETES "
+            "program that has it open, such as a service that was left running, a window or a "
+            "command prompt. Until then Init takes the next name.",
+            "note: plenx1 was left by a host that was ended by force | The next Init DELETES "
             "it with everything in it.",
             "ok: the next Init works in C:\\data\\plenx1"));
 }
@@ -403,13 +404,13 @@ TEST_F(DoctorTest, NoNameForAWorkingFolderIsAProblem) {
     const auto complaints = Complaints("data");
     EXPECT_EQ(complaints.size(), 102U);
     EXPECT_EQ(complaints.back(),
-              "problem: none of the names for a working folder can be taken | Empty the data "
-              "folder: Init fails, and with it every Start.");
+              "problem: Init can take no name for a working folder | Empty the data folder. Until "
+              "then Init fails, and every Start with it.");
 }
 
 TEST_F(DoctorTest, DataFolderThatIsMissingOrDangerousIsAProblem) {
     patient_.data = "C:\\none";
-    EXPECT_THAT(Run("data"), ElementsAre("problem: C:\\none is not a folder | Make it before Init: "
+    EXPECT_THAT(Run("data"), ElementsAre("problem: C:\\none is not a folder | Make it before Init. "
                                          "Init makes its working folder in it, but not the data "
                                          "folder itself."));
     patient_.data = "C:\\data";

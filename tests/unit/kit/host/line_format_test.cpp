@@ -101,11 +101,11 @@ TEST_F(LineFormatTest, TextOfACommand) {
 }
 
 TEST_F(LineFormatTest, TextOfTheEndTellsWhatWasMissing) {
-    EXPECT_EQ(Text(EndReport{0, 0, {}, {"unused"}}), "no expectations\nexit code 0");
+    EXPECT_EQ(Text(EndReport{0, 0, {}, {"unused"}}), "there were no expectations\nexit code 0");
     EXPECT_EQ(Text(EndReport{0, 4, {}, {}}), "all 4 expectations held\nexit code 0");
     EXPECT_EQ(Text(EndReport{1, 4, {"s:3: expect x: why"}, {"NotifyError(errCode=1)"}}),
               "1 failed, of 4 expectations:\n  s:3: expect x: why\n"
-              "came and was not taken by an expectation:\n  NotifyError(errCode=1)\n"
+              "no expectation took these notifications:\n  NotifyError(errCode=1)\n"
               "exit code 1");
 }
 
@@ -142,7 +142,7 @@ TEST_F(LineFormatTest, TextOfTheDoctor) {
     Diagnosis diagnosis;
     diagnosis.problems = 1;
     EXPECT_EQ(Text(DiagnosisReport{diagnosis, 1}),
-              "Not looked at:\n"
+              "The doctor does not look at:\n"
               "  the driver's signature, and whether Windows is in test mode\n"
               "  what the services need beyond plenxservice.exe\n"
               "\n"

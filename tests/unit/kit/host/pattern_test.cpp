@@ -105,12 +105,12 @@ TEST(Pattern, OppositeIsTheSameButForItsValueAndNamesAllOthers) {
 }
 
 TEST(Pattern, SaysWhatIsWrong) {
-    EXPECT_EQ(Complaint(""), "missing: the name of a notification");
-    EXPECT_EQ(Complaint("* 1"), "no arguments can follow *");
+    EXPECT_EQ(Complaint(""), "the name of a notification is missing");
+    EXPECT_EQ(Complaint("* 1"), "no arguments may follow *");
     EXPECT_THAT(Complaint("NotifyAll"), StartsWith("no notification is named \"NotifyAll\""));
     EXPECT_EQ(Complaint("NotifyError 1 2"), "NotifyError has no argument for \"2\"");
     EXPECT_EQ(Complaint("NotifyError x"), "errCode is a 32-bit number, not \"x\"");
-    EXPECT_EQ(Complaint("NotifyStatus pc g start yes"), "true or false, not \"yes\"");
+    EXPECT_EQ(Complaint("NotifyStatus pc g start yes"), "write true or false, not \"yes\"");
 }
 
 }  // namespace

@@ -78,7 +78,7 @@ TEST_F(ScriptTest, AllExpectationsThatFailAreReportedWithTheirLines) {
     EXPECT_THAT(report.failures,
                 ElementsAre("s:4: expect NotifyError 5 within 1: it did not come within 1 ms; came "
                             "instead: NotifyError(errCode=4)",
-                            "s:5: expect-none NotifyError for 0: there came NotifyError(errCode=4)",
+                            "s:5: expect-none NotifyError for 0: this came: NotifyError(errCode=4)",
                             "s:6: expect-result 26: it gave 0",
                             "s:7: expect-result-text x: it gave no text"));
     EXPECT_EQ(captured_.Lines().back(), "on");
@@ -220,7 +220,7 @@ TEST_F(ScriptTest, InterruptedExpectNoneDoesNotHold) {
 
 TEST(ParseScript, NamesTheFirstLineThatIsWrong) {
     EXPECT_EQ(Complaint("init\r\n\r\nnonsense\r\nmore"),
-              "s:3: unknown command \"nonsense\"; help lists them all");
+              "s:3: unknown command \"nonsense\"; help lists all commands");
     EXPECT_EQ(Complaint("\xEF\xBB\xBFinit\n# x\n"), "none");
 }
 

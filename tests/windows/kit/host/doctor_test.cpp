@@ -83,7 +83,7 @@ TEST_F(Doctor, RunningHostAndService_AreSeenAndNotDisturbed) {
     EXPECT_THAT(printed.output, HasSubstr("  ok       Dokan1 is registered, starts with the "
                                           "system, is running: C:\\PlenxDoctor\\app\\dokan1.sys"));
     EXPECT_THAT(printed.output,
-                HasSubstr("  ok       a host is running; its working folder is not looked at\n"));
+                HasSubstr("  ok       a host is running, so its working folder is left alone\n"));
     const Finished again =
         RunKit("doctor --install " + folder_.Install() + "\\ --data " + folder_.Data() + "\\");
     EXPECT_EQ(again.exitCode, 0) << again.output;

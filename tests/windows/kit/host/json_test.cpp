@@ -47,8 +47,9 @@ TEST(Json, OfARealRunAndOfTheDoctor_IsThere) {
     KitProcess run("host --json --script " + script.string() + " " + arguments);
     EXPECT_EQ(run.Wait(), 1);
     SetEnvironmentVariableW(L"PLENX_LOG_FILE", nullptr);
-    EXPECT_THAT(run.Output(), HasSubstr("\nplenxkit host: for causes see the library's log, "
-                                        "C:\\plenxkit-json-library.log, and plenxkit doctor"));
+    EXPECT_THAT(run.Output(),
+                HasSubstr("\nplenxkit host: to find the cause, see the library's log, "
+                          "C:\\plenxkit-json-library.log, and plenxkit doctor"));
     const std::string lines = run.Printed();
     EXPECT_THAT(lines, HasSubstr("\"messageHex\":"));
     EXPECT_THAT(lines, HasSubstr("\"expectations\":10,\"failures\":[\"run.plenx:18: expect "
@@ -66,7 +67,7 @@ TEST(FailedRun, WithoutALogFile_PointsToTheDoctorAlone) {
     KitProcess run("host");
     run.Send("expect-result 1");
     EXPECT_EQ(run.Wait(), 1);
-    EXPECT_THAT(run.Output(), HasSubstr("plenxkit host: for causes see plenxkit doctor"));
+    EXPECT_THAT(run.Output(), HasSubstr("plenxkit host: to find the cause, see plenxkit doctor"));
     EXPECT_THAT(run.Printed(), Not(HasSubstr("plenxkit doctor")));
 }
 
