@@ -9,6 +9,7 @@
 #include "rpc/interface/manager_call.h"
 #include "rpc/interface/rpc_memory.h"
 #include "support/install_folder.h"
+#include "support/wide_text.h"
 #include "wire/catalog.h"
 #include "wire/local_binding.h"
 #include "wire/render.h"
@@ -187,29 +188,23 @@ Tally TallyOf(const Storm& storm) {
 
 CallerCrowd::CallerCrowd(const Storm& storm)
     : readyCount_(CreateSemaphoreW(nullptr, 0, kCallers, kReadyName)),
-      go_(CreateEventW(nullptr, TRUE, FALSE, kGoName)) {
+      go_(PlenxSupport::MakeEvent(kGoName)) {
     for (unsigned caller = 0; caller != kCallers; ++caller) {
         DeleteFileW(ComplaintFile(caller).c_str());
         const std::string arguments =
             "--caller " + std::to_string(caller) + " " + std::to_string(storm.seed) + " " +
             std::to_string(storm.hostile) + " " + std::to_string(storm.honest);
-        callers_.push_back(std::make_unique<ChildProcess>(
-            ChildProcess::Self(std::wstring(arguments.begin(), arguments.end()))));
+        callers_.push_back(
+            std::make_unique<ChildProcess>(ChildProcess::Self(PlenxSupport::ToWide(arguments))));
     }
     ready_ = true;
     for (unsigned caller = 0; caller != kCallers && ready_; ++caller) {
-        ready_ = WaitForSingleObject(readyCount_, kReadyMilliseconds) == WAIT_OBJECT_0;
+        ready_ = WaitForSingleObject(readyCount_.Get(), kReadyMilliseconds) == WAIT_OBJECT_0;
     }
 }
 
-CallerCrowd::~CallerCrowd() {
-    callers_.clear();
-    CloseHandle(go_);
-    CloseHandle(readyCount_);
-}
-
 void CallerCrowd::Go() {
-    SetEvent(go_);
+    SetEvent(go_.Get());
 }
 
 bool CallerCrowd::IsOver() {

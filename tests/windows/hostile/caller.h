@@ -15,6 +15,7 @@
 #include "hostile/message_maker.h"
 #include "hostile/tally_observer.h"
 #include "support/child_process.h"
+#include "support/handle.h"
 
 namespace PlenxTest {
 
@@ -36,9 +37,6 @@ class CallerCrowd {
 public:
     /// Returns when all stand ready; they begin together.
     explicit CallerCrowd(const Storm& storm);
-    ~CallerCrowd();
-    CallerCrowd(const CallerCrowd&) = delete;
-    CallerCrowd& operator=(const CallerCrowd&) = delete;
 
     bool IsReady() const { return ready_; }
     void Go();
@@ -47,8 +45,8 @@ public:
     std::string Complaints();
 
 private:
-    HANDLE readyCount_;
-    HANDLE go_;
+    PlenxSupport::Handle readyCount_;
+    PlenxSupport::Handle go_;
     bool ready_ = false;
     std::vector<std::unique_ptr<ChildProcess>> callers_;
 };

@@ -126,14 +126,9 @@ ServiceReply ReplyMaker::Fault() {
 }
 
 HostileService::HostileService(std::uint32_t seed, unsigned replies)
-    : serving_(CreateEventW(nullptr, TRUE, FALSE, kServingName)),
+    : serving_(PlenxSupport::MakeEvent(kServingName)),
       process_(CommandLine(seed, replies)),
-      serves_(WaitForSingleObject(serving_, kStartMilliseconds) == WAIT_OBJECT_0) {}
-
-HostileService::~HostileService() {
-    process_.Kill();
-    CloseHandle(serving_);
-}
+      serves_(WaitForSingleObject(serving_.Get(), kStartMilliseconds) == WAIT_OBJECT_0) {}
 
 std::optional<int> RunAsHostileService(int argc, char** argv) {
     if (argc != 4 || std::string(argv[1]) != "--hostile-service") {
@@ -144,7 +139,7 @@ std::optional<int> RunAsHostileService(int argc, char** argv) {
     if (const long status = ServePcServiceRaw(NextReply); status != 0) {
         return static_cast<int>(status);
     }
-    SetEvent(OpenEventW(EVENT_MODIFY_STATE, FALSE, kServingName));
+    SetEvent(PlenxSupport::MakeEvent(kServingName).Get());
     Sleep(2 * LongestStorm());  // the parent ends this process before
     return 1;
 }

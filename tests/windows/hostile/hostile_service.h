@@ -13,6 +13,7 @@
 #include "hostile/random.h"
 #include "hostile/raw_link.h"
 #include "support/child_process.h"
+#include "support/handle.h"
 
 namespace PlenxTest {
 
@@ -51,14 +52,11 @@ class HostileService {
 public:
     /// Returns when it serves.
     HostileService(std::uint32_t seed, unsigned replies);
-    ~HostileService();
-    HostileService(const HostileService&) = delete;
-    HostileService& operator=(const HostileService&) = delete;
 
     bool Serves() const { return serves_; }
 
 private:
-    HANDLE serving_;
+    PlenxSupport::Handle serving_;
     ChildProcess process_;
     bool serves_;
 };

@@ -5,6 +5,7 @@
 #include <limits>
 #include <utility>
 
+#include "support/wide_text.h"
 #include "wire/catalog.h"
 
 namespace PlenxTest {
@@ -68,7 +69,7 @@ void Wound(Random& random, Bytes& message) {
 
 // UTF-16, mostly with its end.
 Bytes PathBytes(Random& random, const std::string& name) {
-    std::wstring path = L"C:\\" + std::wstring(name.begin(), name.end());
+    std::wstring path = L"C:\\" + PlenxSupport::ToWide(name);
     if (random.Percent(90)) {
         path.push_back(L'\0');
     }
