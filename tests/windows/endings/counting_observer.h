@@ -9,11 +9,11 @@
 #include <cstdlib>
 #include <string>
 
-#include "plenxsdk/plenx_manager.h"
+#include "support/text_observer.h"
 
 namespace PlenxTest {
 
-class CountingObserver : public DistributedFs::PLENXServiceObserver {
+class CountingObserver : public TextObserver {
 public:
     std::atomic<int> calls{0};
     std::atomic<bool> started{false};
@@ -22,24 +22,12 @@ public:
     std::atomic<bool> stayInConnect{false};
     std::atomic<bool> stays{false};
 
-    int SendLocalMessage(DistributedFs::PLENXMessageType, unsigned int,
-                         const std::string&) override {
-        return Count();
-    }
-    int NotifyConnect(DistributedFs::ServiceType, const std::string&) override {
+    int NotifyConnect(DistributedFs::ServiceType service, const std::string& group) override {
         StayIf(stayInConnect);
-        return Count();
+        return TextObserver::NotifyConnect(service, group);
     }
-    int NotifyDisconnect(DistributedFs::ServiceType, const std::string&) override {
-        return Count();
-    }
-    int NotifyReconnect(DistributedFs::ServiceType, const std::string&) override { return Count(); }
-    int QueryLinkStatus(DistributedFs::ServiceType, const std::string&, unsigned int,
-                        std::int32_t&) override {
-        return Count();
-    }
-    int NotifyStatus(DistributedFs::ServiceType, const std::string&, unsigned int kind,
-                     bool) override {
+    int NotifyStatus(DistributedFs::ServiceType service, const std::string& group,
+                     unsigned int kind, bool value) override {
         if (kind == DistributedFs::kStatusStart) {
             started = true;
             if (exitInside) {
@@ -47,10 +35,8 @@ public:
             }
             StayIf(stayInStatus);
         }
-        return Count();
+        return TextObserver::NotifyStatus(service, group, kind, value);
     }
-    int NotifyError(int) override { return Count(); }
-    int NotifyDiskName(const std::string&) override { return Count(); }
 
     /// All hosts share this one, which is never destroyed before they end.
     static CountingObserver& Get() {
@@ -65,10 +51,11 @@ private:
             Sleep(INFINITE);  // until the process ends
         }
     }
-    int Count() {
+    int Take(const std::string&) override {
         ++calls;
         return 0;
     }
+    std::int32_t AnswerLink(unsigned int) override { return 0; }
 };
 
 }  // namespace PlenxTest

@@ -7,6 +7,7 @@
 #include "support/child_process.h"
 #include "support/service_state.h"
 #include "support/wait.h"
+#include "support/wide_text.h"
 
 namespace PlenxTest {
 namespace {
@@ -44,7 +45,7 @@ void Endings::Run(const HostMode& mode) {
     std::filesystem::remove(officeLog_);
     const std::string arguments =
         std::string("--host ") + mode.name + " " + folder_.Install() + " " + folder_.Data();
-    ChildProcess host(ChildProcess::Self(std::wstring(arguments.begin(), arguments.end())));
+    ChildProcess host(ChildProcess::Self(PlenxSupport::ToWide(arguments)));
     ASSERT_TRUE(host.Started()) << "error " << host.StartError();
     const auto code = host.WaitForExit(kRunTime + kDeadline);
     ASSERT_TRUE(code.has_value()) << "the host hangs";
