@@ -7,22 +7,22 @@ notifications=('SendLocalMessage(9)' 'ConnectNotify(10)' 'DisconnectNotify(11)'
     'DiskNameNotify(16)' 'UpdateWindowsExplore(17)' 'ExploreFlushNotify(18)')
 
 command_demo() {
-    need_packages "${demo_packages[@]}"
     build_windows
     make_prefix_template
-    local prefix log=$build_dir/demo status=0
+    local prefix log=$build_dir/demo status=0 shown=0
     prefix=$(new_prefix demo)
     rm -rf "$log"
     mkdir -p "$log"
     lay_out_install_folder "$prefix/drive_c/Plenx" "$log"
     run_demo_host "$prefix" "$log" || status=$?
     WINEPREFIX=$prefix timeout 30 wineserver -w || true
-    show_timeline "$log"
+    show_timeline "$prefix" "$log" || shown=$?
     if [ $status -ne 0 ]; then
         echo
         sed 's/^/  /' "$log/host-errors.txt" >&2
         echo "The host's expectations did not hold (exit $status). Its files are in build/demo." >&2
     fi
+    [ $shown -eq 0 ] || status=1
     echo
     check_what_happened "$log" || status=1
     echo
@@ -67,9 +67,14 @@ windows_path() {
     echo "Z:${1//\//\\}"
 }
 
+# Shows what the host printed and both logs as one text, and keeps it beside them.
 show_timeline() {
-    python3 "$root/kit/host/demo/timeline.py" --host "$1/host.jsonl" --library "$1/library.log" \
-        --service "$1/service.log"
+    local logs
+    logs=$(windows_path "$2")
+    WINEPREFIX=$1 timeout -k 10 60 wine "$dist_dir/bin/plenxkit.exe" trace --text "$logs\\library.log" \
+        --host "$logs\\host.jsonl" --service "$logs\\service.log" >"$2/timeline.txt" </dev/null || return
+    WINEPREFIX=$1 timeout 30 wineserver -w || true
+    cat "$2/timeline.txt"
 }
 
 # check TEXT COMMAND...

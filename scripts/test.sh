@@ -215,9 +215,9 @@ check_sources() {
 # Two lanes: one keeps the cores busy, the other mostly waits. What waits for real services has
 # deadlines, so the busy one steps back where both want a core.
 test_all() {
-    need_packages "${native_packages[@]}" "${windows_packages[@]}" "${demo_packages[@]}" \
-        "${coverage_packages[@]}" "${mutate_packages[@]}" "${docs_packages[@]}" \
-        "${browser_packages[@]}" "${package_packages[@]}" "${lint_packages[@]}"
+    need_packages "${native_packages[@]}" "${windows_packages[@]}" "${coverage_packages[@]}" \
+        "${mutate_packages[@]}" "${docs_packages[@]}" "${browser_packages[@]}" \
+        "${package_packages[@]}" "${lint_packages[@]}"
     check_sources
     in_lane busy_lane
     in_lane waiting_lane

@@ -1,7 +1,11 @@
 #!/usr/bin/env python3
 """Draws terminal text as an SVG picture: standard input to standard output.
 
-Lines of the demo's time line get the colours that they have on a terminal.
+The picture of the demo is the beginning of what ./plenx demo leaves in build/demo:
+
+    head -n 72 build/demo/timeline.txt | python3 docs/images/terminal_svg.py > docs/images/demo.svg
+
+Each line of it has a colour for its mark.
 """
 
 import re

@@ -24,13 +24,6 @@ constexpr int kPc = 1;
 constexpr int kPhone = 2;
 constexpr int kAllServices = 3;
 
-std::string ServiceName(int service) {
-    const auto index = static_cast<std::size_t>(service);
-    return service >= 0 && index < std::size(kServiceNames) ? std::string(kServiceNames[index])
-           : service == kNoService                          ? ""
-                                                            : "service " + std::to_string(service);
-}
-
 int ServiceIn(const Captures& captures) {
     if (const auto number = captures.Number("svc")) {
         return *number >= 0 && *number <= 9999 ? static_cast<int>(*number) : kNoService;
@@ -94,6 +87,13 @@ bool IsPushed(const LibraryLine& parsed) {
 }
 
 }  // namespace
+
+std::string ServiceName(int service) {
+    const auto index = static_cast<std::size_t>(service);
+    return service >= 0 && index < std::size(kServiceNames) ? std::string(kServiceNames[index])
+           : service == kNoService                          ? ""
+                                                            : "service " + std::to_string(service);
+}
 
 Event ClassifyServiceLine(Line line, std::int64_t timeBefore) {
     Event event = Framed(std::move(line), timeBefore);

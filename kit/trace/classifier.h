@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <deque>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <unordered_map>
 
@@ -16,6 +17,9 @@
 #include "trace/patterns.h"
 
 namespace PlenxTrace {
+
+/// Gives the short name of a service, which is empty for kNoService.
+std::string ServiceName(int service);
 
 /// Gives a line of a service's log its event. The time before is for lines that have none.
 Event ClassifyServiceLine(Line line, std::int64_t timeBefore);

@@ -24,9 +24,10 @@ constexpr char kFooter[] =
     "Examples:\n"
     "  plenxkit trace library.log\n"
     "  plenxkit trace library.log --service service.log --output trace.html\n"
+    "  plenxkit trace library.log --service service.log --host host.jsonl --text\n"
     "  plenxkit trace library.2.log library.1.log library.log --title \"Friday's failure\"\n"
     "\n"
-    "Exit codes: 0 the page is written, 1 a file cannot be read or written, 2 wrong usage.";
+    "Exit codes: 0 it is done, 1 a file cannot be read or written, 2 wrong usage.";
 
 bool IsSameFile(const std::string& one, const std::string& other) {
     std::error_code none;
@@ -88,13 +89,35 @@ CLI::App& Declare(CLI::App& program, Request& request) {
         ->type_name("COUNT")
         ->check(CLI::Range(kLeastEvents, kMostEvents).description(""))
         ->capture_default_str();
+    const auto text = command.add_flag("--text", request.asText,
+                                       "Print the lanes as text instead of making a page");
+    command
+        .add_option(
+            "--host", request.hostLogs,
+            "With --text: what plenxkit host printed with --json; may be given several times")
+        ->type_name("FILE")
+        ->expected(1)
+        ->take_all()
+        ->needs(text);
+    command.add_option("--width", request.textWidth, "With --text: the width of a line")
+        ->type_name("COLUMNS")
+        ->check(CLI::Range(kLeastTextWidth, kMostTextWidth).description(""))
+        ->capture_default_str()
+        ->needs(text);
+    for (const char* const option : {"--output", "--title", "--events"}) {
+        text->excludes(command.get_option(option));
+    }
     command.footer(kFooter);
     return command;
 }
 
 int Run(Request request, const PlenxKit::Streams& streams) {
-    Complete(request);
     try {
+        if (request.asText) {
+            PrintText(request, streams.out);
+            return kFine;
+        }
+        Complete(request);
         Tell(request, MakePage(request), streams);
         return kFine;
     } catch (const FileError& error) {

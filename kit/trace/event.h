@@ -30,6 +30,11 @@ enum class Kind {
     kDetail,        // frames another line
     kUnknown,       // a line of the library that the table does not have
     kForeign,       // no line of a log at all
+    // Lines of a host, which the page does not have.
+    kHostCommand,
+    kHostTold,   // an observer is told something
+    kHostText,   // of a script, and the end of a run that went well
+    kHostError,  // and what was expected and did not come
 };
 
 enum class Level { kNone, kInfo, kError, kOther };

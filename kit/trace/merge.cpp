@@ -7,12 +7,18 @@
 #include <tuple>
 #include <utility>
 
+#include "trace/host_line.h"
+
 namespace PlenxTrace {
 namespace {
 
+// Of two lines of the same millisecond: a command of the host goes before what the library makes of
+// it, and a notification waits for the line with which the library begins to tell it.
+constexpr int kHostRank = -1;
 constexpr int kLibraryRank = 1;
+constexpr int kWaitingRank = 3;
 
-// Of two lines of the same millisecond: a service receives after the library has asked, and the
+// A service receives after the library has asked, and the
 // library hears after a service has sent or answered.
 int ServiceRank(std::string_view text) {
     const auto startsWith = [&](std::string_view start) {
@@ -37,11 +43,36 @@ EventStream::Source::Source(const LogFile& log, std::size_t place)
       file(Open(log.path)),
       reader(file, log.bytes),
       index(place),
-      ofService(log.ofService) {
+      writer(log.writer) {
+    if (writer == Writer::kHost) {
+        ReadHost();
+    }
     Advance();
 }
 
+void EventStream::Source::ReadHost() {
+    std::int64_t before = kNoTime;
+    for (Line line; reader.Next(line);) {
+        told.push_back(ClassifyHostLine(std::move(line), before));
+        before = told.back().time;
+    }
+    std::stable_sort(told.begin(), told.end(),
+                     [](const Event& one, const Event& other) { return one.time < other.time; });
+    std::reverse(told.begin(), told.end());
+}
+
+void EventStream::Source::TakeHost() {
+    done = told.empty();
+    if (!done) {
+        time = told.back().time;
+    }
+}
+
 void EventStream::Source::Advance() {
+    if (writer == Writer::kHost) {
+        TakeHost();
+        return;
+    }
     if (!reader.Next(head)) {
         if (file.bad()) {
             throw FileError("cannot read all of " + path);
@@ -50,7 +81,7 @@ void EventStream::Source::Advance() {
         return;
     }
     headRank = kLibraryRank;
-    if (ofService) {
+    if (writer == Writer::kService) {
         if (const auto parsed = ParseServiceLine(head.text)) {
             headTime = parsed->time;
             headRank = ServiceRank(parsed->text);
@@ -69,8 +100,8 @@ EventStream::EventStream(const std::vector<LogFile>& logs) {
 
 bool EventStream::Next(Event& event) {
     Source* first = nullptr;
-    const auto key = [](const Source& source) {
-        return std::make_tuple(source.time, source.headRank, source.index);
+    const auto key = [&](const Source& source) {
+        return std::make_tuple(source.time, RankOf(source), source.index);
     };
     for (const auto& source : sources_) {
         if (!source->done && (first == nullptr || key(*source) < key(*first))) {
@@ -80,11 +111,35 @@ bool EventStream::Next(Event& event) {
     if (first == nullptr) {
         return false;
     }
-    event = first->ofService ? ClassifyServiceLine(std::move(first->head), first->headTime)
-                             : classifier_.Classify(std::move(first->head), first->headTime);
+    event = Classified(*first);
     event.source = first->index;
+    Count(event);
     first->Advance();
     return true;
+}
+
+int EventStream::RankOf(const Source& source) const {
+    if (source.writer != Writer::kHost) {
+        return source.headRank;
+    }
+    const bool waits = source.told.back().kind == Kind::kHostTold && told_ >= begun_;
+    return waits ? kWaitingRank : kHostRank;
+}
+
+Event EventStream::Classified(Source& source) {
+    if (source.writer == Writer::kHost) {
+        Event event = std::move(source.told.back());
+        source.told.pop_back();
+        return event;
+    }
+    return source.writer == Writer::kService
+               ? ClassifyServiceLine(std::move(source.head), source.headTime)
+               : classifier_.Classify(std::move(source.head), source.headTime);
+}
+
+void EventStream::Count(const Event& event) {
+    begun_ += event.kind == Kind::kFanOut ? 1 : 0;
+    told_ += event.kind == Kind::kHostTold ? 1 : 0;
 }
 
 }  // namespace PlenxTrace

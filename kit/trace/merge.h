@@ -1,4 +1,5 @@
-// All logs as one stream of events, in the order of time. Each log is read once, line by line.
+// All logs as one stream of events, in the order of time. Each log is read once, line by line; but
+// the lines of a host are sorted first, because it prints a command only when the command is done.
 
 #ifndef PLENXKIT_TRACE_MERGE_H
 #define PLENXKIT_TRACE_MERGE_H
@@ -17,9 +18,11 @@
 
 namespace PlenxTrace {
 
+enum class Writer { kHost, kLibrary, kService };
+
 struct LogFile {
     std::string path;  // UTF-8
-    bool ofService = false;
+    Writer writer = Writer::kLibrary;
     std::uint64_t bytes = 0;
 };
 
@@ -35,12 +38,15 @@ private:
     struct Source {
         Source(const LogFile& log, std::size_t place);
         void Advance();
+        void ReadHost();
+        void TakeHost();
 
         std::string path;
         std::ifstream file;
         LineReader reader;
         std::size_t index;
-        bool ofService;
+        Writer writer;
+        std::vector<Event> told;  // by the host, the next one last
         Line head;
         std::int64_t headTime = kNoTime;
         int headRank = 0;
@@ -48,7 +54,13 @@ private:
         bool done = false;
     };
 
+    int RankOf(const Source& source) const;
+    Event Classified(Source& source);
+    void Count(const Event& event);
+
     Classifier classifier_;
+    std::uint64_t begun_ = 0;  // notifications that the library has begun to tell
+    std::uint64_t told_ = 0;   // and those that the host has been told
     std::vector<std::unique_ptr<Source>> sources_;
 };
 

@@ -82,7 +82,9 @@ void WriteLogs(const std::vector<LogFile>& logs, Json& json) {
     for (const LogFile& log : logs) {
         json.Open('{').Key("name");
         json.Text(std::filesystem::u8path(log.path).filename().u8string());
-        json.Field("service", log.ofService ? 1 : 0).Field("bytes", log.bytes).Close('}');
+        json.Field("service", log.writer == Writer::kService ? 1 : 0)
+            .Field("bytes", log.bytes)
+            .Close('}');
     }
     json.Close(']');
 }

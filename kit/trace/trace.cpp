@@ -15,23 +15,25 @@ namespace {
 
 namespace fs = std::filesystem;
 
-LogFile LogAt(const std::string& path, bool ofService) {
+LogFile LogAt(const std::string& path, Writer writer) {
     std::error_code error;
     const std::uintmax_t bytes = fs::file_size(fs::u8path(path), error);
     if (error) {
         throw FileError("cannot read " + path);
     }
-    return {path, ofService, bytes};
+    return {path, writer, bytes};
 }
 
 std::vector<LogFile> LogsOf(const Request& request) {
     std::vector<LogFile> logs;
-    for (const std::string& path : request.libraryLogs) {
-        logs.push_back(LogAt(path, false));
-    }
-    for (const std::string& path : request.serviceLogs) {
-        logs.push_back(LogAt(path, true));
-    }
+    const auto add = [&](const std::vector<std::string>& paths, Writer writer) {
+        for (const std::string& path : paths) {
+            logs.push_back(LogAt(path, writer));
+        }
+    };
+    add(request.hostLogs, Writer::kHost);
+    add(request.libraryLogs, Writer::kLibrary);
+    add(request.serviceLogs, Writer::kService);
     return logs;
 }
 
@@ -111,7 +113,7 @@ Report MakePage(const Request& request) {
         totals.Count(event);
         report.serviceLineInLibraryLog =
             report.serviceLineInLibraryLog ||
-            (event.kind == Kind::kForeign && !logs[event.source].ofService &&
+            (event.kind == Kind::kForeign && logs[event.source].writer == Writer::kLibrary &&
              ParseServiceLine(event.line));
     }
     const Plan plan = MakePlan(totals, request.mostEvents);
@@ -123,6 +125,10 @@ Report MakePage(const Request& request) {
     page.Finish();
     report.pageBytes = file.Complete();
     return report;
+}
+
+void PrintText(const Request& request, std::ostream& out) {
+    WriteTextView(LogsOf(request), request.textWidth, out);
 }
 
 }  // namespace PlenxTrace

@@ -1,20 +1,27 @@
-// From logs to the page: the logs are read twice, once to count and once to show.
+// From logs to the page, for which the logs are read twice, once to count and once to show; or to
+// text.
 
 #ifndef PLENXKIT_TRACE_TRACE_H
 #define PLENXKIT_TRACE_TRACE_H
 
+#include <cstddef>
 #include <cstdint>
+#include <ostream>
 #include <string>
 #include <vector>
 
 #include "trace/merge.h"
 #include "trace/selection.h"
+#include "trace/text_view.h"
 
 namespace PlenxTrace {
 
 struct Request {
     std::vector<std::string> libraryLogs;  // parts of one log
     std::vector<std::string> serviceLogs;
+    std::vector<std::string> hostLogs;  // for the text alone
+    bool asText = false;
+    std::size_t textWidth = kTextWidth;
     std::string output;
     std::string title;
     std::uint64_t mostEvents = kDefaultMostEvents;
@@ -30,6 +37,9 @@ struct Report {
 
 /// @throws FileError; a page that was there before is then still there.
 Report MakePage(const Request& request);
+
+/// @throws FileError
+void PrintText(const Request& request, std::ostream& out);
 
 }  // namespace PlenxTrace
 
