@@ -14,6 +14,8 @@ if(MSVC)
   target_compile_options(plenx_warnings INTERFACE /W4 /wd4458 /wd4232 /utf-8 /permissive-)
   target_compile_definitions(plenx_warnings INTERFACE
     _SILENCE_CXX17_CODECVT_HEADER_DEPRECATION_WARNING)
+  # Here the library is built by the compiler of its hosts.
+  add_compile_definitions(PLENXSDK_BUILT_BY_VISUAL_CPP)
 else()
   target_compile_options(plenx_warnings INTERFACE -Wall -Wextra -Wpedantic ${plenx_werror})
 endif()

@@ -2,7 +2,7 @@
 
 fuzz_packages=("${base_packages[@]}" clang libclang-rt-dev googletest)
 fuzz_build=$build_dir/fuzz
-fuzz_targets=(reader writer server group_name decoder)
+fuzz_targets=(reader writer server group_name decoder c_interface)
 fuzz_found=$fuzz_build/found     # inputs that reach something new
 fuzz_broken=$fuzz_build/broken   # inputs that break something
 

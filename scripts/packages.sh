@@ -2,7 +2,7 @@
 
 base_packages=(cmake ninja-build ccache)
 windows_packages=("${base_packages[@]}"
-    g++-mingw-w64-x86-64-posix mingw-w64-tools clang
+    g++-mingw-w64-x86-64-posix mingw-w64-tools clang lld llvm
     wine wine64
     googletest libspdlog-dev libfmt-dev libcli11-dev libtomlplusplus-dev nlohmann-json3-dev
     libutfcpp-dev)

@@ -75,13 +75,17 @@ test_native() {
     done
 }
 
-# The public header stands alone, for every compiler that a host may use here.
+# Each public header stands alone, for every compiler that a host may use here.
 check_public_header() {
     local compiler
     for compiler in g++ clang++ x86_64-w64-mingw32-g++-posix; do
         "$compiler" -std=c++17 -Wall -Wextra -Wpedantic -Werror -fsyntax-only -x c++ \
             include/plenxsdk/plenx_manager.h
+        "$compiler" -std=c++17 -Wall -Wextra -Wpedantic -Werror -fsyntax-only -x c++ \
+            -include include/plenxsdk/plenx.hpp /dev/null
     done
+    gcc -std=c99 -Wall -Wextra -Wpedantic -Werror -fsyntax-only -x c include/plenxsdk/plenx.h
+    g++ -std=c++98 -Wall -Wextra -Wpedantic -Werror -fsyntax-only -x c++ include/plenxsdk/plenx.h
 }
 
 # run_native FLAVOUR [CTEST-ARGUMENT...]

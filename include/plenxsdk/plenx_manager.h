@@ -71,6 +71,11 @@
 #ifndef PLENXSDK_PLENX_MANAGER_H
 #define PLENXSDK_PLENX_MANAGER_H
 
+#if defined(_MSC_VER) && !defined(PLENXSDK_BUILT_BY_VISUAL_CPP)
+#error \
+    "plenxsdk.dll of this package was built by MinGW-w64, and a class of it does not fit Visual C++: include plenxsdk/plenx.h or plenxsdk/plenx.hpp and link plenxsdk_c.lib"
+#endif
+
 #include <cstdint>
 #include <memory>
 #include <mutex>

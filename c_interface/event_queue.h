@@ -1,0 +1,79 @@
+// A queue of notifications that the host empties when it likes to. It never makes the library
+// wait: what does not fit pushes out the oldest.
+
+#ifndef PLENXSDK_C_EVENT_QUEUE_H
+#define PLENXSDK_C_EVENT_QUEUE_H
+
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <mutex>
+#include <string>
+#include <string_view>
+#include <tuple>
+
+#include "event.h"
+#include "listener.h"
+#include "lock.h"
+#include "process.h"
+
+namespace PlenxC {
+
+/// Any thread may call.
+class EventQueue final : public Listener {
+public:
+    static constexpr Kind kKind = Kind::kQueue;
+
+    explicit EventQueue(std::uint32_t capacity) : Listener(kKind), capacity_(capacity) {}
+    ~EventQueue() override;
+
+    std::int32_t Take(plenx_event& notification) override;
+
+    /// The oldest event, which is the caller's; null when none came in time.
+    const plenx_event* Next(std::uint32_t milliseconds);
+
+    void SetLinkStatus(std::uint32_t service, std::string group, std::uint32_t link,
+                       std::int32_t status);
+    void* WaitHandle() noexcept;
+    void Cancel() noexcept;
+    void Close() noexcept;
+
+private:
+    enum class State { kOpen, kCancelled, kClosed };
+
+    // The order of link answers: service, link, group.
+    using Link = std::tuple<std::uint32_t, std::uint32_t, std::string>;
+    using LinkView = std::tuple<std::uint32_t, std::uint32_t, std::string_view>;
+    struct ByLink {
+        using is_transparent = void;
+        template <class Left, class Right>
+        bool operator()(const Left& left, const Right& right) const {
+            return left < right;
+        }
+    };
+
+    void AnswerLinkQuery(plenx_event& notification);
+    bool Fits(std::size_t length) const noexcept;
+    void Append(Event* event) noexcept;
+    Event* RemoveOldest() noexcept;
+    void DropOldest() noexcept;
+    void DropAll() noexcept;
+    void End(State state) noexcept;
+
+    const std::uint32_t capacity_;
+    Mutex mutex_;
+    Condition changed_;
+    State state_ = State::kOpen;
+    Event* oldest_ = nullptr;
+    Event* newest_ = nullptr;
+    std::uint32_t count_ = 0;
+    std::size_t textSize_ = 0;  // of all but the large event
+    bool holdsLarge_ = false;   // an event with more text than a queue holds otherwise
+    std::uint64_t lost_ = 0;    // since the newest
+    WaitEvent waitEvent_;       // set while there is an event, and in the end
+    std::map<Link, std::int32_t, ByLink> linkStatus_;
+};
+
+}  // namespace PlenxC
+
+#endif  // PLENXSDK_C_EVENT_QUEUE_H

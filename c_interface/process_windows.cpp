@@ -1,0 +1,46 @@
+#include "process.h"
+
+#include <windows.h>
+
+// Exported by every ntdll since Windows XP, but declared in no header of the toolchain.
+extern "C" BOOLEAN NTAPI RtlDllShutdownInProgress(void);
+
+namespace PlenxC {
+
+bool ProcessIsEnding() noexcept {
+    return RtlDllShutdownInProgress() != FALSE;
+}
+
+void StayLoaded() noexcept {
+    static const char here = 0;
+    HMODULE self = nullptr;
+    GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_PIN | GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS,
+                       reinterpret_cast<LPCWSTR>(&here), &self);
+}
+
+WaitEvent::~WaitEvent() {
+    if (handle_ != nullptr) {
+        CloseHandle(handle_);
+    }
+}
+
+void* WaitEvent::Handle(bool set) noexcept {
+    if (handle_ == nullptr) {
+        handle_ = CreateEventW(nullptr, TRUE, set ? TRUE : FALSE, nullptr);
+    }
+    return handle_;
+}
+
+void WaitEvent::Set() noexcept {
+    if (handle_ != nullptr) {
+        SetEvent(handle_);
+    }
+}
+
+void WaitEvent::Reset() noexcept {
+    if (handle_ != nullptr) {
+        ResetEvent(handle_);
+    }
+}
+
+}  // namespace PlenxC

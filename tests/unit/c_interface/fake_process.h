@@ -1,0 +1,30 @@
+// The process that the layer finds itself in, as a test wants it.
+
+#ifndef UNIT_C_INTERFACE_FAKE_PROCESS_H
+#define UNIT_C_INTERFACE_FAKE_PROCESS_H
+
+#include <atomic>
+
+struct LayerProcess {
+    /// The system has ended all other threads.
+    static inline std::atomic<bool> ending{false};
+    /// How often the layer asked to stay loaded.
+    static inline std::atomic<int> pins{0};
+    /// The system gives wait events; without, there are none.
+    static inline std::atomic<bool> givesEvents{false};
+    static inline std::atomic<int> liveEvents{0};
+
+    /// Whether the event behind a handle is set.
+    static bool IsSet(void* handle);
+};
+
+/// The process is ending as long as this lives.
+class EndingProcess {
+public:
+    EndingProcess() { LayerProcess::ending = true; }
+    ~EndingProcess() { LayerProcess::ending = false; }
+    EndingProcess(const EndingProcess&) = delete;
+    EndingProcess& operator=(const EndingProcess&) = delete;
+};
+
+#endif  // UNIT_C_INTERFACE_FAKE_PROCESS_H
