@@ -31,8 +31,8 @@ std::ostream& operator<<(std::ostream& out, const Shipped& shipped) {
 }
 
 constexpr Shipped kShipped[] = {
-    {"plenxsdk.dll", 100},    {"LogHelper.dll", 100}, {"distributedfile.dll", 15},
-    {"plenxservice.exe", 35}, {"plenxkit.exe", 150},
+    {"plenxsdk.dll", 100},       {"plenxsdk_c.dll", 15},   {"LogHelper.dll", 100},
+    {"distributedfile.dll", 15}, {"plenxservice.exe", 35}, {"plenxkit.exe", 150},
 };
 
 class Hardening : public testing::TestWithParam<Shipped> {

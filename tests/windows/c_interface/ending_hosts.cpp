@@ -1,0 +1,159 @@
+// Hosts of the plain C interface that end in one particular way each. They load the DLL by its
+// path.
+
+#include "endings/ending_hosts.h"
+
+#include <windows.h>
+
+#include <atomic>
+#include <cstdlib>
+#include <string>
+#include <thread>
+
+#include "c_interface/loaded_interface.h"
+#include "support/wait.h"
+
+namespace PlenxTest {
+namespace {
+
+constexpr int kNotReached = 99;
+constexpr int kReaders = 10;
+
+class Ending : public plenx::Observer {
+public:
+    std::atomic<bool> exits{false};
+    std::atomic<bool> stays{false};
+
+    std::int32_t notify_status(std::uint32_t, std::string_view, std::uint32_t kind, bool) override {
+        if (kind == PLENX_STATUS_START && exits) {
+            std::exit(31);
+        }
+        if (kind == PLENX_STATUS_START) {
+            stays = true;
+            Sleep(INFINITE);  // until the process ends
+        }
+        return 0;
+    }
+};
+
+bool InitAndWait(const plenx::Library& sdk, const std::string& install, const std::string& data) {
+    sdk.init(install, data, "", false).or_throw();
+    return WaitFor([&] { return sdk.get_int64(PLENX_PC, PLENX_KEY_NOT_RUNNING).or_throw() == 1; });
+}
+
+// Threads that wait for ever. Nothing of them is destroyed: the process ends around them.
+bool LetReadersWait(const plenx::Library& sdk) {
+    static std::atomic<int> waiting{0};
+    auto* const queue = new plenx::Queue(sdk.open_queue(100).or_throw());
+    for (int i = 0; i != kReaders; ++i) {
+        std::thread([queue] {
+            ++waiting;
+            while (queue->next(UINT32_MAX).or_throw()) {
+            }
+        }).detach();
+    }
+    return WaitFor([] { return waiting == kReaders; });
+}
+
+bool LetAFunctionStay(const plenx::Library& sdk) {
+    auto* const ending = new Ending;
+    new plenx::Subscription(sdk.observe(*ending).or_throw());
+    sdk.start(PLENX_OFFICE, "group", "argument").or_throw();
+    return WaitFor([&] { return ending->stays.load(); });
+}
+
+int ExitInsideAFunction(const std::string& install, const std::string& data) {
+    const plenx::Library sdk = LoadInterface();
+    Ending ending;
+    ending.exits = true;
+    const plenx::Subscription subscription = sdk.observe(ending).or_throw();
+    sdk.init(install, data, "", false).or_throw();
+    sdk.start(PLENX_PC, "group", "argument").or_throw();
+    Sleep(20000);
+    return kNotReached;
+}
+
+int FunctionStays(const std::string& install, const std::string& data) {
+    const plenx::Library sdk = LoadInterface();
+    return InitAndWait(sdk, install, data) && LetAFunctionStay(sdk) ? 32 : kNotReached;
+}
+
+int TenReadersWait(const std::string& install, const std::string& data) {
+    const plenx::Library sdk = LoadInterface();
+    return InitAndWait(sdk, install, data) && LetReadersWait(sdk) ? 33 : kNotReached;
+}
+
+bool LoadLateCaller() {
+    return LoadLibraryW(L"c_interface_late_caller.dll") != nullptr;
+}
+
+// What is loaded last is detached first.
+int CallLate(bool before, const std::string& install, const std::string& data) {
+    if (!before && !LoadLateCaller()) {
+        return kNotReached;
+    }
+    const plenx::Library sdk = LoadInterface();
+    if (before && !LoadLateCaller()) {
+        return kNotReached;
+    }
+    return InitAndWait(sdk, install, data) && LetReadersWait(sdk) && LetAFunctionStay(sdk)
+               ? 34
+               : kNotReached;
+}
+
+int CallBeforeTheInterfaceGoes(const std::string& install, const std::string& data) {
+    return CallLate(true, install, data);
+}
+
+int CallAfterTheInterfaceWent(const std::string& install, const std::string& data) {
+    return CallLate(false, install, data);
+}
+
+// Nothing keeps the DLLs before the first of the calls that do.
+int FreeUnused(const std::string&, const std::string&) {
+    const HMODULE module = LoadLibraryW(InterfacePath().c_str());
+    const auto abi = reinterpret_cast<std::uint32_t (*)()>(
+        reinterpret_cast<void*>(GetProcAddress(module, "plenx_abi")));
+    const bool answers = abi != nullptr && abi() == PLENX_ABI;
+    FreeLibrary(module);
+    const bool gone = GetModuleHandleW(L"plenxsdk_c.dll") == nullptr &&
+                      GetModuleHandleW(L"plenxsdk.dll") == nullptr;
+    return answers && gone ? 35 : kNotReached;
+}
+
+int FreeInUse(const std::string&, const std::string&) {
+    const plenx::Library sdk = LoadInterface();
+    {
+        const plenx::Queue queue = sdk.open_queue(1).or_throw();
+    }
+    const HMODULE module = GetModuleHandleW(L"plenxsdk_c.dll");
+    for (int i = 0; i != 5; ++i) {
+        FreeLibrary(module);
+    }
+    const bool there = GetModuleHandleW(L"plenxsdk_c.dll") != nullptr &&
+                       GetModuleHandleW(L"plenxsdk.dll") != nullptr;
+    return there && sdk.functions().abi() == PLENX_ABI ? 36 : kNotReached;
+}
+
+constexpr HostMode kModes[] = {
+    {"exit-inside-a-function", 31, ExitInsideAFunction},
+    {"function-stays", 32, FunctionStays},
+    {"ten-readers-wait", 33, TenReadersWait},
+    {"call-before-the-interface-goes", 34, CallBeforeTheInterfaceGoes},
+    {"call-after-the-interface-went", 34, CallAfterTheInterfaceWent},
+    {"free-unused", 35, FreeUnused},
+    {"free-in-use", 36, FreeInUse},
+};
+
+}  // namespace
+
+const HostMode* FindHostMode(const std::string& name) {
+    for (const HostMode& mode : kModes) {
+        if (name == mode.name) {
+            return &mode;
+        }
+    }
+    return nullptr;
+}
+
+}  // namespace PlenxTest
