@@ -1,15 +1,20 @@
-# Installs the package as a folder: bin (all DLLs and programs), lib (the import library and the files
-# for CMake and pkg-config), include (the public header), and the rest beside them. scripts/package.sh
-# adds the files that CMake does not build.
+# Installs the package as a folder: bin (all DLLs and programs), lib (the import libraries and the
+# files for CMake and pkg-config), include (the public headers), and the rest beside them.
+# scripts/package.sh adds the files that CMake does not build.
 
 include(CMakePackageConfigHelpers)
 
 add_custom_target(product DEPENDS
-  plenxsdk LogHelper distributedfile plenxservice plenxkit
+  plenxsdk plenxsdk_c LogHelper distributedfile plenxservice plenxkit
   dokan1_sys dokan1_dll dokanfuse1_dll dokan1_sys_newer dokan1_dll_newer dokanfuse1_dll_newer)
 
 # programs and DLLs
-install(TARGETS plenxsdk RUNTIME DESTINATION bin ARCHIVE DESTINATION lib)
+install(TARGETS plenxsdk plenxsdk_c RUNTIME DESTINATION bin ARCHIVE DESTINATION lib)
+install(FILES ${PROJECT_SOURCE_DIR}/c_interface/plenxsdk_c.def DESTINATION lib)
+if(TARGET plenxsdk_c_msvc_lib)
+  add_dependencies(product plenxsdk_c_msvc_lib)
+  install(FILES ${CMAKE_ARCHIVE_OUTPUT_DIRECTORY}/plenxsdk_c.lib DESTINATION lib)
+endif()
 install(TARGETS LogHelper distributedfile RUNTIME DESTINATION bin ARCHIVE DESTINATION companion/lib)
 install(TARGETS plenxservice plenxkit RUNTIME DESTINATION bin)
 install(TARGETS dokan1_sys dokan1_dll dokanfuse1_dll LIBRARY DESTINATION bin)

@@ -41,6 +41,7 @@ REFERENCE = {
     "PLENXManager": "classDistributedFs_1_1PLENXManager.html",
     "PLENXServiceObserver": "classDistributedFs_1_1PLENXServiceObserver.html",
     "plenx_manager.h": "plenx__manager_8h.html",
+    "plenx.h": "plenx_8h.html",
     "Companion: office service": "classDistributedFileManager.html",
     "Companion: logger": "classOvLogger.html",
 }

@@ -39,7 +39,8 @@ def test_the_ship_list_names_every_file_of_bin_once(package):
     rows = re.findall(r"^\| `([^`]+)` \| (ship|replace|development only)",
                       (package / "SHIP.md").read_text(), re.MULTILINE)
     assert sorted(name for name, _ in rows) == sorted(files(package / "bin"))
-    assert {name for name, what in rows if what == "ship"} == {"plenxsdk.dll"} | RUN_TIME
+    assert {name for name, what in rows if what == "ship"} == {
+        "plenxsdk.dll", "plenxsdk_c.dll"} | RUN_TIME
 
 
 def test_what_is_not_to_be_shipped_says_so_in_its_version(package):
@@ -87,7 +88,9 @@ def test_every_page_and_licence_is_there(package):
     assert (package / "share" / "doc" / "plenxsdk" / "html" / "index.html").is_file()
     assert "GCC RUNTIME LIBRARY EXCEPTION" in " ".join(
         (package / "licenses" / "gcc-mingw-w64-base.txt").read_text().upper().split())
-    for name in ("README.md", "CHANGELOG.md", "SHIP.md", "include/plenxsdk/plenx_manager.h"):
+    for name in ("README.md", "CHANGELOG.md", "SHIP.md", "include/plenxsdk/plenx_manager.h",
+                 "include/plenxsdk/plenx.h", "include/plenxsdk/plenx.hpp", "lib/plenxsdk_c.def",
+                 "lib/plenxsdk_c.lib", "lib/libplenxsdk_c.dll.a"):
         assert (package / name).is_file(), name
 
 
