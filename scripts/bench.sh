@@ -2,7 +2,7 @@
 
 bench_build=$build_dir/bench-native
 bench_dir=$build_dir/bench
-bench_programs=(messages log observers queue)
+bench_programs=(messages log observers queue c_interface)
 
 # command_bench [--quick] [--json FILE] [native | windows]
 command_bench() {
