@@ -1,16 +1,13 @@
 #include "trace/host_line.h"
 
 #include <iterator>
-#include <nlohmann/json.hpp>
 #include <utility>
 
 #include "trace/classifier.h"
+#include "trace/json_text.h"
 
 namespace PlenxTrace {
 namespace {
-
-// It keeps the arguments of a notification in their order.
-using Json = nlohmann::ordered_json;
 
 constexpr const char* kToldStatusNames[] = {"start", "stop", "online", "offline"};
 

@@ -5,16 +5,21 @@
 #define PLENXKIT_TRACE_JSON_TEXT_H
 
 #include <cstddef>
+#include <nlohmann/json.hpp>
 #include <string>
 #include <string_view>
 
 namespace PlenxTrace {
 
-constexpr std::size_t kWholeText = static_cast<std::size_t>(-1);
+/// The members stand in the order in which they were put in.
+using Json = nlohmann::ordered_json;
 
-/// A JSON string for a script element. A byte that is no UTF-8 becomes U+FFFD. A text that would
-/// take more than mostBytes here is cut between two characters, and ends with "…".
-void AppendJsonString(std::string& out, std::string_view text, std::size_t mostBytes = kWholeText);
+/// JSON for a script element. A byte that is no UTF-8 becomes U+FFFD.
+std::string ScriptJson(const Json& value);
+
+/// A text that takes more than mostBytes in the JSON of a script is cut between two characters, and
+/// ends with "…".
+std::string Shortened(std::string_view text, std::size_t mostBytes);
 
 /// Text for an element or an attribute.
 std::string HtmlText(std::string_view text);

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <string_view>
+#include <utility>
 
 #include "trace/code_meaning.h"
 #include "trace/json_text.h"
@@ -18,157 +19,108 @@ constexpr std::size_t kMostLabelBytes = 120;
 
 enum Flags { kFailure = 1, kUsualError = 2, kTorn = 4 };
 
-// JSON, written as it comes.
-class Json {
-public:
-    explicit Json(std::string& out) : out_(out) {}
+Json OrNull(const std::optional<std::int64_t>& number) {
+    return number ? Json(*number) : Json();
+}
 
-    Json& Open(char bracket) {
-        Separate();
-        out_.push_back(bracket);
-        comma_ = false;
-        return *this;
-    }
-    Json& Close(char bracket) {
-        out_.push_back(bracket);
-        comma_ = true;
-        return *this;
-    }
-    Json& Key(std::string_view name) {
-        Separate();
-        AppendJsonString(out_, name);
-        out_.push_back(':');
-        comma_ = false;
-        return *this;
-    }
-    Json& Text(std::string_view text, std::size_t mostBytes = kWholeText) {
-        Separate();
-        AppendJsonString(out_, text, mostBytes);
-        return *this;
-    }
-    template <class Number>
-    Json& Value(Number number) {
-        Separate();
-        out_ += std::to_string(number);
-        return *this;
-    }
-    Json& Value(const std::optional<std::int64_t>& number) {
-        if (number) {
-            return Value(*number);
-        }
-        Separate();
-        out_ += "null";
-        return *this;
-    }
-    template <class Number>
-    Json& Field(std::string_view name, Number number) {
-        return Key(name).Value(number);
-    }
-
-private:
-    void Separate() {
-        if (comma_) {
-            out_.push_back(',');
-        }
-        comma_ = true;
-    }
-
-    std::string& out_;
-    bool comma_ = false;
-};
-
-void WriteLogs(const std::vector<LogFile>& logs, Json& json) {
-    json.Key("logs").Open('[');
+Json LogsOf(const std::vector<LogFile>& logs) {
+    Json list = Json::array();
     for (const LogFile& log : logs) {
-        json.Open('{').Key("name");
-        json.Text(std::filesystem::u8path(log.path).filename().u8string());
-        json.Field("service", log.writer == Writer::kService ? 1 : 0)
-            .Field("bytes", log.bytes)
-            .Close('}');
+        list.push_back({{"name", std::filesystem::u8path(log.path).filename().u8string()},
+                        {"service", log.writer == Writer::kService ? 1 : 0},
+                        {"bytes", log.bytes}});
     }
-    json.Close(']');
+    return list;
 }
 
-void WriteCalls(const Summary& summary, Json& json) {
-    json.Key("calls").Open('[');
+Json CallsOf(const Summary& summary) {
+    Json list = Json::array();
     for (const auto& [operation, counts] : summary.calls) {
-        json.Open('{').Key("name").Text(operation);
-        json.Field("calls", counts.calls).Field("refused", counts.refused);
-        json.Field("failed", counts.failed).Field("waits", counts.waits);
-        json.Field("waitSum", counts.waitSum).Field("waitMost", counts.waitMost).Close('}');
+        list.push_back({{"name", operation},
+                        {"calls", counts.calls},
+                        {"refused", counts.refused},
+                        {"failed", counts.failed},
+                        {"waits", counts.waits},
+                        {"waitSum", counts.waitSum},
+                        {"waitMost", counts.waitMost}});
     }
-    json.Close(']');
+    return list;
 }
 
-void WriteGroups(std::string_view name, const std::map<std::string, Group>& groups, Json& json) {
-    json.Key(name).Open('[');
+Json GroupsOf(const std::map<std::string, Group>& groups) {
+    Json list = Json::array();
     for (const auto& [key, group] : groups) {
-        json.Open('{').Key("text").Text(group.example, kMostBytesOfMany);
-        json.Field("count", group.count).Field("first", group.first);
-        json.Field("usual", group.usual ? 1 : 0).Field("code", group.code);
-        json.Key("meaning").Text(group.code ? CodeMeaning(*group.code) : "").Close('}');
+        list.push_back({{"text", Shortened(group.example, kMostBytesOfMany)},
+                        {"count", group.count},
+                        {"first", group.first},
+                        {"usual", group.usual ? 1 : 0},
+                        {"code", OrNull(group.code)},
+                        {"meaning", group.code ? CodeMeaning(*group.code) : ""}});
     }
-    json.Close(']');
+    return list;
 }
 
-void WriteSlow(std::string_view name, const std::vector<Slow>& slowest, Json& json) {
-    json.Key(name).Open('[');
+Json SlowestOf(const std::vector<Slow>& slowest) {
+    Json list = Json::array();
     for (const Slow& slow : slowest) {
-        json.Open('{').Field("ms", slow.milliseconds).Field("event", slow.sequence);
-        json.Field("time", slow.time).Field("failed", slow.failure ? 1 : 0);
-        json.Key("text").Text(slow.label, kMostLabelBytes).Close('}');
+        list.push_back({{"ms", slow.milliseconds},
+                        {"event", slow.sequence},
+                        {"time", slow.time},
+                        {"failed", slow.failure ? 1 : 0},
+                        {"text", Shortened(slow.label, kMostLabelBytes)}});
     }
-    json.Close(']');
+    return list;
 }
 
-void WriteHistogram(const Histogram& histogram, Json& json) {
-    json.Key("histogram").Open('{').Field("begin", histogram.begin);
-    json.Field("span", histogram.span).Key("lines").Open('[');
+Json HistogramOf(const Histogram& histogram) {
+    Json lines = Json::array();
+    Json failures = Json::array();
     for (const Histogram::Span& span : histogram.spans) {
-        json.Value(span.lines);
+        lines.push_back(span.lines);
+        failures.push_back(span.failures);
     }
-    json.Close(']').Key("failures").Open('[');
-    for (const Histogram::Span& span : histogram.spans) {
-        json.Value(span.failures);
-    }
-    json.Close(']').Close('}');
+    return {{"begin", histogram.begin},
+            {"span", histogram.span},
+            {"lines", std::move(lines)},
+            {"failures", std::move(failures)}};
 }
 
-void WriteSummary(const Summary& summary, Json& json) {
-    json.Key("summary").Open('{');
-    json.Field("lines", summary.lines).Field("failures", summary.failures);
-    json.Field("usual", summary.usual).Field("requests", summary.requests);
-    json.Field("notifications", summary.notifications).Field("foreign", summary.foreign);
-    json.Field("unknown", summary.unknown).Field("torn", summary.torn).Field("cut", summary.cut);
-    json.Field("firstTime", summary.firstTime).Field("lastTime", summary.lastTime);
-    WriteCalls(summary, json);
-    WriteGroups("failedCalls", summary.failedCalls, json);
-    WriteGroups("errorLines", summary.errorLines, json);
-    WriteSlow("slowestStarts", summary.slowestStarts, json);
-    WriteSlow("longestWaits", summary.longestWaits, json);
-    WriteHistogram(summary.histogram, json);
-    json.Close('}');
+Json SummaryOf(const Summary& summary) {
+    return {{"lines", summary.lines},
+            {"failures", summary.failures},
+            {"usual", summary.usual},
+            {"requests", summary.requests},
+            {"notifications", summary.notifications},
+            {"foreign", summary.foreign},
+            {"unknown", summary.unknown},
+            {"torn", summary.torn},
+            {"cut", summary.cut},
+            {"firstTime", summary.firstTime},
+            {"lastTime", summary.lastTime},
+            {"calls", CallsOf(summary)},
+            {"failedCalls", GroupsOf(summary.failedCalls)},
+            {"errorLines", GroupsOf(summary.errorLines)},
+            {"slowestStarts", SlowestOf(summary.slowestStarts)},
+            {"longestWaits", SlowestOf(summary.longestWaits)},
+            {"histogram", HistogramOf(summary.histogram)}};
 }
 
-void WritePlan(const Totals& totals, const Plan& plan, Json& json) {
-    json.Key("plan").Open('{').Field("whole", plan.whole ? 1 : 0);
-    json.Field("lines", totals.lines).Field("edge", plan.edge);
-    json.Field("failures", plan.failures).Field("allFailures", totals.failures);
-    json.Field("context", plan.context);
-    json.Field("calls", plan.calls).Field("allCalls", totals.calls);
-    json.Field("others", plan.others).Close('}');
+Json PlanOf(const Totals& totals, const Plan& plan) {
+    return {
+        {"whole", plan.whole ? 1 : 0}, {"lines", totals.lines},          {"edge", plan.edge},
+        {"failures", plan.failures},   {"allFailures", totals.failures}, {"context", plan.context},
+        {"calls", plan.calls},         {"allCalls", totals.calls},       {"others", plan.others}};
 }
 
+// An object that is still open, in the list of the events.
 std::string DataHead(const PageHead& head) {
-    std::string text;
-    Json json(text);
-    json.Open('{').Key("title").Text(head.title);
-    json.Key("version").Text(PLENXKIT_VERSION);
-    WriteLogs(head.logs, json);
-    WriteSummary(head.summary, json);
-    WritePlan(head.totals, head.plan, json);
-    json.Key("events").Open('[');
-    return text;
+    std::string text = ScriptJson({{"title", head.title},
+                                   {"version", PLENXKIT_VERSION},
+                                   {"logs", LogsOf(head.logs)},
+                                   {"summary", SummaryOf(head.summary)},
+                                   {"plan", PlanOf(head.totals, head.plan)}});
+    text.pop_back();
+    return text + ",\"events\":[";
 }
 
 int FlagsOf(const Event& event) {
@@ -183,21 +135,18 @@ std::string LineOf(const Event& event) {
     return event.line + "\xE2\x80\xA6 (" + std::to_string(event.cutBytes) + " more bytes)";
 }
 
-// The order of the numbers is the one that page/model.js reads.
-void WriteEvent(const Shown& shown, std::size_t mostLineBytes, Json& json) {
+// The order is the one that page/model.js reads.
+Json EventOf(const Shown& shown, std::size_t mostLineBytes) {
     const Event& event = shown.event;
-    json.Open('[').Value(shown.sequence).Value(event.time);
-    json.Value(static_cast<int>(event.level)).Value(static_cast<int>(event.kind));
-    json.Value(static_cast<int>(event.from)).Value(static_cast<int>(event.to));
-    json.Value(event.service).Value(FlagsOf(event));
-    json.Value(event.waited).Value(event.took);
-    json.Value(event.source).Value(event.number).Value(event.thread);
-    json.Text(event.label, kMostLabelBytes).Text(LineOf(event), mostLineBytes).Close(']');
+    return Json::array({shown.sequence, event.time, event.level, event.kind, event.from, event.to,
+                        event.service, FlagsOf(event), OrNull(event.waited), OrNull(event.took),
+                        event.source, event.number, event.thread,
+                        Shortened(event.label, kMostLabelBytes),
+                        Shortened(LineOf(event), mostLineBytes)});
 }
 
-void WriteGap(const Shown& shown, Json& json) {
-    json.Open('[').Value(shown.sequence).Value(shown.event.time);
-    json.Value(shown.leftOut).Value(shown.until).Close(']');
+Json GapOf(const Shown& shown) {
+    return Json::array({shown.sequence, shown.event.time, shown.leftOut, shown.until});
 }
 
 // Puts value in the one place of that name.
@@ -222,15 +171,9 @@ PageWriter::PageWriter(std::ostream& out, const PageHead& head)
 }
 
 void PageWriter::Write(const Shown& shown) {
-    text_.assign(first_ ? "\n" : ",\n");
+    out_ << (first_ ? "\n" : ",\n")
+         << ScriptJson(shown.leftOut != 0 ? GapOf(shown) : EventOf(shown, mostLineBytes_));
     first_ = false;
-    Json json(text_);
-    if (shown.leftOut != 0) {
-        WriteGap(shown, json);
-    } else {
-        WriteEvent(shown, mostLineBytes_, json);
-    }
-    out_ << text_;
 }
 
 void PageWriter::Finish() {

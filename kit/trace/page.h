@@ -33,7 +33,6 @@ private:
     std::ostream& out_;
     std::size_t mostLineBytes_;
     std::string rest_;  // of the page, behind the data
-    std::string text_;  // the piece at work
     bool first_ = true;
 };
 

@@ -19,33 +19,31 @@ namespace {
 
 namespace fs = std::filesystem;
 
-std::string Json(std::string_view text, std::size_t most = kWholeText) {
-    std::string out;
-    AppendJsonString(out, text, most);
-    return out;
+std::string JsonOf(std::string_view text, std::size_t most = 1000) {
+    return ScriptJson(Shortened(text, most));
 }
 
 TEST(JsonText, NothingInItCanBeTakenForMarkup) {
-    EXPECT_EQ(Json("</script><script>&<!--"),
+    EXPECT_EQ(JsonOf("</script><script>&<!--"),
               "\"\\u003c/script\\u003e\\u003cscript\\u003e\\u0026\\u003c!--\"");
-    EXPECT_EQ(Json("a\"b\\c\n\x7f"), "\"a\\u0022b\\u005cc\\u000a\\u007f\"");
-    EXPECT_EQ(Json(std::string("\0", 1)), "\"\\u0000\"");
+    EXPECT_EQ(JsonOf("a\"b\\c\n\x7f"), "\"a\\\"b\\\\c\\n\x7f\"");
+    EXPECT_EQ(JsonOf(std::string("\0", 1)), "\"\\u0000\"");
 }
 
 TEST(JsonText, KeepsUtf8_AndReplacesWhatIsNone) {
-    EXPECT_EQ(Json("Küche ☕ 😀"), "\"Küche ☕ 😀\"");
-    EXPECT_EQ(Json("\xff"), "\"\xEF\xBF\xBD\"");
-    EXPECT_EQ(Json("\xc3"), "\"\xEF\xBF\xBD\"") << "cut off";
-    EXPECT_EQ(Json("\xc0\xaf"), "\"\xEF\xBF\xBD\xEF\xBF\xBD\"") << "overlong";
-    EXPECT_EQ(Json("\xed\xa0\x80"), "\"\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD\"") << "surrogate";
-    EXPECT_EQ(Json("\xf5\x80\x80\x80").size(), 2u + 4 * 3) << "beyond Unicode";
+    EXPECT_EQ(JsonOf("Küche ☕ 😀"), "\"Küche ☕ 😀\"");
+    EXPECT_EQ(JsonOf("\xff"), "\"\xEF\xBF\xBD\"");
+    EXPECT_EQ(JsonOf("\xc3"), "\"\xEF\xBF\xBD\"") << "cut off";
+    EXPECT_EQ(JsonOf("\xc0\xaf"), "\"\xEF\xBF\xBD\xEF\xBF\xBD\"") << "overlong";
+    EXPECT_EQ(JsonOf("\xed\xa0\x80"), "\"\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD\"") << "surrogate";
+    EXPECT_EQ(JsonOf("\xf5\x80\x80\x80").size(), 2u + 4 * 3) << "beyond Unicode";
 }
 
 TEST(JsonText, IsCutBetweenCharacters) {
-    EXPECT_EQ(Json("abcdef", 6), "\"abcdef\"");
-    EXPECT_EQ(Json("abcdefg", 6), "\"abcdef…\"");
-    EXPECT_EQ(Json("a<b", 6), "\"a…\"") << "its escape does not fit";
-    EXPECT_EQ(Json("ääää", 5), "\"ää…\"");
+    EXPECT_EQ(JsonOf("abcdef", 6), "\"abcdef\"");
+    EXPECT_EQ(JsonOf("abcdefg", 6), "\"abcdef…\"");
+    EXPECT_EQ(JsonOf("a<b", 6), "\"a…\"") << "its escape does not fit";
+    EXPECT_EQ(JsonOf("ääää", 5), "\"ää…\"");
 }
 
 TEST(HtmlText, IsTextForAnElement) {
