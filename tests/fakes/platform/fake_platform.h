@@ -62,7 +62,8 @@ public:
     unsigned PinCount() const;
 
     /// From now on the process is ending, as if the system had told the module's entry point so.
-    /// This takes no lock, so a thread that stays inside a fake blocks neither this nor the question.
+    /// This takes no lock, so a thread that stays inside a fake blocks neither this nor the
+    /// question.
     void EndProcess();
     bool ProcessEnds() const;
 

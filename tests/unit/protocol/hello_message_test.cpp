@@ -1,4 +1,4 @@
-// The small service in C judges requests as plenxkit message does, and builds what plenxkit message calls good.
+// The small service in C judges requests as plenxkit message does, and builds what that calls good.
 
 #include <gtest/gtest.h>
 
