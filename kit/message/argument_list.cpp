@@ -26,7 +26,7 @@ ArgumentList::ArgumentList(const Subject& subject) : subject_(subject) {
     if (!subject.shape) {
         throw UsageError(subject.id ? "there is no message " + std::to_string(*subject.id) +
                                           "; \"plenxkit message list\" shows them all"
-                                    : std::string("which message is to be built?"));
+                                    : std::string("the message to build is not named"));
     }
     values_.resize(subject.shape->arguments.size());
 }

@@ -14,11 +14,11 @@ constexpr char kFooter[] =
     "  plenxkit message decode --as reply 18000000 01000000 02000000 14000000 04000000 00000000\n"
     "  plenxkit message log --broken service.log\n"
     "\n"
-    "Exit codes: 0 fine, 1 a message is broken, 2 wrong usage.";
+    "Exit codes: 0 all messages are good, 1 a message is broken, 2 wrong usage.";
 
 constexpr char kDecodeFooter[] =
-    "The bytes do not tell which message they are: the id travels beside them, so give it with\n"
-    "--as. Without it the layout alone is checked, and the messages that fit are named.\n"
+    "The bytes do not show which message they are, because the id travels beside them. Give it\n"
+    "with --as. Without it, only the layout is checked, and the messages that fit are listed.\n"
     "\n"
     "Hex may be in one piece or in groups, over several lines, with 0x and commas. A file may\n"
     "hold hex or the message itself.\n"
@@ -30,11 +30,13 @@ constexpr char kDecodeFooter[] =
     "  plenxkit message encode ErrorNotify errCode=5 | plenxkit message decode --as ErrorNotify";
 
 constexpr char kEncodeFooter[] =
-    "Text is taken as it is. An array is hex, or utf16: and a text (its NUL is added). What can\n"
-    "have one value only may be left out: kind of CreateGroup, the length before an array.\n"
+    "Text is taken as it is. An array is hex, or utf16: and a text, to which a NUL is added.\n"
+    "You may leave out kind of CreateGroup and the length before an array, because each can\n"
+    "have only one value.\n"
     "\n"
-    "JSON: {\"message\": \"NameChanged\", \"arguments\": {\"name\": \"desk\"}}, or what\n"
-    "\"decode --json\" printed. Arrays, and text that is not UTF-8: {\"hex\": \"00 ff\"}.\n"
+    "JSON is {\"message\": \"NameChanged\", \"arguments\": {\"name\": \"desk\"}}, or the output "
+    "of\n"
+    "\"decode --json\". Write arrays, and text that is not UTF-8, as {\"hex\": \"00 ff\"}.\n"
     "\n"
     "Examples:\n"
     "  plenxkit message encode StatusNotify grpName=g_1 sttsType=100 value=1\n"
@@ -48,19 +50,20 @@ constexpr char kListFooter[] =
     "  plenxkit message list DeviceOnline";
 
 constexpr char kLogFooter[] =
-    "Lines that hold no message are passed over. The log cuts long text and long arrays; such a\n"
-    "message is named, and counts neither as good nor as broken.\n"
+    "Lines without a message are skipped. The log cuts long texts and long arrays. A message that\n"
+    "was cut is named, but counts neither as good nor as broken.\n"
     "\n"
     "Example:\n"
     "  plenxkit message log service.log --json";
 
 void DeclareDecode(CLI::App& app, DecodeOptions& options) {
-    CLI::App& command = *app.add_subcommand("decode", "Show a message, and what is wrong with it");
-    auto* const hex = command.add_option("HEX", options.hex, "The message; else from --file");
-    command.add_option("--file", options.file, "Read the message here; - is the input")
+    CLI::App& command = *app.add_subcommand("decode", "Show a message and its mistakes");
+    auto* const hex =
+        command.add_option("HEX", options.hex, "The message in hex, instead of --file");
+    command.add_option("--file", options.file, "Read the message from this file; - is the input")
         ->capture_default_str()
         ->excludes(hex);
-    command.add_option("--as", options.as, "Which message it is: a name, a number, or reply")
+    command.add_option("--as", options.as, "The kind of message: a name, a number, or reply")
         ->type_name("MESSAGE");
     command.add_flag("--json", options.json, "Print JSON");
     command.footer(kDecodeFooter);
@@ -68,9 +71,11 @@ void DeclareDecode(CLI::App& app, DecodeOptions& options) {
 
 void DeclareEncode(CLI::App& app, EncodeOptions& options) {
     CLI::App& command = *app.add_subcommand("encode", "Build a message");
-    command.add_option("MESSAGE", options.message, "A name, a number, or reply");
+    command.add_option("MESSAGE", options.message,
+                       "The kind of message: a name, a number, or reply");
     command.add_option("FIELD=VALUE", options.fields, "Its arguments, in any order");
-    command.add_option("--from", options.from, "Read a description in JSON here; - is the input");
+    command.add_option("--from", options.from,
+                       "Read a description in JSON from this file; - is the input");
     command.add_flag("--binary", options.binary, "Write the bytes themselves, not hex");
     command.add_option("--output", options.output, "Write to this file; - is the output")
         ->capture_default_str();
@@ -88,7 +93,7 @@ void DeclareLog(CLI::App& app, LogOptions& options) {
 
 void DeclareList(CLI::App& app, ListOptions& options) {
     CLI::App& command = *app.add_subcommand("list", "Show all messages with their arguments");
-    command.add_option("MESSAGE", options.message, "Show this one alone: a name or a number");
+    command.add_option("MESSAGE", options.message, "Show only this message: a name or a number");
     command.add_flag("--json", options.json, "Print JSON");
     command.footer(kListFooter);
 }

@@ -28,7 +28,7 @@ Message MessageToEncode(const EncodeOptions& options, std::istream& in) {
         return MessageFromWords(options.message, options.fields);
     }
     if (!options.message.empty()) {
-        throw UsageError("either --from or a message and its fields, not both");
+        throw UsageError("use either --from or a message and its fields, not both");
     }
     return MessageFromJson(ContentOf(options.from, in));
 }

@@ -18,13 +18,17 @@ using PlenxWire::ArgumentType;
 
 constexpr std::string_view kUtf16 = "utf16:";
 
+std::string WithArticle(ArgumentType type) {
+    return (type == ArgumentType::kString ? "a " : "an ") + std::string(PlenxWire::NameOf(type));
+}
+
 template <class Number>
 Number NumberOf(const std::string& text, ArgumentType type) {
     Number value{};
     const char* const end = text.data() + text.size();
     const auto [last, error] = std::from_chars(text.data(), end, value);
     if (error != std::errc() || last != end) {
-        throw UsageError("\"" + text + "\" is no " + PlenxWire::NameOf(type));
+        throw UsageError("\"" + text + "\" is not " + WithArticle(type));
     }
     return value;
 }
@@ -49,7 +53,7 @@ Argument ValueOf(const std::string& text, ArgumentType type) {
 }
 
 [[noreturn]] void RefuseJson(const json& value, ArgumentType type) {
-    throw UsageError(value.dump() + " is no " + PlenxWire::NameOf(type));
+    throw UsageError(value.dump() + " is not " + WithArticle(type));
 }
 
 // Numbers go through their digits, so that one place knows the limits.
@@ -103,7 +107,7 @@ const json& Member(const json& object, const char* name) {
 std::string TextMember(const json& object, const char* name) {
     const json& member = Member(object, name);
     if (!member.is_string()) {
-        throw UsageError(std::string("\"") + name + "\" in the JSON is no text");
+        throw UsageError(std::string("\"") + name + "\" in the JSON is not a text");
     }
     return member.get<std::string>();
 }
@@ -115,7 +119,7 @@ Message MessageFromWords(const std::string& name, const std::vector<std::string>
     for (const std::string& word : words) {
         const std::size_t equals = word.find('=');
         if (equals == std::string::npos) {
-            throw UsageError("\"" + word + "\" is no field=value");
+            throw UsageError("\"" + word + "\" is not of the form field=value");
         }
         Fill(list, word.substr(0, equals), word.substr(equals + 1));
     }

@@ -66,7 +66,8 @@ private:
             Print(logged, lineNumber, json);
         } else {
             out_ << Heading(logged, lineNumber) << PlenxWire::RenderId(*message.subject.id) + "\n\n"
-                 << Hanging(broken ? "BROKEN, says the log:  " : "cut by the log:  ", why) << "\n";
+                 << Hanging(broken ? "BROKEN according to the log:  " : "cut by the log:  ", why)
+                 << "\n";
         }
     }
 
@@ -101,7 +102,7 @@ int RunLog(const LogOptions& options, std::istream& in, std::ostream& out, std::
         }
     }
     if (!recognised) {
-        err << "plenxkit message: no line of a service's log\n";
+        err << "plenxkit message: the input has no line of a service's log\n";
     }
     return report.Conclude();
 }

@@ -31,16 +31,17 @@ bool EndsWithNul(const Bytes& path) {
 }
 
 std::string NoteOnGroup(const std::string& groupName) {
-    return NamesAService(groupName)
-               ? ""
-               : "the library refuses it with 16: no \"_\" and number up to 2147483647 at its end";
+    return NamesAService(groupName) ? ""
+                                    : "the library refuses it with 16: it must end in \"_\" and a "
+                                      "number up to 2147483647";
 }
 
 std::string NoteOnPath(const Bytes& path) {
     if (path.size() % 2 != 0) {
-        return "UTF-16 has an even number of bytes; the library takes these and adds zeros";
+        return "UTF-16 has an even number of bytes; the library takes this odd number and adds "
+               "zeros";
     }
-    return EndsWithNul(path) ? "" : "no NUL at its end; the library adds one";
+    return EndsWithNul(path) ? "" : "it has no NUL at its end, so the library adds one";
 }
 
 std::string NoteOn(const PlenxWire::MessageShape& shape, std::size_t index,

@@ -111,7 +111,7 @@ std::string Rows(const Message& message, const Layout& layout) {
 
 std::string Way(const Subject& subject) {
     if (!subject.shape) {
-        return subject.id ? "the system has no such message" : "which one was not told";
+        return subject.id ? "the system has no such message" : "the message was not named";
     }
     if (subject.IsReply()) {
         return "the answer to any message";
@@ -140,8 +140,8 @@ std::string Guess(const Message& message) {
     }
     const bool reply = PlenxWire::DecodeReply(message.bytes.data(), message.bytes.size()).Ok();
     names += reply ? (names.empty() ? "reply" : ", reply") : "";
-    return Hanging("", "Told by its arguments alone, it may be: " +
-                           (names.empty() ? "none that the system has" : names));
+    return Hanging("", "Judging by its arguments alone, it may be: " +
+                           (names.empty() ? "no message of the system" : names));
 }
 
 std::string Notes(const Message& message, const Layout& layout) {

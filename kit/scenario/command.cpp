@@ -6,13 +6,13 @@ namespace PlenxScenario {
 namespace {
 
 constexpr const char* kFooter =
-    "Exit codes: 0 all scenarios passed, 1 not all did, 2 wrong usage.\n"
-    "The services are real ones: run it elevated, and never two at a time.";
+    "Exit codes: 0 all scenarios passed, 1 some failed, 2 wrong usage.\n"
+    "The services are real. Run the command elevated, and never twice at a time.";
 constexpr const char* kRunFooter =
-    "A host of one's own learns from the environment where it is to work: PLENX_INSTALL and\n"
-    "PLENX_DATA are the folders for Init, PLENX_SCENARIO is the scenario's name. Its exit\n"
-    "code decides; 0 is a pass. Its output, the library's log and the services' log stay in\n"
-    "the work folder. Example:\n"
+    "Your own host learns from the environment where it works: PLENX_INSTALL and PLENX_DATA are\n"
+    "the folders for Init, and PLENX_SCENARIO is the scenario's name. Its exit code decides; 0 is\n"
+    "a pass. Its output, the library's log and the services' log stay in the work folder.\n"
+    "Example:\n"
     "  plenxkit scenario run --all --host \"myhost.exe --selftest %PLENX_SCENARIO%\" --junit "
     "out.xml";
 
@@ -33,22 +33,23 @@ CLI::App& Declare(CLI::App& program, Options& options) {
         ->required();
     CLI::App& run = *command.add_subcommand("run", "Play scenarios to a host");
     run.add_option("NAME", options.names, "Ready scenarios, or .toml files")->type_name("");
-    run.add_flag("--all", options.all, "All ready scenarios");
+    run.add_flag("--all", options.all, "Play all ready scenarios");
     run.add_option("--host", options.host,
                    "Command of a host; without it, plenxkit host runs the scenario's script")
         ->type_name("COMMAND");
     run.add_option("--install", options.install,
-                   "Install folder of one's own, with the development service in it")
+                   "Your own install folder, with the development service in it")
         ->type_name("DIR");
-    run.add_option("--data", options.data, "Data folder of one's own; Init deletes its plenx*")
+    run.add_option("--data", options.data, "Your own data folder; Init deletes plenx* in it")
         ->type_name("DIR");
-    run.add_option("--work", options.work, "Where runs get their folders (C:\\plenxkit)")
+    run.add_option("--work", options.work, "Make the folders of the runs here (C:\\plenxkit)")
         ->type_name("DIR");
-    run.add_option("--timeout", options.seconds, "Longest time of one host (60)")
+    run.add_option("--timeout", options.seconds, "End a host after this time (60)")
         ->type_name("SECONDS")
         ->check(CLI::Range(1.0, 86400.0).description(""));
-    run.add_flag("--strict", options.strict, "Fail what was not played in full");
-    run.add_flag("--observed", options.observed, "Show what the observer of plenxkit host got");
+    run.add_flag("--strict", options.strict, "Fail a scenario that was not played in full");
+    run.add_flag("--observed", options.observed,
+                 "Show the notifications that the observer of plenxkit host got");
     run.add_option("--json", options.json, "Write the results to this file, as JSON")
         ->type_name("FILE");
     run.add_option("--junit", options.junit, "Write the results to this file, for build servers")

@@ -71,7 +71,7 @@ std::string TextOfCode(unsigned long code) {
 std::string ReasonOfExitCode(unsigned long code, bool ownHost,
                              const std::vector<std::string>& lines) {
     if (!ownHost && code == kTimeout) {
-        return "the host's time was over";
+        return "the host took too long";
     }
     const std::string failed = ownHost ? "" : FirstFailedExpectation(lines);
     if (code == kExpectationFailed && !failed.empty()) {

@@ -35,7 +35,7 @@ TEST(Decode, AMessageWithoutItsId_NamesThoseThatItMayBe) {
         Tool({"decode", "16000000", "01000000", "0400000014000000020000006100"});
     EXPECT_EQ(outcome.code, 0);
     EXPECT_EQ(outcome.out,
-              "message: which one was not told, 22 bytes\n"
+              "message: the message was not named, 22 bytes\n"
               "\n"
               "    offset      size  field           type        value\n"
               "         0         4  total size      uint32      22\n"
@@ -44,7 +44,7 @@ TEST(Decode, AMessageWithoutItsId_NamesThoseThatItMayBe) {
               "        20         2  argument 0      string      \"a\"\n"
               "\n"
               "good\n"
-              "  Told by its arguments alone, it may be: DeleteGroup(1), NameChanged(4), "
+              "  Judging by its arguments alone, it may be: DeleteGroup(1), NameChanged(4), "
               "ConnectNotify(10), \n"
               "  DisconnectNotify(11), ReconnectNotify(12), DiskNameNotify(16)\n");
 }
@@ -66,8 +66,8 @@ std::string Notes(const std::vector<std::string>& words) {
 
 TEST(Decode, AGroupNameThatTheLibraryRefuses_IsNoted) {
     constexpr char kRefused[] =
-        "  note: grpName: the library refuses it with 16: no \"_\" and number up to 2147483647 at "
-        "its end\n";
+        "  note: grpName: the library refuses it with 16: it must end in \"_\" and a number up to "
+        "2147483647\n";
     for (const char* const name : {"", "g", "g_", "g_x", "g_1x", "g_-1", "g_+1", "g_2147483648"}) {
         EXPECT_EQ(Notes({"ConnectNotify", std::string("grpName=") + name}), kRefused) << name;
     }
@@ -80,10 +80,10 @@ TEST(Decode, AGroupNameThatTheLibraryRefuses_IsNoted) {
 
 TEST(Decode, APathThatTheLibraryHasToComplete_IsNoted) {
     EXPECT_EQ(Notes({"UpdateWindowsExplore", "path=50003a"}),
-              "  note: path: UTF-16 has an even number of bytes; the library takes these and adds "
-              "zeros\n");
+              "  note: path: UTF-16 has an even number of bytes; the library takes this odd number "
+              "and adds zeros\n");
     EXPECT_EQ(Notes({"UpdateWindowsExplore", "path=50003a00"}),
-              "  note: path: no NUL at its end; the library adds one\n");
+              "  note: path: it has no NUL at its end, so the library adds one\n");
     EXPECT_EQ(Notes({"UpdateWindowsExplore", "path=50000000"}), "");
     EXPECT_EQ(Notes({"UpdateWindowsExplore", "path=0000"}), "");
 }
@@ -93,11 +93,12 @@ TEST(Decode, ANote_IsInTheJson) {
     const Outcome shown = Tool({"decode", "--json", "--as", "17"}, message);
     EXPECT_EQ(shown.code, 0);
     EXPECT_THAT(shown.out, HasSubstr("\"good\": true"));
-    EXPECT_THAT(shown.out, HasSubstr("  \"problems\": [],\n"
-                                     "  \"notes\": [\n"
-                                     "    \"path: no NUL at its end; the library adds one\"\n"
-                                     "  ],\n"
-                                     "  \"hex\": "));
+    EXPECT_THAT(shown.out,
+                HasSubstr("  \"problems\": [],\n"
+                          "  \"notes\": [\n"
+                          "    \"path: it has no NUL at its end, so the library adds one\"\n"
+                          "  ],\n"
+                          "  \"hex\": "));
 }
 
 struct Broken {

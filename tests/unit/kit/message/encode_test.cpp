@@ -74,7 +74,7 @@ TEST(Encode, WrongDescription_IsNamed) {
     EXPECT_EQ(
         ErrorOf({"6", "a=1"}),
         "plenxkit message: there is no message 6; \"plenxkit message list\" shows them all\n");
-    EXPECT_EQ(ErrorOf({}), "plenxkit message: which message is to be built?\n");
+    EXPECT_EQ(ErrorOf({}), "plenxkit message: the message to build is not named\n");
     EXPECT_EQ(ErrorOf({"CreateGroup", "groupName=g_1"}),
               "plenxkit message: groupArg (string) is missing; CreateGroup has: groupName, kind, "
               "groupArg\n");
@@ -83,12 +83,13 @@ TEST(Encode, WrongDescription_IsNamed) {
     EXPECT_EQ(ErrorOf({"ErrorNotify", "errCode=5", "errCode=5"}),
               "plenxkit message: errCode is given twice\n");
     EXPECT_EQ(ErrorOf({"ErrorNotify", "errCode"}),
-              "plenxkit message: \"errCode\" is no field=value\n");
+              "plenxkit message: \"errCode\" is not of the form field=value\n");
     EXPECT_EQ(ErrorOf({"ErrorNotify", "errCode=2147483648"}),
-              "plenxkit message: errCode: \"2147483648\" is no int32\n");
+              "plenxkit message: errCode: \"2147483648\" is not an int32\n");
     EXPECT_EQ(ErrorOf({"PingService", "number=1.5"}),
-              "plenxkit message: number: \"1.5\" is no int64\n");
-    EXPECT_EQ(ErrorOf({"PingService", "number="}), "plenxkit message: number: \"\" is no int64\n");
+              "plenxkit message: number: \"1.5\" is not an int64\n");
+    EXPECT_EQ(ErrorOf({"PingService", "number="}),
+              "plenxkit message: number: \"\" is not an int64\n");
     EXPECT_EQ(ErrorOf({"CreateGroup", "groupName=g", "kind=3", "groupArg=a"}),
               "plenxkit message: argument 1 (kind): 3 where it must always be 2\n");
     EXPECT_EQ(ErrorOf({"UpdateWindowsExplore", "length=3", "path=0000"}),
@@ -105,22 +106,22 @@ TEST(Encode, WrongJson_IsNamed) {
     EXPECT_EQ(JsonError("[]"),
               "plenxkit message: the JSON has no \"message\" where it must have one\n");
     EXPECT_EQ(JsonError(R"({"message": 4})"),
-              "plenxkit message: \"message\" in the JSON is no text\n");
+              "plenxkit message: \"message\" in the JSON is not a text\n");
     EXPECT_EQ(JsonError(R"({"message": "NameChanged"})"),
               "plenxkit message: the JSON has no \"arguments\" where it must have one\n");
     EXPECT_EQ(JsonError(R"({"message": "NameChanged", "arguments": 1})"),
               "plenxkit message: \"arguments\" in the JSON is neither an object nor an array\n");
     EXPECT_EQ(JsonError(R"({"message": "NameChanged", "arguments": {"name": 1}})"),
-              "plenxkit message: name: 1 is no string\n");
+              "plenxkit message: name: 1 is not a string\n");
     EXPECT_EQ(JsonError(R"({"message": "ErrorNotify", "arguments": {"errCode": "1"}})"),
-              "plenxkit message: errCode: \"1\" is no int32\n");
+              "plenxkit message: errCode: \"1\" is not an int32\n");
     EXPECT_EQ(JsonError(R"({"message": "PingService",
                             "arguments": {"number": 18446744073709551615}})"),
-              "plenxkit message: number: \"18446744073709551615\" is no int64\n");
+              "plenxkit message: number: \"18446744073709551615\" is not an int64\n");
     EXPECT_EQ(JsonError(R"({"message": "NameChanged", "arguments": [{"name": "name"}]})"),
               "plenxkit message: the JSON has no \"value\" where it must have one\n");
     EXPECT_EQ(Tool({"encode", "ErrorNotify", "errCode=1", "--from", "-"}).err,
-              "plenxkit message: either --from or a message and its fields, not both\n");
+              "plenxkit message: use either --from or a message and its fields, not both\n");
 }
 
 TEST(RoundTrip, OfEachMessage_ThroughJson_GivesTheSameBytes) {
@@ -227,8 +228,9 @@ TEST(Help, HasExamplesAndTheExitCodes) {
         EXPECT_EQ(outcome.code, 0);
         EXPECT_THAT(outcome.out, HasSubstr(std::string("  plenxkit message ") + command));
     }
-    EXPECT_THAT(Tool({"--help"}).out,
-                HasSubstr("Exit codes: 0 fine, 1 a message is broken, 2 wrong usage."));
+    EXPECT_THAT(
+        Tool({"--help"}).out,
+        HasSubstr("Exit codes: 0 all messages are good, 1 a message is broken, 2 wrong usage."));
 }
 
 }  // namespace

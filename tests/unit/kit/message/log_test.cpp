@@ -69,7 +69,7 @@ TEST(Log, BrokenMessages_EndWith1AndAreShownAlone) {
               "line 7: 2026-01-31 12:34:58.000 pc received\n"
               "DeleteGroup(1)\n"
               "\n"
-              "  BROKEN, says the log:  it is wrong\n"
+              "  BROKEN according to the log:  it is wrong\n"
               "\n"
               "Messages: 4, good: 2, broken: 2, cut by the log: 0\n");
 }
@@ -135,7 +135,7 @@ TEST(Log, WithoutALineOfAService_SaysSo) {
         const Outcome outcome = Tool({"log"}, log);
         EXPECT_EQ(outcome.code, 0);
         EXPECT_EQ(outcome.out, "Messages: 0, good: 0, broken: 0, cut by the log: 0\n");
-        EXPECT_EQ(outcome.err, "plenxkit message: no line of a service's log\n");
+        EXPECT_EQ(outcome.err, "plenxkit message: the input has no line of a service's log\n");
         EXPECT_EQ(Tool({"log", "--json"}, log).out, "");
     }
 }

@@ -51,7 +51,7 @@ TEST(Reason, ExpectationThatFailed_IsTheFirstOfTheList) {
 
 TEST(Reason, HostWhoseTimeWasOver_IsNamed) {
     EXPECT_EQ(ReasonOfFailure(EndedWith(3), "exit code 3\n", kServiceLog),
-              "the host's time was over");
+              "the host took too long");
 }
 
 TEST(Reason, HostThatDidNotEnd_IsNamedWithItsTime) {

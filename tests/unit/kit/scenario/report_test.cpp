@@ -41,9 +41,8 @@ TEST(Report, LineOfAPass_SaysWhatWasNotPlayed) {
 
 TEST(Report, LineOfAFailure_HasItsReasonAlone) {
     Result failed = kResults[2];
-    failed.reason = "the host's time was over";
-    EXPECT_EQ(LineOf(failed),
-              "FAIL  mine                           1.0 s  the host's time was over");
+    failed.reason = "the host took too long";
+    EXPECT_EQ(LineOf(failed), "FAIL  mine                           1.0 s  the host took too long");
 }
 
 TEST(Report, SummaryCounts) {
