@@ -31,7 +31,7 @@ TEST(CommandLine, HelpOfACommandBeginsWithItsUsage) {
     }
 }
 
-TEST(CommandLine, VersionIsTold) {
+TEST(CommandLine, VersionIsPrinted) {
     const Outcome outcome = OutcomeOf({"--version"});
     EXPECT_EQ(outcome.code, 0);
     EXPECT_THAT(outcome.out, StartsWith("plenxkit 1"));

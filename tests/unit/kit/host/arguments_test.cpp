@@ -70,7 +70,7 @@ TEST(Arguments, DataComesAsHexCountingBytesTextOrNull) {
     EXPECT_EQ(Given("bytes:0").TakeData().size, 0U);
 }
 
-TEST(Arguments, SizeOfDataMayBeToldDifferentlyAsLongAsNothingIsReadPastIt) {
+TEST(Arguments, SizeOfDataMayDifferAsLongAsNothingIsReadPastTheData) {
     EXPECT_EQ(Given("bytes:5 4294967301").TakeData().size, 4294967301U);
     EXPECT_EQ(Given("bytes:5 0x80000000").TakeData().size, 0x80000000U);
     EXPECT_EQ(Given("bytes:5 2").TakeData().size, 2U);

@@ -125,7 +125,7 @@ TEST_F(DoctorTest, MissingInstallFolderIsOneProblem) {
                             "argument."));
 }
 
-TEST_F(DoctorTest, MissingFilesOfTheInstallFolderAreTold) {
+TEST_F(DoctorTest, MissingFilesOfTheInstallFolderAreReported) {
     system_.paths.erase("C:\\app\\plenxservice.exe");
     system_.paths.erase("C:\\app\\dokan1.sys");
     system_.paths.erase("C:\\app\\res\\plenx\\icon\\audio");
@@ -141,7 +141,7 @@ TEST_F(DoctorTest, MissingFilesOfTheInstallFolderAreTold) {
                     "else depends on them."));
 }
 
-TEST_F(DoctorTest, PathsThatMakeTroubleAreTold) {
+TEST_F(DoctorTest, PathsThatCauseTroubleAreReported) {
     patient_.install = "Küche\\";
     EXPECT_THAT(Complaints("install"),
                 ElementsAre(StartsWith("problem: Küche\\ is not a full path | Give Init a path "),
@@ -204,7 +204,7 @@ TEST_F(DoctorTest, InstallFolderInTheWorkingFolderIsAProblemWhateverItsEnd) {
     }
 }
 
-TEST_F(DoctorTest, UpgradeThatWaitsIsTold) {
+TEST_F(DoctorTest, WaitingUpgradeIsReported) {
     EXPECT_THAT(Run("upgrade"), ElementsAre("ok: no driver file waits in upgrade"));
     system_.paths["C:\\app\\upgrade\\dokan1.sys"] = PathKind::kFile;
     system_.versions["C:\\app\\upgrade\\dokan1.sys"] = "1.1.0.0";
@@ -218,7 +218,7 @@ TEST_F(DoctorTest, UpgradeThatWaitsIsTold) {
                             "upgrade takes its place."));
 }
 
-TEST_F(DoctorTest, RightsThatAreMissingAreTold) {
+TEST_F(DoctorTest, MissingRightsAreReported) {
     system_.elevated = false;
     system_.serviceManagerError = kErrorAccessDenied;
     system_.writeErrors["C:\\app"] = kErrorAccessDenied;
@@ -236,7 +236,7 @@ TEST_F(DoctorTest, RightsThatAreMissingAreTold) {
             "ok: C:\\data may be written to"));
 }
 
-TEST_F(DoctorTest, RightsThatAreTooWideAreTold) {
+TEST_F(DoctorTest, RightsThatAreTooWideAreReported) {
     system_.paths["C:\\app\\upgrade"] = PathKind::kFolder;
     system_.writers["C:\\app"] = {"Everyone", "Users"};
     system_.writers["C:\\app\\upgrade"] = {"Users"};
@@ -313,7 +313,7 @@ TEST_F(DoctorTest, ServiceThatMayNotBeLookedAtIsAProblem) {
                             "Run the doctor as administrator."));
 }
 
-TEST_F(DoctorTest, DriverIsToldWithItsFileAndState) {
+TEST_F(DoctorTest, DriverIsReportedWithItsFileAndState) {
     EXPECT_THAT(Run("driver"), ElementsAre("ok: Dokan1 is not registered; Init registers it"));
     ServiceFacts& facts = system_.services["Dokan1"];
     facts.program = "\\??\\C:\\app\\dokan1.sys";
@@ -359,7 +359,7 @@ TEST_F(DoctorTest, ServiceThatDoesNotListenIsAProblem) {
     EXPECT_THAT(system_.pinged, IsEmpty());
 }
 
-TEST_F(DoctorTest, PingThatDoesNotComeBackWell) {
+TEST_F(DoctorTest, PingThatFailsIsAProblem) {
     Register("PlenxPcSvc", ServiceState::kRunning);
     Serve("PLENXPCService", PingAnswer::Kind::kAnswered, 1001);
     EXPECT_THAT(Complaints("endpoints"),

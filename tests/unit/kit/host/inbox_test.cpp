@@ -30,7 +30,7 @@ std::int64_t Code(const Notification& notification) {
     return std::get<std::int64_t>(notification.fields[0].value);
 }
 
-TEST(Inbox, WhatCameBeforeIsTakenOnceAndInOrder) {
+TEST(Inbox, EarlierNotificationsAreTakenOnceAndInOrder) {
     Inbox inbox;
     inbox.Put(Error(1));
     inbox.Put(Error(2));

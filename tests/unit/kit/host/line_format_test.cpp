@@ -35,7 +35,7 @@ protected:
     }
 };
 
-TEST_F(LineFormatTest, JsonTellsTheLocalTimeAsTheLogsDo) {
+TEST_F(LineFormatTest, JsonHasTheLocalTimeAsTheLogsDo) {
     const json object = Json(Note{NoteKind::kText, "x"});
     EXPECT_EQ(object["time"], "2023-11-14 23:13:20.007");
     EXPECT_EQ(object["seconds"], 12.034);
@@ -51,7 +51,7 @@ TEST_F(LineFormatTest, JsonKeepsBytesThatAreNotUtf8InASecondKey) {
     EXPECT_FALSE(object.contains("throws"));
 }
 
-TEST_F(LineFormatTest, JsonOfACommandHasWhatTheCommandGave) {
+TEST_F(LineFormatTest, JsonOfACommandHasItsResults) {
     Outcome outcome;
     outcome.number = 26;
     const json object = Json(CommandReport{"s:3", "start", "start pc \"\" a", outcome,
@@ -100,7 +100,7 @@ TEST_F(LineFormatTest, TextOfACommand) {
     EXPECT_EQ(line("expect x", 0), "    12.034 [77] > expect x: NO, why");
 }
 
-TEST_F(LineFormatTest, TextOfTheEndTellsWhatWasMissing) {
+TEST_F(LineFormatTest, TextOfTheEndListsTheFailuresAndTheLeftovers) {
     EXPECT_EQ(Text(EndReport{0, 0, {}, {"unused"}}), "there were no expectations\nexit code 0");
     EXPECT_EQ(Text(EndReport{0, 4, {}, {}}), "all 4 expectations held\nexit code 0");
     EXPECT_EQ(Text(EndReport{1, 4, {"s:3: expect x: why"}, {"NotifyError(errCode=1)"}}),
@@ -109,7 +109,7 @@ TEST_F(LineFormatTest, TextOfTheEndTellsWhatWasMissing) {
               "exit code 1");
 }
 
-TEST_F(LineFormatTest, TextWithColoursTellsKindsApart) {
+TEST_F(LineFormatTest, TextWithColoursDistinguishesTheKinds) {
     const auto format = MakeTextFormat(Colours::kSome);
     const std::string stamp = "\x1b[90m    12.034 [77]\x1b[0m ";
     EXPECT_EQ(format->Format(kStamp, NotificationReport{kDisk, 0, false}),

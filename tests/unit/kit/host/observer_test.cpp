@@ -54,7 +54,7 @@ TEST_F(ObserverTest, EveryNotificationIsKeptWithItsArguments) {
     EXPECT_EQ(status, 3);
 }
 
-TEST_F(ObserverTest, AnswersAsTold) {
+TEST_F(ObserverTest, ReturnsTheChosenAnswer) {
     behaviour_.Set([](Reaction& reaction) {
         reaction.answer = 9;
         reaction.linkStatus = -7;

@@ -21,7 +21,7 @@ Options Parsed(CLI::App& (*declare)(CLI::App&, Options&), const std::vector<std:
     return options;
 }
 
-TEST(Options, OfARun) {
+TEST(Options, OfARunAreParsed) {
     const HostOptions options = Parsed(
         DeclareHost, {"host", "--install", "C:\\a b", "--data", "C:\\d", "--third", "t", "--flag",
                       "--json", "--timeout", "1.5", "--script", "s", "--color", "never"});
@@ -35,7 +35,7 @@ TEST(Options, OfARun) {
     EXPECT_EQ(options.look.colour, ColourWish::kNever);
 }
 
-TEST(Options, OfTheDoctor) {
+TEST(Options, OfTheDoctorAreParsed) {
     const DoctorOptions options = Parsed(DeclareDoctor, {"doctor", "--install", "C:\\a", "--data",
                                                          "C:\\d", "--program", "C:\\p", "--json"});
     EXPECT_TRUE(options.look.json);
@@ -45,7 +45,7 @@ TEST(Options, OfTheDoctor) {
     EXPECT_EQ(options.look.colour, ColourWish::kAuto);
 }
 
-TEST(Options, WrongOnesAreTold) {
+TEST(Options, WrongOnesAreReported) {
     const auto error = [](const std::vector<std::string>& arguments) {
         const PlenxKit::Outcome outcome = PlenxKit::OutcomeOf(arguments);
         EXPECT_EQ(outcome.code, PlenxKit::kWrongUsage);
@@ -61,7 +61,7 @@ TEST(Options, WrongOnesAreTold) {
     EXPECT_EQ(error({"host", "doctro"}), "The following argument was not expected: doctro" + more);
 }
 
-TEST(Options, HelpShowsWhatThereIs) {
+TEST(Options, HelpShowsTheOptions) {
     const PlenxKit::Outcome host = PlenxKit::OutcomeOf({"host", "--help"});
     EXPECT_EQ(host.code, 0);
     EXPECT_EQ(host.err, "");

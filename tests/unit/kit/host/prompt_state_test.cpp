@@ -51,7 +51,7 @@ TEST_F(PromptTest, AllMeansTwoServices) {
     EXPECT_EQ(state_.Prompt(), "plenx (start office g)> ");
 }
 
-TEST_F(PromptTest, WhatIsNotQueuedIsNotPending) {
+TEST_F(PromptTest, CallThatIsNotQueuedIsNotPending) {
     Run("start pc g a");
     EXPECT_EQ(state_.Prompt(), "plenx> ");
     Run("init");

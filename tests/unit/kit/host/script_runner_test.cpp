@@ -84,7 +84,7 @@ TEST_F(ScriptTest, AllExpectationsThatFailAreReportedWithTheirLines) {
     EXPECT_EQ(captured_.Lines().back(), "on");
 }
 
-TEST_F(ScriptTest, FailedExpectTellsWhatCameInsteadOfTheSameService) {
+TEST_F(ScriptTest, FailedExpectListsWhatTheSameServiceSentInstead) {
     RecordedManager::When("Start", [] {
         RecordedManager::Notify([](auto& observer) {
             observer.NotifyConnect(DistributedFs::kPcService, "home");
@@ -146,7 +146,7 @@ TEST_F(ScriptTest, ExpectNoneWaitsOnWhenTheOppositeComes) {
     EXPECT_GE(std::chrono::steady_clock::now() - begin, milliseconds(50));
 }
 
-TEST_F(ScriptTest, FailedExpectTellsTheLatestFiveAtMost) {
+TEST_F(ScriptTest, FailedExpectListsTheLatestFiveAtMost) {
     RecordedManager::When("Start", [] {
         RecordedManager::Notify([](auto& observer) {
             for (int code = 1; code != 8; ++code) {
@@ -161,7 +161,7 @@ TEST_F(ScriptTest, FailedExpectTellsTheLatestFiveAtMost) {
                             "NotifyError(errCode=7)"));
 }
 
-TEST_F(ScriptTest, NotificationsThatNothingTookAreTold) {
+TEST_F(ScriptTest, NotificationsThatNothingTookAreListed) {
     NotifyErrorOnStart(4);
     EXPECT_THAT(Run("register\nstart pc g a\nexpect NotifyError 5 within 0").leftovers,
                 ElementsAre("NotifyError(errCode=4)"));
@@ -224,7 +224,7 @@ TEST(ParseScript, NamesTheFirstLineThatIsWrong) {
     EXPECT_EQ(Complaint("\xEF\xBB\xBFinit\n# x\n"), "none");
 }
 
-TEST(ParseScript, FileThatIsMissingIsTold) {
+TEST(ParseScript, MissingFileIsReported) {
     EXPECT_THROW(LoadScript("/nowhere/at all"), ScriptError);
 }
 

@@ -12,7 +12,7 @@ TEST(Quote, PlainTextAndUtf8StayAsTheyAre) {
     EXPECT_EQ(Quote("grüße ☕", 100), R"("grüße ☕")");
 }
 
-TEST(Quote, WhatCouldDisturbATerminalIsEscaped) {
+TEST(Quote, BytesThatCouldDisturbATerminalAreEscaped) {
     EXPECT_EQ(Quote("\"\\\n\r\t\x1b\x7f", 100), R"("\"\\\n\r\t\x1b\x7f")");
     EXPECT_EQ(Quote("\xC2\x85", 100), R"("\xc2\x85")");
     EXPECT_EQ(Quote(string("a\0b", 3), 100), R"("a\x00b")");
@@ -25,7 +25,7 @@ TEST(Quote, BytesThatAreNotUtf8AreEscaped) {
     EXPECT_EQ(Quote("\xC0\xAF", 100), R"("\xc0\xaf")");
 }
 
-TEST(Quote, LongTextIsCutBetweenCharactersAndItsLengthTold) {
+TEST(Quote, LongTextIsCutBetweenCharactersAndItsLengthIsShown) {
     EXPECT_EQ(Quote(string(1000, 'x'), 3), R"("xxx"...(1000 bytes))");
     EXPECT_EQ(Quote("üü", 1), R"("ü"...(4 bytes))");
     EXPECT_EQ(Quote("xxx", 3), R"("xxx")");

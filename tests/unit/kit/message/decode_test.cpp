@@ -218,7 +218,7 @@ INSTANTIATE_TEST_SUITE_P(
                "3\n"}),
     [](const auto& test) { return test.param.name; });
 
-TEST(Decode, AsJson_TellsTheSame) {
+TEST(Decode, AsJson_HasTheSameContent) {
     const Outcome good = Tool({"decode", "--json", "--as", "ErrorNotify"},
                               Encoded({"ErrorNotify", "errCode=5"}).out);
     EXPECT_EQ(good.code, 0);

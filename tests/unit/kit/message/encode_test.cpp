@@ -193,7 +193,7 @@ TEST(List, ShowsEveryMessageWithItsArguments) {
               "Every one is answered by a reply: result int32\n");
 }
 
-TEST(List, OfOneMessage_TellsWhatItsArgumentsAre) {
+TEST(List, OfOneMessage_DescribesItsArguments) {
     EXPECT_EQ(Tool({"list", "UpdateWindowsExplore"}).out,
               "UpdateWindowsExplore(17): notification, service to library\n"
               "\n"

@@ -74,7 +74,7 @@ TEST(Log, BrokenMessages_EndWith1AndAreShownAlone) {
               "Messages: 4, good: 2, broken: 2, cut by the log: 0\n");
 }
 
-TEST(Log, WhatTheLogCut_IsNeitherGoodNorBroken) {
+TEST(Log, MessageThatTheLogCut_IsNeitherGoodNorBroken) {
     const std::string log =
         "2026-01-31 12:34:57.000 pc received " +
         PlenxWire::RenderMessage(PlenxWire::kNameChanged, {std::string(2000, 'x')}) + "\n";

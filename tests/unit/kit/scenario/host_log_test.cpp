@@ -60,14 +60,14 @@ TEST(Reason, HostThatDidNotEnd_IsNamedWithItsTime) {
     EXPECT_EQ(ReasonOfFailure(ending, "", kServiceLog), "the host did not end within 2.5 s");
 }
 
-TEST(Reason, OwnHost_IsToldByItsExitCodeAndLastLine) {
+TEST(Reason, OwnHost_IsReportedWithItsExitCodeAndLastLine) {
     EXPECT_EQ(ReasonOfFailure(EndedWith(3, true), "one\r\ntwo\r\n\r\n", kServiceLog),
               "the host ended with 3, its last line: two");
     EXPECT_EQ(ReasonOfFailure(EndedWith(0xC0000005, true), "", kServiceLog),
               "the host ended with 3221225477, 0xC0000005 (access violation) and printed nothing");
 }
 
-TEST(Reason, HostThatWindowsEnded_IsToldInWords) {
+TEST(Reason, HostThatWindowsEnded_IsReportedInWords) {
     EXPECT_EQ(ReasonOfFailure(EndedWith(0xC0000135, true), "", ""),
               "the host ended with 3221225781, 0xC0000135 (a DLL was not found) and printed "
               "nothing");

@@ -62,7 +62,7 @@ TEST(Played, EachTable_IsKnownByItsLineAndByWhatItWaitsFor) {
         << "without a service it is for each";
 }
 
-TEST(Played, TableWhoseTurnTheLogTells_IsNotMissing) {
+TEST(Played, TableWhoseTurnIsInTheLog_IsNotMissing) {
     EXPECT_THAT(NotPlayed(Tables(), LogOf(Tables())), IsEmpty());
     std::vector<Table> some = Tables();
     some.erase(some.begin() + 1, some.begin() + 4);
@@ -78,7 +78,7 @@ TEST(Played, TextOfTheHostInTheLog_IsNoTurn) {
                 testing::SizeIs(1));
 }
 
-TEST(Played, TextTellsWhatWaitsForTheSameTogether) {
+TEST(Played, Text_GroupsTablesThatWaitForTheSame) {
     EXPECT_EQ(TextOfNotPlayed({}, 3), "");
     EXPECT_EQ(TextOfNotPlayed({{7, "a"}, {8, "b"}, {9, "a"}, {12, "a"}}, 5),
               "4 of 5 tables not played: a, lines 7, 9 and 12; b, line 8");

@@ -72,7 +72,7 @@ TEST(ReadyScenarios, EachHasARowThatSaysWhatAHostHasToDo) {
     }
 }
 
-TEST(ReadyScenarios, UnknownName_IsToldWithThoseThereAre) {
+TEST(ReadyScenarios, UnknownName_IsReportedWithTheKnownOnes) {
     const auto all = ReadyScenariosIn(READY_SCENARIOS);
     try {
         FindScenario(all, "slow");
@@ -83,7 +83,7 @@ TEST(ReadyScenarios, UnknownName_IsToldWithThoseThereAre) {
     }
 }
 
-TEST(ReadyScenarios, FolderWithoutAny_IsTold) {
+TEST(ReadyScenarios, FolderWithoutAny_IsReported) {
     EXPECT_THROW(ReadyScenariosIn("/there/is/none"), UsageError);
 }
 
@@ -151,7 +151,7 @@ TEST(ScenariosPage, ExampleOfAControlFile_HasNoMistakes) {
     EXPECT_EQ(read.scenario.steps.size(), 1u);
 }
 
-TEST(ScenariosPage, ExampleOfMistakes_IsWhatIsTold) {
+TEST(ScenariosPage, ExampleOfMistakes_IsAsTheReaderReportsThem) {
     const PlenxService::ReadScenario read = PlenxService::ReadScenarioText(
         "[[on]]\nrequest = \"CreateGroup\"\nanwser = 5\n\n"
         "[[notify]]\nsend = \"ErrorNotify\"\nerrCode = 5\n\ntimes = 0\n");

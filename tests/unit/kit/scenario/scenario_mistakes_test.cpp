@@ -16,7 +16,7 @@ std::string MistakesIn(const std::string& text) {
     return all;
 }
 
-TEST(ScenarioMistakes, WhatIsNoToml_IsToldWithItsLine) {
+TEST(ScenarioMistakes, TextThatIsNotToml_IsReportedWithItsLine) {
     EXPECT_THAT(MistakesIn("title = \"a\"\n[[on]\nanswer = 5\n"),
                 testing::StartsWith("file.toml:2: this is not valid TOML: "));
     EXPECT_THAT(MistakesIn("[start]\nfail = 1\nfail = 2\n"),
@@ -25,7 +25,7 @@ TEST(ScenarioMistakes, WhatIsNoToml_IsToldWithItsLine) {
                 testing::StartsWith("file.toml:1: this is not valid TOML: "));
 }
 
-TEST(ScenarioMistakes, UnknownKeys_AreToldWithThoseThereAre) {
+TEST(ScenarioMistakes, UnknownKeys_AreReportedWithTheKnownOnes) {
     EXPECT_EQ(MistakesIn("titel = \"a\"\n"),
               "file.toml:1: unknown key titel; there are [[notify]], [[on]], [start], [stop], "
               "about, service and title\n");
@@ -47,7 +47,7 @@ TEST(ScenarioMistakes, UnknownKeys_AreToldWithThoseThereAre) {
               "on, runs, send, service and times\n");
 }
 
-TEST(ScenarioMistakes, WrongTypes_AreToldWithTheRightOnes) {
+TEST(ScenarioMistakes, WrongTypes_AreReportedWithTheRightOnes) {
     EXPECT_EQ(MistakesIn("title = 5\n"),
               "file.toml:1: title = 5 in the file must be a text in quotes\n");
     EXPECT_EQ(MistakesIn("[start]\nnever = \"yes\"\n"),
@@ -60,7 +60,7 @@ TEST(ScenarioMistakes, WrongTypes_AreToldWithTheRightOnes) {
               "4294967295\n");
 }
 
-TEST(ScenarioMistakes, NumbersOutOfRange_AreToldWithTheRange) {
+TEST(ScenarioMistakes, NumbersOutOfRange_AreReportedWithTheRange) {
     EXPECT_EQ(MistakesIn("[[on]]\nresult = 4294967296\n"),
               "file.toml:2: result = 4294967296 in [[on]] must be an integer from -2147483648 to "
               "4294967295\n");
@@ -71,7 +71,7 @@ TEST(ScenarioMistakes, NumbersOutOfRange_AreToldWithTheRange) {
               "file.toml:3: skip = 10001 in [[on]] must be an integer from 0 to 10000\n");
 }
 
-TEST(ScenarioMistakes, UnknownWords_AreToldWithThoseThereAre) {
+TEST(ScenarioMistakes, UnknownWords_AreReportedWithTheKnownOnes) {
     EXPECT_EQ(MistakesIn("service = \"PC\"\n"),
               "file.toml:1: service = 'PC' in the file must be \"office\", \"pc\" or \"phone\"\n");
     EXPECT_EQ(MistakesIn("[stop]\nhow = \"slowly\"\n"),
@@ -92,7 +92,7 @@ TEST(ScenarioMistakes, UnknownWords_AreToldWithThoseThereAre) {
               "or a number\n");
 }
 
-TEST(ScenarioMistakes, TablesOfTheWrongKind_AreToldWithTheRightOne) {
+TEST(ScenarioMistakes, TablesOfTheWrongKind_AreReportedWithTheRightOne) {
     EXPECT_EQ(MistakesIn("[on]\nanswer = 5\n"), "file.toml:1: on must be tables, [[on]]\n");
     EXPECT_EQ(MistakesIn("notify = 5\n"), "file.toml:1: notify must be tables, [[notify]]\n");
     EXPECT_EQ(MistakesIn("start = 5\n"),
@@ -101,7 +101,7 @@ TEST(ScenarioMistakes, TablesOfTheWrongKind_AreToldWithTheRightOne) {
               "file.toml:1: stop must be a table, [stop], or tables, [[stop]]\n");
 }
 
-TEST(ScenarioMistakes, NotificationThatIsIncomplete_IsToldWithWhatItNeeds) {
+TEST(ScenarioMistakes, IncompleteNotification_IsReportedWithItsMissingArguments) {
     EXPECT_EQ(MistakesIn("\n[[notify]]\nafter_ms = 5\n"),
               "file.toml:2: [[notify]] has no send; it must be \"SendLocalMessage\", "
               "\"ConnectNotify\", \"DisconnectNotify\", \"ReconnectNotify\", \"LinkTypeQuery\", "
@@ -128,7 +128,7 @@ TEST(ScenarioMistakes, KeysOfTheControlFile_AreUnknownInAScenario) {
               "service and title\n");
 }
 
-TEST(ScenarioMistakes, OfTheControlFile_AreToldWithItsKeys) {
+TEST(ScenarioMistakes, OfTheControlFile_AreReportedWithItsKeys) {
     const auto mistakes =
         ReadScenarioText("log = 5\nscenario = true\nlogs = 'a.log'\n", FileKind::kControl).mistakes;
     ASSERT_EQ(mistakes.size(), 3u);
@@ -140,7 +140,7 @@ TEST(ScenarioMistakes, OfTheControlFile_AreToldWithItsKeys) {
         "service and title");
 }
 
-TEST(ScenarioMistakes, AllOfThem_AreToldInTheOrderOfTheirLines) {
+TEST(ScenarioMistakes, AllOfThem_AreReportedInTheOrderOfTheirLines) {
     EXPECT_EQ(MistakesIn("[[on]]\nanswer = true\n[start]\nfail = true\n[[on]]\nskip = true\n"),
               "file.toml:2: answer = true in [[on]] must be an integer from -2147483648 to "
               "4294967295\n"

@@ -35,7 +35,7 @@ TEST(Inspect, AGoodMessage_HasItsFieldsWithPlacesAndValues) {
     EXPECT_EQ(layout.fields[1].value, Argument(std::int32_t{7}));
 }
 
-TEST(Inspect, SeveralProblems_AreAllToldWithTheirPlaces) {
+TEST(Inspect, SeveralProblems_AreAllReportedWithTheirPlaces) {
     const Layout layout = Inspected(Words({99, 3, 2, 44, 8, 9, 52, 4, 4, 56, 4, 0, 0, 1, 0xff}));
     EXPECT_EQ(Told(layout),
               "0: the total size at offset 0 says 99, the buffer has 60 bytes\n"
@@ -46,7 +46,7 @@ TEST(Inspect, SeveralProblems_AreAllToldWithTheirPlaces) {
     EXPECT_FALSE(layout.fields[1].value);
 }
 
-TEST(Inspect, AllOffsetsMovedByOne_AreToldOnce) {
+TEST(Inspect, AllOffsetsMovedByOne_AreReportedOnce) {
     Bytes message = Encode({std::int32_t{1}, std::int32_t{2}, std::int32_t{3}});
     for (const std::size_t descriptor : {8, 20, 32}) {
         ++message[descriptor + 4];
@@ -81,7 +81,7 @@ TEST(Inspect, ArgumentsThatOverlap_AreNotCopiedAgainAndAgain) {
     EXPECT_EQ(copied, message.size());
 }
 
-TEST(InspectAs, TellsEveryWrongArgumentWithItsPlace) {
+TEST(InspectAs, ReportsEveryWrongArgumentWithItsPlace) {
     const Bytes message = Encode({std::int64_t{1}, std::int32_t{3}, std::string("a")});
     EXPECT_EQ(Told(InspectAs(*FindMessage(kCreateGroup), message.data(), message.size())),
               "8: argument 0 (groupName): int64 where it must be string\n"

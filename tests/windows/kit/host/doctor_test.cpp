@@ -120,7 +120,7 @@ TEST_F(Doctor, MissingFiles_AreProblems) {
     EXPECT_THAT(printed.output, HasSubstr("\n8 problems, 0 notes\nexit code 1\n"));
 }
 
-TEST_F(Doctor, UpgradeThatWaits_IsToldWithItsVersion) {
+TEST_F(Doctor, WaitingUpgrade_IsReportedWithItsVersion) {
     folder_.AddUpgrade();
     EXPECT_THAT(Examine().output, HasSubstr("  note     dokan1.sys 1.1.0.0 waits in upgrade\n"));
 }
@@ -135,7 +135,7 @@ TEST_F(Doctor, EndpointTakenBySomebodyElse_IsAProblem) {
         HasSubstr("  problem  Manager is taken, but no host has registered its services\n"));
 }
 
-TEST_F(Doctor, HostThatWasKilled_LeavesTracesThatAreTold) {
+TEST_F(Doctor, HostThatWasKilled_LeavesTracesThatAreReported) {
     {
         KitProcess host("host " + ArgumentsOf(folder_));
         host.Send("init");
@@ -157,7 +157,7 @@ TEST_F(Doctor, HostThatWasKilled_LeavesTracesThatAreTold) {
                 HasSubstr("  ok       the next Init works in C:\\PlenxDoctor\\data\\plenx0\n"));
 }
 
-TEST_F(Doctor, ServiceThatHangs_IsToldInTime) {
+TEST_F(Doctor, ServiceThatHangs_IsReportedInTime) {
     folder_.SetServiceControl("[[on]]\nrequest = 'PingService'\ndelay_ms = 60000\n");
     {
         KitProcess host("host " + ArgumentsOf(folder_));

@@ -31,7 +31,7 @@ std::vector<std::string> Names() {
 
 class ReadyScenarios : public testing::TestWithParam<std::string> {};
 
-TEST_P(ReadyScenarios, PlayedToThePlenxhost_GivesItsObserverWhatThePageShows) {
+TEST_P(ReadyScenarios, PlayedToPlenxkitHost_GivesItsObserverWhatThePageShows) {
     const Tool tool;
     const std::wstring name(GetParam().begin(), GetParam().end());
     const Tool::Outcome run = tool.RunScenario(name + L" --observed --strict");

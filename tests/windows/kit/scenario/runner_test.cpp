@@ -48,7 +48,7 @@ TEST_F(Runner, HostWhoseExpectationFails_IsTheReason) {
     EXPECT_FALSE(IsRegistered(L"Dokan1"));
 }
 
-TEST_F(Runner, TableThatNeverHadItsTurn_IsToldAndStrictlyFails) {
+TEST_F(Runner, TableThatNeverHadItsTurn_IsReportedAndFailsAStrictRun) {
     tool.Write(
         "mine.toml",
         "[[on]]\nrequest = \"CreateGroup\"\nanswer = 5\n[[notify]]\n"
@@ -79,7 +79,7 @@ TEST_F(Runner, BrokenReplies_AreSeenByTheLibrary) {
     EXPECT_EQ(errors, 7) << "three settings, a group, two devices that come and one that goes";
 }
 
-TEST_F(Runner, OwnHost_IsToldWhereToWorkAndItsExitCodeCounts) {
+TEST_F(Runner, OwnHost_LearnsItsFoldersAndItsExitCodeCounts) {
     const Tool::Outcome run = tool.RunScenario(
         L"slow-stop --host \"cmd /c echo %PLENX_SCENARIO% in %PLENX_INSTALL% & exit 3\"");
     EXPECT_EQ(run.code, 1u);
@@ -125,7 +125,7 @@ TEST_F(Runner, WrongUsage_EndsWith2AndSaysWhy) {
     EXPECT_THAT(run.output, HasSubstr("mine.toml:2: unknown key anwser in [[on]]"));
 }
 
-TEST_F(Runner, ListAndShow_TellOfTheReadyScenarios) {
+TEST_F(Runner, ListAndShow_DescribeTheReadyScenarios) {
     Tool::Outcome run = tool.Run(L"plenxkit", L"scenario list");
     EXPECT_EQ(run.code, 0u);
     EXPECT_THAT(

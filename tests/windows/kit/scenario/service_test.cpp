@@ -82,7 +82,7 @@ TEST_F(ServiceOnConsole, ServiceThatStopsByItself_EndsBeforeItsTime) {
     EXPECT_THAT(Played(L" --scenario " + Mine(), L"3600"), HasSubstr(" pc has stopped\n"));
 }
 
-TEST_F(ServiceOnConsole, CheckOfAFile_TellsItsMistakesAndEndsWith2) {
+TEST_F(ServiceOnConsole, CheckOfAFile_ReportsItsMistakesAndEndsWith2) {
     tool.Write("mine.toml", "[[on]]\n\nskip = -1\n");
     auto run = tool.Run(L"plenxservice", L"--check " + Mine());
     EXPECT_EQ(run.code, 2u);
