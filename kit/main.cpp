@@ -1,4 +1,4 @@
-// plenxkit: what the users of plenxsdk run beside it, a command each.
+// plenxkit: the tools for the users of plenxsdk, each of them a command.
 
 #include <iostream>
 #include <string>

@@ -1,4 +1,4 @@
-// What every command gets from the program.
+// The streams that the program passes to every command.
 
 #ifndef PLENXKIT_STREAMS_H
 #define PLENXKIT_STREAMS_H

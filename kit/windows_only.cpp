@@ -1,4 +1,4 @@
-// Elsewhere the program is for reading: these commands need Windows, and say so.
+// On other systems these commands only report that they need Windows.
 
 #include "doctor/command.h"
 #include "host/command.h"

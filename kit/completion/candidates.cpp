@@ -18,7 +18,7 @@ Words MessageNames() {
     return names;
 }
 
-// What is a file or a text of any kind has no values to offer.
+// A file, or a free text, has no values to offer.
 Words ValuesOf(const std::string& kind) {
     if (kind == "MESSAGE") {
         return MessageNames();

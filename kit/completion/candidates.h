@@ -1,4 +1,4 @@
-// What a shell may offer on the command line, from the table of the command line itself.
+// The words that a shell may offer, taken from the declaration of the command line itself.
 
 #ifndef PLENXKIT_COMPLETION_CANDIDATES_H
 #define PLENXKIT_COMPLETION_CANDIDATES_H
@@ -13,7 +13,7 @@ class App;
 namespace PlenxKit {
 
 /// The options, and the commands or values, that may follow the words; the shell picks those that
-/// begin as what is being typed.
+/// begin with the typed text.
 std::vector<std::string> Candidates(const CLI::App& program, const std::vector<std::string>& words);
 
 }  // namespace PlenxKit

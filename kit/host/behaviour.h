@@ -14,7 +14,7 @@ namespace PlenxHost {
 
 struct Reaction {
     int answer = 0;
-    std::optional<std::int32_t> linkStatus;  ///< Empty: leave the status as it comes.
+    std::optional<std::int32_t> linkStatus;  ///< When empty, the status stays as it comes.
     std::chrono::milliseconds delay{0};
     bool throws = false;  ///< For one notification.
 };
@@ -31,7 +31,7 @@ public:
     /// The reaction to the notification that has just come.
     Reaction Next();
     void Wait(std::chrono::milliseconds delay);
-    /// No delays any more: the run is at its end.
+    /// Ends all delays, because the run is at its end.
     void EndDelays();
 
 private:

@@ -1,4 +1,4 @@
-// Colours for a terminal: what is worth one, and whether there shall be any. Pure functions.
+// Decides whether there are colours, and paints text in them. Pure functions.
 
 #ifndef PLENXKIT_HOST_COLOURS_H
 #define PLENXKIT_HOST_COLOURS_H
@@ -9,7 +9,7 @@ namespace PlenxHost {
 
 enum class Colours { kNone, kSome };
 
-/// What the user asks for with --color.
+/// The user's choice with --color.
 enum class ColourWish { kAuto, kAlways, kNever };
 
 /// noColor: the environment variable NO_COLOR, or null. It and the terminal count only where the
@@ -18,8 +18,8 @@ Colours DecideColours(ColourWish wish, bool isTerminal, const char* noColor);
 
 enum class Role {
     kFaint,         ///< times and threads
-    kCommand,       ///< what the host does
-    kNotification,  ///< what the library tells
+    kCommand,       ///< a command of the host
+    kNotification,  ///< a notification of the library
     kGood,          ///< held, ok
     kWarning,       ///< worth a look
     kBad,           ///< did not hold, an error, a problem

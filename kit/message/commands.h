@@ -1,5 +1,4 @@
-// What the program does, once it is known what was asked for. Each returns an exit code and
-// throws UsageError.
+// The commands of plenxkit message. Each returns an exit code and throws UsageError.
 
 #ifndef PLENXKIT_MESSAGE_COMMANDS_H
 #define PLENXKIT_MESSAGE_COMMANDS_H

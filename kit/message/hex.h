@@ -15,8 +15,8 @@ namespace PlenxMessage {
 std::string ToHex(const PlenxWire::Bytes& bytes, std::size_t bytesPerLine = 0);
 
 /// Pairs of digits, together or apart; blanks, line ends and , ; : between them and a 0x before
-/// each group are passed over.
-/// @throws UsageError that says what is no hex.
+/// each group are skipped.
+/// @throws UsageError that names the text that is not hex.
 PlenxWire::Bytes FromHex(std::string_view text);
 
 /// A binary message holds zeros and is never mistaken for hex.

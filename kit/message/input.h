@@ -1,4 +1,4 @@
-// Where the bytes come from.
+// Reads messages from files and streams, and writes files.
 
 #ifndef PLENXKIT_MESSAGE_INPUT_H
 #define PLENXKIT_MESSAGE_INPUT_H
@@ -15,7 +15,7 @@ namespace PlenxMessage {
 /// @throws UsageError when it cannot be read.
 std::string ContentOf(const std::string& file, std::istream& standardInput);
 
-/// Hex text or the message itself; which of them it is shows.
+/// Takes hex text or the message itself, and recognises which of them it is.
 PlenxWire::Bytes MessageBytes(const std::string& content);
 
 /// @throws UsageError when it cannot be written.

@@ -1,4 +1,4 @@
-// What the logs of a run tell: what the host's observer got, and why the run failed. Pure
+// Reads from the logs of a run which notifications the host got, and why the run failed. Pure
 // functions.
 
 #ifndef PLENXKIT_SCENARIO_HOST_LOG_H
@@ -11,7 +11,7 @@
 namespace PlenxScenario {
 
 struct Ending {
-    std::optional<unsigned long> exitCode;  // none: it had to be ended
+    std::optional<unsigned long> exitCode;  // empty when it had to be ended
     bool ownHost = false;                   // not plenxkit host
     double deadline = 0;                    // seconds
 };
@@ -19,7 +19,7 @@ struct Ending {
 /// The notifications in the output of plenxkit host, each as one line.
 std::vector<std::string> ObservedIn(const std::string& hostOutput);
 
-/// Empty: nothing went wrong.
+/// Returns an empty text when nothing went wrong.
 std::string ReasonOfFailure(const Ending& ending, const std::string& hostOutput,
                             const std::string& serviceLog);
 

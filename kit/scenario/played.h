@@ -1,5 +1,6 @@
 // Which tables of a scenario had their turn in a run, by the services' log: a host that never calls
-// DeviceNameChanged passes a scenario that hangs on it, and is to be told. Pure functions.
+// DeviceNameChanged passes a scenario that hangs on it, and its developer must learn so. Pure
+// functions.
 
 #ifndef PLENXKIT_SCENARIO_PLAYED_H
 #define PLENXKIT_SCENARIO_PLAYED_H
@@ -19,7 +20,7 @@ struct Table {
 /// All tables of the scenario.
 std::vector<Table> TablesOf(const PlenxService::Scenario& scenario);
 
-/// Those that never had their turn.
+/// Returns the tables that never had their turn.
 std::vector<Table> NotPlayed(const std::vector<Table>& tables, const std::string& serviceLog);
 
 /// "2 of 3 tables not played: [[on]] DeviceOnline (pc), lines 7 and 12". Empty: all were.

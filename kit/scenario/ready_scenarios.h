@@ -13,7 +13,7 @@
 
 namespace PlenxScenario {
 
-/// What was asked for cannot be done.
+/// The request of the user cannot be carried out.
 class UsageError : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
@@ -31,11 +31,11 @@ struct ReadyScenario {
 /// In the order of their names. @throws UsageError when there are none, or one has mistakes.
 std::vector<ReadyScenario> ReadyScenariosIn(const std::filesystem::path& folder);
 
-/// A file of one's own. @throws UsageError that names its mistakes.
+/// Reads a file of the user's own. @throws UsageError that names its mistakes.
 ReadyScenario ScenarioOfFile(const std::filesystem::path& file);
 
-/// nameOrFile: of a ready scenario, or a path that ends in .toml.
-/// @throws UsageError that lists the names there are.
+/// nameOrFile is the name of a ready scenario, or a path that ends in .toml.
+/// @throws UsageError that lists the known names.
 ReadyScenario FindScenario(const std::vector<ReadyScenario>& ready, const std::string& nameOrFile);
 
 /// The whole of a file. @throws UsageError when it cannot be read.

@@ -1,4 +1,4 @@
-// What came of the runs, for people, for programs and for build servers.
+// Reports the results of the runs to people, to programs and to build servers.
 
 #ifndef PLENXKIT_SCENARIO_REPORT_H
 #define PLENXKIT_SCENARIO_REPORT_H

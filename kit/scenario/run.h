@@ -1,4 +1,4 @@
-// One scenario, played to one host.
+// Plays one scenario to one host.
 
 #ifndef PLENXKIT_SCENARIO_RUN_H
 #define PLENXKIT_SCENARIO_RUN_H
@@ -15,7 +15,7 @@ struct RunOptions {
     StageOptions stage;
     std::string host;     // a command; empty: plenxkit host with the scenario's script
     double seconds = 60;  // for the host
-    bool strict = false;  // what is not played fails
+    bool strict = false;  // fails when a table was not played
 };
 
 /// @throws UsageError when it cannot be run at all.
