@@ -1,7 +1,7 @@
 /// @file
-/// Run a distributed file system on this PC: the plain C interface of plenxsdk, for every host that
-/// is not built by the compiler of plenxsdk.dll. Link plenxsdk_c.lib (Visual C++) or
-/// libplenxsdk_c.dll.a (MinGW), or load plenxsdk_c.dll at run time. A whole host:
+/// The plain C interface of plenxsdk, which runs a distributed file system on this PC. It serves
+/// every host that is not built by the compiler of plenxsdk.dll. Link plenxsdk_c.lib (Visual C++)
+/// or libplenxsdk_c.dll.a (MinGW), or load plenxsdk_c.dll at run time. This is a whole host:
 ///
 /// @code
 ///     #include <plenxsdk/plenx.h>
@@ -22,8 +22,10 @@
 ///             if (event == NULL) break;
 ///             printf("kind %u, service %u: %s\n", (unsigned)event->kind, (unsigned)event->service,
 ///                    event->text);
-///             int started = event->kind == PLENX_EVENT_STATUS && event->type ==
-///             PLENX_STATUS_START; plenx_event_free(event); if (started) break;
+///             int started =
+///                 event->kind == PLENX_EVENT_STATUS && event->type == PLENX_STATUS_START;
+///             plenx_event_free(event);
+///             if (started) break;
 ///         }
 ///         printf("%s\n", plenx_result_text(result));
 ///         plenx_queue_close(queue);
@@ -32,63 +34,70 @@
 /// @endcode
 ///
 /// **How it works.** Every operation that changes something checks its arguments, queues a job and
-/// returns at once. One private worker runs the jobs one at a time, in the order of the calls. What
-/// came of a job arrives later as a notification. 0 from an operation therefore means that the call
-/// was taken, never that the work succeeded. A job that has failed is not tried again, and one that
-/// is queued cannot be taken back. There is no upper limit to the time that a job takes, so a host
-/// sets deadlines of its own.
+/// returns at once. One private worker runs the jobs one at a time, in the order of the calls. The
+/// outcome of a job arrives later as a notification. So 0 from an operation means that the library
+/// took the call; it never means that the work succeeded. The library never repeats a job that has
+/// failed, and a host cannot withdraw a job that it has queued. A job has no time limit, so a host
+/// must set deadlines of its own.
 ///
-/// **Notifications** come in one of two ways. A *queue* holds them until plenx_queue_next takes
-/// them, on any thread of the host's own; take this way from a language whose functions must not be
-/// called on foreign threads (Go, Node, Python). An *observer* is a set of functions that the
-/// library calls on its own threads, for C and C++. A host may have several of both. Open them
-/// before plenx_init, or early notifications are missed.
+/// **Notifications** reach the host in one of two ways. A *queue* holds them until plenx_queue_next
+/// takes them, on any thread of the host. Choose a queue in a language whose functions must not be
+/// called on foreign threads, such as Go, Node or Python. An *observer* is a set of functions that
+/// the library calls on its own threads; it suits C and C++. A host may have several of both. Open
+/// them before plenx_init, or the host misses early notifications.
 ///
-/// **Threads.** Every function may be called on any thread at any time. Notifications never
-/// overlap: while one observer's function runs, every later notification waits, and so do the
-/// services that wait for an answer. Queues never make the library wait.
+/// **Threads.** A host may call every function on any thread at any time. Notifications never
+/// overlap: while a function of an observer runs, every later notification waits, and so do the
+/// services that wait for an answer. A queue never makes the library wait.
 ///
-/// **Inside a function of an observer** plenx_init, plenx_destroy, plenx_get_office_dir,
-/// plenx_observe, plenx_unobserve, plenx_queue_open and plenx_queue_close give PLENX_E_DEADLOCK,
-/// and plenx_queue_next never waits. Only the calling thread is known: a function that waits for
-/// another thread which makes one of these calls still waits for ever. Every other call is allowed.
-/// Do not wait there for the outcome of a job: it is a notification too and cannot come.
+/// **Inside a function of an observer**, plenx_init, plenx_destroy, plenx_get_office_dir,
+/// plenx_observe, plenx_unobserve, plenx_queue_open and plenx_queue_close return PLENX_E_DEADLOCK,
+/// and plenx_queue_next never waits. Every other call is allowed. The library recognises only the
+/// thread on which it calls the observer: if the function waits there for another thread that makes
+/// one of these calls, it waits for ever. Do not wait there for the outcome of a job either: the
+/// outcome is a notification too, and cannot come.
 ///
-/// **Text** is UTF-8, given by pointer and length in bytes, and may hold a NUL. PLENX_SIZE_TO_NUL
-/// as the length stands for all up to the first NUL; PLENX_TEXT("...") writes both arguments. A
-/// null pointer with length 0 is the empty text; with any other length it is PLENX_E_ARGUMENT, and
-/// so is a length above 2^31 - 1. The library copies every text before the call returns. Text that
-/// comes out is copied into the caller's buffer and ended by a NUL. `length` does not count that
-/// NUL, and `capacity` must exceed it. A buffer that is too short gives PLENX_E_BUFFER, is left as
-/// it is, and `length` tells what is there; call again with a larger one. To ask for the length
-/// alone, give a null buffer with capacity 0. What services send is their own and need not be valid
-/// UTF-8.
+/// **Text** is UTF-8. A host gives it by a pointer and a length in bytes, and it may hold a NUL.
+/// With PLENX_SIZE_TO_NUL as the length, the text ends at its first NUL; PLENX_TEXT("...") writes
+/// both arguments. A null pointer with length 0 is the empty text. A null pointer with any other
+/// length gives PLENX_E_ARGUMENT, and so does a length above 2^31 - 1. The library copies every
+/// text before the call returns.
 ///
-/// **Memory.** Whoever allocates frees. The library gives out one kind of block, the plenx_event,
-/// which plenx_event_free takes back.
+/// A function that gives a text copies it into the caller's buffer and adds a NUL. `length` does
+/// not count that NUL, so `capacity` must be greater than `length`. If the buffer is too short, the
+/// call returns PLENX_E_BUFFER, leaves the buffer as it is, and sets `length`; call again with a
+/// larger buffer. To ask for the length alone, give a null buffer with capacity 0. The text that a
+/// service sends need not be valid UTF-8.
 ///
-/// **Results.** 0 is success, 26 is PLENX_INVALID_PARAMETER, and below 0 are the failures of this
-/// layer. plenx_result_text has a sentence for each, and plenx_last_error says which argument or
-/// what else it was. On failure a handle or an event that should have come out is null, and every
-/// other value that should have come out is as it was. Nothing is ever thrown.
+/// **Memory.** Whoever allocates a block frees it. The library gives out one kind of block, the
+/// plenx_event, and plenx_event_free takes it back.
+///
+/// **Results.** 0 is success, 26 is PLENX_INVALID_PARAMETER, and the numbers below 0 are the
+/// failures of this layer. plenx_result_text has a sentence for each. plenx_last_error says more,
+/// for example which argument was wrong. When a call fails, it sets the handle or event that it
+/// would have given to null, and leaves every other output as it was; only PLENX_E_BUFFER sets
+/// `length` and `code`. The library never throws.
 ///
 /// **Handles** (plenx_queue, plenx_subscription) are not addresses. A handle that was closed, was
-/// never opened or is of the other kind gives PLENX_E_HANDLE, at any time and on any thread; no
-/// handle is ever used again.
+/// never opened or is of the other kind gives PLENX_E_HANDLE, at any time and on any thread. The
+/// library never uses the value of a handle again.
 ///
 /// **Versions.** plenx_open compares this header with the DLL. Structs only grow, at their end; the
-/// member `size` says how much of one is there.
+/// member `size` says how much of a struct is there.
 ///
-/// **Life and end.** After the first plenx_init, plenx_observe or plenx_queue_open both DLLs stay
-/// loaded until the process ends. When the process ends in an orderly way, the PC and phone
-/// services are stopped and uninstalled and the working folder is removed, whatever threads were
-/// at; see plenx_manager.h for the details. From then on (in a DLL's detach, say) no function takes
-/// a lock, allocates or destroys anything: plenx_destroy, plenx_unobserve, plenx_queue_cancel and
-/// plenx_queue_close give 0, plenx_event_free does nothing, plenx_abi and plenx_result_text answer
-/// as always, plenx_queue_wait_handle gives null, and all others give PLENX_E_ENDING. Until then
-/// functions of an observer are still called: call plenx_unobserve before main returns.
+/// **Life and end.** After the first plenx_init, plenx_observe or plenx_queue_open, both DLLs stay
+/// loaded until the process ends. When the process ends in an orderly way, the library stops and
+/// uninstalls the PC and phone services and removes the working folder, whatever the host's threads
+/// were doing; plenx_manager.h has the details.
 ///
-/// **Trust.** Any local process can cause every one of the notifications. Treat what they say as
+/// Once the system has ended the other threads (for example while a DLL is being detached), no
+/// function takes a lock, allocates or destroys anything. plenx_destroy, plenx_unobserve,
+/// plenx_queue_cancel and plenx_queue_close then return 0, plenx_event_free does nothing, plenx_abi
+/// and plenx_result_text answer as always, plenx_queue_wait_handle returns null, and all other
+/// functions return PLENX_E_ENDING. Until then the library still calls observers, so call
+/// plenx_unobserve before main returns.
+///
+/// **Trust.** Any local process can cause every one of these notifications. Treat what they say as
 /// hints: ask plenx_get_int64 whether a service runs.
 
 #ifndef PLENXSDK_PLENX_H
@@ -97,7 +106,8 @@
 #include <stddef.h>
 #include <stdint.h>
 
-/// How functions are called, those of an observer too. 64-bit Windows knows one way only.
+/// The calling convention of all functions, those of an observer included. 64-bit Windows has only
+/// this one.
 #if defined(_WIN32)
 #define PLENX_CALL __cdecl
 #else
@@ -113,259 +123,286 @@
 /// The version of this header. It rises with every addition.
 #define PLENX_ABI 1u
 
-/// As a length: the text ends at its first NUL.
+/// As a length, this means that the text ends at its first NUL.
 #define PLENX_SIZE_TO_NUL ((size_t)-1)
-/// A literal, or any text that ends at its first NUL, as the two arguments pointer and length.
+/// Writes a text as the two arguments pointer and length. The text is a literal or any other text
+/// that ends at its first NUL.
 #define PLENX_TEXT(text) (text), PLENX_SIZE_TO_NUL
 
-/// The service that an operation addresses. Any other number is accepted by every operation; it is
-/// logged and otherwise ignored, but a stop of it may still bring the status of service 3.
+/// The office service, which the companion library runs. These four numbers name the service that
+/// an operation addresses. Every operation accepts any other number too, logs it and otherwise
+/// ignores it; but a plenx_stop of such a number may still bring the status PLENX_STATUS_STOP of
+/// service 3.
 #define PLENX_OFFICE 0u
 /// The Windows service "PlenxPcSvc".
 #define PLENX_PC 1u
 /// The Windows service "PlenxPhoneSvc".
 #define PLENX_PHONE 2u
-/// Several at once: PC, then office; for settings PC, then phone. The local device online: office.
+/// This number means several services. In most operations they are the PC service, then the office
+/// service. In plenx_set_int64 and plenx_set_string they are the PC service and the phone service.
+/// plenx_local_device_online and plenx_get_int64 say what the number means there.
 #define PLENX_COMBINED 3u
 
-/// The key of an integer setting, 0 by default.
+/// The key of an integer setting, which is 0 by default.
 #define PLENX_KEY_INTEGER_0 0u
-/// The key of the locale, a text, "en_US" by default.
+/// The key of the locale, a text, which is "en_US" by default.
 #define PLENX_KEY_LOCALE 1u
-/// The key of another integer setting, 0 by default.
+/// The key of another integer setting, which is 0 by default.
 #define PLENX_KEY_INTEGER_2 2u
-/// Read only, with plenx_get_int64: 1 while the service is not running, else 0.
+/// A question for plenx_get_int64, which cannot be set: the answer is 1 while the service is not
+/// running, else 0.
 #define PLENX_KEY_NOT_RUNNING 5u
 
-/// The status of a start: value tells whether it succeeded.
+/// A start has ended; value says whether it succeeded.
 #define PLENX_STATUS_START 0
-/// The status of a stop. Office: value tells whether it succeeded. PC and phone: value is always 0.
-/// Service 3 with value 1: no mark of a start is left. It follows each stop unless a start of the
-/// office service, or of service 3, still stands. It does not tell whether a PC or phone service
-/// still runs.
+/// A stop has ended. For the office service, value says whether it succeeded; for the PC and phone
+/// services it is always 0.
+///
+/// With service 3 and value 1, this status is a signal of its own: everything is stopped. The
+/// library keeps two marks for it, one for the office and one for the PC. A start of the office
+/// service sets the office mark and a start of service 3 sets both, whether or not the start
+/// succeeds; a stop of the same number clears what that start sets. The signal follows each stop,
+/// of any number, after which no mark is set. A start of the PC or phone service alone sets no
+/// mark, so the signal does not say whether one of them still runs.
 #define PLENX_STATUS_STOP 1
-/// Office: a remote device came online, with its outcome. PC and phone: a device could not be
-/// brought online; value is 0.
+/// For the office service: a remote device came online, and value says whether that succeeded. For
+/// the PC and phone services: a device could not be brought online; value is 0.
 #define PLENX_STATUS_ONLINE 2
-/// Office: the local device went offline, with its outcome. PC and phone: a device could not be
-/// taken offline; value is 0.
+/// For the office service: the local device went offline, and value says whether that succeeded.
+/// For the PC and phone services: a device could not be taken offline; value is 0.
 #define PLENX_STATUS_OFFLINE 3
 
-/// What a call came to: 0, 26, or one of the PLENX_E below 0.
+/// The result of a call: 0, 26, or one of the PLENX_E numbers, which are below 0.
 typedef int32_t plenx_result;
 
-/// The call was taken; of an operation that queues a job, not that the work succeeded.
+/// The call was taken. For an operation that queues a job, this does not mean that the work
+/// succeeded.
 #define PLENX_OK 0
-/// A text that must not be empty is empty. Nothing was queued.
+/// A text that must not be empty is empty. The library queued nothing.
 #define PLENX_INVALID_PARAMETER 26
-/// An argument cannot be used; plenx_last_error says which. Nothing was done.
+/// An argument cannot be used; plenx_last_error says which one. The call did nothing.
 #define PLENX_E_ARGUMENT (-1)
-/// The caller's buffer is too short. Nothing is lost: call again with a larger one.
+/// The caller's buffer is too short. The caller can call again with a larger one; nothing is lost.
 #define PLENX_E_BUFFER (-2)
 /// There is not enough memory.
 #define PLENX_E_MEMORY (-3)
-/// The header of the host is newer than the DLL. Ship the DLL of the header's package.
+/// The header of the host is newer than the DLL. Ship the DLLs of the package that the header came
+/// in.
 #define PLENX_E_ABI (-4)
 /// The handle was closed, was never opened, or is of the other kind.
 #define PLENX_E_HANDLE (-5)
 /// The queue was cancelled.
 #define PLENX_E_CANCELLED (-6)
-/// The call would wait for ever: it was made inside a function of an observer.
+/// The call was made inside a function of an observer, where it would wait for ever.
 #define PLENX_E_DEADLOCK (-7)
-/// The process is ending; nothing was done.
+/// The process is ending; the call did nothing.
 #define PLENX_E_ENDING (-8)
-/// Something else went wrong; plenx_last_error has the words.
+/// Something else went wrong; plenx_last_error says what it was.
 #define PLENX_E_FAILED (-9)
 
 #ifdef __cplusplus
 extern "C" {
 #endif
 
-/// The version of the DLL. It needs nothing and cannot fail.
-/// @return PLENX_ABI as it stood in the DLL's own header.
+/// Tells the version of the DLL. It can be called at any time and cannot fail.
+/// @return The PLENX_ABI of the header that the DLL was built with.
 PLENX_API uint32_t PLENX_CALL plenx_abi(void);
 
 /// Compares the header that the host was built with and the DLL. It opens nothing, and no other
-/// call needs it; a host calls it first, so that a DLL that is too old is told in words.
+/// call needs it. A host calls it first, so that it learns in words when the DLL is too old.
 /// @param header_abi  PLENX_ABI.
 /// @return 0, or PLENX_E_ABI when the header is newer than the DLL.
 PLENX_API plenx_result PLENX_CALL plenx_open(uint32_t header_abi);
 
-/// What the last failure of this layer on the calling thread was, in words: a sentence that begins
-/// with the function's name. It stays until the next failure on this thread; a call that succeeds,
-/// and this one itself, leave it as it is. Languages that move between threads lose it; use
-/// plenx_result_text there.
-/// @param text      The buffer; null only with capacity 0.
-/// @param capacity  Its size in bytes.
-/// @param length    The bytes of the sentence without the NUL. May be null.
-/// @return 0, PLENX_E_BUFFER, or PLENX_E_ARGUMENT. Empty when nothing has failed on this thread.
+/// Tells in words which failure of this layer came last on the calling thread: a sentence that
+/// begins with the function's name. The sentence stays until the next failure on this thread; a
+/// call that succeeds leaves it, and so does this one itself. A language that moves its work
+/// between threads may not find the sentence again; use plenx_result_text there.
+/// @param text      The buffer; null only with capacity 0. It receives the empty text when nothing
+///                  has failed on this thread.
+/// @param capacity  The size of the buffer in bytes.
+/// @param length    Receives the length of the sentence in bytes, without the NUL. It may be null.
+/// @return 0, PLENX_E_BUFFER, or PLENX_E_ARGUMENT.
 PLENX_API plenx_result PLENX_CALL plenx_last_error(char* text, size_t capacity, size_t* length);
 
-/// A sentence for a result. The text is constant and need not be freed; any thread may ask.
+/// Gives a sentence for a result. The text is constant and must not be freed. Any thread may ask.
 /// @param result  Any number.
-/// @return Never null; a sentence of its own for numbers that are no result.
+/// @return A sentence, never null; a number that is no result has a sentence that says so.
 PLENX_API const char* PLENX_CALL plenx_result_text(plenx_result result);
 
-/// Makes the library ready: makes the companion object on the caller's thread, then queues the
-/// service side (driver files, working folder, services, driver, icon files, RPC endpoint). It does
-/// not wait for any of that, and no notification tells that it is done. Operations may be called at
-/// once; they wait behind it. Once the service side is there, a later call finds everything done.
-/// The process must be allowed to control services (elevated). Do not call it from DllMain.
-/// @param install      Install folder, without a trailing backslash or a NUL: it holds
+/// Makes the library ready. It creates the companion object on the caller's thread and queues a job
+/// that makes the service side: driver files, working folder, services, driver, icon files and RPC
+/// endpoint. It does not wait for that job, and no notification says that the job is done. A host
+/// may call other operations at once: they wait behind the job in the queue. Once the service side
+/// exists, a later call changes nothing. The process must have the right to control services (it
+/// must be elevated). Do not call it from DllMain.
+/// @param install      The install folder, without a trailing backslash and without a NUL. It holds
 ///                     plenxservice.exe, dokan1.sys, dokan1.dll, dokanfuse1.dll and the icon
-///                     folders under `res\plenx\icon`. It and its "upgrade" folder must be writable
-///                     by administrators only, and its path should be ASCII and free of blanks.
-/// @param install_len  Its bytes.
-/// @param data         Data folder that exists, without a trailing backslash or a NUL, not empty.
-///                     Its sub-folder "plenx", and "plenx0" to "plenx99" as needed, are DELETED
-///                     with all that is in them.
-/// @param data_len     Its bytes.
-/// @param third        Goes to the companion library only.
-/// @param third_len    Its bytes.
-/// @param flag         Goes to the companion library only: 0 or not.
-/// @return 0, PLENX_E_DEADLOCK inside an observer, PLENX_E_FAILED when the worker cannot be made.
+///                     folders under `res\plenx\icon`. Only administrators may have write access to
+///                     it and to its "upgrade" folder. Its path should be ASCII and free of blanks.
+/// @param install_len  The length of the path in bytes.
+/// @param data         The data folder, which must exist, without a trailing backslash and without
+///                     a NUL, not empty. Its sub-folder "plenx" is DELETED with everything in it,
+///                     and so are "plenx0" to "plenx99" as far as they are needed.
+/// @param data_len     The length of the path in bytes.
+/// @param third        A text for the companion library only.
+/// @param third_len    The length of that text in bytes.
+/// @param flag         A flag for the companion library only: 0 is off, any other number is on.
+/// @return 0, PLENX_E_DEADLOCK inside an observer, or PLENX_E_FAILED when the worker cannot be
+///         made.
 PLENX_API plenx_result PLENX_CALL plenx_init(const char* install, size_t install_len,
                                              const char* data, size_t data_len, const char* third,
                                              size_t third_len, int32_t flag);
 
-/// Asks the companion library to uninstall its packages, on the caller's thread, and queues the
-/// initialisation once more. It releases nothing: the library keeps working, and a host need not
+/// Asks the companion library, on the caller's thread, to uninstall its packages, and queues the
+/// job of plenx_init once more. It releases nothing, and the library keeps working. A host need not
 /// call it before it ends.
 /// @return 0, or PLENX_E_DEADLOCK inside an observer.
 PLENX_API plenx_result PLENX_CALL plenx_destroy(void);
 
-/// Reads an integer setting on the caller's thread. Only PLENX_KEY_NOT_RUNNING has an answer of its
-/// own: 1 while the service is not running, else 0; service 3 asks about the driver. A service that
-/// is starting or stopping counts as running; one that cannot be asked does not. It waits while the
-/// first plenx_init is at work, but not for its beginning: right after plenx_init, and before it,
-/// the answer is 0.
-/// @param service  PLENX_PC, PLENX_PHONE or PLENX_COMBINED.
-/// @param key      PLENX_KEY_NOT_RUNNING; 0 comes out for every other one.
-/// @param value    The setting.
+/// Tells, on the caller's thread, whether a service is running: PLENX_KEY_NOT_RUNNING is the only
+/// key that has an answer, and settings cannot be read back. A service that is starting or stopping
+/// counts as running; one that cannot be asked does not. The call waits while the job of the first
+/// plenx_init is running, but not for its beginning: right after plenx_init, and before it, the
+/// answer is 0.
+/// @param service  PLENX_PC, PLENX_PHONE, or PLENX_COMBINED, which asks about the driver.
+/// @param key      PLENX_KEY_NOT_RUNNING. For every other key the answer is 0.
+/// @param value    Receives the answer: 1 while the service is not running, else 0.
 /// @return 0.
 PLENX_API plenx_result PLENX_CALL plenx_get_int64(uint32_t service, uint32_t key, int64_t* value);
 
-/// String settings cannot be read back: what comes out is always empty. It waits while the first
-/// plenx_init is at work.
+/// Always gives the empty text, because string settings cannot be read back. It waits while the job
+/// of the first plenx_init is running.
 /// @param service   PLENX_PC, PLENX_PHONE or PLENX_COMBINED.
-/// @param key       Makes no difference.
+/// @param key       It makes no difference.
 /// @param text      The buffer; null only with capacity 0.
-/// @param capacity  Its size in bytes; 1 is enough.
-/// @param length    The bytes of the text without the NUL. May be null.
+/// @param capacity  The size of the buffer in bytes; 1 is enough.
+/// @param length    Receives the length of the text in bytes, without the NUL. It may be null.
 /// @return 0, or PLENX_E_BUFFER.
 PLENX_API plenx_result PLENX_CALL plenx_get_string(uint32_t service, uint32_t key, char* text,
                                                    size_t capacity, size_t* length);
 
-/// Queues a change of an integer setting. The service hears of it at its next start, one that is
-/// called after this included. Before plenx_init it is lost silently. The value stays until the
-/// process ends.
-/// @param service  PLENX_PC or PLENX_PHONE, or both (PLENX_COMBINED).
-/// @param key      Keys that the service does not have are ignored.
-/// @param value    Handed to the service as it is.
+/// Queues a change of an integer setting. The service receives the value at its next start, and at
+/// every later one. A plenx_start that is called after this call counts as the next one. The value
+/// stays until the process ends. A change that is made before plenx_init is lost without a word.
+/// @param service  PLENX_PC, PLENX_PHONE, or PLENX_COMBINED for both.
+/// @param key      A key that the service does not have is ignored.
+/// @param value    The service gets it unchanged.
 /// @return 0.
 PLENX_API plenx_result PLENX_CALL plenx_set_int64(uint32_t service, uint32_t key, int64_t value);
 
 /// Queues a change of a string setting, in the same way as plenx_set_int64.
-/// @param service    PLENX_PC or PLENX_PHONE, or both (PLENX_COMBINED).
-/// @param key        Keys that the service does not have are ignored.
-/// @param value      Handed to the service as it is.
-/// @param value_len  Its bytes.
+/// @param service    PLENX_PC, PLENX_PHONE, or PLENX_COMBINED for both.
+/// @param key        A key that the service does not have is ignored.
+/// @param value      The service gets it unchanged.
+/// @param value_len  The length of the value in bytes.
 /// @return 0.
 PLENX_API plenx_result PLENX_CALL plenx_set_string(uint32_t service, uint32_t key,
                                                    const char* value, size_t value_len);
 
 /// Queues the start of a service and the creation of a group in it. The outcome comes as
-/// PLENX_STATUS_START; for PLENX_COMBINED there are two, of the PC and of the office service. A
-/// service that runs already gets its settings and the group. The job waits until the service
-/// reports running, and then until it answers.
+/// PLENX_STATUS_START. For PLENX_COMBINED two outcomes come: that of the PC service, then that of
+/// the office service. A service that is already running is not started again; it receives its
+/// settings and the group. The job waits until the service reports that it is running, and then
+/// until it answers.
 ///
-/// Before plenx_init every operation that queues is checked, logged, dropped, and answered with 0.
+/// Before plenx_init, every operation that queues a job checks its arguments, logs the call, drops
+/// it and returns 0.
 /// @param service       PLENX_OFFICE to PLENX_COMBINED.
-/// @param group         The group's name, not empty.
-/// @param group_len     Its bytes.
-/// @param argument      Not empty; handed to the service as it is. The office service does not get
-///                      it.
-/// @param argument_len  Its bytes.
+/// @param group         The name of the group, not empty.
+/// @param group_len     The length of the name in bytes.
+/// @param argument      An argument for the group, not empty. It goes to the service unchanged; the
+///                      office service does not receive it.
+/// @param argument_len  The length of the argument in bytes.
 /// @return 0, or PLENX_INVALID_PARAMETER when a text is empty.
 PLENX_API plenx_result PLENX_CALL plenx_start(uint32_t service, const char* group, size_t group_len,
                                               const char* argument, size_t argument_len);
 
-/// Queues the deletion of the group and the stop of its service, whatever other groups the service
-/// has. The outcome comes as PLENX_STATUS_STOP. A service that makes no progress for 2 s is ended.
+/// Queues the deletion of a group and the stop of its service, whatever other groups the service
+/// has. The outcome comes as PLENX_STATUS_STOP. A service that accepts the stop but then makes no
+/// progress for 2 s is ended by force.
 /// @param service    PLENX_OFFICE to PLENX_COMBINED.
-/// @param group      The group's name, not empty.
-/// @param group_len  Its bytes.
-/// @return 0, or PLENX_INVALID_PARAMETER when the group is empty.
+/// @param group      The name of the group, not empty.
+/// @param group_len  The length of the name in bytes.
+/// @return 0, or PLENX_INVALID_PARAMETER when the name is empty.
 PLENX_API plenx_result PLENX_CALL plenx_stop(uint32_t service, const char* group, size_t group_len);
 
-/// Queues the news that the local device is online. With PLENX_COMBINED only the office service
-/// hears of it and the rest fails: call it for PLENX_PC as well. A failure at the PC or phone
-/// service comes as PLENX_STATUS_ONLINE; success brings no notification, and the office service
-/// none at all.
+/// Queues the news that the local device is online. If the PC or phone service does not take it,
+/// PLENX_STATUS_ONLINE comes with value 0; if it does, no notification comes. The office service
+/// never brings one.
+///
+/// With PLENX_COMBINED only the office service hears of the device, and PLENX_STATUS_ONLINE of
+/// service 3 comes with value 0 for the rest. Call it for PLENX_PC as well.
 /// @param service     PLENX_OFFICE to PLENX_COMBINED.
-/// @param group       The group's name, not empty.
-/// @param group_len   Its bytes.
-/// @param device      The device's id, not empty.
-/// @param device_len  Its bytes.
-/// @param data        Any bytes; null only with size 0. The office service gets at most 16 of them.
-/// @param size        At most 2^31 - 1.
+/// @param group       The name of the group, not empty.
+/// @param group_len   The length of the name in bytes.
+/// @param device      The id of the device, not empty.
+/// @param device_len  The length of the id in bytes.
+/// @param data        Any bytes; null only with size 0. The office service receives 16 of them at
+///                    most.
+/// @param size        The length of data in bytes, 2^31 - 1 at most.
 /// @return 0, or PLENX_INVALID_PARAMETER when a text is empty.
 PLENX_API plenx_result PLENX_CALL plenx_local_device_online(uint32_t service, const char* group,
                                                             size_t group_len, const char* device,
                                                             size_t device_len, const void* data,
                                                             uint64_t size);
 
-/// Queues the news that a remote device is online. The office service's outcome comes as
-/// PLENX_STATUS_ONLINE, of the PC and phone services only a failure.
+/// Queues the news that a remote device is online. The outcome of the office service comes as
+/// PLENX_STATUS_ONLINE. Of the PC and phone services only a failure comes, with the same status and
+/// value 0.
 /// @param service     PLENX_OFFICE to PLENX_COMBINED.
-/// @param group       The group's name, not empty.
-/// @param group_len   Its bytes.
-/// @param device      The device's id, not empty.
-/// @param device_len  Its bytes.
+/// @param group       The name of the group, not empty.
+/// @param group_len   The length of the name in bytes.
+/// @param device      The id of the device, not empty.
+/// @param device_len  The length of the id in bytes.
 /// @return 0, or PLENX_INVALID_PARAMETER when a text is empty.
 PLENX_API plenx_result PLENX_CALL plenx_remote_device_online(uint32_t service, const char* group,
                                                              size_t group_len, const char* device,
                                                              size_t device_len);
 
-/// Queues the news that the local device goes offline, and why. The office service's outcome comes
-/// as PLENX_STATUS_OFFLINE, of the PC and phone services only a failure.
+/// Queues the news that the local device goes offline, and why. The outcome of the office service
+/// comes as PLENX_STATUS_OFFLINE. Of the PC and phone services only a failure comes, with the same
+/// status and value 0.
 /// @param service     PLENX_OFFICE to PLENX_COMBINED.
-/// @param group       The group's name, not empty.
-/// @param group_len   Its bytes.
-/// @param device      The device's id, not empty.
-/// @param device_len  Its bytes.
-/// @param trigger     The reason, 0 for none in particular; the PC or phone service gets it as it
-/// is.
+/// @param group       The name of the group, not empty.
+/// @param group_len   The length of the name in bytes.
+/// @param device      The id of the device, not empty.
+/// @param device_len  The length of the id in bytes.
+/// @param trigger     The reason, as a number that the PC or phone service gets unchanged; 0 means
+///                    no particular reason.
 /// @return 0, or PLENX_INVALID_PARAMETER when a text is empty.
 PLENX_API plenx_result PLENX_CALL plenx_local_device_offline(uint32_t service, const char* group,
                                                              size_t group_len, const char* device,
                                                              size_t device_len, int32_t trigger);
 
-/// Queues the news that a remote device goes offline, and why. A failure at the PC or phone service
-/// comes as PLENX_STATUS_OFFLINE; of the office service nothing comes.
+/// Queues the news that a remote device goes offline, and why. A failure of the PC or phone service
+/// comes as PLENX_STATUS_OFFLINE with value 0; the office service brings no notification.
 /// @param service     PLENX_OFFICE to PLENX_COMBINED.
-/// @param group       The group's name, not empty.
-/// @param group_len   Its bytes.
-/// @param device      The device's id, not empty.
-/// @param device_len  Its bytes.
-/// @param trigger     The reason, 0 for none in particular; the PC or phone service gets it as it
-/// is.
+/// @param group       The name of the group, not empty.
+/// @param group_len   The length of the name in bytes.
+/// @param device      The id of the device, not empty.
+/// @param device_len  The length of the id in bytes.
+/// @param trigger     The reason, as a number that the PC or phone service gets unchanged; 0 means
+///                    no particular reason.
 /// @return 0, or PLENX_INVALID_PARAMETER when a text is empty.
 PLENX_API plenx_result PLENX_CALL plenx_remote_device_offline(uint32_t service, const char* group,
                                                               size_t group_len, const char* device,
                                                               size_t device_len, int32_t trigger);
 
-/// Queues the device's new name for the PC service. No notification tells the outcome.
-/// @param name      Not empty.
-/// @param name_len  Its bytes.
+/// Queues the news, for the PC service, that this device has a new name. No notification tells the
+/// outcome.
+/// @param name      The new name, not empty.
+/// @param name_len  The length of the name in bytes.
 /// @return 0, or PLENX_INVALID_PARAMETER when the name is empty.
 PLENX_API plenx_result PLENX_CALL plenx_device_name_changed(const char* name, size_t name_len);
 
-/// Queues a message from a remote device for the PC service. No notification tells the outcome.
-/// @param type         Handed on as it is.
-/// @param msg_len      Handed on as it is, never compared with message_len.
-/// @param message      Any bytes; may be empty.
-/// @param message_len  Their number.
+/// Queues a message for the PC service. Despite the function's name, the host sends here: it passes
+/// on what it has received from a remote device. No notification tells the outcome.
+/// @param type         It goes to the service unchanged.
+/// @param msg_len      It goes to the service unchanged. The library never compares it with
+///                     message_len.
+/// @param message      Any bytes; it may be empty.
+/// @param message_len  The length of the message in bytes.
 /// @return 0.
 PLENX_API plenx_result PLENX_CALL plenx_recv_remote_message(int32_t type, uint32_t msg_len,
                                                             const char* message,
@@ -373,135 +410,141 @@ PLENX_API plenx_result PLENX_CALL plenx_recv_remote_message(int32_t type, uint32
 
 /// Asks the companion library, on the caller's thread, for the folder of a device of a group. It
 /// waits while the office service is being started, stopped or told of a device.
-/// @param group         The group's name.
-/// @param group_len     Its bytes.
-/// @param device        The device's id.
-/// @param device_len    Its bytes.
+/// @param group         The name of the group.
+/// @param group_len     The length of the name in bytes.
+/// @param device        The id of the device.
+/// @param device_len    The length of the id in bytes.
 /// @param relative      A relative name.
-/// @param relative_len  Its bytes.
-/// @param text          Gets the folder, a backslash, and the relative name, whatever the code. It
-/// may
-///                      be the buffer that holds `relative`. Null only with capacity 0.
+/// @param relative_len  The length of that name in bytes.
+/// @param text          The buffer; null only with capacity 0. It receives the folder, a backslash
+///                      and the relative name, whatever the code is. It may be the buffer that
+///                      holds `relative`.
 /// @param capacity      The size of the buffer in bytes.
-/// @param length        The bytes of the text without the NUL. May be null.
-/// @param code          The companion library's own code, no plenx_result; 0 before plenx_init.
-/// @return 0, PLENX_E_BUFFER (length and code are set; the next call asks again), or
-/// PLENX_E_DEADLOCK
-///         inside an observer.
+/// @param length        Receives the length of the text in bytes, without the NUL. It may be null.
+/// @param code          Receives the companion library's own code, which is no plenx_result; 0
+///                      before plenx_init. It must not be null.
+/// @return 0, PLENX_E_DEADLOCK inside an observer, or PLENX_E_BUFFER, which sets length and code
+///         all the same. The next call asks the companion library again.
 PLENX_API plenx_result PLENX_CALL plenx_get_office_dir(const char* group, size_t group_len,
                                                        const char* device, size_t device_len,
                                                        const char* relative, size_t relative_len,
                                                        char* text, size_t capacity, size_t* length,
                                                        int32_t* code);
 
-/// A service sends a message to this device: type and msg_len are the sender's own numbers, text
-/// holds the bytes. Never use msg_len as the length of the text.
+/// A service sends a message to this device. type and msg_len are numbers of the service's own, and
+/// text holds the bytes. Never use msg_len as the length of the text.
 #define PLENX_EVENT_MESSAGE 9u
-/// A group of a service is connected: service, text is the group's name.
+/// A group of a service has been connected. service names the service, and text is the name of the
+/// group.
 #define PLENX_EVENT_CONNECT 10u
-/// A group of a service has lost its connection: service, text is the group's name.
+/// A group of a service has lost its connection. service and text are as for PLENX_EVENT_CONNECT.
 #define PLENX_EVENT_DISCONNECT 11u
-/// A group of a service is connected again: service, text is the group's name.
+/// A group of a service has been connected again. service and text are as for PLENX_EVENT_CONNECT.
 #define PLENX_EVENT_RECONNECT 12u
-/// A service has asked for the status of a link: service, type is the link, text is the group's
-/// name, value is the answer as it stood after this queue (see plenx_queue_set_link_status).
+/// A service has asked for the status of a link. service and text are as for PLENX_EVENT_CONNECT,
+/// type is the number of the link, and value is the answer as it stood after this queue; see
+/// plenx_queue_set_link_status.
 #define PLENX_EVENT_LINK_QUERY 13u
-/// Something started, stopped, came online or went offline, the outcome of a job or by itself:
-/// service, type is a PLENX_STATUS or a kind of the service's own, value is 0 or 1, text is the
-/// group's name.
+/// Something started, stopped, came online or went offline. This is the outcome of a job, or
+/// something that a service reports by itself. service and text are as for PLENX_EVENT_CONNECT,
+/// type is a PLENX_STATUS number or a kind of the service's own, and value is 0 or 1.
 #define PLENX_EVENT_STATUS 14u
-/// A service reports an error of its own: value is its code.
+/// A service reports an error of its own; value is its code.
 #define PLENX_EVENT_ERROR 15u
-/// A service tells the name under which its disk is mounted: text. Any bytes.
+/// A service tells the name under which its disk is mounted. text is that name; it may be any
+/// bytes.
 #define PLENX_EVENT_DISK_NAME 16u
 
-/// A queue of notifications.
+/// The handle of a queue of notifications.
 typedef struct plenx_queue plenx_queue;
 
-/// One notification. What a kind does not have is 0, or the empty text.
+/// One notification. A member that its kind does not use is 0 or the empty text.
 typedef struct plenx_event {
-    uint32_t size;       ///< Of this struct in the DLL; members behind it are not there.
-    uint32_t kind;       ///< A PLENX_EVENT; later DLLs may have further kinds.
-    uint32_t service;    ///< By the number that the service put into the group's name; not checked.
-    int32_t type;        ///< See the kinds.
+    uint32_t size;       ///< The size of this struct in the DLL. Do not read beyond it.
+    uint32_t kind;       ///< A PLENX_EVENT number. A later DLL may have further kinds.
+    uint32_t service;    ///< The number that the service put into the group's name; not checked.
+    int32_t type;        ///< Its meaning depends on the kind.
     uint32_t msg_len;    ///< See PLENX_EVENT_MESSAGE.
-    int32_t value;       ///< See the kinds.
-    uint64_t lost;       ///< Notifications that were dropped directly before this one.
-    const char* text;    ///< Never null, and a NUL follows it; it lives as long as the event.
-    size_t text_length;  ///< Its bytes, without that NUL.
+    int32_t value;       ///< Its meaning depends on the kind.
+    uint64_t lost;       ///< How many notifications were dropped directly before this one.
+    const char* text;    ///< Never null; a NUL follows it. It lives as long as the event.
+    size_t text_length;  ///< The length of text in bytes, without that NUL.
 } plenx_event;
 
-/// Opens a queue. From now on it takes every notification, until it is cancelled or closed. It
-/// holds at most `capacity` events, and at most 64 MiB of their text, one larger event excepted.
-/// When it is full, the oldest event is dropped and counted in `lost` of the one that follows it;
-/// so is a notification for which there is no memory.
+/// Opens a queue. It takes every notification from now on, until it is cancelled or closed. It
+/// holds `capacity` events at most, and 64 MiB of their text at most; one event that is larger than
+/// that by itself is held in addition. When the queue is full, it drops its oldest event, and
+/// `lost` of the event that follows counts it. A notification for which there is no memory is
+/// dropped and counted in the same way.
 ///
-/// The first call of this or of plenx_observe waits for a notification that is being delivered.
-/// @param capacity  In events, not 0. No memory is taken in advance.
-/// @param queue     The handle; close it with plenx_queue_close.
+/// The first call of this function or of plenx_observe waits for a notification that is being
+/// delivered.
+/// @param capacity  How many events the queue holds, not 0. The queue reserves no memory for them.
+/// @param queue     Receives the handle; close it with plenx_queue_close.
 /// @return 0, PLENX_E_DEADLOCK inside an observer, or PLENX_E_MEMORY.
 PLENX_API plenx_result PLENX_CALL plenx_queue_open(uint32_t capacity, plenx_queue** queue);
 
 /// Takes the oldest event, or waits for one. Any number of threads may wait; each event goes to one
 /// of them.
 /// @param queue         The queue.
-/// @param milliseconds  How long to wait: 0 not at all, UINT32_MAX for ever. Inside an observer it
-///                      does not wait.
-/// @param event         The event, the caller's own until plenx_event_free, even when the queue is
-///                      closed before. Null when there is none.
-/// @return 0 also when nothing came in time, with a null event. PLENX_E_CANCELLED when the queue
-/// was
-///         cancelled, whatever it holds. PLENX_E_HANDLE when it was closed, while waiting too.
+/// @param milliseconds  How long to wait: 0 does not wait, and UINT32_MAX waits for ever. Inside an
+///                      observer the function never waits.
+/// @param event         Receives the event, or null when no event came. The event belongs to the
+///                      caller until plenx_event_free, even if the queue is closed earlier.
+/// @return 0, also when no event came in time. PLENX_E_CANCELLED when the queue was cancelled.
+///         PLENX_E_HANDLE when it was closed, also if that happened while the call waited.
 PLENX_API plenx_result PLENX_CALL plenx_queue_next(plenx_queue* queue, uint32_t milliseconds,
                                                    const plenx_event** event);
 
-/// Gives an event back.
-/// @param event  From plenx_queue_next, once; null is allowed.
+/// Frees an event. Call it once for each event.
+/// @param event  An event from plenx_queue_next, or null, which is ignored.
 PLENX_API void PLENX_CALL plenx_event_free(const plenx_event* event);
 
-/// A Windows event (a HANDLE) to wait for beside others: it is set while the queue holds something,
-/// and for ever once it is cancelled. Call plenx_queue_next with 0 milliseconds until the event is
-/// null, then wait again. Never reset or close it.
-/// @param queue  The queue, which owns the handle and closes it when it is closed.
-/// @return Always the same handle; null on failure, and where the system is not Windows.
+/// Gives a Windows event (a HANDLE) for hosts that wait for several things at once. The event is
+/// set while the queue holds a notification, and it stays set once the queue is cancelled. When it
+/// is set, call plenx_queue_next with 0 milliseconds until that gives no event, then wait again.
+/// Never reset or close the handle.
+/// @param queue  The queue. It owns the handle and closes it when it is itself closed.
+/// @return The same handle for each call; null on failure, and on a system other than Windows.
 PLENX_API void* PLENX_CALL plenx_queue_wait_handle(plenx_queue* queue);
 
-/// Sets the answer that this queue gives when a service asks for the status of a link. Without one
-/// it leaves the answer alone: 0, or what was written before by a queue or observer that was opened
-/// earlier. The one that was opened last wins. An answer stays until it is set again or the queue
-/// is closed.
+/// Sets the answer that this queue gives when a service asks for the status of a link. A queue
+/// without an answer for that link leaves the value as it is: 0, or the answer of a queue or
+/// observer that was opened earlier. If several give an answer, the one that was opened last wins.
+/// An answer stays until it is set again or the queue is closed.
 /// @param queue      The queue.
 /// @param service    The service that asks.
-/// @param group      The group's name.
-/// @param group_len  Its bytes.
-/// @param link       Which link; the service's own number.
+/// @param group      The name of the group.
+/// @param group_len  The length of the name in bytes.
+/// @param link       The number of the link, which is the service's own.
 /// @param status     The answer.
 /// @return 0, or PLENX_E_MEMORY.
 PLENX_API plenx_result PLENX_CALL plenx_queue_set_link_status(plenx_queue* queue, uint32_t service,
                                                               const char* group, size_t group_len,
                                                               uint32_t link, int32_t status);
 
-/// Ends all waiting: from now on plenx_queue_next gives PLENX_E_CANCELLED at once, on every thread
-/// and for good. Events that the queue holds are dropped. It does not wait, and may be called
-/// inside an observer. The handle still wants plenx_queue_close.
+/// Ends all waiting: from now on plenx_queue_next returns PLENX_E_CANCELLED at once, on every
+/// thread and for good. The queue drops the events that it holds. The function does not wait, and
+/// an observer may call it. The host must still close the handle with plenx_queue_close.
 /// @param queue  The queue.
 /// @return 0.
 PLENX_API plenx_result PLENX_CALL plenx_queue_cancel(plenx_queue* queue);
 
-/// Closes the queue and drops what it holds. Threads that wait in plenx_queue_next return with
-/// PLENX_E_HANDLE. It waits for nobody.
+/// Closes the queue and drops the events that it holds. Threads that wait in plenx_queue_next
+/// return with PLENX_E_HANDLE. This function does not wait for them.
 /// @param queue  The queue.
 /// @return 0, or PLENX_E_DEADLOCK inside an observer.
 PLENX_API plenx_result PLENX_CALL plenx_queue_close(plenx_queue* queue);
 
-/// The functions of an observer. Null for those that are not wanted.
+/// The functions of an observer. A function that the host does not want is null.
 ///
-/// Each gets `user` first, and returns 0 when it has handled the notification; of several observers
-/// the first other number is logged as an error code and has no further effect. Texts are valid
-/// during the call only, and a NUL follows them. Copy what is needed and return soon. Never throw.
+/// The library passes `user` to each function as its first argument. A function returns 0 when it
+/// has handled the notification. When several observers return something else, the library logs the
+/// first of these numbers as an error code; it has no other effect. Texts are valid during the call
+/// only, and a NUL follows them. Copy what you need and return soon. Never throw.
 typedef struct plenx_observer {
     uint32_t size;  ///< sizeof(plenx_observer).
-    void* user;     ///< Anything; handed to every function.
+    void* user;     ///< Any pointer of the host's. Every function receives it.
     /// See PLENX_EVENT_MESSAGE.
     int32_t(PLENX_CALL* send_local_message)(void* user, int32_t type, uint32_t msg_len,
                                             const char* message, size_t message_len);
@@ -514,12 +557,12 @@ typedef struct plenx_observer {
     /// See PLENX_EVENT_RECONNECT.
     int32_t(PLENX_CALL* notify_reconnect)(void* user, uint32_t service, const char* group,
                                           size_t group_len);
-    /// A service asks for the status of a link and waits for the answer. `status` holds 0, or what
-    /// an observer or queue that was opened earlier has written; what the last one leaves in it
-    /// goes back to the service, whatever this returns.
+    /// A service asks for the status of a link and waits for the answer. `status` holds 0, or the
+    /// answer of a queue or observer that was opened earlier. The service gets the value that the
+    /// last one leaves in it, whatever the functions return.
     int32_t(PLENX_CALL* query_link_status)(void* user, uint32_t service, const char* group,
                                            size_t group_len, uint32_t link, int32_t* status);
-    /// See PLENX_EVENT_STATUS; kind is its type.
+    /// See PLENX_EVENT_STATUS; kind is the type of that event.
     int32_t(PLENX_CALL* notify_status)(void* user, uint32_t service, const char* group,
                                        size_t group_len, uint32_t kind, int32_t value);
     /// See PLENX_EVENT_ERROR.
@@ -528,25 +571,27 @@ typedef struct plenx_observer {
     int32_t(PLENX_CALL* notify_disk_name)(void* user, const char* name, size_t name_len);
 } plenx_observer;
 
-/// An observer that was registered.
+/// The handle of an observer that is registered.
 typedef struct plenx_subscription plenx_subscription;
 
-/// Registers an observer; its functions are called from now on, one at a time, on threads of the
-/// library. Queues and observers are asked in the order in which they were opened.
+/// Registers an observer. From now on the library calls its functions, one at a time, on threads of
+/// its own. It asks queues and observers in the order in which they were opened.
 ///
-/// The first call of this or of plenx_queue_open waits for a notification that is being delivered.
-/// @param observer      Is copied; `user` and the functions must stay until plenx_unobserve has
-///                      returned. Its size must be one that this DLL knows, or else what lies
-///                      behind must be 0.
-/// @param subscription  The handle; close it with plenx_unobserve.
+/// The first call of this function or of plenx_queue_open waits for a notification that is being
+/// delivered.
+/// @param observer      The library copies the struct; `user` and the functions must stay valid
+///                      until plenx_unobserve has returned. If the struct is larger than the one
+///                      that this DLL knows, the part that the DLL does not know must be 0.
+/// @param subscription  Receives the handle; close it with plenx_unobserve.
 /// @return 0, PLENX_E_DEADLOCK inside an observer, PLENX_E_ABI when a function is set that the DLL
 ///         does not know, or PLENX_E_MEMORY.
 PLENX_API plenx_result PLENX_CALL plenx_observe(const plenx_observer* observer,
                                                 plenx_subscription** subscription);
 
-/// Ends it. If one of the observer's functions is running, this waits until it has returned:
-/// afterwards none is running and none will be called.
-/// @param subscription  From plenx_observe.
+/// Removes an observer and closes its handle. If one of the observer's functions is running, the
+/// call waits until that function has returned. Afterwards none of them is running and none will be
+/// called.
+/// @param subscription  The handle from plenx_observe.
 /// @return 0, or PLENX_E_DEADLOCK inside an observer.
 PLENX_API plenx_result PLENX_CALL plenx_unobserve(plenx_subscription* subscription);
 
