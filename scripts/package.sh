@@ -175,7 +175,8 @@ compare_builds() {
         cmp "$windows_build/$file" "$again_dir/windows/$file"
         compared=$((compared + 1))
     done < <(cd "$again_dir/windows" &&
-        find bin lib -name '*.dll' -o -name '*.exe' -o -name '*.sys' -o -name '*.dll.a')
+        find bin lib -name '*.dll' -o -name '*.exe' -o -name '*.sys' -o -name '*.dll.a' \
+            -o -name '*.lib')
     [ $compared -gt 0 ]
     echo "$compared files"
 }

@@ -24,6 +24,20 @@ PlenxSupport::ServiceHandle Checked(SC_HANDLE handle, const char* what) {
     return PlenxSupport::ServiceHandle(handle);
 }
 
+// The service manager keeps a deleted service until it has seen the process of the service end.
+SC_HANDLE CreateOurService(SC_HANDLE manager) {
+    const std::wstring program = ProgramFolder() + L"\\plenxservice.exe";
+    SC_HANDLE service = nullptr;
+    WaitFor([&] {
+        service =
+            CreateServiceW(manager, kName, kName, SERVICE_ALL_ACCESS, SERVICE_WIN32_OWN_PROCESS,
+                           SERVICE_DEMAND_START, SERVICE_ERROR_NORMAL, program.c_str(), nullptr,
+                           nullptr, nullptr, nullptr, nullptr);
+        return service != nullptr || GetLastError() != ERROR_SERVICE_MARKED_FOR_DELETE;
+    });
+    return service;
+}
+
 }  // namespace
 
 ServiceUnderTest::ServiceUnderTest(int row, const std::string& control)
@@ -36,12 +50,7 @@ ServiceUnderTest::ServiceUnderTest(int row, const std::string& control)
     fs::create_directories(install_);
     Control(control);
     manager_ = Checked(OpenSCManagerW(nullptr, nullptr, SC_MANAGER_ALL_ACCESS), "open manager");
-    service_ = Checked(
-        CreateServiceW(manager_.Get(), kName, kName, SERVICE_ALL_ACCESS, SERVICE_WIN32_OWN_PROCESS,
-                       SERVICE_DEMAND_START, SERVICE_ERROR_NORMAL,
-                       (ProgramFolder() + L"\\plenxservice.exe").c_str(), nullptr, nullptr, nullptr,
-                       nullptr, nullptr),
-        "create service");
+    service_ = Checked(CreateOurService(manager_.Get()), "create service");
 }
 
 ServiceUnderTest::~ServiceUnderTest() {
