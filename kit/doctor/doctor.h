@@ -1,5 +1,5 @@
-// plenxkit doctor: looks at an install folder and at the system, and says in words what is
-// wrong and what to do. It changes nothing.
+// plenxkit doctor: looks at an install folder and at the system, explains each problem in words,
+// and says how to cure it. It changes nothing.
 
 #ifndef PLENXKIT_DOCTOR_DOCTOR_H
 #define PLENXKIT_DOCTOR_DOCTOR_H
@@ -13,7 +13,7 @@
 
 namespace PlenxHost {
 
-/// The folders, as the host gives them to Init, and that of its program and our DLLs.
+/// The folders that the host gives to Init, and the folder of its program and our DLLs.
 struct Patient {
     std::string install;
     std::string data;
@@ -21,15 +21,15 @@ struct Patient {
 };
 
 struct Check {
-    const char* name;  ///< For programs.
+    const char* name;  ///< Programs read this name.
     const char* title;
     void (*run)(const Patient& patient, System& system, Findings& findings);
 };
 
-/// In the order in which they are run and shown.
+/// The checks in the order in which they are run and shown.
 const std::vector<Check>& Checks();
 
-/// What no check can see.
+/// The things that no check can see.
 const std::vector<std::string>& NotLookedAt();
 
 struct Diagnosis {
@@ -37,7 +37,7 @@ struct Diagnosis {
     int notes = 0;
 };
 
-/// Runs all checks. tell gets the findings of each as soon as they are there.
+/// Runs all checks. tell gets the findings of each check as soon as it has ended.
 Diagnosis Examine(const Patient& patient, System& system,
                   const std::function<void(const Check&, const std::vector<Finding>&)>& tell);
 

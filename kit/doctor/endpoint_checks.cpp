@@ -1,4 +1,4 @@
-// Who serves which RPC endpoint, and whether the services answer.
+// Checks who serves which RPC endpoint, and whether the services answer.
 
 #include <string>
 

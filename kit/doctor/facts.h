@@ -1,4 +1,4 @@
-// Names that are fixed between the library and its services, and how facts read in a sentence.
+// Holds the names that the library shares with its services, and turns facts into words.
 
 #ifndef PLENXKIT_DOCTOR_FACTS_H
 #define PLENXKIT_DOCTOR_FACTS_H
@@ -31,7 +31,7 @@ std::string ErrorText(std::uint32_t error);
 std::string StateText(const ServiceFacts& facts);
 std::string StartTypeText(StartType type);
 
-/// Without quotes and without what drivers have in front.
+/// The path without quotes and without the prefix that drivers' paths have.
 std::string PlainPath(const std::string& registered);
 /// Whether two paths have the same letters, whatever their case and their separators.
 bool SamePath(const std::string& first, const std::string& second);

@@ -1,4 +1,4 @@
-// What the doctor found: one sentence, how bad it is, and what to do about it.
+// A finding of the doctor: one sentence, how bad it is, and how to cure it.
 
 #ifndef PLENXKIT_DOCTOR_FINDING_H
 #define PLENXKIT_DOCTOR_FINDING_H
@@ -16,7 +16,7 @@ const char* NameOf(Level level);
 struct Finding {
     Level level;
     std::string text;
-    std::string advice;  ///< What to do; empty when there is nothing to do.
+    std::string advice;  ///< How to cure it; empty when there is nothing to do.
 };
 
 class Findings {

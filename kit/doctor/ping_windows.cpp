@@ -1,5 +1,5 @@
-// The one place of the host that knows more of the library than its public header: the interface
-// of the services, for the ping.
+// Only this file of the host knows more of the library than its public header. It knows the
+// interface of the services, for the ping.
 
 #include "doctor/ping.h"
 
@@ -50,7 +50,7 @@ PingAnswer Call(const std::string& endpoint) {
     answer.kind = PingAnswer::Kind::kAnswered;
     answer.code = static_cast<std::int32_t>(reply.result);
     if (answer.code == 0 && block != nullptr && reply.size > 0) {
-        // Like the library: an answer that cannot be read counts as a 0.
+        // An answer that cannot be read counts as a 0, as it does in the library.
         const auto decoded =
             PlenxWire::DecodeReply(block.get(), static_cast<std::size_t>(reply.size));
         answer.code = decoded.Ok() ? std::get<std::int32_t>(decoded.arguments[0]) : 0;
@@ -77,7 +77,7 @@ PingAnswer Ping(const std::string& endpoint) {
         caller->join();
     } else {
         answer.kind = PingAnswer::Kind::kTimedOut;
-        // A thread that may hang for ever is neither waited for nor taken apart.
+        // The thread may hang for ever, so nobody waits for it, and its data stays alive.
         static_cast<void>(caller.release());
     }
     answer.milliseconds =

@@ -1,5 +1,5 @@
-// What the doctor asks of the system. Every operation only looks: it opens things for a moment,
-// with the access that the library would ask for, and changes nothing. Paths are UTF-8.
+// The questions that the doctor asks the system. Every operation only looks. It opens things for a
+// moment, with the access that the library would ask for, and changes nothing. Paths are UTF-8.
 
 #ifndef PLENXKIT_DOCTOR_SYSTEM_H
 #define PLENXKIT_DOCTOR_SYSTEM_H
@@ -35,18 +35,18 @@ enum class ServiceState : std::uint32_t {
 enum class StartType : std::uint32_t { kBoot, kSystem, kAutomatic, kOnDemand, kDisabled };
 
 struct ServiceFacts {
-    std::uint32_t error = kNoError;  ///< Why nothing below is known.
-    std::string program;             ///< As it is registered, with quotes if there are any.
+    std::uint32_t error = kNoError;  ///< The reason why nothing below is known.
+    std::string program;             ///< The registered path, with its quotes if it has any.
     StartType startType = StartType::kOnDemand;
     ServiceState state = ServiceState::kStopped;
-    std::uint32_t processId = 0;   ///< 0: none.
+    std::uint32_t processId = 0;   ///< 0 when it has no process.
     bool processIsThere = true;    ///< Whether a process with that id is running.
     bool markedForDelete = false;  ///< The system waits for the last handle to go.
 };
 
 struct PingAnswer {
     enum class Kind { kAnswered, kFailed, kTimedOut } kind = Kind::kFailed;
-    std::int32_t code = 0;  ///< Of the answer, or of the failure.
+    std::int32_t code = 0;  ///< The code of the answer, or of the failure.
     std::int64_t milliseconds = 0;
 };
 
@@ -55,23 +55,23 @@ public:
     virtual ~System() = default;
 
     virtual PathKind Look(const std::string& path) = 0;
-    /// From the file's VERSIONINFO; nothing when it has none.
+    /// The version in the file's VERSIONINFO; empty when the file has none.
     virtual std::optional<std::string> VersionOf(const std::string& file) = 0;
-    /// Why files may not be made in the folder and taken out of it, or kNoError.
+    /// The reason why files may not be made in the folder and removed from it, or kNoError.
     virtual std::uint32_t WriteError(const std::string& folder) = 0;
-    /// Of the groups that everybody is in, those that may write to the folder.
+    /// The groups that everybody is in and that may write to the folder.
     virtual std::vector<std::string> CommonWriters(const std::string& folder) = 0;
     /// The first path in the folder, itself included, that another program holds open in such a
     /// way that it cannot be removed.
     virtual std::optional<std::string> FirstHeld(const std::string& folder) = 0;
 
     virtual bool IsElevated() = 0;
-    /// Why the service manager may not be opened with all access, or kNoError.
+    /// The reason why the service manager may not be opened with all access, or kNoError.
     virtual std::uint32_t ServiceManagerError() = 0;
     virtual ServiceFacts Service(const std::string& name) = 0;
 
     virtual bool IsServed(const std::string& endpoint) = 0;
-    /// Sends the service's ping, which changes nothing there. Only for an endpoint that is served.
+    /// Sends the service's ping, which changes nothing there. The endpoint must be served.
     virtual PingAnswer Ping(const std::string& endpoint) = 0;
 };
 

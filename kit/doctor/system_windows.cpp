@@ -18,13 +18,13 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
-constexpr int kMostLookedAt = 10000;  // paths of a folder that may be in use
+constexpr int kMostLookedAt = 10000;  // the limit of paths that FirstHeld looks at
 
 fs::path PathOf(const std::string& text) {
     return fs::u8path(text);
 }
 
-// Opens what is there, for a moment. @return the system's error.
+// Opens the path for a moment. @return the system's error.
 DWORD OpenError(const fs::path& path, DWORD access) {
     const PlenxSupport::Handle file(
         CreateFileW(path.c_str(), access, kShareAll, nullptr, OPEN_EXISTING,
@@ -32,7 +32,7 @@ DWORD OpenError(const fs::path& path, DWORD access) {
     return file ? NO_ERROR : GetLastError();
 }
 
-// The fixed part of the version, which lies in the resource behind its own signature.
+// Finds the fixed part of the version, which lies in the resource behind its own signature.
 std::optional<std::string> FixedVersion(const unsigned char* bytes, DWORD size) {
     constexpr DWORD kSignature = 0xFEEF04BD;
     VS_FIXEDFILEINFO info{};
@@ -60,7 +60,7 @@ constexpr Group kCommonGroups[] = {
 };
 
 bool MayWrite(PACL list, const Group& group) {
-    // Any of these is enough to replace a file of the folder, or to be allowed to.
+    // Any of these is enough to replace a file of the folder, or to gain the right to do so.
     constexpr DWORD kWrite =
         FILE_ADD_FILE | FILE_DELETE_CHILD | WRITE_DAC | WRITE_OWNER | GENERIC_WRITE | GENERIC_ALL;
     unsigned char sid[SECURITY_MAX_SID_SIZE];
@@ -92,7 +92,7 @@ bool ProcessIsThere(DWORD id) {
     return WaitForSingleObject(process.Get(), 0) == WAIT_TIMEOUT;
 }
 
-// What the service manager writes when the last handle is to be waited for.
+// The service manager writes this value when it waits for the last handle to close.
 bool HasDeleteFlag(const std::wstring& name) {
     DWORD flag = 0;
     DWORD size = sizeof(flag);
@@ -138,7 +138,7 @@ public:
         return (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0 ? PathKind::kFolder : PathKind::kFile;
     }
 
-    // Without version.dll: the file is read as data and none of its code is run.
+    // This does without version.dll. It reads the file as data and runs none of its code.
     std::optional<std::string> VersionOf(const std::string& file) override {
         const PlenxSupport::Module module(
             LoadLibraryExW(PathOf(file).c_str(), nullptr,
@@ -178,7 +178,7 @@ public:
         return writers;
     }
 
-    // The access and the sharing are those of a removal, which is not done.
+    // The access and the sharing are those of a removal, but nothing is removed.
     std::optional<std::string> FirstHeld(const std::string& folder) override {
         const fs::path root = PathOf(folder);
         const auto held = [](const fs::path& path) {

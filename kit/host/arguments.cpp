@@ -52,7 +52,7 @@ std::string CountingBytes(const Word& word) {
     return bytes;
 }
 
-// The library reads as many bytes as the low 32 bits say, taken as a signed number.
+// The library takes the low 32 bits as a signed number, and reads that many bytes.
 std::uint64_t BytesRead(std::uint64_t toldSize) {
     const auto narrowed = static_cast<std::int32_t>(static_cast<std::uint32_t>(toldSize));
     return static_cast<std::uint64_t>(std::max(narrowed, 0));

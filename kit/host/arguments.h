@@ -1,5 +1,5 @@
-// The words of a command, taken one after the other and turned into what the command
-// needs. Every operation throws ScriptError when the word is missing or wrong.
+// Takes the words of a command one after the other and turns them into values. Every operation
+// throws ScriptError when the word is missing or wrong.
 
 #ifndef PLENXKIT_HOST_ARGUMENTS_H
 #define PLENXKIT_HOST_ARGUMENTS_H
@@ -20,7 +20,7 @@ std::string TextOf(const Word& word);
 std::uint32_t Bits32Of(const Word& word, const std::string& what);
 std::uint32_t ServiceTypeOf(const Word& word);
 
-/// Data for a device: as many bytes as there are, and the size to tell, which may differ.
+/// Data for a device: its bytes, and the size to pass, which may differ from their number.
 struct DataBlock {
     std::string bytes;
     bool isNull = false;
@@ -41,12 +41,12 @@ public:
     /// A time span, at most a day.
     int TakeMilliseconds();
     bool TakeOnOff();
-    /// hex:00ff, bytes:N (00 01 02 ...), null, null:N or a text; then, if given, the size
-    /// to tell instead of the true one.
+    /// hex:00ff, bytes:N (00 01 02 ...), null, null:N or a text. A size may follow, which is
+    /// passed in place of the true one.
     DataBlock TakeData();
-    /// The words up to the given one, which is taken and left out.
+    /// The words up to the given one. It takes that one too, but leaves it out.
     std::vector<Word> TakeUntil(const std::string& keyword);
-    /// Nothing more may follow.
+    /// Checks that nothing more follows.
     void End() const;
 
 private:

@@ -1,5 +1,5 @@
-// How the observers react: what they answer, how long they take, whether they throw. Set
-// by commands, read by observers on the library's threads.
+// How the observers react: their answers, their delays, and whether they throw. Commands set it,
+// and observers read it on the library's threads.
 
 #ifndef PLENXKIT_HOST_BEHAVIOUR_H
 #define PLENXKIT_HOST_BEHAVIOUR_H
@@ -16,7 +16,7 @@ struct Reaction {
     int answer = 0;
     std::optional<std::int32_t> linkStatus;  ///< When empty, the status stays as it comes.
     std::chrono::milliseconds delay{0};
-    bool throws = false;  ///< For one notification.
+    bool throws = false;  ///< It counts for one notification.
 };
 
 class Behaviour {

@@ -3,8 +3,8 @@
 namespace PlenxHost {
 namespace {
 
-// From the 16 colours that every terminal has and that its user may have chosen for the
-// background at hand; none of them is black or white.
+// These are some of the 16 colours that every terminal has. Its user may have chosen them for the
+// background, so black and white are not among them.
 const char* CodeOf(Role role) {
     switch (role) {
     case Role::kFaint:

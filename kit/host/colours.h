@@ -1,4 +1,4 @@
-// Decides whether there are colours, and paints text in them. Pure functions.
+// Decides whether there are colours, and paints text in them. All functions are pure.
 
 #ifndef PLENXKIT_HOST_COLOURS_H
 #define PLENXKIT_HOST_COLOURS_H
@@ -20,9 +20,9 @@ enum class Role {
     kFaint,         ///< times and threads
     kCommand,       ///< a command of the host
     kNotification,  ///< a notification of the library
-    kGood,          ///< held, ok
-    kWarning,       ///< worth a look
-    kBad,           ///< did not hold, an error, a problem
+    kGood,          ///< an expectation that held, a good finding
+    kWarning,       ///< something worth a look
+    kBad,           ///< an expectation that did not hold, an error, a problem
     kHeading,
 };
 

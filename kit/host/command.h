@@ -1,5 +1,5 @@
 // plenxkit host: a host application for the command line, to drive the library by hand, by a
-// script, or by another program, and to see what it notifies.
+// script, or by another program, and to see its notifications.
 
 #ifndef PLENXKIT_HOST_COMMAND_H
 #define PLENXKIT_HOST_COMMAND_H
@@ -20,7 +20,7 @@ struct HostOptions {
 };
 
 CLI::App& DeclareHost(CLI::App& program, HostOptions& options);
-/// The options that every command with such a look has.
+/// Adds the options of every command that has such a look.
 void DeclareLook(CLI::App& command, Look& look);
 int RunHost(const HostOptions& options, const PlenxKit::Streams& streams);
 

@@ -21,7 +21,7 @@ const Command& Find(const std::string& name) {
     return *found;
 }
 
-// A title and lines of text beside it; nothing without a text.
+// A title with lines of text beside it; empty when there is no text.
 std::string Block(const std::string& title, const std::string& text) {
     std::string block;
     std::string left = "\n  " + title + std::string(kTitleWidth - title.size(), ' ');

@@ -1,4 +1,4 @@
-// The commands: one table (command_table.cpp) with all about each, and its function.
+// The commands: one table (command_table.cpp) describes each command and names its function.
 //
 // Such a function reads the arguments, which fails with a ScriptError when they are wrong,
 // and returns the action to run. A script is thus checked to its end before it starts.
@@ -20,9 +20,9 @@ struct Command {
     const char* name;
     const char* usage;    ///< The arguments.
     const char* purpose;  ///< One line.
-    const char* remarks;  ///< More about it and its arguments; may be empty.
-    const char* result;   ///< What it gives at once.
-    const char* outcome;  ///< What will come of it, and which notification tells.
+    const char* remarks;  ///< More about the command and its arguments; may be empty.
+    const char* result;   ///< The result that it gives at once.
+    const char* outcome;  ///< The later outcome, and the notification that reports it.
     const char* example;  ///< A line that can be run.
     Action (*parse)(Arguments& arguments);
 };
@@ -31,7 +31,7 @@ const std::vector<Command>& Commands();
 
 /// One line for each command, by subject.
 std::string CommandOverview();
-/// All about one. @throws ScriptError when there is no such command.
+/// The help of one command. @throws ScriptError when there is no such command.
 std::string CommandHelp(const std::string& name);
 
 /// The step of one line; its action is empty when the line is.

@@ -1,7 +1,7 @@
-// The dialogue on a console: a prompt, a line that is being typed, and above both whatever is
-// printed meanwhile.
+// The dialogue on a console: a prompt and the line that is being typed. Above them stand the
+// reports that are printed meanwhile.
 //
-// ReadLine is called by one thread; reports may be printed by any. It must not outlive its Output.
+// One thread calls ReadLine; any thread may print reports. It must not outlive its Output.
 
 #ifndef PLENXKIT_HOST_CONSOLE_H
 #define PLENXKIT_HOST_CONSOLE_H
@@ -23,7 +23,7 @@ public:
     Console(const Console&) = delete;
     Console& operator=(const Console&) = delete;
 
-    /// The next line as UTF-8; false at its end (Ctrl-Z or Ctrl-D at the begin of a line), and
+    /// The next line as UTF-8; false at its end (Ctrl-Z or Ctrl-D at the start of a line), and
     /// when the run has ended meanwhile.
     bool ReadLine(std::string& line, const std::function<bool()>& hasEnded);
 
@@ -42,7 +42,7 @@ private:
 
     Output& output_;
     const std::vector<std::wstring> words_;
-    // From here on guarded by the output's lock.
+    // The output's lock guards the members below.
     PromptState state_;
     LineEditor editor_;
     bool reading_ = false;

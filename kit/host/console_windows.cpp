@@ -8,7 +8,7 @@
 namespace PlenxHost {
 namespace {
 
-constexpr DWORD kLookAgain = 200;  // milliseconds, for whether the run has ended
+constexpr DWORD kLookAgain = 200;  // milliseconds between looks at whether the run has ended
 constexpr wchar_t kControlD = 0x04;
 constexpr wchar_t kControlZ = 0x1A;
 
@@ -74,7 +74,7 @@ Console::Step Console::TakeKey() {
         return Step::kGoOn;
     }
     const KEY_EVENT_RECORD& key = record.Event.KeyEvent;
-    // A character that is put together by the numbers of the key pad comes when Alt goes up.
+    // A character that is typed with Alt and the number pad comes when Alt goes up.
     const bool composed = key.wVirtualKeyCode == VK_MENU && key.uChar.UnicodeChar != 0;
     if (!key.bKeyDown && !composed) {
         return Step::kGoOn;
@@ -144,7 +144,7 @@ void Console::Finish() {
     reading_ = false;
 }
 
-// Blanks over what was drawn: every console can do that.
+// Writes blanks over the drawn text, because every console can do that.
 void Console::Hide() {
     if (reading_) {
         Put(L"\r" + std::wstring(drawn_, L' ') + L"\r");

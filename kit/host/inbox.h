@@ -1,5 +1,5 @@
-// The notifications that have come and that no expectation has used yet, in the order of
-// their coming. Any thread may put; the thread that runs the commands takes and waits.
+// The notifications that have come and that no expectation has used yet, in the order in which
+// they came. Any thread may put; the thread that runs the commands takes and waits.
 
 #ifndef PLENXKIT_HOST_INBOX_H
 #define PLENXKIT_HOST_INBOX_H
@@ -17,7 +17,8 @@ namespace PlenxHost {
 
 class Inbox {
 public:
-    /// Only the latest that many are kept, so that a long session does not grow for ever.
+    /// The inbox keeps only that many, the latest ones, so that a long session does not grow for
+    /// ever.
     static constexpr std::size_t kMostKept = 10000;
 
     void Put(Notification notification);

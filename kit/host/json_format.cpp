@@ -11,7 +11,7 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-// As in the log files: local time with milliseconds.
+// The local time with milliseconds, as in the log files.
 std::string LocalTime(std::chrono::system_clock::time_point time) {
     const std::time_t seconds = std::chrono::system_clock::to_time_t(time);
     const auto sinceEpoch =

@@ -1,4 +1,4 @@
-// One line that is being typed, and the part of it that fits on the screen. No history.
+// One line that is being typed, and the part of it that fits on the screen. It keeps no history.
 //
 // Texts are in the units of the console: UTF-16 on Windows.
 
@@ -21,7 +21,7 @@ public:
     void Home() { cursor_ = 0; }
     void End() { cursor_ = text_.size(); }
     void Clear();
-    /// Completes the first word as far as the words that begin like it have it in common.
+    /// Completes the first word with the letters that all words that begin like it share.
     void Complete(const std::vector<std::wstring>& words);
 
     bool Empty() const { return text_.empty(); }
@@ -31,8 +31,8 @@ public:
         std::wstring line;
         std::size_t cursor;
     };
-    /// One row: the prompt, and of the text the part around the cursor that leaves the last
-    /// column free.
+    /// One row: the prompt, and the part of the text around the cursor. The last column stays
+    /// free.
     View Show(const std::wstring& prompt, std::size_t columns) const;
 
 private:

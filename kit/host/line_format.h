@@ -3,7 +3,7 @@
 // JSON keys that all objects have: type (notification, command, text, error, end, finding,
 // diagnosis), time (local, like the times in the log files), seconds (since the start) and
 // thread. A text that is not UTF-8 is shown with U+FFFD in it and is given in full by a second
-// key, its name followed by Hex. docs/kit-host-json.md describes them for those who read them.
+// key, its name followed by Hex. docs/kit-host-json.md describes them for their readers.
 
 #ifndef PLENXKIT_HOST_LINE_FORMAT_H
 #define PLENXKIT_HOST_LINE_FORMAT_H
@@ -24,11 +24,11 @@ struct Stamp {
     std::uint32_t thread;
 };
 
-/// A notification as it reads: NotifyError(errCode=5).
+/// A notification in the form NotifyError(errCode=5).
 std::string ToText(const Notification& notification);
 
-/// Each operation makes one line or several, with no line end behind the last. Not to be
-/// used by two threads at once.
+/// Each operation makes one line or several, with no line end behind the last. Two threads must
+/// not use it at once.
 class LineFormat {
 public:
     virtual ~LineFormat() = default;

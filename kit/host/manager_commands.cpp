@@ -109,7 +109,7 @@ Action ParseStop(Arguments& arguments) {
     return [=](Session&) { return Number(Manager().Stop(service, group)); };
 }
 
-// The library has no part in it.
+// This command does not call the library.
 Action ParseEndProcess(Arguments& arguments) {
     const ServiceType service = arguments.TakeServiceType();
     const char* const name = service == DistributedFs::kPcService       ? "PlenxPcSvc"

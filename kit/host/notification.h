@@ -1,5 +1,5 @@
-// What an observer was told: the name of the notification and its arguments. Plain
-// values, to be used on one thread at a time.
+// One call of an observer: the name of the notification and its arguments. It holds plain values,
+// which one thread at a time may use.
 
 #ifndef PLENXKIT_HOST_NOTIFICATION_H
 #define PLENXKIT_HOST_NOTIFICATION_H
@@ -34,7 +34,7 @@ struct NotificationShape {
     std::vector<FieldShape> fields;
 };
 
-/// The notifications that there are, in the order of the observer's slots.
+/// All notifications, in the order of the observer's slots.
 const std::vector<NotificationShape>& NotificationShapes();
 
 }  // namespace PlenxHost

@@ -1,7 +1,7 @@
 // The host's observer: prints each notification as it comes, keeps it for the script's
-// expectations, and reacts as told.
+// expectations, and reacts as the commands have set it.
 //
-// The library calls it on threads of its own, one call at a time. It calls nothing of the
+// The library calls it on threads of its own, one call at a time. It does not call the
 // library. It must stay alive until it has been unregistered.
 
 #ifndef PLENXKIT_HOST_OBSERVER_H

@@ -1,4 +1,4 @@
-// Where all reports go: one writer for all threads, each report written whole and flushed.
+// All reports go here: one writer for all threads writes each report whole and flushes it.
 
 #ifndef PLENXKIT_HOST_OUTPUT_H
 #define PLENXKIT_HOST_OUTPUT_H
@@ -14,8 +14,8 @@
 
 namespace PlenxHost {
 
-/// What stands below the reports, on a console: it makes room for each. Called with the output's
-/// lock held.
+/// The part of a console below the reports, which makes room for each. The output calls it with
+/// its lock held.
 class Footer {
 public:
     virtual ~Footer() = default;
@@ -50,7 +50,7 @@ public:
         footer_->Show();
     }
 
-    /// Null: none any more.
+    /// Null removes the footer.
     void Attach(Footer* footer) {
         const std::lock_guard<std::mutex> lock(mutex_);
         footer_ = footer;

@@ -58,7 +58,7 @@ Field Wanted(const FieldShape& shape, const Word& word) {
     return {shape.name, TextOf(word)};
 }
 
-// The argument that a word of the form name=value means; null when it is a plain value.
+// The argument that a word of the form name=value names; null when the word is a plain value.
 const FieldShape* NamedField(const NotificationShape& shape, const Word& word) {
     const auto hasName = [&](const FieldShape& field) {
         return word.Has(std::string(field.name) + "=");

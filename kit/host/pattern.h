@@ -1,4 +1,4 @@
-// What a notification must look like to be the expected one.
+// The form of a notification that a script expects.
 //
 //     NotifyStatus pc "my group" start true     arguments in their order
 //     NotifyStatus sttsType=100 observer=b      arguments by name
@@ -24,14 +24,14 @@ public:
     explicit Pattern(const std::vector<Word>& words);
 
     bool Matches(const Notification& notification) const;
-    /// Whether it is the same notification of the same service, but not the expected one.
+    /// Whether it is the same notification of the same service, with other arguments.
     bool IsNearMiss(const Notification& notification) const;
-    /// Whether it is the expected one but for its true or false. Only a pattern that names every
-    /// other argument has an opposite.
+    /// Whether it differs from the expected one only in its true or false. Only a pattern that
+    /// names every other argument has an opposite.
     bool IsOpposite(const Notification& notification) const;
 
 private:
-    std::string name_;           // empty: any
+    std::string name_;           // empty for any notification
     std::vector<Field> wanted_;  // "observer" is compared with the observer's name
 };
 

@@ -29,7 +29,7 @@ void PromptState::Saw(const CommandReport& report) {
     if (report.name == "init") {
         initialised_ = initialised_ || !report.outcome.held;
     }
-    // Before init a call is dropped, and nothing will be notified.
+    // The library drops a call before init, so no notification will come.
     if (!initialised_ || report.outcome.number != 0 || (!starts && report.name != "stop")) {
         return;
     }
@@ -47,7 +47,7 @@ void PromptState::Saw(const CommandReport& report) {
 
 void PromptState::Saw(const NotificationReport& report) {
     const Notification& notification = report.notification;
-    // Each observer is told; one of them counts.
+    // The library tells each observer, but only one of them counts.
     if (notification.name != "NotifyStatus" || notification.observer != "main") {
         return;
     }

@@ -1,6 +1,6 @@
-// What the prompt tells: starts and stops whose outcome has not been notified yet.
+// The prompt shows the starts and stops whose outcome has not been notified yet.
 //
-// It learns from the reports that are printed. Not to be used by two threads at once.
+// It learns from the printed reports. Two threads must not use it at once.
 
 #ifndef PLENXKIT_HOST_PROMPT_STATE_H
 #define PLENXKIT_HOST_PROMPT_STATE_H
@@ -23,14 +23,14 @@ public:
     std::string Prompt() const;
 
 private:
-    // Service, group and kind of status.
+    // The service, the group and the kind of status.
     using Outcome = std::tuple<std::int64_t, std::string, std::int64_t>;
 
     void Await(const Outcome& outcome) { Change(outcome, 1); }
     void Change(const Outcome& outcome, int by);
 
     bool initialised_ = false;
-    // Below 0: it was notified before the command's own report came.
+    // A count below 0 means that the outcome came before the command's own report.
     std::map<Outcome, int> awaited_;
 };
 

@@ -1,5 +1,5 @@
-// What is printed: notifications, commands with their outcome, plain texts and the end; and what
-// the doctor found.
+// The reports that are printed: notifications, commands with their outcome, plain texts, the end,
+// and the findings of the doctor.
 
 #ifndef PLENXKIT_HOST_REPORT_H
 #define PLENXKIT_HOST_REPORT_H
@@ -17,17 +17,17 @@ namespace PlenxHost {
 
 struct NotificationReport {
     const Notification& notification;
-    int answer;   ///< What the observer is going to return,
+    int answer;   ///< The value that the observer will return,
     bool throws;  ///< unless it throws.
 };
 
-/// What came of a command. Commands that answer nothing leave all of it empty.
+/// The outcome of a command. Commands that answer nothing leave all of it empty.
 struct Outcome {
     std::optional<std::int64_t> number;
     std::optional<std::string> text;
-    std::optional<bool> held;  ///< For expectations.
-    std::string remark;        ///< Why an expectation did not hold.
-    bool silent = false;       ///< The command itself has printed what there is.
+    std::optional<bool> held;  ///< Only expectations have it.
+    std::string remark;        ///< The reason why an expectation did not hold.
+    bool silent = false;       ///< The command has printed everything itself.
 };
 
 struct CommandReport {
@@ -50,10 +50,10 @@ struct EndReport {
     int exitCode;
     int expectations;
     std::vector<std::string> failures;
-    std::vector<std::string> leftovers;  ///< Notifications that nothing expected.
+    std::vector<std::string> leftovers;  ///< The notifications that no expectation took.
 };
 
-/// All that one of the doctor's checks has found.
+/// All findings of one of the doctor's checks.
 struct CheckReport {
     const Check& check;
     const std::vector<Finding>& findings;

@@ -19,14 +19,14 @@
 namespace PlenxHost {
 namespace {
 
-// What every step of a run needs.
+// The parts that every step of a run needs.
 struct Surroundings {
     const HostOptions& options;
     const PlenxKit::StandardStreams& streams;
     Output& output;
 };
 
-// Tells people on the error stream, and programs in their own way as well.
+// Tells people on the error stream, and tells programs in their own format as well.
 void Complain(const std::string& text, const Surroundings& at) {
     if (at.options.look.json) {
         at.output.Write(Note{NoteKind::kError, text});
@@ -55,7 +55,7 @@ void RunInput(const Surroundings& at, Session& session) {
     }
 }
 
-// Where to look when something did not come as expected.
+// Says where to look when something did not come as expected.
 void PointToTheCauses() {
     const wchar_t* const log = _wgetenv(L"PLENX_LOG_FILE");
     const bool named = log != nullptr && *log != 0;

@@ -10,7 +10,7 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-// For the run to end by itself after it was told to.
+// The time for the run to end by itself after it was told to end.
 constexpr std::chrono::seconds kGrace(2);
 
 }  // namespace

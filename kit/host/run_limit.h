@@ -1,5 +1,5 @@
-// A limit for the whole run. When it is reached, the run is told to end; when it does not,
-// because it waits in the library or for input, the process is ended.
+// A time limit for the whole run. When the time is over, the run is told to end. If the run does
+// not end, because it waits in the library or for input, the process is ended.
 
 #ifndef PLENXKIT_HOST_RUN_LIMIT_H
 #define PLENXKIT_HOST_RUN_LIMIT_H
@@ -14,7 +14,7 @@ namespace PlenxHost {
 
 class RunLimit {
 public:
-    /// onExpiry is called on a thread of its own. A limit of 0 means none.
+    /// onExpiry is called on a thread of its own. With 0 there is no limit.
     RunLimit(std::chrono::milliseconds limit, std::function<void()> onExpiry);
     ~RunLimit();
     RunLimit(const RunLimit&) = delete;

@@ -32,7 +32,7 @@ Action Saying(const std::string& text) {
     };
 }
 
-// Why an expectation did not hold: with the latest that came in its place.
+// Says why an expectation did not hold, and names the latest notification that came instead.
 std::string Missed(const Pattern& pattern, milliseconds limit, const Inbox& inbox) {
     if (inbox.Interrupted()) {
         return "interrupted";
@@ -58,7 +58,7 @@ std::string Missed(const Pattern& pattern, milliseconds limit, const Inbox& inbo
     return text;
 }
 
-// An action that changes how the observers react.
+// Makes an action that changes how the observers react.
 template <class Change>
 Action Reacting(Change change) {
     return [=](Session& session) {
@@ -112,7 +112,7 @@ Action ParseExpectNone(Arguments& arguments) {
         if (unwanted) {
             return Held(false, "this came: " + ToText(*unwanted));
         }
-        // Nothing came, but when the wait was cut short, that proves nothing.
+        // No such notification came. If the wait was cut short, that proves nothing.
         return Held(!session.Received().Interrupted(), "interrupted");
     };
 }

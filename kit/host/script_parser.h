@@ -16,7 +16,7 @@
 
 namespace PlenxHost {
 
-/// What is wrong with a line; the text is for the person who wrote it.
+/// A mistake in a line. The text is for the person who wrote the line.
 class ScriptError : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
@@ -24,13 +24,13 @@ public:
 
 struct Word {
     std::string text;
-    /// That many bytes at the front were not quoted. Special forms such as repeat:3:x are
-    /// looked for there alone, so that "repeat:3:x" in quotes is just a text.
+    /// That many bytes at the front were not quoted. Only there does the parser look for special
+    /// forms such as repeat:3:x, so that "repeat:3:x" in quotes is just a text.
     std::size_t bare = 0;
 
     /// True when the word begins with the unquoted prefix.
     bool Has(std::string_view prefix) const;
-    /// True when the word is that one, unquoted.
+    /// True when the word is the given one, unquoted.
     bool Is(std::string_view whole) const;
 };
 

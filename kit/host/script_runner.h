@@ -1,4 +1,4 @@
-// Runs commands: all of a script file, or line by line from the input.
+// Runs commands: those of a whole script file, or line by line from the input.
 
 #ifndef PLENXKIT_HOST_SCRIPT_RUNNER_H
 #define PLENXKIT_HOST_SCRIPT_RUNNER_H
@@ -21,9 +21,9 @@ void RunSteps(const std::vector<Step>& steps, Session& session);
 /// The next line; false at the end.
 using LineReader = std::function<bool(std::string& line)>;
 
-/// Runs each line as it comes. What is wrong with a line goes to complain, if there is
-/// one, and the run goes on.
-/// @throws ScriptError naming the line, when there is no complain.
+/// Runs each line as it comes. A mistake in a line goes to complain, if it is given, and the
+/// run goes on.
+/// @throws ScriptError naming the line, when complain is empty.
 void RunLines(const LineReader& read, const std::function<void(const std::string&)>& complain,
               Session& session);
 

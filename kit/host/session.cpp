@@ -20,7 +20,7 @@ std::string Shorten(const std::string& text) {
     return text.size() <= kMost ? text : text.substr(0, kMost) + "...";
 }
 
-// Whether the command leaves something for expect-result to look at.
+// Whether the command leaves a result that expect-result can check.
 bool IsAnswer(const Outcome& outcome) {
     return !outcome.held && (outcome.number || outcome.text);
 }

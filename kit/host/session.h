@@ -1,4 +1,4 @@
-// One run of the program: the observers, what has been heard, what the last command gave,
+// One run of the program: the observers, their notifications, the result of the last command,
 // and how the expectations fared. Commands work on it, one after the other, on one thread;
 // only Interrupt and Current may be called from others.
 
@@ -54,12 +54,12 @@ public:
     /// Unregisters the observers. @return how the expectations fared
     EndReport Finish(bool timedOut);
 
-    /// Ends the run as soon as possible; from any thread.
+    /// Ends the run as soon as possible. Any thread may call it.
     void Interrupt();
     /// The command that is running.
     std::string Current() const;
 
-    // For the commands.
+    // The commands use the operations below.
     const InitArguments& Init() const { return init_; }
     Inbox& Received() { return inbox_; }
     Behaviour& Reactions() { return behaviour_; }

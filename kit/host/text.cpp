@@ -50,7 +50,7 @@ void AppendEscaped(std::string& out, char byte) {
     }
 }
 
-// U+0080 to U+009F: some terminals obey them.
+// Some terminals obey U+0080 to U+009F as control characters.
 bool IsControl(std::string_view character) {
     return character.size() == 2 && character[0] == '\xC2' &&
            static_cast<unsigned char>(character[1]) < 0xA0;
