@@ -1,7 +1,7 @@
 /// @file
-/// plenx.h for C++17, for any compiler: handles that close themselves, std::string_view, and
-/// results as values or, where you ask for them, exceptions. Header only: exceptions are thrown and
-/// caught on the host's own side and never cross the DLL.
+/// plenx.h for C++17 and any compiler. It adds handles that close themselves and std::string_view.
+/// A call gives its result as a value, or throws it as an exception where you ask for one. This is
+/// a header only, so exceptions stay on the host's own side and never cross the border of the DLL.
 ///
 /// @code
 ///     plenx::Library sdk = plenx::Library::linked();
@@ -17,7 +17,7 @@
 /// defines PLENX_LOAD before it includes this header, calls Library::load with the path of
 /// plenxsdk_c.dll, and links nothing.
 ///
-/// What each operation means is said at the function of plenx.h of the same name.
+/// plenx.h says what each operation means, at the function of the same name.
 
 #ifndef PLENXSDK_PLENX_HPP
 #define PLENXSDK_PLENX_HPP
@@ -38,7 +38,7 @@
 
 namespace plenx {
 
-/// All functions of plenx.h; PLENX_HPP_EACH calls its argument with each of their names.
+/// Names all functions of plenx.h: PLENX_HPP_EACH calls its argument with each of their names.
 #define PLENX_HPP_EACH(name_is)                                                                  \
     name_is(abi) name_is(open) name_is(last_error) name_is(result_text) name_is(init)            \
         name_is(destroy) name_is(get_int64) name_is(get_string) name_is(set_int64)               \
@@ -50,18 +50,18 @@ namespace plenx {
                                 name_is(queue_set_link_status) name_is(queue_cancel)             \
                                     name_is(queue_close) name_is(observe) name_is(unobserve)
 
-/// The addresses of the functions, wherever they come from.
+/// The addresses of the functions, either linked with the host or found in a loaded DLL.
 struct Functions {
 #define PLENX_HPP_MEMBER(name) decltype(&::plenx_##name) name;
     PLENX_HPP_EACH(PLENX_HPP_MEMBER)
 #undef PLENX_HPP_MEMBER
 };
 
-/// What or_throw throws.
+/// The exception that or_throw throws.
 class Error : public std::runtime_error {
 public:
     /// @param code   The result.
-    /// @param words  What went wrong.
+    /// @param words  A sentence that says what went wrong.
     Error(plenx_result code, const std::string& words) : std::runtime_error(words), code_(code) {}
 
     /// The result of the call.
@@ -71,21 +71,21 @@ private:
     plenx_result code_;
 };
 
-/// What a call came to, and in words if it failed.
+/// The result of a call, and words for it if the call failed.
 class [[nodiscard]] Result {
 public:
     /// @param code   The result.
-    /// @param words  Empty for success.
+    /// @param words  A sentence; empty for success.
     Result(plenx_result code, std::string words) : code_(code), words_(std::move(words)) {}
 
-    /// 0, 26, or a PLENX_E.
+    /// The number: 0, 26, or one of the PLENX_E numbers.
     plenx_result code() const noexcept { return code_; }
-    /// Empty for success.
+    /// A sentence that says what went wrong; empty for success.
     const std::string& words() const noexcept { return words_; }
-    /// Success.
+    /// True when the call succeeded.
     explicit operator bool() const noexcept { return code_ == PLENX_OK; }
 
-    /// Throws an Error unless it is a success.
+    /// Throws an Error unless the call succeeded.
     void or_throw() const {
         if (code_ != PLENX_OK) {
             throw Error(code_, words_);
@@ -97,22 +97,22 @@ private:
     std::string words_;
 };
 
-/// What a call came to, and what came out of it.
+/// The result of a call, and the value that the call gave.
 template <class T>
 class [[nodiscard]] Value {
 public:
     /// @param result  A success exactly when there is a value.
-    /// @param value   What came out.
+    /// @param value   The value that the call gave.
     Value(Result result, std::optional<T> value)
         : result_(std::move(result)), value_(std::move(value)) {}
 
-    /// Without its value.
+    /// The result without the value.
     const Result& result() const noexcept { return result_; }
-    /// Success: there is a value.
+    /// True when the call succeeded and there is a value.
     explicit operator bool() const noexcept { return value_.has_value(); }
-    /// To be asked for after a success only.
+    /// The value. Use it after a success only.
     T& operator*() noexcept { return *value_; }
-    /// To be asked for after a success only.
+    /// A member of the value. Use it after a success only.
     T* operator->() noexcept { return &*value_; }
 
     /// The value; throws an Error when there is none.
@@ -126,40 +126,40 @@ private:
     std::optional<T> value_;
 };
 
-/// One notification, or none. Lives as long as you like, also without its queue.
+/// One notification, or no notification. It may outlive its queue.
 class Event {
 public:
-    /// None.
+    /// Holds no notification.
     Event() = default;
-    /// Owns the event from now on.
+    /// Owns the event from now on and frees it in the end.
     Event(const Functions& functions, const plenx_event* event) noexcept
         : functions_(&functions), event_(event) {}
     ~Event() { free(); }
     /// Takes the other one's event.
     Event(Event&& other) noexcept
         : functions_(other.functions_), event_(std::exchange(other.event_, nullptr)) {}
-    /// Takes the other one's event, and frees its own.
+    /// Takes the other one's event, and gives it its own in exchange.
     Event& operator=(Event&& other) noexcept {
         std::swap(functions_, other.functions_);
         std::swap(event_, other.event_);
         return *this;
     }
 
-    /// There is one. If not, nothing else may be asked for.
+    /// True when there is a notification. If there is none, do not call the functions below.
     explicit operator bool() const noexcept { return event_ != nullptr; }
-    /// A PLENX_EVENT.
+    /// A PLENX_EVENT number.
     std::uint32_t kind() const noexcept { return event_->kind; }
-    /// See the kinds.
+    /// Its meaning depends on the kind; see the PLENX_EVENT numbers.
     std::uint32_t service() const noexcept { return event_->service; }
-    /// See the kinds.
+    /// Its meaning depends on the kind; see the PLENX_EVENT numbers.
     std::int32_t type() const noexcept { return event_->type; }
     /// See PLENX_EVENT_MESSAGE.
     std::uint32_t msg_len() const noexcept { return event_->msg_len; }
-    /// See the kinds.
+    /// Its meaning depends on the kind; see the PLENX_EVENT numbers.
     std::int32_t value() const noexcept { return event_->value; }
-    /// Notifications that were dropped directly before this one.
+    /// How many notifications were dropped directly before this one.
     std::uint64_t lost() const noexcept { return event_->lost; }
-    /// See the kinds.
+    /// Its meaning depends on the kind; see the PLENX_EVENT numbers.
     std::string_view text() const noexcept { return {event_->text, event_->text_length}; }
 
 private:
@@ -173,7 +173,7 @@ private:
     const plenx_event* event_ = nullptr;
 };
 
-/// What is the same in both kinds of handles: it is closed in the end, and can be moved.
+/// The base of both kinds of handles. It closes its handle in the end, and it can be moved.
 template <class Handle, plenx_result (PLENX_CALL* Functions::*close_function)(Handle*)>
 class Owned {
 public:
@@ -187,14 +187,14 @@ public:
     /// Takes the other one's handle.
     Owned(Owned&& other) noexcept
         : functions_(other.functions_), handle_(std::exchange(other.handle_, nullptr)) {}
-    /// Takes the other one's handle; the own one is closed with the other.
+    /// Takes the other one's handle, and gives it its own, which the other one then closes.
     Owned& operator=(Owned&& other) noexcept {
         std::swap(functions_, other.functions_);
         std::swap(handle_, other.handle_);
         return *this;
     }
 
-    /// For the functions of plenx.h.
+    /// The handle, for a call of the functions of plenx.h.
     Handle* handle() const noexcept { return handle_; }
 
 protected:
@@ -205,12 +205,12 @@ private:
     Handle* handle_;
 };
 
-/// The result of a call that has just been made on this thread, with its words.
+/// Makes the result, with its words, of a call that has just been made on this thread.
 inline Result result_of(const Functions& functions, plenx_result code) {
     if (code == PLENX_OK) {
         return {code, {}};
     }
-    if (code > PLENX_OK) {  // of the library itself: nothing is remembered
+    if (code > PLENX_OK) {  // the library's own code: last_error has no words for it
         return {code, functions.result_text(code)};
     }
     char words[1024] = "";
@@ -221,13 +221,13 @@ inline Result result_of(const Functions& functions, plenx_result code) {
     return {code, std::string(words, length)};
 }
 
-/// A queue of notifications, closed in the end.
+/// A queue of notifications, which closes itself in the end.
 class Queue : public Owned<plenx_queue, &Functions::queue_close> {
 public:
     using Owned::Owned;
 
-    /// Takes the oldest event or waits for one; none when nothing came in time.
-    /// @param milliseconds  UINT32_MAX waits for ever.
+    /// Takes the oldest event, or waits for one. The Event is empty when no event came in time.
+    /// @param milliseconds  How long to wait; UINT32_MAX waits for ever.
     Value<Event> next(std::uint32_t milliseconds) {
         const plenx_event* event = nullptr;
         const plenx_result code = functions_->queue_next(handle(), milliseconds, &event);
@@ -237,10 +237,10 @@ public:
         return {Result(code, {}), Event(*functions_, event)};
     }
 
-    /// A HANDLE to wait for; see plenx_queue_wait_handle.
+    /// Gives a HANDLE to wait for; see plenx_queue_wait_handle.
     void* wait_handle() noexcept { return functions_->queue_wait_handle(handle()); }
 
-    /// Sets the answer to a service's question.
+    /// Sets the answer to a service's question; see plenx_queue_set_link_status.
     Result set_link_status(std::uint32_t service, std::string_view group, std::uint32_t link,
                            std::int32_t status) {
         return result_of(*functions_,
@@ -248,13 +248,13 @@ public:
                                                            group.size(), link, status));
     }
 
-    /// Ends all waiting, for good.
+    /// Ends all waiting for good; see plenx_queue_cancel.
     Result cancel() { return result_of(*functions_, functions_->queue_cancel(handle())); }
 };
 
-/// Derive from it what is to be called on the library's threads. What a function throws is caught
-/// here and logged by the library as PLENX_E_FAILED. Each gives 0 when it has handled the
-/// notification.
+/// The base class of a host's observers. Override the functions that the library should call; it
+/// calls them on its own threads. Each returns 0 when it has handled the notification. This class
+/// catches every exception that a function throws, and the library logs the code PLENX_E_FAILED.
 class Observer {
 public:
     Observer() = default;
@@ -279,7 +279,7 @@ public:
     virtual std::int32_t notify_reconnect(std::uint32_t service, std::string_view group) {
         return unused(service, group);
     }
-    /// See PLENX_EVENT_LINK_QUERY; what is left in status goes on.
+    /// See plenx_observer. The value that the function leaves in status is its answer.
     virtual std::int32_t query_link_status(std::uint32_t service, std::string_view group,
                                            std::uint32_t link, std::int32_t& status) {
         return unused(service, group, link, status);
@@ -294,7 +294,7 @@ public:
     /// See PLENX_EVENT_DISK_NAME.
     virtual std::int32_t notify_disk_name(std::string_view name) { return unused(name); }
 
-    /// The functions of plenx.h that call these here.
+    /// Makes the struct of plenx.h whose functions call those of this object.
     plenx_observer functions() noexcept {
         plenx_observer observer{};
         observer.size = sizeof(observer);
@@ -358,17 +358,17 @@ private:
     }
 };
 
-/// An observer that is registered, until this object goes. It must not go inside a function of an
-/// observer: there the library cannot let go of it.
+/// The registration of an observer. It ends when this object is destroyed. Do not destroy it inside
+/// a function of an observer: there the library refuses, and it keeps calling the observer.
 class Subscription : public Owned<plenx_subscription, &Functions::unobserve> {
 public:
     using Owned::Owned;
 };
 
-/// The library. Objects are addresses only; copy them as you like.
+/// The library. An object holds no more than an address, so a host may copy it freely.
 class Library {
 public:
-    /// The DLL that the host was linked with.
+    /// Gives the DLL that the host was linked with.
     static Library linked() noexcept {
         static const Functions functions = {
 #define PLENX_HPP_ADDRESS(name) &::plenx_##name,
@@ -379,8 +379,8 @@ public:
     }
 
 #if defined(PLENX_LOAD)
-    /// Loads the DLL, once for all, and all that it needs from its own folder, whatever folders the
-    /// process looks into otherwise. It stays loaded.
+    /// Loads the DLL. Windows finds the DLLs that it needs in its own folder, whatever folders the
+    /// process searches otherwise. It stays loaded.
     /// @param path  The absolute path of plenxsdk_c.dll.
     /// @return PLENX_E_FAILED when it cannot be loaded, PLENX_E_ABI when it is older than this
     ///         header.
@@ -410,14 +410,14 @@ public:
         if (code != PLENX_OK) {
             return {result_of(found, code), std::nullopt};
         }
-        return {Result(PLENX_OK, {}), Library(*new Functions(found))};  // stays, as the DLL does
+        return {Result(PLENX_OK, {}), Library(*new Functions(found))};  // it stays, as the DLL does
     }
 #endif
 
-    /// The functions of plenx.h.
+    /// The functions of plenx.h, for a direct call.
     const Functions& functions() const noexcept { return *functions_; }
 
-    /// Compares this header with the DLL.
+    /// Compares this header with the DLL; see plenx_open.
     Result open() const { return result(functions_->open(PLENX_ABI)); }
 
     /// See plenx_init.
@@ -497,7 +497,7 @@ public:
         return result(
             functions_->recv_remote_message(type, msg_len, message.data(), message.size()));
     }
-    /// See plenx_get_office_dir: the companion library's code and the folder.
+    /// See plenx_get_office_dir. The pair holds the companion library's code and the folder.
     Value<std::pair<std::int32_t, std::string>> get_office_dir(std::string_view group,
                                                                std::string_view device,
                                                                std::string_view relative) const {
@@ -518,7 +518,7 @@ public:
         return valued(code, Queue(*functions_, queue));
     }
     /// See plenx_observe.
-    /// @param observer  Must live longer than the subscription.
+    /// @param observer  It must live longer than the subscription.
     Value<Subscription> observe(Observer& observer) const {
         const plenx_observer functions = observer.functions();
         plenx_subscription* subscription = nullptr;
@@ -540,7 +540,7 @@ private:
         return {std::move(result), std::move(value)};
     }
 
-    // Asks with larger and larger buffers: what is asked for may grow in between.
+    // Asks with larger and larger buffers, because the text may grow between two calls.
     template <class Ask>
     static plenx_result filled(std::string& text, Ask ask) {
         std::size_t length = 255;
