@@ -7,7 +7,8 @@
 namespace PlenxC {
 namespace {
 
-// More cannot be sent to a service; a negative number of the caller's shows as one that is larger.
+// The library cannot send more to a service. A caller's negative number also arrives here as a size
+// above this limit.
 constexpr std::uint64_t kMostBytes = INT32_MAX;
 
 }  // namespace

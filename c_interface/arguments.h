@@ -1,4 +1,5 @@
-// The arguments of the exports, checked. What cannot be used is refused by a throw.
+// These functions check the arguments of the exports. They throw a Refusal for an argument that
+// cannot be used.
 
 #ifndef PLENXSDK_C_ARGUMENTS_H
 #define PLENXSDK_C_ARGUMENTS_H
@@ -12,25 +13,25 @@
 
 namespace PlenxC {
 
-/// A text that comes in, copied. The name is a literal.
+/// Copies a text that the caller gives. The name must be a literal.
 std::string CopyIn(const char* name, const char* text, std::size_t length);
 
-/// How many bytes the block has.
+/// Returns how many bytes the caller's block has.
 std::uint64_t BlockSize(const void* data, std::uint64_t size);
 
-/// A pointer through which something comes out or in.
+/// Checks a pointer through which a call gives or takes a value.
 void RequirePointer(const char* name, const void* pointer);
 
-/// A caller's buffer for a text.
+/// Checks a caller's buffer for a text.
 void RequireBuffer(const char* text, std::size_t capacity);
 
-/// Copies the text and a NUL into such a buffer. Tells the length whether it fits or not, and
-/// leaves a buffer that is too short as it is.
-/// @return false when it is too short.
+/// Copies the text and a NUL into such a buffer. It sets the length whether the text fits or not,
+/// and leaves a buffer that is too short as it is.
+/// @return false when the buffer is too short.
 bool FitsInto(char* buffer, std::size_t capacity, std::size_t* length,
               std::string_view text) noexcept;
 
-/// The same; a buffer that is too short is refused.
+/// Does the same, but refuses a buffer that is too short.
 void CopyOut(char* buffer, std::size_t capacity, std::size_t* length, std::string_view text);
 
 }  // namespace PlenxC

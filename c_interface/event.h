@@ -1,4 +1,4 @@
-// An event of a queue: one block with the struct that the host sees and its text behind.
+// An event of a queue is one block: the struct that the host sees, and its text behind it.
 
 #ifndef PLENXSDK_C_EVENT_H
 #define PLENXSDK_C_EVENT_H
@@ -8,16 +8,16 @@
 namespace PlenxC {
 
 struct Event {
-    Event* next = nullptr;  // in a queue
+    Event* next = nullptr;  // the next event in the queue
     plenx_event shown{};
 
-    /// A copy of the notification and its text; null when there is no memory for it.
+    /// Returns a copy of the notification and its text, or null when there is no memory for it.
     static Event* CopyOf(const plenx_event& notification) noexcept;
 
-    /// Takes back what CopyOf has given.
+    /// Frees an event that CopyOf has made.
     static void Free(Event* event) noexcept;
 
-    /// The event that the host knows by that address.
+    /// Returns the event whose struct the host sees at that address.
     static Event* Behind(const plenx_event* shown) noexcept;
 };
 

@@ -24,7 +24,8 @@ std::int32_t EventQueue::Take(plenx_event& notification) {
     if (notification.kind == PLENX_EVENT_LINK_QUERY) {
         AnswerLinkQuery(notification);
     }
-    // Before the lock is taken: copying a large text takes its time, and readers go on meanwhile.
+    // This copies before it takes the lock, because a large text takes time and readers can go on
+    // meanwhile.
     Event* const event = Event::CopyOf(notification);
     std::unique_lock<Mutex> lock(mutex_);
     if (event == nullptr) {
@@ -72,7 +73,7 @@ void EventQueue::Cancel() noexcept {
     End(State::kCancelled);
 }
 
-// Who waits for the event is woken too, before its owner goes.
+// Setting the wait event also wakes the threads that wait for it, before its owner closes it.
 void EventQueue::Close() noexcept {
     End(State::kClosed);
 }
@@ -125,7 +126,7 @@ Event* EventQueue::RemoveOldest() noexcept {
     return event;
 }
 
-// The one that follows tells of it, be it here already or not.
+// The event that follows counts the dropped one, whether it is here already or not.
 void EventQueue::DropOldest() noexcept {
     Event* const event = RemoveOldest();
     (oldest_ != nullptr ? oldest_->shown.lost : lost_) += event->shown.lost + 1;
@@ -141,7 +142,7 @@ void EventQueue::DropAll() noexcept {
 void EventQueue::End(State state) noexcept {
     {
         const std::lock_guard<Mutex> lock(mutex_);
-        state_ = std::max(state_, state);  // closed stays closed
+        state_ = std::max(state_, state);  // a closed queue stays closed
         DropAll();
         waitEvent_.Set();
     }

@@ -1,5 +1,5 @@
-// A queue of notifications that the host empties when it likes to. It never makes the library
-// wait: what does not fit pushes out the oldest.
+// A queue of notifications, which the host empties whenever it likes. The queue never makes the
+// library wait: a notification that does not fit pushes out the oldest.
 
 #ifndef PLENXSDK_C_EVENT_QUEUE_H
 #define PLENXSDK_C_EVENT_QUEUE_H
@@ -19,7 +19,7 @@
 
 namespace PlenxC {
 
-/// Any thread may call.
+/// Any thread may call these functions.
 class EventQueue final : public Listener {
 public:
     static constexpr Kind kKind = Kind::kQueue;
@@ -29,7 +29,8 @@ public:
 
     std::int32_t Take(plenx_event& notification) override;
 
-    /// The oldest event, which is the caller's; null when none came in time.
+    /// Removes and returns the oldest event, which the caller must free, or null when none came in
+    /// time.
     const plenx_event* Next(std::uint32_t milliseconds);
 
     void SetLinkStatus(std::uint32_t service, std::string group, std::uint32_t link,
@@ -41,7 +42,7 @@ public:
 private:
     enum class State { kOpen, kCancelled, kClosed };
 
-    // The order of link answers: service, link, group.
+    // The link answers are sorted by service, link and group.
     using Link = std::tuple<std::uint32_t, std::uint32_t, std::string>;
     using LinkView = std::tuple<std::uint32_t, std::uint32_t, std::string_view>;
     struct ByLink {
@@ -67,10 +68,10 @@ private:
     Event* oldest_ = nullptr;
     Event* newest_ = nullptr;
     std::uint32_t count_ = 0;
-    std::size_t textSize_ = 0;  // of all but the large event
-    bool holdsLarge_ = false;   // an event with more text than a queue holds otherwise
-    std::uint64_t lost_ = 0;    // since the newest
-    WaitEvent waitEvent_;       // set while there is an event, and in the end
+    std::size_t textSize_ = 0;  // of all events but the large one
+    bool holdsLarge_ = false;   // whether it holds an event with more text than kMostText
+    std::uint64_t lost_ = 0;    // events dropped since the newest one
+    WaitEvent waitEvent_;       // set while there is an event, and once the queue has ended
     std::map<Link, std::int32_t, ByLink> linkStatus_;
 };
 

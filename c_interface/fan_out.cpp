@@ -13,7 +13,7 @@ plenx_event Plain(std::uint32_t kind) {
     return event;
 }
 
-// The text is not copied.
+// The event refers to the text and does not copy it.
 plenx_event About(std::uint32_t kind, const std::string& text) {
     plenx_event event = Plain(kind);
     event.text = text.c_str();
@@ -38,7 +38,7 @@ void FanOut::Add(const std::shared_ptr<Listener>& listener) {
 }
 
 void FanOut::Remove(const Listener& listener) noexcept {
-    std::shared_ptr<Listener> removed;  // goes when the lock is no longer held
+    std::shared_ptr<Listener> removed;  // destroyed after the lock is released
     const std::lock_guard<Mutex> lock(mutex_);
     const auto place = std::find_if(entries_.begin(), entries_.end(), [&](const Entry& entry) {
         return entry.second.get() == &listener;
@@ -109,7 +109,8 @@ void FanOut::RegisterOnce() {
     }
 }
 
-// The listener behind that number, whose own number is then told; null when there is none.
+// Returns the first listener with a higher number and sets number to its own; returns null when
+// there is no such listener.
 std::shared_ptr<Listener> FanOut::After(std::uint64_t& number) noexcept {
     const std::lock_guard<Mutex> lock(mutex_);
     const auto next = std::find_if(entries_.begin(), entries_.end(),
@@ -121,7 +122,7 @@ std::shared_ptr<Listener> FanOut::After(std::uint64_t& number) noexcept {
     return next->second;
 }
 
-// Gives the first code other than 0.
+// Returns the first code other than 0.
 int FanOut::Tell(plenx_event& notification) {
     int first = 0;
     std::uint64_t number = 0;

@@ -1,8 +1,8 @@
-// The layer's one observer of the library. It tells every notification to all listeners, in the
-// order in which they were opened.
+// The layer registers this one observer with the library. It passes every notification on to all
+// listeners, in the order in which they were opened.
 //
-// No lock of its own is held while a listener takes a notification, so that a slow one does not
-// keep others from being opened and closed.
+// It holds no lock of its own while a listener takes a notification. So a slow listener does not
+// stop others from being opened and closed.
 
 #ifndef PLENXSDK_C_FAN_OUT_H
 #define PLENXSDK_C_FAN_OUT_H
@@ -19,11 +19,11 @@
 
 namespace PlenxC {
 
-/// Any thread may call Add and Remove; the library calls the rest, one at a time.
+/// Any thread may call Add and Remove. The library calls the other functions, one at a time.
 class FanOut final : public DistributedFs::PLENXServiceObserver {
 public:
-    /// Registers with the library, the first time. Waits for a notification that is being delivered
-    /// then. All of it may throw; then nothing has happened.
+    /// The first call registers this observer with the library, and so waits for a notification
+    /// that is being delivered. It may throw, and then nothing has changed.
     void Add(const std::shared_ptr<Listener>& listener);
     void Remove(const Listener& listener) noexcept;
 
@@ -40,16 +40,16 @@ public:
     int NotifyDiskName(const std::string& name) override;
 
 private:
-    // The number tells the order of opening, ascending.
+    // The numbers rise in the order in which the listeners were opened.
     using Entry = std::pair<std::uint64_t, std::shared_ptr<Listener>>;
 
     void RegisterOnce();
     std::shared_ptr<Listener> After(std::uint64_t& number) noexcept;
     int Tell(plenx_event& notification);
 
-    Mutex registration_;  // before the library's own locks
+    Mutex registration_;  // locked before the library's own locks
     bool registered_ = false;
-    Mutex mutex_;  // guards what follows, for moments only
+    Mutex mutex_;  // guards the members below; held for moments only
     std::vector<Entry> entries_;
     std::uint64_t last_ = 0;
 };

@@ -7,7 +7,7 @@
 namespace PlenxC {
 namespace {
 
-constexpr std::uint32_t kResting = UINT32_MAX;  // all generations were used
+constexpr std::uint32_t kResting = UINT32_MAX;  // every generation was used
 constexpr unsigned kSlotBits = 32;
 
 static_assert(sizeof(void*) == sizeof(std::uint64_t), "a slot and a generation fit into a pointer");

@@ -1,6 +1,7 @@
-// The handles of the listeners. A handle is a slot and the slot's generation, cast to a pointer; a
-// slot gets a new generation with each use, and rests when it has had all of them. So a handle is
-// never used again, and one that was closed or made up is told apart from all others.
+// The handles of the listeners. A handle is the number of a slot and the slot's generation, cast to
+// a pointer. A slot gets a new generation with each use, and is retired when it has had all of
+// them. So the value of a handle is never used again, and the table recognises a handle that was
+// closed or made up.
 
 #ifndef PLENXSDK_C_HANDLE_TABLE_H
 #define PLENXSDK_C_HANDLE_TABLE_H
@@ -14,21 +15,22 @@
 
 namespace PlenxC {
 
-/// Any thread may call.
+/// Any thread may call these functions.
 class HandleTable {
 public:
-    /// May throw; then nothing has happened.
+    /// Adds a listener and returns its handle. It may throw, and then nothing has changed.
     void* Add(std::shared_ptr<Listener> listener);
 
-    /// Null when the handle stands for none. What comes out lives until the caller lets go of it.
+    /// Returns the listener of the handle, or null when it has none. The listener lives at least
+    /// until the caller releases it.
     std::shared_ptr<Listener> Find(const void* handle) noexcept;
 
-    /// The same, and the handle is worth nothing from now on.
+    /// Does the same, and makes the handle invalid from now on.
     std::shared_ptr<Listener> Remove(const void* handle) noexcept;
 
 private:
     struct Slot {
-        std::uint32_t generation = 1;  // of its present or next use
+        std::uint32_t generation = 1;  // of its present use, or of its next one
         std::shared_ptr<Listener> listener;
     };
 

@@ -1,5 +1,5 @@
-// All that the layer holds. It is made when the DLL is loaded and never destroyed: while a process
-// ends, other DLLs may still call.
+// The layer holds all state of this DLL. It is made when the DLL is loaded and never destroyed,
+// because other DLLs may still call while a process ends.
 
 #ifndef PLENXSDK_C_LAYER_H
 #define PLENXSDK_C_LAYER_H
@@ -13,7 +13,7 @@
 
 namespace PlenxC {
 
-/// A listener of that kind, which lives at least as long as this.
+/// Holds a listener of that kind and keeps it alive.
 template <class Kind>
 class Held {
 public:
@@ -32,11 +32,12 @@ struct Layer {
 
     static Layer& Get() noexcept;
 
-    /// The listener hears from now on. May throw; then nothing has happened.
+    /// Adds the listener, which receives notifications from now on. It may throw, and then nothing
+    /// has changed.
     void* Open(const std::shared_ptr<Listener>& listener);
 
-    /// The listener hears nothing more, and its handle is worth nothing; whoever is inside a call
-    /// of it is left alone.
+    /// Removes the listener, which receives nothing more, and makes its handle invalid. Threads
+    /// that are inside one of its functions go on.
     template <class Kind>
     Held<Kind> Close(const void* handle) {
         const Held<Kind> listener = Find<Kind>(handle);

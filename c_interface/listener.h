@@ -1,4 +1,4 @@
-// One who hears the notifications: a queue or a subscription.
+// A listener receives the notifications. It is a queue or a subscription.
 
 #ifndef PLENXSDK_C_LISTENER_H
 #define PLENXSDK_C_LISTENER_H
@@ -18,8 +18,9 @@ public:
     Listener(const Listener&) = delete;
     Listener& operator=(const Listener&) = delete;
 
-    /// Takes a notification; its text is valid during the call. Of a link query it may change the
-    /// value, which is the answer. Never called twice at once. Gives 0 when it was handled.
+    /// Takes a notification, whose text is valid during the call only. It may change the value of a
+    /// link query, which is the answer to it. Calls never overlap. It returns 0 when it has handled
+    /// the notification.
     virtual std::int32_t Take(plenx_event& notification) = 0;
 
     const Kind kind;

@@ -1,6 +1,6 @@
-// Mutex and Condition. On Windows they are the system's own: they wake a thread several times
-// faster than those of the C++ run time, and there is nothing to destroy, which would wait for
-// threads that are gone when the process ends. Elsewhere they are the standard ones.
+// Mutex and Condition. On Windows they use the system's own locks, which wake a thread several
+// times faster than those of the C++ run time. These locks also need no destruction, which at the
+// end of the process would wait for threads that are gone. Elsewhere they are the standard ones.
 
 #ifndef PLENXSDK_C_LOCK_H
 #define PLENXSDK_C_LOCK_H
@@ -22,7 +22,7 @@ constexpr std::uint32_t kForEver = UINT32_MAX;
 
 static_assert(kForEver == INFINITE);
 
-/// Not recursive.
+/// A mutex that a thread must not lock twice.
 class Mutex {
 public:
     Mutex() = default;

@@ -19,9 +19,9 @@ using namespace PlenxC;
 
 namespace {
 
-constexpr std::uint32_t kLargestStruct = 4096;  // beyond it, a size is garbage
+constexpr std::uint32_t kLargestStruct = 4096;  // a larger size cannot be a real one
 
-// A newer header has more functions; those that this DLL does not know must not be wanted.
+// A newer header has more functions. The host may set only those that this DLL knows.
 plenx_observer CopyOf(const plenx_observer* given) {
     RequirePointer("observer", given);
     if (given->size < sizeof(plenx_observer) || given->size > kLargestStruct) {

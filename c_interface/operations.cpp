@@ -1,4 +1,4 @@
-// The exports that stand for an operation of the library each.
+// Each of these exports calls one operation of the library.
 
 #include <cstddef>
 #include <cstdint>

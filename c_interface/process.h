@@ -1,20 +1,20 @@
-// What the layer asks of its process.
+// The layer asks its process for these things.
 
 #ifndef PLENXSDK_C_PROCESS_H
 #define PLENXSDK_C_PROCESS_H
 
 namespace PlenxC {
 
-/// True once the system has ended all other threads and unloads the DLLs: any lock may belong to a
-/// thread that is gone.
+/// Returns true once the system has ended all other threads and unloads the DLLs. From then on any
+/// lock may belong to a thread that is gone.
 bool ProcessIsEnding() noexcept;
 
-/// Keeps this module, and with it plenxsdk.dll, loaded until the process ends. Takes the lock of
-/// the loader, so no lock of ours may be held.
+/// Keeps this module, and with it plenxsdk.dll, loaded until the process ends. It takes the
+/// loader's lock, so the caller must hold no lock of this layer.
 void StayLoaded() noexcept;
 
-/// An event of the system that stays set until it is reset. Made with the first call of Handle.
-/// The caller sees to it that there is one call at a time.
+/// An event of the system that stays set until it is reset. The first call of Handle makes it. The
+/// caller must see to it that calls do not overlap.
 class WaitEvent {
 public:
     WaitEvent() = default;
@@ -22,9 +22,9 @@ public:
     WaitEvent(const WaitEvent&) = delete;
     WaitEvent& operator=(const WaitEvent&) = delete;
 
-    /// Null when there is none to be had.
+    /// Returns null when the system gives no event.
     void* Handle(bool set) noexcept;
-    /// These do nothing as long as nobody has asked for the handle.
+    /// These two do nothing until somebody has asked for the handle.
     void Set() noexcept;
     void Reset() noexcept;
 

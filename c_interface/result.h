@@ -1,5 +1,5 @@
-// How a call fails: a function refuses by throwing, the guard around each export turns that, and
-// every other exception, into a result and remembers the words for plenx_last_error.
+// A function refuses a call by throwing. The guard around each export turns this, and every other
+// exception, into a result, and remembers the words for plenx_last_error.
 
 #ifndef PLENXSDK_C_RESULT_H
 #define PLENXSDK_C_RESULT_H
@@ -13,8 +13,8 @@
 
 namespace PlenxC {
 
-/// Why a call does nothing: one of the PLENX_E, and a sentence without its beginning. Both texts
-/// are literals.
+/// The reason why a call does nothing: one of the PLENX_E numbers, and a sentence without its
+/// beginning. Both texts must be literals.
 struct Refusal {
     plenx_result result;
     const char* subject;
@@ -24,10 +24,11 @@ struct Refusal {
 /// Remembers "function: subject why" for this thread, cut off where it does not fit.
 void RememberError(const char* function, std::string_view subject, std::string_view why) noexcept;
 
-/// Of this thread; empty when nothing has failed.
+/// Returns the words of this thread's last failure; empty when nothing has failed.
 std::string_view RememberedError() noexcept;
 
-/// Runs the work of an export. Nothing is thrown, and nothing is run while the process ends.
+/// Runs the work of an export. It lets no exception out, and while the process ends it does not run
+/// the work.
 template <class Work>
 plenx_result Guarded(const char* function, Work work,
                      plenx_result whileEnding = PLENX_E_ENDING) noexcept {

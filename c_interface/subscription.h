@@ -1,4 +1,4 @@
-// The functions of one observer.
+// A subscription calls the functions of one observer.
 
 #ifndef PLENXSDK_C_SUBSCRIPTION_H
 #define PLENXSDK_C_SUBSCRIPTION_H
@@ -8,9 +8,9 @@
 
 namespace PlenxC {
 
-/// True while a function of an observer runs on the calling thread.
+/// Returns true while a function of an observer runs on the calling thread.
 bool IsInsideObserver() noexcept;
-/// Throws a refusal then: the call would wait for ever.
+/// Throws a refusal in that case, because the call would wait for ever.
 void RefuseInsideObserver();
 
 class Subscription final : public Listener {
@@ -21,7 +21,7 @@ public:
 
     std::int32_t Take(plenx_event& notification) override;
 
-    /// Waits for a function that runs; afterwards none is called.
+    /// Waits until no function is running. Afterwards none will be called.
     void Close();
 
 private:

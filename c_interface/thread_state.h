@@ -1,6 +1,7 @@
-/* What the layer knows of the calling thread. It needs neither memory nor a lock, and there is
- * nothing to destroy: the system makes it with the thread. It is C because clang gives C the
- * system's own thread-local storage, which g++ for this target only imitates with both. */
+/* What the layer knows about the calling thread. The system makes it together with the thread, so
+ * it needs no allocation, no lock and no destruction. It is written in C because clang gives C the
+ * system's own thread-local storage. g++ for this target imitates that storage, and its imitation
+ * needs both an allocation and a lock. */
 
 #ifndef PLENXSDK_C_THREAD_STATE_H
 #define PLENXSDK_C_THREAD_STATE_H
@@ -14,7 +15,7 @@ extern "C" {
 enum { PLENXSDK_C_ERROR_CAPACITY = 512 };
 
 struct PlenxThreadState {
-    unsigned callbacks; /* so many functions of observers are running on this thread */
+    unsigned callbacks; /* how many functions of observers are running on this thread */
     size_t error_length;
     char error[PLENXSDK_C_ERROR_CAPACITY];
 };

@@ -1,4 +1,5 @@
-// The exports that tell: the version, what a result means, what went wrong.
+// These exports answer questions: which version the DLL has, what a result means, and what went
+// wrong.
 
 #include <cstddef>
 #include <cstdint>
@@ -25,7 +26,8 @@ plenx_result PLENX_CALL plenx_open(uint32_t header_abi) {
     });
 }
 
-// A failure of this one is not remembered: it would hide the one that is asked for.
+// A failure of this function itself is not remembered, because it would replace the one that the
+// caller asks for.
 plenx_result PLENX_CALL plenx_last_error(char* text, size_t capacity, size_t* length) {
     if (ProcessIsEnding()) {
         return PLENX_E_ENDING;
