@@ -18,7 +18,7 @@ Words MessageNames() {
     return names;
 }
 
-// A file, or a free text, has no values to offer.
+// A file or a free text has no values to offer.
 Words ValuesOf(const std::string& kind) {
     if (kind == "MESSAGE") {
         return MessageNames();
@@ -48,7 +48,7 @@ const CLI::App* Inner(const CLI::App& command, const std::string& name) {
 Words Commands(const CLI::App& command) {
     Words names;
     for (const CLI::App* const inner : command.get_subcommands({})) {
-        if (!inner->get_group().empty()) {  // which is how a command is hidden
+        if (!inner->get_group().empty()) {  // an empty group hides a command
             names.push_back(inner->get_name());
         }
     }

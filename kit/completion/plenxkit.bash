@@ -1,6 +1,6 @@
 # Completion of plenxkit for bash: source this file, or put it into
-# /usr/share/bash-completion/completions/plenxkit. The program itself tells the words; where it tells
-# none, bash offers files.
+# /usr/share/bash-completion/completions/plenxkit. The program itself gives the words. Where it
+# gives no words, bash offers files.
 
 _plenxkit() {
     local words kind='^[^-]'

@@ -1,6 +1,6 @@
 # Completion of plenxkit for PowerShell: run this file in the profile, as in
 #     . C:\plenxsdk\share\plenxsdk\plenxkit.ps1
-# The program itself tells the words; where it tells none, PowerShell offers files.
+# The program itself gives the words. Where it gives no words, PowerShell offers files.
 
 Register-ArgumentCompleter -Native -CommandName plenxkit, plenxkit.exe -ScriptBlock {
     param($typed, $line, $cursor)

@@ -73,7 +73,7 @@ std::size_t ArgumentList::IndexOf(const std::string& name) const {
                      "\"; it has: " + NamesOf(*subject_.shape));
 }
 
-// The length of an array stands before it.
+// The length of an array stands in the argument before it.
 std::optional<Argument> ArgumentList::Default(std::size_t index) const {
     const auto& arguments = subject_.shape->arguments;
     if (arguments[index].always) {

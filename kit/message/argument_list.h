@@ -13,17 +13,17 @@ namespace PlenxMessage {
 
 class ArgumentList {
 public:
-    /// @throws UsageError when nothing is known of the subject's arguments.
+    /// @throws UsageError when the subject's arguments are not known.
     explicit ArgumentList(const Subject& subject);
 
-    /// Which type the argument must have.
+    /// The type that the argument must have.
     /// @throws UsageError when the message has no such argument, or has it already.
     PlenxWire::ArgumentType Expect(const std::string& name) const;
 
     void Set(const std::string& name, PlenxWire::Argument value);
 
-    /// Fills in what may be left out, and encodes.
-    /// @throws UsageError when something is missing or does not fit together.
+    /// Fills in the arguments that may be left out, and encodes the message.
+    /// @throws UsageError when an argument is missing or does not fit the others.
     Message Built() const;
 
 private:

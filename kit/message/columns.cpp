@@ -7,8 +7,8 @@
 namespace PlenxMessage {
 namespace {
 
-// The length in bytes of the first characters, as many as there are. A malformed byte counts as
-// one.
+// The length in bytes of the first characters, or of all if there are fewer. A malformed byte
+// counts as one character.
 std::size_t BytesOfCharacters(std::string_view text, std::size_t characters) {
     std::size_t bytes = 0;
     for (; characters > 0 && bytes < text.size(); --characters) {

@@ -12,8 +12,8 @@ namespace PlenxMessage {
 
 constexpr std::size_t kPageWidth = 100;
 
-/// Cuts text into lines of so many characters at most, after a comma or else a blank where
-/// there is one in the last third.
+/// Cuts text into lines with at most that many characters. It cuts after a comma, or else at a
+/// blank, if the last third of the line has one.
 std::vector<std::string> Wrapped(std::string_view text, std::size_t width);
 
 /// Two blanks, then the label, then the text, wrapped to the page beside the label.

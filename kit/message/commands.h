@@ -12,7 +12,7 @@ namespace PlenxMessage {
 
 struct DecodeOptions {
     std::vector<std::string> hex;
-    std::string file = "-";  // unless hex is given
+    std::string file = "-";  // used when hex is not given
     std::string as;
     bool json = false;
 };

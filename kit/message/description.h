@@ -10,15 +10,15 @@
 
 namespace PlenxMessage {
 
-/// Words as "groupName=g_1". Text is taken as it is; an array is hex, "utf16:" with a text, or
-/// empty. What can only have one value (the kind of CreateGroup, an array's length) may be
-/// left out.
-/// @throws UsageError that names the field and what is wrong with it.
+/// Takes words such as "groupName=g_1". Text is taken as it is. An array is hex, "utf16:" with a
+/// text, or empty. The words may leave out an argument that can have only one value: the kind of
+/// CreateGroup, and an array's length.
+/// @throws UsageError that names the field and its mistake.
 Message MessageFromWords(const std::string& name, const std::vector<std::string>& words);
 
-/// {"message": "CreateGroup", "arguments": {"groupName": "g_1", ...}}, or what decode --json
-/// printed. Text that is not UTF-8, and arrays: {"hex": "00 ff"}.
-/// @throws UsageError likewise.
+/// Takes {"message": "CreateGroup", "arguments": {"groupName": "g_1", ...}}, or the output of
+/// decode --json. Arrays, and text that is not UTF-8, have the form {"hex": "00 ff"}.
+/// @throws UsageError as above.
 Message MessageFromJson(const std::string& text);
 
 }  // namespace PlenxMessage

@@ -11,7 +11,8 @@
 
 namespace PlenxMessage {
 
-/// "18 00 ff", so many bytes in a line; 0: all in one line. No blank or line end at the end.
+/// "18 00 ff", with that many bytes in a line, or with all bytes in one line for 0. The text ends
+/// without a blank and without a line end.
 std::string ToHex(const PlenxWire::Bytes& bytes, std::size_t bytesPerLine = 0);
 
 /// Pairs of digits, together or apart; blanks, line ends and , ; : between them and a 0x before
@@ -19,7 +20,7 @@ std::string ToHex(const PlenxWire::Bytes& bytes, std::size_t bytesPerLine = 0);
 /// @throws UsageError that names the text that is not hex.
 PlenxWire::Bytes FromHex(std::string_view text);
 
-/// A binary message holds zeros and is never mistaken for hex.
+/// Whether the bytes are hex text. A binary message holds zeros, so it is never mistaken for hex.
 bool LooksLikeHex(std::string_view content);
 
 }  // namespace PlenxMessage

@@ -9,12 +9,12 @@
 
 namespace PlenxMessage {
 
-/// The members stand in the order in which they were put in.
+/// The members keep the order in which they were added.
 using Json = nlohmann::ordered_json;
 
 Json ToJson(const Message& message, const PlenxWire::Layout& layout);
 
-/// What is known of its arguments.
+/// The catalog's facts about its arguments.
 Json ToJson(const Subject& subject);
 
 }  // namespace PlenxMessage

@@ -18,7 +18,7 @@ bool StartsWith(std::string_view text, std::string_view start) {
     return text.substr(0, start.size()) == start;
 }
 
-// Behind the date, the time and the service's name.
+// The position behind the date, the time and the service's name.
 std::size_t EventStart(std::string_view line) {
     std::size_t start = 0;
     for (int words = 0; words < 3; ++words) {

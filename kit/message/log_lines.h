@@ -16,7 +16,7 @@ struct LoggedMessage {
     PlenxWire::ParsedLine message;
 };
 
-/// Whether it begins as the lines of that log do: 2026-01-31 12:34:56.789 pc ...
+/// Whether the line begins like the lines of that log: 2026-01-31 12:34:56.789 pc ...
 bool IsLineOfAService(std::string_view line);
 
 /// Empty when the line holds no message.

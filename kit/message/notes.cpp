@@ -13,7 +13,7 @@ using PlenxWire::Bytes;
 
 constexpr std::string_view kGroupName = "grpName";  // only notifications spell it so
 
-// As the library splits it: at the last "_", with a number that an int32 holds behind it.
+// The library splits the name at the last "_", and an int32 must hold the number behind it.
 bool NamesAService(std::string_view groupName) {
     const std::size_t underscore = groupName.rfind('_');
     if (underscore == std::string_view::npos) {

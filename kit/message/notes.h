@@ -1,7 +1,7 @@
-// What the library makes of a message that is good: a group name that it refuses, a path that it
-// has to complete. No problem of the message, so the exit code does not tell of it.
+// Notes on how the library treats a good message: it refuses some group names and completes some
+// paths. They are no problem of the message, so they do not change the exit code.
 //
-// Pure functions; any thread may call them.
+// All functions are pure; any thread may call them.
 
 #ifndef PLENXKIT_MESSAGE_NOTES_H
 #define PLENXKIT_MESSAGE_NOTES_H
@@ -13,7 +13,7 @@
 
 namespace PlenxMessage {
 
-/// Empty for a message with problems.
+/// The notes are empty for a message with problems.
 std::vector<std::string> NotesOn(const Message& message, const PlenxWire::Layout& layout);
 
 }  // namespace PlenxMessage

@@ -1,4 +1,5 @@
-// Which message some bytes are meant to be. The bytes do not tell: the id travels beside them.
+// The kind of message that some bytes form. The bytes do not show it, because the id travels beside
+// them.
 
 #ifndef PLENXKIT_MESSAGE_SUBJECT_H
 #define PLENXKIT_MESSAGE_SUBJECT_H
@@ -13,8 +14,8 @@
 namespace PlenxMessage {
 
 struct Subject {
-    const PlenxWire::MessageShape* shape = nullptr;  // null: nothing is known of its arguments
-    std::optional<std::int32_t> id;                  // empty: a reply, or not told
+    const PlenxWire::MessageShape* shape = nullptr;  // null when its arguments are not known
+    std::optional<std::int32_t> id;                  // empty for a reply, and when it was not given
 
     bool IsReply() const { return shape && !id; }
 };
@@ -26,7 +27,7 @@ struct Message {
 
 Subject SubjectOf(std::int32_t id);
 
-/// A message's name or number, or "reply"; empty: not told.
+/// Takes a message's name or number, or "reply". The text is empty when it was not given.
 /// @throws UsageError for a name that no message has.
 Subject SubjectOf(const std::string& word);
 

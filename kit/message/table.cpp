@@ -129,7 +129,7 @@ std::string Title(const Subject& subject) {
     return title + ": " + Way(subject);
 }
 
-// What a good message may be whose id is not known.
+// The kinds that a good message without a known id may be.
 std::string Guess(const Message& message) {
     std::string names;
     for (const MessageShape& shape : PlenxWire::Catalog()) {

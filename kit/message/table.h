@@ -9,13 +9,13 @@
 
 namespace PlenxMessage {
 
-/// Every part of the message with its place, then what is wrong. Ends with a line end.
+/// Every part of the message with its place, and then its problems. Ends with a line end.
 std::string ToTable(const Message& message, const PlenxWire::Layout& layout);
 
 /// All messages, one line each.
 std::string CatalogTable();
 
-/// One message, of which the arguments are known, with a line for each of them.
+/// One message whose arguments are known, with a line for each of them.
 std::string ShapeTable(const Subject& subject);
 
 }  // namespace PlenxMessage

@@ -1,4 +1,4 @@
-// How the program ends, and what ends it early.
+// The exit codes of the program, and the error that ends it early.
 
 #ifndef PLENXKIT_MESSAGE_USAGE_H
 #define PLENXKIT_MESSAGE_USAGE_H
@@ -10,7 +10,7 @@ namespace PlenxMessage {
 constexpr int kFine = 0;
 constexpr int kBrokenMessage = 1;
 
-/// What was asked for cannot be done: an unknown name, a bad value, an unreadable file.
+/// The user's request cannot be carried out: an unknown name, a bad value, an unreadable file.
 class UsageError : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;

@@ -10,11 +10,11 @@
 
 namespace PlenxMessage {
 
-/// With the NUL.
+/// The bytes of the text with the NUL.
 /// @throws UsageError when the text is not UTF-8.
 PlenxWire::Bytes ToUtf16(const std::string& text);
 
-/// Empty when the bytes are no such text with its one NUL.
+/// Empty when the bytes are not such a text with one NUL at its end.
 std::optional<std::string> FromUtf16(const PlenxWire::Bytes& bytes);
 
 }  // namespace PlenxMessage

@@ -1,5 +1,5 @@
-// plenxkit scenario: plays scenarios of the development service to a host, and judges how it took
-// them.
+// plenxkit scenario: plays scenarios of the development service to a host, and judges how the host
+// copes with them.
 
 #ifndef PLENXKIT_SCENARIO_COMMAND_H
 #define PLENXKIT_SCENARIO_COMMAND_H

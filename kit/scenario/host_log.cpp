@@ -14,7 +14,7 @@ struct SystemCode {
     unsigned long code;
     const char* meaning;
 };
-// With which Windows itself ends a process.
+// Windows ends a process with these codes.
 constexpr SystemCode kSystemCodes[] = {
     {0xC0000005, "access violation"},
     {0xC0000135, "a DLL was not found"},

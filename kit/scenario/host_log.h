@@ -1,5 +1,5 @@
-// Reads from the logs of a run which notifications the host got, and why the run failed. Pure
-// functions.
+// Reads from the logs of a run which notifications the host got, and why the run failed. All
+// functions are pure.
 
 #ifndef PLENXKIT_SCENARIO_HOST_LOG_H
 #define PLENXKIT_SCENARIO_HOST_LOG_H
@@ -11,8 +11,8 @@
 namespace PlenxScenario {
 
 struct Ending {
-    std::optional<unsigned long> exitCode;  // empty when it had to be ended
-    bool ownHost = false;                   // not plenxkit host
+    std::optional<unsigned long> exitCode;  // empty when the runner had to end it
+    bool ownHost = false;                   // the host is not plenxkit host
     double deadline = 0;                    // seconds
 };
 

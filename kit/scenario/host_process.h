@@ -1,5 +1,5 @@
-// Runs a host with its output in a file, and ends it with all that it has started when its time is
-// over.
+// Runs a host with its output in a file. When its time is over, it ends the host with all processes
+// that the host has started.
 
 #ifndef PLENXKIT_SCENARIO_HOST_PROCESS_H
 #define PLENXKIT_SCENARIO_HOST_PROCESS_H
@@ -10,8 +10,8 @@
 
 namespace PlenxScenario {
 
-/// %NAMES% of environment variables in the command are replaced.
-/// @return the exit code, or nothing when the host had to be ended.
+/// Replaces the %NAMES% of environment variables in the command.
+/// @return the exit code; empty when the host had to be ended.
 /// @throws UsageError when it cannot be started.
 std::optional<unsigned long> RunHost(const std::wstring& command,
                                      const std::filesystem::path& output, double seconds);

@@ -31,7 +31,7 @@ std::string NameOf(const PlenxService::Schedule& schedule) {
     return NameOf(schedule.request);
 }
 
-// Tables that wait for the same are told together.
+// Tables that wait for the same event are listed together.
 std::string TextOfLines(const std::vector<unsigned>& lines) {
     std::string text = lines.size() == 1 ? "line " : "lines ";
     for (std::size_t i = 0; i != lines.size(); ++i) {
@@ -63,7 +63,7 @@ std::vector<Table> NotPlayed(const std::vector<Table>& tables, const std::string
     std::vector<Table> missing;
     std::copy_if(tables.begin(), tables.end(), std::back_inserter(missing),
                  [&](const Table& table) {
-                     // With the line's end: what a host sends stands in quotes.
+                     // The line end tells it from a host's text, which stands in quotes.
                      const std::string turn = " " + PlenxService::TurnOfLine(table.line) + "\n";
                      return serviceLog.find(turn) == std::string::npos;
                  });

@@ -1,5 +1,5 @@
 // The ready scenarios: NAME.toml, which the service plays, and NAME.plenx, the script for
-// plenxkit host, side by side in one folder. Any thread.
+// plenxkit host, side by side in one folder. Any thread may call these functions.
 
 #ifndef PLENXKIT_SCENARIO_READY_SCENARIOS_H
 #define PLENXKIT_SCENARIO_READY_SCENARIOS_H
@@ -28,7 +28,8 @@ struct ReadyScenario {
     std::vector<Table> tables;
 };
 
-/// In the order of their names. @throws UsageError when there are none, or one has mistakes.
+/// All scenarios in the order of their names. @throws UsageError when the folder has no scenario,
+/// or when one has mistakes.
 std::vector<ReadyScenario> ReadyScenariosIn(const std::filesystem::path& folder);
 
 /// Reads a file of the user's own. @throws UsageError that names its mistakes.

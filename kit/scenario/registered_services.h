@@ -1,5 +1,5 @@
-// The services and the driver that the library registers, seen by where their program lies: those
-// of a run are removed after it, those of anybody else are not touched.
+// The services and the driver that the library registers, told apart by the folder of their
+// program. Those of a run are removed after it. Those of anybody else are not touched.
 
 #ifndef PLENXKIT_SCENARIO_REGISTERED_SERVICES_H
 #define PLENXKIT_SCENARIO_REGISTERED_SERVICES_H
@@ -9,11 +9,11 @@
 
 namespace PlenxScenario {
 
-/// Ends and deletes those whose program lies in the folder.
+/// Ends and deletes the services whose program lies in the folder.
 void RemoveServicesOf(const std::filesystem::path& folder);
 
 /// A service that the library would take over from a host that is installed here: its name and
-/// program. Empty: there is none.
+/// program. Empty when there is no such service.
 std::string ServiceOfOthers(const std::filesystem::path& folder);
 
 }  // namespace PlenxScenario

@@ -20,7 +20,7 @@ std::ptrdiff_t Failures(const std::vector<Result>& results) {
                          [](const Result& result) { return !result.Passed(); });
 }
 
-// Passed, but not all of it was played.
+// The scenario passed, but not all of it was played.
 bool Partly(const Result& result) {
     return result.Passed() && !result.notPlayed.empty();
 }
@@ -29,7 +29,7 @@ std::string Remark(const Result& result) {
     return result.Passed() ? TextOfNotPlayed(result.notPlayed, result.tables) : result.reason;
 }
 
-// For an attribute or a text. Characters that XML does not have become a question mark.
+// Escapes an attribute or a text. A character that XML does not allow becomes a question mark.
 std::string Escaped(const std::string& text) {
     std::string escaped;
     for (const char letter : text) {

@@ -13,18 +13,18 @@ namespace PlenxScenario {
 struct Result {
     std::string name;
     std::string title;
-    std::string reason;  // of the failure; empty: passed
+    std::string reason;  // of the failure; empty when it passed
     double seconds = 0;
     std::string logFolder;
     std::vector<std::string> observed;
-    std::size_t tables = 0;  // of the scenario
+    std::size_t tables = 0;  // the number of tables in the scenario
     std::vector<Table> notPlayed;
 
     bool Passed() const { return reason.empty(); }
 };
 
-/// "ok    slow-answers                1.4 s", or "FAIL" with the reason. A pass says
-/// what was not played.
+/// "ok    slow-answers                1.4 s", or "FAIL" with the reason. A pass
+/// names the tables that were not played.
 std::string LineOf(const Result& result);
 /// "20 passed, 1 failed", and how many passed without having been played in full.
 std::string SummaryOf(const std::vector<Result>& results);

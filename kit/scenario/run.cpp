@@ -13,7 +13,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// plenxkit host ends itself when its time is over.
+// plenxkit host ends itself when its time is over, and gets these seconds to do so.
 constexpr double kForTheEnd = 10;
 
 std::string Quoted(const fs::path& path) {

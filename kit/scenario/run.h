@@ -13,7 +13,7 @@ namespace PlenxScenario {
 
 struct RunOptions {
     StageOptions stage;
-    std::string host;     // a command; empty: plenxkit host with the scenario's script
+    std::string host;     // a command; empty for plenxkit host with the scenario's script
     double seconds = 60;  // for the host
     bool strict = false;  // fails when a table was not played
 };

@@ -25,7 +25,7 @@ fs::path ProgramFolder() {
     return fs::path(path).parent_path();
 }
 
-// Beside an installed program, or one that was just built.
+// They lie beside an installed program, or beside one that was just built.
 fs::path UsualFolder(const fs::path& programFolder) {
     const fs::path shared = programFolder.parent_path() / "share" / "plenxsdk" / "scenarios";
     return fs::exists(shared) ? shared : programFolder / "scenarios";

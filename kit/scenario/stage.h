@@ -1,6 +1,6 @@
-// The folders of one run: an install folder as a host's installer would leave it, a data folder,
-// the logs; and the control file that has the services play the scenario. Services that the run
-// has left over are removed with it; the logs stay.
+// The folders of one run: an install folder as a host's installer would leave it, a data folder and
+// the logs. The control file makes the services play the scenario. At its end, the stage removes
+// services that the run has left behind. The logs stay.
 
 #ifndef PLENXKIT_SCENARIO_STAGE_H
 #define PLENXKIT_SCENARIO_STAGE_H
@@ -12,9 +12,9 @@ namespace PlenxScenario {
 
 struct StageOptions {
     std::filesystem::path programs;  // where plenxservice.exe and the driver's files are
-    std::filesystem::path work;      // gets a folder for each run
-    std::filesystem::path install;   // of one's own; empty: made in work
-    std::filesystem::path data;      // likewise
+    std::filesystem::path work;      // holds a folder for each run
+    std::filesystem::path install;   // the user's own; empty for one that is made in work
+    std::filesystem::path data;      // as above
 };
 
 class Stage {

@@ -1,5 +1,5 @@
-// Every message that travels between the library and its services: number, name, direction
-// and arguments, in one table.
+// One table of every message that travels between the library and its services. It has the number,
+// the name, the direction and the arguments of each.
 
 #ifndef PLENXKIT_WIRE_CATALOG_H
 #define PLENXKIT_WIRE_CATALOG_H
@@ -54,27 +54,27 @@ struct MessageShape {
     std::vector<ArgumentShape> arguments;
 };
 
-/// In ascending order of the ids.
+/// All messages, in ascending order of their ids.
 const std::vector<MessageShape>& Catalog();
 
 /// Null when the system has no such message.
 const MessageShape* FindMessage(std::int32_t id);
 const MessageShape* FindMessage(std::string_view name);
 
-/// What a reply holds: one int32, in either direction.
+/// The shape of a reply: one int32, in either direction.
 const MessageShape& ReplyShape();
 
 struct ShapeProblem {
-    std::optional<std::size_t> argument;  // empty: their number is wrong
+    std::optional<std::size_t> argument;  // empty when the number of arguments is wrong
     bool ofType = false;
     std::string text;
 };
 
-/// All that is wrong with the arguments of such a message. An array's size must stand in the
-/// argument before it.
+/// All problems of the arguments of such a message. An array's size must stand in the argument
+/// before it.
 std::vector<ShapeProblem> ShapeProblems(const MessageShape& shape, const Arguments& arguments);
 
-/// The first of these problems; empty: none.
+/// The first of these problems; empty when there is no problem.
 std::string CheckShape(const MessageShape& shape, const Arguments& arguments);
 
 /// Decodes a message of the given id strictly: the layout, then the shape.

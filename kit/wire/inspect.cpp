@@ -87,8 +87,8 @@ private:
                 field.value = ValueOf(type, who, field);
             }
         }
-        // One wrong place is reported once, so the next argument may begin where this one says it
-        // ends.
+        // A wrong place is reported only once. The next argument may therefore begin at the end
+        // that this one states.
         misplaced_ = misplaced_ || field.offset != end_ || !inside;
         end_ = std::uint64_t{field.offset} + field.size;
         return field;

@@ -13,7 +13,7 @@ namespace {
 constexpr std::string_view kBroken = " broken: ";
 constexpr std::string_view kBytes = "; bytes ";
 
-// Says what could not be read.
+// Says which part of the line could not be read.
 struct LineError {
     std::string text;
 };

@@ -1,4 +1,4 @@
-// Reads back what render.h writes: one message in one line of text.
+// Reads back the lines that render.h writes: one message in one line of text.
 
 #ifndef PLENXKIT_WIRE_LINE_H
 #define PLENXKIT_WIRE_LINE_H
@@ -13,10 +13,10 @@ namespace PlenxWire {
 
 struct ParsedLine {
     enum class Kind {
-        kNone,     // no message stands in this text
-        kWhole,    // bytes holds the message, good or broken, as it was
-        kTold,     // a broken message whose bytes the line does not show; error says what it was
-        kPartial,  // the line is cut, so that the message cannot be had back; error says where
+        kNone,   // no message stands in this text
+        kWhole,  // bytes holds the message as it was, good or broken
+        kTold,   // the line says that a message is broken, without its bytes; error has the reason
+        kPartial,  // the line is cut, so that the message is lost; error says where
     };
 
     Kind kind = Kind::kNone;
@@ -25,8 +25,8 @@ struct ParsedLine {
     std::string error;
 };
 
-/// The text must begin with the message ("CreateGroup(0) groupName:..."). Never throws for
-/// what the text holds.
+/// The text must begin with the message ("CreateGroup(0) groupName:..."). No content of the text
+/// makes it throw.
 ParsedLine ParseMessageLine(std::string_view text);
 
 }  // namespace PlenxWire

@@ -1,4 +1,4 @@
-// LocalBinding: a binding of a peer to an endpoint of this PC. On Windows only.
+// LocalBinding: a binding of a peer to an endpoint of this PC. It exists on Windows only.
 
 #ifndef PLENXKIT_WIRE_LOCAL_BINDING_H
 #define PLENXKIT_WIRE_LOCAL_BINDING_H
@@ -11,8 +11,8 @@
 
 namespace PlenxWire {
 
-/// For one call: one that is kept does not survive the other end's, and may be spoilt by a call
-/// that raised.
+/// Make one for each call. A binding does not survive the end of its server, and a call that raised
+/// an exception may spoil it.
 class LocalBinding {
 public:
     explicit LocalBinding(const std::wstring& endpoint) {

@@ -5,8 +5,8 @@
 //     8 + 12 * i   uint32  type tag, uint32 offset, uint32 size of argument i
 //     8 + 12 * n           the arguments' bytes, one after the other, in order
 //
-// Decode is strict: it takes exactly what Encode builds and says what is wrong with anything
-// else. Pure functions; any thread may call them.
+// Decode is strict: it takes exactly the messages that Encode builds, and names the mistake of any
+// other. All functions are pure; any thread may call them.
 
 #ifndef PLENXKIT_WIRE_MESSAGE_H
 #define PLENXKIT_WIRE_MESSAGE_H
@@ -23,7 +23,7 @@ using Bytes = std::vector<std::uint8_t>;
 
 enum class ArgumentType : std::uint32_t { kInt32 = 2, kInt64 = 3, kString = 4, kInt8Array = 5 };
 
-/// In the order of the type tags.
+/// The types in the order of their tags.
 using Argument = std::variant<std::int32_t, std::int64_t, std::string, Bytes>;
 using Arguments = std::vector<Argument>;
 
@@ -32,19 +32,19 @@ ArgumentType TypeOf(const Argument& argument) noexcept;
 /// "int32", "int64", "string" or "int8 array".
 const char* NameOf(ArgumentType type) noexcept;
 
-/// A message without a single byte of data (no arguments, or one empty array) is built, but
-/// no reader takes it, Decode included.
+/// Encode also builds a message without a single byte of data (no arguments, or one empty array),
+/// but no reader takes it, and Decode does not either.
 /// @throws std::length_error when the message would be larger than an int32 can say.
 Bytes Encode(const Arguments& arguments);
 
 struct Decoded {
     Arguments arguments;
-    std::string error;  // what is wrong and where; empty: nothing
+    std::string error;  // the mistake and its place; empty for a good message
 
     bool Ok() const noexcept { return error.empty(); }
 };
 
-/// Trusts no byte. data may be null when size is 0.
+/// It trusts no byte. data may be null when size is 0.
 Decoded Decode(const std::uint8_t* data, std::size_t size);
 
 inline Decoded Decode(const Bytes& message) {
