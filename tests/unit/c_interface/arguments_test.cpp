@@ -1,5 +1,5 @@
-// Arguments that cannot be used: nothing is done, the result says so, and plenx_last_error names
-// the argument.
+// Tests arguments that cannot be used. The call does nothing, its result says so, and
+// plenx_last_error names the argument.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// What the tests of the plain C interface share.
+// The tests of the plain C interface share this code.
 
 #ifndef UNIT_C_INTERFACE_C_FIXTURE_H
 #define UNIT_C_INTERFACE_C_FIXTURE_H
@@ -15,7 +15,7 @@
 #include "plenxsdk/plenx.h"
 #include "rpc/manager_calls.h"
 
-/// What plenx_last_error says on this thread.
+/// Returns the text of plenx_last_error on this thread.
 inline std::string LastError() {
     char text[1024];
     std::size_t length = 0;
@@ -23,7 +23,7 @@ inline std::string LastError() {
     return {text, length};
 }
 
-/// As "10 service 1 type 0 msg_len 0 value 0 lost 0: text".
+/// Returns a line such as "10 service 1 type 0 msg_len 0 value 0 lost 0: text".
 inline std::string Show(const plenx_event& event) {
     return std::to_string(event.kind) + " service " + std::to_string(event.service) + " type " +
            std::to_string(event.type) + " msg_len " + std::to_string(event.msg_len) + " value " +
@@ -39,7 +39,7 @@ inline void Connect(const std::string& group) {
     CallManager(10, MessageOf({StringArg(group + "_1")}));
 }
 
-/// A queue that is closed in the end.
+/// A queue that closes itself in the end.
 class OpenQueue {
 public:
     explicit OpenQueue(std::uint32_t capacity = 1000) {
@@ -51,7 +51,7 @@ public:
 
     plenx_queue* Get() const { return queue_; }
 
-    /// Everything that is in it.
+    /// Takes everything that the queue holds.
     std::vector<std::string> Drain() const {
         std::vector<std::string> events;
         const plenx_event* event = nullptr;

@@ -1,4 +1,4 @@
-// plenx.hpp: handles that close themselves, results as values and as exceptions.
+// Tests plenx.hpp: its handles close themselves, and it gives results as values and as exceptions.
 
 #include "plenxsdk/plenx.hpp"
 

@@ -1,4 +1,4 @@
-// While the process ends: nothing is done, and nothing is waited for.
+// Tests the calls while the process ends: they do nothing, and they wait for nothing.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -33,7 +33,7 @@ TEST(Ending, WhatCleansUpGives0AndDoesNothing) {
         plenx_event_free(event);
     }
     EXPECT_THAT(RecordedLog::Get().Texts(), IsEmpty());
-    // All is as it was.
+    // Nothing has changed.
     EXPECT_STREQ(event->text, "a");
     plenx_event_free(event);
     Connect("b");

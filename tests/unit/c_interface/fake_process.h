@@ -1,4 +1,4 @@
-// The process that the layer finds itself in, as a test wants it.
+// A test sets up here the process that the layer runs in.
 
 #ifndef UNIT_C_INTERFACE_FAKE_PROCESS_H
 #define UNIT_C_INTERFACE_FAKE_PROCESS_H
@@ -6,15 +6,15 @@
 #include <atomic>
 
 struct LayerProcess {
-    /// The system has ended all other threads.
+    /// True once the system has ended all other threads.
     static inline std::atomic<bool> ending{false};
-    /// How often the layer asked to stay loaded.
+    /// Counts how often the layer asked to stay loaded.
     static inline std::atomic<int> pins{0};
-    /// The system gives wait events; without, there are none.
+    /// Says whether the system gives wait events.
     static inline std::atomic<bool> givesEvents{false};
     static inline std::atomic<int> liveEvents{0};
 
-    /// Whether the event behind a handle is set.
+    /// Returns whether the event behind a handle is set.
     static bool IsSet(void* handle);
 };
 

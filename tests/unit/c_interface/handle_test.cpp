@@ -1,4 +1,4 @@
-// Handles that stand for nothing.
+// Tests handles that stand for nothing.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -55,7 +55,7 @@ TEST(Handle, MadeUpStandsForNothing) {
     ExpectIsNoQueue(reinterpret_cast<plenx_queue*>(&local));
 }
 
-// A slot that is free has a generation, too: that of its next use.
+// A free slot has a generation too: that of its next use.
 TEST(Handle, NextOneOfAFreeSlotStandsForNothingYet) {
     plenx_queue* queue = nullptr;
     ASSERT_EQ(plenx_queue_open(1, &queue), 0);

@@ -1,4 +1,4 @@
-// The header: its layout, which every binding repeats, and its numbers.
+// Tests the header's layout and its numbers, which every binding repeats.
 
 #include <gtest/gtest.h>
 
@@ -51,7 +51,7 @@ TEST(Header, IsTheSameInC) {
     EXPECT_EQ(StartInC(nullptr), PLENX_E_ARGUMENT);
 }
 
-// The file as one text, in the folder of the sources.
+// Returns the file from the folder of the sources as one text.
 std::string Read(const std::string& path) {
     std::ifstream stream(std::string(PLENX_SOURCES) + "/" + path);
     return {std::istreambuf_iterator<char>(stream), {}};

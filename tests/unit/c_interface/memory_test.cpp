@@ -1,4 +1,4 @@
-// Memory that cannot be had, and memory that comes back.
+// Tests calls for which there is no memory, and that all memory is given back.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -17,7 +17,7 @@ namespace {
 
 using testing::AnyOf;
 
-const std::string kLong(300, 'l');  // needs an allocation of its own
+const std::string kLong(300, 'l');  // long enough to need an allocation of its own
 
 struct Call {
     const char* name;
@@ -102,7 +102,7 @@ protected:
 
 TEST_P(EveryAllocation, ThatFailsIsAResultAndLeaksNothing) {
     const auto& make = GetParam().make;
-    make();  // what is made once for all is made
+    make();  // makes everything that is made only once
     RecordedLog::Get().Clear();
     const std::int64_t before = LiveAllocations();
     unsigned failed = 0;
@@ -119,7 +119,7 @@ TEST_P(EveryAllocation, ThatFailsIsAResultAndLeaksNothing) {
             break;
         }
         RecordedLog::Get().Clear();
-        // What fails while a line is logged is the log's own affair.
+        // The log deals by itself with what fails while it writes a line.
         EXPECT_THAT(result, AnyOf(0, PLENX_E_MEMORY)) << "allocation " << n;
         failed += result == PLENX_E_MEMORY ? 1U : 0U;
     }
@@ -128,7 +128,7 @@ TEST_P(EveryAllocation, ThatFailsIsAResultAndLeaksNothing) {
     make();
     RecordedLog::Get().Clear();
     EXPECT_EQ(LiveAllocations(), before);
-    EXPECT_EQ(make(), 0);  // and all works as before
+    EXPECT_EQ(make(), 0);  // everything works as before
 }
 
 INSTANTIATE_TEST_SUITE_P(, EveryAllocation, testing::ValuesIn(kCalls),
@@ -189,7 +189,7 @@ TEST(EventMemory, AMillionEventsLeaveNothing) {
     const std::int64_t before = LiveAllocations();
     for (int i = 0; i != kEvents; ++i) {
         direct.Take(event);
-        if (i % 3 != 0) {  // some are dropped
+        if (i % 3 != 0) {  // some events are dropped
             plenx_event_free(direct.Next(0));
         }
     }
@@ -214,7 +214,7 @@ TEST(EventMemory, ClosedAndCancelledQueuesFreeWhatTheyHold) {
     EXPECT_EQ(LiveAllocations(), before + 1);
     closed.Close();
     EXPECT_EQ(LiveAllocations(), before);
-    cancelled.Take(event);  // and take nothing any more
+    cancelled.Take(event);  // it takes nothing any more
     closed.Take(event);
     EXPECT_EQ(LiveAllocations(), before);
     {

@@ -1,4 +1,4 @@
-// Observers: which function gets what, and what may be called inside one.
+// Tests observers: which function receives which notification, and what it may call.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -22,11 +22,11 @@ using testing::Each;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-// Takes down what its functions get.
+// Records what its functions receive.
 struct Notebook {
     std::vector<std::string> calls;
     std::int32_t code = 0;
-    std::int32_t answer = 0;  // to a link query, unless 0
+    std::int32_t answer = 0;  // the answer to a link query, unless it is 0
     std::function<void()> inside;
 
     std::int32_t Take(const std::string& call) {
@@ -182,7 +182,7 @@ TEST(CObserver, ClosedSlotsDoNotChangeTheOrderOfOpening) {
     auto first = std::make_unique<Observing>(a);
     const Observing second(b);
     first.reset();
-    const Observing third(c);  // in the slot of the first
+    const Observing third(c);  // it takes the slot of the first
     Connect("g");
     EXPECT_THAT(order, ElementsAre("b", "c"));
 }
@@ -205,7 +205,7 @@ TEST(CObserver, IsNotCalledOnceItIsUnregistered) {
     EXPECT_THAT(notebook.calls, IsEmpty());
 }
 
-// What a later header would hand over.
+// A host with a later header passes this struct.
 struct NewerObserver {
     plenx_observer known;
     void* newFunction;
@@ -247,14 +247,15 @@ TEST(CUnobserve, WaitsForTheFunctionThatRuns) {
     inside.get_future().wait();
     auto ended = std::async(std::launch::async, [&] { return plenx_unobserve(observing.Get()); });
     EXPECT_EQ(ended.wait_for(std::chrono::milliseconds(50)), std::future_status::timeout);
-    // The handle is worth nothing from the moment of the call.
+    // The handle is invalid from the moment of the call.
     EXPECT_EQ(plenx_unobserve(observing.Get()), PLENX_E_HANDLE);
     letGo.set_value();
     EXPECT_EQ(ended.get(), 0);
     service.join();
 }
 
-// It has been taken for this notification already when it is unregistered.
+// The observer is unregistered while another one holds up a notification, which then never reaches
+// it.
 TEST(CUnobserve, DoesNotWaitForTheFunctionOfAnotherObserver) {
     std::promise<void> inside;
     std::promise<void> letGo;
@@ -321,7 +322,7 @@ TEST_F(InsideAnObserver, CallsThatWouldWaitForEverAreRefused) {
         EXPECT_EQ(subscription, nullptr);
         ExpectDeadlock("plenx_unobserve", plenx_unobserve(other.Get()));
     });
-    EXPECT_EQ(plenx_destroy(), 0);  // it ends with the function
+    EXPECT_EQ(plenx_destroy(), 0);  // the effect ends with the function
 }
 
 TEST_F(InsideAnObserver, NextNeverWaits) {

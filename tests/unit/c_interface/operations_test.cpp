@@ -1,4 +1,4 @@
-// Each operation does what the one of the class does, with every argument in its place.
+// Each operation does the same as that of the class, with every argument in its place.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -18,7 +18,8 @@ using testing::Contains;
 
 const std::string kWithNul("a\0b", 3);
 
-// The same call in both languages; one that queues nothing is told from one that does by its lines.
+// The same call in both languages. Its lines tell an operation that queues nothing from one that
+// does.
 struct Pair {
     const char* name;
     std::function<int()> inC;
@@ -126,7 +127,7 @@ protected:
 };
 
 TEST_P(EveryOperation, IsThatOfTheClass) {
-    See(GetParam().inCpp);  // what is made once for all is made
+    See(GetParam().inCpp);  // makes everything that is made only once
     const Seen expected = See(GetParam().inCpp);
     const Seen seen = See(GetParam().inC);
     EXPECT_EQ(seen.result, expected.result);
@@ -196,7 +197,7 @@ TEST_F(Operations, OfficeDirFillsABufferThatIsJustLargeEnough) {
 TEST_F(Operations, OfficeDirInAShortBufferTellsLengthAndCodeAndLosesNothing) {
     FakeFileManager::Get().SetNeighbourDir("P:\\tablet");
     FakeFileManager::Get().SetResult("GetGroupNeighborDistributedDir", 17);
-    char text[14] = "docs";  // the relative name, and the place for the whole one
+    char text[14] = "docs";  // holds the relative name, and has room for the whole one
     std::size_t length = 0;
     std::int32_t code = 0;
     const auto ask = [&](std::size_t capacity) {

@@ -1,4 +1,4 @@
-// Queues: what they hold, what they lose, how one waits for them.
+// Tests queues: which events they hold, which they lose, and how a thread waits for them.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -137,7 +137,7 @@ TEST(Queue, LossIsToldByTheEventThatFollowsIt) {
     EXPECT_THAT(queue.Drain(), ElementsAre(ShowConnect("d", 2), ShowConnect("e")));
 }
 
-// The text of a queue, without a service that sends it.
+// Gives a queue its texts without a service that sends them.
 class TextLimit : public testing::Test {
 protected:
     void Take(std::size_t length, std::int32_t number) {
@@ -150,7 +150,7 @@ protected:
         event.text_length = length;
         queue_.Take(event);
     }
-    // As "1 lost 0, 2 lost 0".
+    // Returns a text such as "1 lost 0, 2 lost 0".
     std::string Drain() {
         std::string all;
         while (const plenx_event* const event = queue_.Next(0)) {
@@ -216,7 +216,7 @@ TEST(QueueWait, IsEndedByANotification) {
     EXPECT_EQ(reader.get(), ShowConnect("g"));
 }
 
-// Both with a thread that waits already and with one that comes later.
+// This runs with a thread that already waits, and with one that comes later.
 void ExpectEnds(void (*end)(plenx_queue*), plenx_result expected, const std::string& error) {
     const OpenQueue queue;
     plenx_queue* const handle = queue.Get();
@@ -299,7 +299,7 @@ TEST(QueueClose, DoesNotWaitForAFunctionOfAnObserver) {
     EXPECT_EQ(plenx_queue_close(queue.Get()), 0);
     {
         const OpenQueue another;
-    }  // nor does opening one
+    }  // opening a queue does not wait either
     letGo.set_value();
     service.join();
     EXPECT_EQ(plenx_unobserve(subscription), 0);

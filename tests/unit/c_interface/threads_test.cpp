@@ -1,4 +1,4 @@
-// Many threads at once: readers, callers, openers and closers, while notifications come.
+// Tests many threads at once: threads read, call, open and close while notifications come.
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
-// The public operations while the process ends. The system has ended the other threads by then,
-// and each lock may belong to one that is gone: here they belong to threads that do not go on.
+// Tests the public operations while the process ends. The system has ended the other threads by
+// then, and any lock may belong to one of them. Here the locks belong to threads that do not go on.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -26,7 +26,7 @@ RecordingObserver& OtherObserver() {
     return observer;
 }
 
-// A public operation, what it returns (nothing at all shows as "-"), and its lines.
+// A public operation, the value that it returns ("-" when it returns nothing), and its lines.
 struct Operation {
     const char* name;
     std::function<std::string()> call;
@@ -141,8 +141,9 @@ std::string NameOf(const testing::TestParamInfo<Operation>& operation) {
     return operation.param.name;
 }
 
-// One thread stays in a notification of the office service (the observers' and the companion's
-// lock), one in a queueing (the pool's), one in the engine (its own).
+// One thread stays in a notification of the office service and holds the locks of the observers and
+// of the companion. One stays in a queueing and holds the pool's lock, and one in the engine and
+// holds its lock.
 class CallAtProcessEnd : public ReadyFacade, public testing::WithParamInterface<Operation> {
 protected:
     CallAtProcessEnd() {
@@ -206,7 +207,7 @@ TEST_P(OperationAtProcessEnd, TakesNoLockAndReturnsAsIfThereWereNothingToDo) {
     ExpectReturnsAtOnce();
 }
 
-// The worker is let go on for once, to show what it was given.
+// Here the worker goes on, to show which jobs it was given.
 TEST_P(OperationAtProcessEnd, QueuesNothing) {
     ExpectReturnsAtOnce();
     LetAllGoOn();

@@ -1,5 +1,5 @@
-// Which locks are held at what: at each line of the log, and at each call of the companion, of an
-// observer or of the system. A line that says "begin" is written by whose turn it is.
+// Tests which locks are held at each line of the log, and at each call of the companion, of an
+// observer or of the system. The thread whose turn it is writes a line that says "begin".
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -21,8 +21,8 @@ using testing::ElementsAreArray;
 
 namespace {
 
-// What happened, in order, each with the locks that its thread held: "poolMutex: line", or
-// "free: line" without any.
+// Records the events in order, each with the locks that its thread held: "poolMutex: line", or
+// "free: line" when it held none.
 class HeldAt {
 public:
     void Take(const std::string& what) {
@@ -35,7 +35,7 @@ public:
         const std::lock_guard<std::mutex> lock(mutex_);
         all_.clear();
     }
-    /// On the calling thread, or on all others.
+    /// Returns the events on the calling thread, or on all others.
     std::vector<std::string> Own() const { return Texts(true); }
     std::vector<std::string> Others() const { return Texts(false); }
 
@@ -80,8 +80,8 @@ protected:
         WaitForJobs();
         held_.Forget();
     }
-    // What the worker and the companion did for one job, without the lines of the engine and of
-    // the wait.
+    // Returns the events of the worker and the companion for one job, without the lines of the
+    // engine and of the wait.
     std::vector<std::string> OfJob(const std::function<void()>& queue) {
         WaitForJobs();
         held_.Forget();
@@ -107,9 +107,9 @@ protected:
 struct Notification {
     std::int32_t id;
     std::string function;
-    std::string texts;  // of its lines, as "notify connect"
+    std::string texts;  // the texts of its lines, such as "notify connect"
     Bytes message;
-    std::string values;  // of its first line
+    std::string values;  // the values in its first line
     std::string event;
     std::string errorText = "error ";
 };
@@ -187,13 +187,14 @@ TEST_F(HeldLocks, GetOfficeDirSaysSoAndAsksUnderTheFileManagerMutex) {
                                          "fileManagerMutex: GetGroupNeighborDistributedDir(g, d)"));
 }
 
-// The operations that queue. Under the lock they say so; whether there is a pool is asked there.
+// The tests below are for the operations that queue. They hold the lock when they ask whether there
+// is a pool and when they say that they queue.
 
 struct Queueing {
     std::string function;
     std::vector<std::string> pushed;
     std::function<void()> call;
-    bool needsPool = true;  // and says so when there is none
+    bool needsPool = true;  // false when the operation says nothing if there is no pool
 };
 
 const std::vector<Queueing>& QueueingOperations() {
@@ -277,7 +278,7 @@ TEST_F(HeldLocks, DestroyUninstallsThePackagesAndOnlyThenQueues) {
     WaitForJobs();
 }
 
-// The engine.
+// The tests below are for the engine.
 
 std::string EngineInfo(const std::string& text, const std::string& function) {
     return "engine's mutex: L3 [PLENXSDK] " + text +
@@ -346,7 +347,7 @@ TEST_F(HeldLocks, RequestsAreSentUnderALockOfTheirOwn) {
                                          "sendMutex: a service is called"));
 }
 
-// The jobs of the office service.
+// The tests below are for the jobs of the office service.
 
 std::vector<std::string> StatusUnder(const std::string& outer, const std::string& event,
                                      const std::string& values) {
@@ -420,8 +421,8 @@ TEST_F(HeldLocks, OtherDeviceCallsOfTheOfficeAreMadeUnderTheFileManagerMutex) {
                             "fileManagerMutex: RemoteDeviceOffline(g, d)"));
 }
 
-// The mark of the PC service is set, and cleared, under the lock of its own, before the lock is
-// taken for the office service.
+// The job locks the mutex once to change the mark of the PC service, and again for the office
+// service.
 TEST_F(HeldLocks, MarkOfTheCombinedTypeChangesUnderTheFileManagerMutexBeforeTheOfficesTurn) {
     const auto locked = [] { return LockWatch::Count("fileManagerMutex"); };
     std::vector<std::size_t> atCompanion;

@@ -33,8 +33,8 @@ const std::uint8_t kData[] = {1, 2, 3};
 struct Job {
     const char* name;
     std::function<int(std::uint32_t type)> call;
-    std::string pushedBegin;  // before the type
-    std::string pushedEnd;    // behind it
+    std::string pushedBegin;  // the text before the type
+    std::string pushedEnd;    // the text after the type
     std::string invoked;
     std::string invalid;  // the line for type 7
     std::string companionCall;
@@ -220,7 +220,7 @@ INSTANTIATE_TEST_SUITE_P(Jobs, EveryJob, testing::ValuesIn(kJobs),
 
 class Jobs : public ReadyFacade {};
 
-// The requests that a job sends to the services.
+// The tests below look at the requests that a job sends to the services.
 
 TEST_F(Jobs, StartCreatesTheGroupOfTheService) {
     Facade().Start(Type(1), "g", "arg");
@@ -295,8 +295,8 @@ TEST_F(Jobs, RecvRemoteMessageGoesToThePcServiceUnchanged) {
                     "(DistributedFs::RpcManager::RecvRemoteMessage)"));
 }
 
-// LocalDeviceOnline and its block of bytes. The blocks are on the heap, and have exactly the size
-// that may be read.
+// The tests below are for LocalDeviceOnline and its block of bytes. The blocks are on the heap and
+// have exactly the size that may be read.
 
 std::unique_ptr<std::uint8_t[]> Block(std::size_t size) {
     auto block = std::make_unique<std::uint8_t[]>(size);
@@ -409,7 +409,7 @@ TEST_F(DataBlock, CallersBufferMayBeFreedAtOnce) {
                 ElementsAre("Start()", "LocalDeviceOnline(g, d, 1, 00010203, 4)"));
 }
 
-// The signal that everything is stopped.
+// The tests below are for the signal that everything is stopped.
 
 struct Steps {
     const char* name;
@@ -491,7 +491,7 @@ TEST_F(Jobs, FailedStopOfTheOfficeServiceCountsAsStopped) {
                             "NotifyStatus(3, g, 1, true)"));
 }
 
-// Order and exceptions.
+// The tests below are for order and exceptions.
 
 TEST_F(Jobs, RunInTheOrderOfTheCalls) {
     std::vector<std::string> expected;
@@ -532,8 +532,8 @@ TEST_F(Jobs, ObserversExceptionLosesTheRestOfTheJob) {
                             "NotifyStatus(3, g, 1, true)"));
 }
 
-// The marks of type 3 change in an order of their own, which shows when the office's turn fails:
-// that of the PC service has changed by then, that of the office service has not.
+// The two marks of type 3 change one after the other. A failure of the office's turn shows this: by
+// then the mark of the PC service has changed, and that of the office service has not.
 
 TEST_F(Jobs, StartOfType3HasMarkedThePcServiceBeforeTheOfficesTurn) {
     FakeFileManager::Get().SetHook([](const std::string& call) {

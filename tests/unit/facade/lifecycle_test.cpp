@@ -57,7 +57,7 @@ TEST_F(FreshFacade, InitHandsEmptyArgumentsOnToo) {
     EXPECT_TRUE(FakeRpc::Get().WaitUntilListening());
 }
 
-// The module must stay loaded before the first thread of it runs; the companion may start some.
+// The module must stay loaded before its first thread runs, and the companion may start threads.
 TEST_F(FreshFacade, InitPinsTheModuleBeforeItMakesAnything) {
     unsigned pins = 0;
     FakeFileManager::Get().SetHook(
@@ -85,7 +85,7 @@ TEST_F(FreshFacade, InitDoesNotWaitForTheServiceSide) {
     EXPECT_TRUE(given) << "both calls returned only after the worker had given up";
 }
 
-// A getter answers only when the first Init has ended, whatever that is doing.
+// A getter answers only when the first Init has ended, whatever Init is doing.
 void ExpectGetterWaitsForInit(const std::function<void()>& getter) {
     std::promise<void> letGo;
     std::shared_future<void> gate = letGo.get_future().share();
@@ -120,7 +120,7 @@ TEST_F(ReadyFacade, SecondInitKeepsTheCompanionAndQueuesTheEngineOnceMore) {
     EXPECT_THAT(FakePlatform::Get().CallsOf({"CreateServiceW", "OpenSCManagerW"}), IsEmpty());
 }
 
-// Seen by the job of Destroy, as long as the engine has made nothing yet.
+// The job of Destroy shows this as long as the engine has made nothing yet.
 TEST_F(FreshFacade, SecondInitReplacesTheStoredFolders) {
     FakePlatform::Get().Files().AddFolder(L"C:\\OldApp");
     FakePlatform::Get().Files().AddFolder(L"C:\\OldData");

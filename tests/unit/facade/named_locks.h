@@ -1,4 +1,4 @@
-// The product's locks, named for LockWatch by what locks them.
+// Names the product's locks for LockWatch by what locks them.
 
 #ifndef UNIT_FACADE_NAMED_LOCKS_H
 #define UNIT_FACADE_NAMED_LOCKS_H
@@ -11,7 +11,7 @@
 #include "facade/lock_watch.h"
 #include "rpc/rpc_manager.h"
 
-/// Leaves lines, a job and a request behind.
+/// This leaves lines, a job and a request behind.
 inline void NameLocks() {
     auto& facade = Facade();
     const auto inFacade = [&](const std::string& name, const std::function<void()>& action) {

@@ -1,5 +1,5 @@
-// Registration of observers and the fan-out of notifications, which come in as calls of the
-// services.
+// Tests the registration of observers and the fan-out of notifications, which come in as calls of
+// the services.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -109,7 +109,7 @@ TEST(Observers, FailingOneIsLoggedAndTheOthersAreCalled) {
     }
 }
 
-// Every notification.
+// The tests below are for every notification.
 
 struct Notification {
     const char* function;
@@ -261,7 +261,8 @@ TEST(Observers, UnregisteringWaitsForTheNotificationThatIsBeingDelivered) {
     service.join();
 }
 
-// What an observer may do inside a notification, and which locks are held then.
+// The tests below show what an observer may do inside a notification, and which locks are held
+// then.
 
 TEST_F(ReadyFacade, ObserverMayQueueAndReadInsideANotification) {
     observer_.hook = [](const std::string& event) {

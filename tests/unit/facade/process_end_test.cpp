@@ -1,5 +1,6 @@
-// The end of the process: what is taken back, and what is left alone because somebody may have
-// been at it. Each end is that of a child, whose very last act is to report.
+// Tests which things are taken back at the end of the process, and which are left alone because a
+// thread may have been using them. Each test ends a child process, whose very last act is to
+// report.
 
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -19,7 +20,7 @@ namespace {
 bool reportWanted = false;
 FakeMachine* machine = nullptr;
 
-// Made before every other static and so destroyed after them.
+// This is made before every other static object and so destroyed after them.
 struct Report {
     ~Report() {
         delete machine;
@@ -47,13 +48,13 @@ void InitAll() {
         std::abort();
     }
     WaitForJobs();
-    // The worker tells that it is done before it is idle.
+    // The worker says that it is done before it is idle.
     if (!WaitUntil(AllOthersAreAsleep)) {
         std::abort();
     }
 }
 
-// What a thread does that does not go on.
+// A thread that does not go on stays here.
 void StayForEver() {
     for (;;) {
         pause();

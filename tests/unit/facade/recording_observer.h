@@ -1,6 +1,6 @@
-// An observer that takes down its notifications and answers as it is told.
+// An observer that records its notifications and answers as a test tells it.
 //
-// Thread-safe. It counts how many notifications ran at the same time.
+// It is thread-safe. It counts how many notifications ran at the same time.
 
 #ifndef UNIT_FACADE_RECORDING_OBSERVER_H
 #define UNIT_FACADE_RECORDING_OBSERVER_H
@@ -20,14 +20,14 @@
 
 class RecordingObserver : public DistributedFs::PLENXServiceObserver {
 public:
-    /// What every notification returns.
+    /// Every notification returns this.
     int code = 0;
-    /// What QueryLinkStatus writes; it writes nothing without.
+    /// QueryLinkStatus writes this, or nothing when it is not set.
     std::optional<std::int32_t> linkStatus;
-    /// Runs inside every notification, before it returns; may throw.
+    /// This runs inside every notification, before it returns. It may throw.
     std::function<void(const std::string& event)> hook;
 
-    /// As "NotifyStatus(1, group, 0, true)".
+    /// Returns lines such as "NotifyStatus(1, group, 0, true)".
     std::vector<std::string> Events() const {
         const std::lock_guard<std::mutex> lock(mutex_);
         return events_;

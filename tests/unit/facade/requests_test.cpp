@@ -1,4 +1,4 @@
-// The public operations on the caller's thread: checks, lines, results.
+// Tests the public operations on the caller's thread: their checks, lines and results.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -20,7 +20,7 @@ using testing::IsEmpty;
 
 namespace {
 
-// Each queueing operation, for service type 7, which no job carries out.
+// The table has each queueing operation, for service type 7, for which no job does anything.
 struct Operation {
     const char* name;
     std::function<int()> call;
@@ -105,7 +105,7 @@ TEST_P(BeforeInit, EmptyArgumentReturns26) {
     }
 }
 
-// The leak check of the sanitized builds sees a copy that is kept.
+// The leak check of the sanitized builds finds a copy that is kept.
 TEST_F(FreshFacade, DataOfALocalDeviceIsNotKeptBeforeInit) {
     const std::vector<unsigned char> data(4096, 0x5A);
     EXPECT_EQ(Facade().LocalDeviceOnline(Type(1), "g", "d", data.size(), data.data()), 0);
@@ -130,7 +130,7 @@ TEST_P(AfterInit, EmptyArgumentReturns26AndQueuesNothing) {
         WaitForJobs();
         std::vector<std::string> texts = TextsOfClass("PLENXManager");
         EXPECT_EQ(texts.at(0), Error(GetParam().invalidParameter, GetParam().name));
-        EXPECT_EQ(texts.size(), 3U);  // and the two of the job that was waited for
+        EXPECT_EQ(texts.size(), 3U);  // it adds the two texts of the job that the test waited for
     }
     EXPECT_THAT(FakeFileManager::Get().Calls(), IsEmpty());
     EXPECT_THAT(observer_.Events(), IsEmpty());
@@ -155,7 +155,7 @@ TEST_F(ReadyFacade, RequestsReturnWhileAJobIsAtWork) {
                             "NotifyStatus(3, g, 1, true)"));
 }
 
-// SetConfig.
+// The tests below are for SetConfig.
 
 std::string EngineLine(const char* function, const std::string& type, const std::string& value) {
     return "L3 [PLENXSDK] plenx manager set config svcType:" + type +
@@ -233,7 +233,7 @@ TEST_F(FreshFacade, SetConfigBeforeInitIsLostSilently) {
     EXPECT_THAT(RecordedLog::Get().Texts(), IsEmpty());
 }
 
-// The getters.
+// The tests below are for the getters.
 
 TEST_F(ReadyFacade, GetInt64ConfigReadsTheEngineForTypes1To3) {
     EXPECT_EQ(Facade().GetInt64Config(Type(1), Key(5)), 0);
@@ -280,7 +280,7 @@ TEST_F(FreshFacade, GetStringConfigOfOtherTypesIsLogged) {
                             Error("invalid service type svcType:4", "GetStringConfig")));
 }
 
-// GetOfficeDir.
+// The tests below are for GetOfficeDir.
 
 TEST_F(FreshFacade, GetOfficeDirBeforeInitPutsABackslashInFrontAndReturns0) {
     std::string dir = "abc";

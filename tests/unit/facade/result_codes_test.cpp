@@ -1,6 +1,6 @@
-// Every result code of the library is reached: through a public operation where a host can get
-// it, told by the operation's result or by its line and the observer; from the service's side
-// where a service gets it; else from the operation that gives it.
+// Tests that every result code of the library is reached. Where a host can get the code, a public
+// operation reaches it, and its result, or its line and the observer, tells the code. Where a
+// service gets it, the service's side reaches it. Otherwise the operation that returns it does.
 
 #include <gmock/gmock.h>
 
@@ -21,7 +21,7 @@ namespace {
 
 constexpr std::int32_t kLastCode = 32;
 
-/// What each number of the list means; null: not in use.
+/// The meaning of each number in the list; null when the number is not in use.
 constexpr const char* kMeanings[kLastCode + 1] = {
     nullptr,
     "service control manager not opened",
@@ -70,7 +70,7 @@ public:
         scm.SetStatus(L"PlenxPhoneSvc", SERVICE_RUNNING);
     }
 
-    /// The code of a start of the PC service that fails, of which the observer hears.
+    /// Returns the code of a failed start of the PC service, of which the observer hears.
     std::int32_t FailedStart() {
         EXPECT_EQ(Facade().Start(Type(1), "g", "a"), 0);
         EXPECT_TRUE(observer_.WaitFor("NotifyStatus(1, g, 0, false)"));
@@ -84,7 +84,7 @@ public:
         return code;
     }
 
-    /// The number behind the text in the log; -1 when there is no such line.
+    /// Returns the number after the text in the log, or -1 when there is no such line.
     static std::int32_t CodeOf(const std::string& text) {
         const std::string begin = "L4 [PLENXSDK] " + text;
         for (const std::string& line : RecordedLog::Get().Texts()) {
@@ -95,7 +95,7 @@ public:
         return -1;
     }
 
-    /// Nothing can be removed from the folder.
+    /// Makes it impossible to remove anything from the folder.
     void Hold(const std::wstring& folder) {
         files.AddFile(folder + L"\\held");
         files.Give(folder + L"\\held", FileTrait::kHeldOpen);
@@ -158,7 +158,7 @@ const std::vector<Row>& Rows() {
          }},
         {16, "Start of a service outside the table",
          [](ResultCodes& test) {
-             test.BlockDriverUpgrade();  // and the table stays empty
+             test.BlockDriverUpgrade();  // the table stays empty
              test.Init();
              return test.FailedStart();
          }},
@@ -167,7 +167,7 @@ const std::vector<Row>& Rows() {
         {19, "LocalDeviceOnline of more than a message holds",
          [](ResultCodes& test) {
              test.InitWithBothServicesRunning();
-             const unsigned char byte = 1;  // a negative length is not read from
+             const unsigned char byte = 1;  // nothing is read with a negative length
              EXPECT_EQ(Facade().LocalDeviceOnline(Type(1), "g", "d", 0x80000000U, &byte), 0);
              EXPECT_TRUE(test.observer().WaitFor("NotifyStatus(1, g, 2, false)"));
              return test.CodeOf("plenx manager inner local device online error ");

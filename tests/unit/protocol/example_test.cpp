@@ -1,5 +1,5 @@
-// The worked examples on the page: the bytes are those that the library's own writer makes, and
-// each of them is explained as it is.
+// Tests the worked examples on the page: their bytes are those that the library's own writer makes,
+// and the page explains each of them correctly.
 
 #include <gtest/gtest.h>
 
@@ -33,7 +33,7 @@ struct Example {
     Lines table;
 };
 
-// As a shell takes them: a word may stand in single quotes.
+// Splits the text as a shell does: a word may stand in single quotes.
 std::vector<std::string> WordsOf(const std::string& text) {
     std::istringstream stream(text);
     std::vector<std::string> words;
@@ -63,7 +63,7 @@ const PlenxWire::MessageShape& ShapeOf(const Example& example) {
     return name == "reply" ? PlenxWire::ReplyShape() : *PlenxWire::FindMessage(name);
 }
 
-// The library's own writer, given what the tool's decoder finds in the bytes.
+// Gives the library's own writer the values that the tool's decoder finds in the bytes.
 Bytes WrittenByTheLibrary(const PlenxWire::Arguments& arguments, std::size_t size) {
     RpcMessageWriter writer(static_cast<std::int32_t>(size),
                             static_cast<std::int32_t>(arguments.size()));
@@ -95,7 +95,7 @@ struct ValueText {
     }
 };
 
-// The table that a message must have on the page.
+// Returns the table that the page must have for a message.
 class Explanation {
 public:
     Explanation(const PlenxWire::MessageShape& shape, const Bytes& message) : message_(message) {

@@ -1,4 +1,5 @@
-// The small service in C judges requests as plenxkit message does, and builds what that calls good.
+// The small service in C judges requests as plenxkit message does, and it builds those that
+// plenxkit message accepts.
 
 #include <gtest/gtest.h>
 
@@ -55,7 +56,7 @@ std::vector<const MessageShape*> Requests() {
     return requests;
 }
 
-// The buffer has exactly the message's size, so that a look behind it is found.
+// The buffer has exactly the message's size, so that a sanitizer finds a read past its end.
 std::int32_t Judged(std::int32_t id, const Bytes& message) {
     const std::unique_ptr<std::uint8_t[]> exact(new std::uint8_t[message.size()]);
     std::copy(message.begin(), message.end(), exact.get());

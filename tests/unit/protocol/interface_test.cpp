@@ -1,4 +1,4 @@
-// The interfaces on the page are those that the stubs are made from.
+// Tests that the interfaces on the page are those that the stubs are made from.
 
 #include <gtest/gtest.h>
 
@@ -10,7 +10,7 @@
 namespace WirePage {
 namespace {
 
-// Without the remarks in front of it.
+// Removes the remarks in front of the interface.
 std::string InterfaceText(const std::string& name) {
     const std::string text = TextOf(INTERFACES "/" + name);
     return text.substr(text.find("[\n"));

@@ -1,4 +1,4 @@
-// The messages on the page are those of the catalogue that the tools work with.
+// Tests that the messages on the page are those of the catalogue that the tools work with.
 
 #include <gtest/gtest.h>
 
@@ -13,7 +13,7 @@ namespace {
 
 using PlenxWire::Direction;
 
-// "### 1 DeleteGroup", and a line for each argument below it.
+// Returns a text such as "### 1 DeleteGroup", with a line for each argument below it.
 std::vector<std::string> MessagesOn(const Lines& section) {
     std::vector<std::string> messages;
     for (const std::string& line : section) {

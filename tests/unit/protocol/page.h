@@ -1,4 +1,4 @@
-// The page on the wire protocol, taken apart.
+// These functions take the page on the wire protocol apart.
 
 #ifndef PLENXSDK_TESTS_UNIT_PROTOCOL_PAGE_H
 #define PLENXSDK_TESTS_UNIT_PROTOCOL_PAGE_H
@@ -11,20 +11,20 @@ namespace WirePage {
 using Lines = std::vector<std::string>;
 using Cells = std::vector<std::string>;
 
-/// Throws when the file is not there.
+/// Throws when the file does not exist.
 std::string TextOf(const std::string& path);
 Lines LinesOf(const std::string& text);
 
-/// The page itself.
+/// Returns the page itself.
 Lines Page();
 
-/// The lines under the heading, up to the next one of its level or above.
+/// Returns the lines under the heading, up to the next heading of its level or above.
 Lines Section(const Lines& page, const std::string& heading);
 
-/// The table's rows among the lines, without its two head lines.
+/// Returns the rows of the table among the lines, without its two head lines.
 std::vector<Cells> RowsOf(const Lines& lines);
 
-/// The text without its code marks.
+/// Returns the text without its code marks.
 std::string Unmarked(std::string cell);
 
 }  // namespace WirePage

@@ -1,4 +1,4 @@
-// Memory that cannot be had.
+// Tests what happens when there is no memory.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -25,10 +25,10 @@ using DistributedFs::ServiceType;
 using testing::EndsWith;
 using testing::IsEmpty;
 
-// A message that holds it needs an allocation.
+// A message with this text needs an allocation.
 const std::string kLong(DistributedFs::MessageBlock::kSmall, 'l');
 
-// One array allocation fails, after so many that succeed.
+// One array allocation fails after the given number that succeed.
 class FailingArray {
 public:
     explicit FailingArray(int after) { goodArrays = after; }
@@ -80,7 +80,7 @@ TEST(Allocation, ArrayWithoutABlockFailsAndCanBeReadLater) {
     EXPECT_EQ(Bytes(block, block + 3), (Bytes{1, 2, 3}));
 }
 
-// A request whose message cannot be made: its first write fails.
+// The message of this request cannot be made, because its first write fails.
 
 struct Request {
     const char* function;
@@ -136,11 +136,11 @@ TEST(Allocation, ReplyThatCannotBeCopiedReturns22AndEverythingIsReleased) {
     EXPECT_EQ(FakeRpc::Get().LiveBindings(), 0U);
 }
 
-// The replies to the services, with each of their allocations failing in turn.
+// Each allocation of the replies to the services fails in turn.
 
 struct Round {
     std::int32_t result;
-    std::string lastLine;  // how it ends
+    std::string lastLine;  // the end of that line
 };
 
 void ExpectRounds(std::int32_t id, const Bytes& message, const std::vector<Round>& rounds) {

@@ -19,12 +19,12 @@ using testing::IsEmpty;
 
 namespace {
 
-// 24, 1, 2, 20, 4, 0
+// The codes are 24, 1, 2, 20, 4 and 0.
 const Bytes kDefaultReply = FromHex("18000000 01000000 02000000 14000000 04000000 00000000");
 
 constexpr char kComputerFolder[] = "shell:::{20D04FE0-3AEA-1069-A2D8-08002B30309D}";
 
-// As "100 5 E:\": event, flags, path.
+// Returns event, flags and path, such as "100 5 E:\".
 std::vector<std::string> Notifications() {
     std::vector<std::string> texts;
     for (const FakeShell::Notification& each : FakePlatform::Get().Shell().Notifications()) {
@@ -98,7 +98,7 @@ TEST(FlushExplorer, EveryLetterIsTakenInBothCases) {
     }
 }
 
-// Id 18.
+// The tests below are for id 18.
 
 void ExpectDefault(const ManagerReply& reply) {
     EXPECT_EQ(reply.result, 0);
@@ -146,7 +146,7 @@ TEST(ExploreFlushNotify, FailureIsLoggedAndNeverSeenByTheService) {
     EXPECT_THAT(Notifications(), IsEmpty());
 }
 
-// Id 17.
+// The tests below are for id 17.
 
 Bytes BytesOf(const std::wstring& text) {
     Bytes bytes(text.size() * sizeof(wchar_t));
@@ -210,7 +210,7 @@ TEST(UpdateWindowsExplore, LengthThatIsNotTheArraysFailsWith20) {
     EXPECT_THAT(Notifications(), IsEmpty());
 }
 
-// The shell library is loaded by the first request. (Each test runs in a process of its own.)
+// The first request loads the shell library. (Each test runs in a process of its own.)
 
 TEST(ShellLibrary, IsLoadedOnceAndFromTheSystemFolderOnly) {
     EXPECT_THAT(FakePlatform::Get().Calls(), IsEmpty());

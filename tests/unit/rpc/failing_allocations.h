@@ -1,4 +1,4 @@
-// The operator new of the program that this is linked into: it fails on demand.
+// This replaces the operator new of the program that it is linked into, and fails on demand.
 
 #ifndef UNIT_RPC_FAILING_ALLOCATIONS_H
 #define UNIT_RPC_FAILING_ALLOCATIONS_H
@@ -8,7 +8,7 @@
 
 constexpr int kEvery = -1;
 
-/// Of the non-throwing array allocations, how many more succeed before one fails.
+/// How many non-throwing array allocations still succeed before one fails.
 extern std::atomic<int> goodArrays;
 /// Throwing allocations of this size and above fail.
 extern std::atomic<std::size_t> tooLarge;

@@ -1,4 +1,4 @@
-// Calls of the library's own endpoint, as the RPC runtime makes them.
+// These functions call the library's own endpoint as the RPC runtime does.
 
 #ifndef UNIT_RPC_MANAGER_CALLS_H
 #define UNIT_RPC_MANAGER_CALLS_H
@@ -19,14 +19,14 @@ struct ManagerReply {
 inline ManagerReply CallManager(std::int32_t msgType, const std::uint8_t* msg,
                                 std::int32_t msgSize) {
     std::uint8_t stale = 0;
-    std::int32_t size = 99;  // neither may be left as it is
+    std::int32_t size = 99;  // the call must set both
     std::uint8_t* block = &stale;
     const std::int32_t result = DistributedFs::RpcManager::GetInstance().HandleServiceMessage(
         msgType, msgSize, msg, &size, &block);
     ManagerReply reply{result, size, block != nullptr, {}};
     if (block != nullptr) {
         reply.bytes.assign(block, block + size);
-        FakeRpc::Get().Free(block);  // stops the test when it is no block of the interface
+        FakeRpc::Get().Free(block);  // stops the test if the block is not one of the interface
     }
     return reply;
 }

@@ -30,7 +30,7 @@ std::vector<std::string> Texts() {
     return RecordedLog::Get().Texts();
 }
 
-// On the heap and not a byte larger than it says, so that reading past the end is seen.
+// The copy lies on the heap and has exactly its size, so that a sanitizer sees a read past its end.
 struct Received {
     explicit Received(const Bytes& bytes)
         : block(new std::uint8_t[bytes.size()]), size(static_cast<std::int32_t>(bytes.size())) {
@@ -46,7 +46,7 @@ struct Reader : RpcMessageReader {
         : RpcMessageReader(received.block.get(), received.size) {}
 };
 
-// Reads, releases, and gives the code.
+// Reads the argument, releases it and returns the code.
 std::int32_t ReadArray(RpcMessageReader& reader, std::uint32_t index, std::int32_t length,
                        Bytes* out = nullptr) {
     std::uint8_t stale = 0;
@@ -137,7 +137,7 @@ TEST(RpcMessageReader, StringKeepsEmbeddedNuls) {
     EXPECT_EQ(text, std::string("a\0b\0", 4));
 }
 
-// Around the size up to which a message lies inside its reader.
+// These sizes lie around the largest message that fits inside its reader.
 TEST(RpcMessageReader, ReadsTheLastByteOfMessagesOfAnySize) {
     for (const std::size_t size : {100U, 8191U, 8192U, 8193U, 70000U}) {
         std::string text(size - 21, 'a');
@@ -189,7 +189,7 @@ TEST(RpcMessageReader, ArgumentThatEndsWithTheMessageIsInside) {
     EXPECT_EQ(text.size(), 23U);
 }
 
-// Refused messages.
+// The reader refuses these messages.
 
 struct Short {
     std::int32_t size;
@@ -253,7 +253,7 @@ TEST(RpcMessageReader, MessageWithoutArgumentsOf9BytesIsTakenAndHasNothingToRead
     EXPECT_THAT(Texts(), ElementsAre(IndexLine("ReadInt32", 0, 0, 8, 9)));
 }
 
-// Refused arguments.
+// The reader refuses these arguments.
 
 TEST(RpcMessageReader, Index1BeforeIndex0Fails) {
     Reader reader(MessageOf({Int32Arg(1), Int32Arg(2)}));

@@ -89,7 +89,7 @@ TEST(RpcMessageWriter, UnwrittenBytesAreZeroInMessagesOfAnySize) {
     }
 }
 
-// A descriptor behind the table lies in the data, written or not.
+// A descriptor behind the table lies in the data, which may be written or not.
 TEST(RpcMessageWriter, DescriptorBehindTheTableLeavesTheRestZero) {
     RpcMessageWriter writer(48, 1);
     EXPECT_EQ(writer.WriteInt8Array(0, nullptr, 0), 0);

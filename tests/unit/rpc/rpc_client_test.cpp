@@ -53,7 +53,7 @@ ServiceAnswer Reply(const Bytes& bytes) {
     return answer;
 }
 
-// The calls of the runtime that one request to the endpoint makes.
+// These are the runtime's calls that one request to the endpoint makes.
 std::vector<std::string> CallsOfRequest(const std::string& endpoint, int msgType, int size) {
     const std::string call =
         endpoint + ", " + std::to_string(msgType) + ", " + std::to_string(size);
@@ -63,7 +63,7 @@ std::vector<std::string> CallsOfRequest(const std::string& endpoint, int msgType
             "RpcBindingFree(" + endpoint + ")"};
 }
 
-// Every request, with what it must send.
+// The table has every request, with the message that it must send.
 struct Request {
     const char* name;
     std::function<std::int32_t()> send;
@@ -263,12 +263,12 @@ TEST(RpcRequest, ConfigValueThatIsNotUtf8IsSentAsItIsAndShownWithReplacements) {
     EXPECT_EQ(Bytes(sent.end() - 2, sent.end()), (Bytes{0xFF, 0}));
 }
 
-// A negative length makes the message too short, each time by so much that another argument
+// A negative length makes the message too short. Each case shortens it so far that another argument
 // does not fit.
 
 struct TooShort {
     std::int32_t length;
-    std::string writer;  // operation, index, cursor, size
+    std::string writer;  // its operation, index, cursor and size
     std::string line;
 };
 
@@ -347,7 +347,7 @@ TEST(RpcRequest, DeviceOnlineOfNullDataWithALengthReturns19) {
     EXPECT_THAT(FakeRpc::Get().Calls(), IsEmpty());
 }
 
-// SendRpcMessage.
+// The tests below are for SendRpcMessage.
 
 class SendRpcMessage : public testing::Test {
 protected:

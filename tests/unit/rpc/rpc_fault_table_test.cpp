@@ -1,4 +1,5 @@
-// Every call of the RPC runtime fails once, and from there on; and every allocation once.
+// Each call of the RPC runtime fails once alone, and once together with all later ones. Each
+// allocation fails once.
 
 #include <functional>
 #include <memory>
@@ -32,7 +33,7 @@ FaultLines LinesAndHeld() {
     return RecordedLog::Get().Texts() + HeldNow();
 }
 
-// Requests
+// The tests below make requests.
 
 struct Case {
     Request request;
@@ -73,7 +74,7 @@ TEST(RpcFaultTable, EveryRequestToAService) {
     }
 }
 
-// The server
+// The tests below start and run the server.
 
 TEST(RpcFaultTable, ServingTheEndpoint) {
     FakeRpc::Get().SetListenReturns(0);
@@ -117,7 +118,7 @@ const std::vector<Notification>& EveryNotification() {
     return all;
 }
 
-// The reply cannot be handed to the runtime; all else has been done.
+// The reply cannot be handed to the runtime, but everything else has been done.
 TEST(RpcFaultTable, EveryNotificationOfAService) {
     for (const Notification& each : EveryNotification()) {
         SCOPED_TRACE(each.id);
@@ -140,18 +141,19 @@ TEST(RpcFaultTable, EveryNotificationOfAService) {
     }
 }
 
-// Memory that cannot be had. Every allocation of an operation fails in turn; nothing stays
-// allocated or held, and the same operation works afterwards.
+// Every allocation of an operation fails in turn. Nothing stays allocated or held, and the same
+// operation works afterwards.
 
-/// The operation runs with its n-th allocation failing and says whether there was one.
-/// Returns how many allocations could be made to fail.
+/// Runs the operation with its n-th allocation failing, until it has no such allocation. Returns
+/// how many allocations could be made to fail.
 unsigned WithEveryAllocationFailing(const std::function<bool(unsigned n)>& operation) {
     constexpr unsigned kEndless = 5000;
     for (unsigned n = 1; n != kEndless; ++n) {
         SCOPED_TRACE(testing::Message() << "allocation " << n);
         bool hit = false;
         std::int64_t before = 0;
-        for (int round = 0; round != 2; ++round) {  // what is made once for a process is no leak
+        for (int round = 0; round != 2;
+             ++round) {  // the second round has no allocation that is made once per process
             FakeRpc::Get().Reset();
             FakePlatform::Get().Reset();
             RecordedLog::Get().Clear();
@@ -173,8 +175,8 @@ unsigned WithEveryAllocationFailing(const std::function<bool(unsigned n)>& opera
     return kEndless;
 }
 
-// A request says that it has failed, by its code or by the exception that the job of the engine
-// keeps. One whose line alone could not be written succeeds.
+// A request says that it has failed, either by its code or by the exception that the engine's job
+// keeps. A request that could only not write its line succeeds.
 TEST(RpcAllocations, EveryRequestToAService) {
     for (const Case& each : EveryRequest()) {
         SCOPED_TRACE(each.request.function);
@@ -199,7 +201,7 @@ TEST(RpcAllocations, EveryRequestToAService) {
     }
 }
 
-// What a service calls answers with one of its codes, and lets no exception out.
+// A routine that a service calls answers with one of its codes, and lets no exception out.
 TEST(RpcAllocations, EveryNotificationOfAService) {
     for (const Notification& each : EveryNotification()) {
         SCOPED_TRACE(each.id);

@@ -1,7 +1,7 @@
-// What a request to a service does when one of the calls of the RPC runtime fails.
+// Tells what a request to a service does when one of the calls of the RPC runtime fails.
 //
-// What the runtime still holds after a request is a line as well, behind those of the log: a
-// string binding that was not freed, or a binding.
+// Each thing that the runtime still holds after a request has a line too, after those of the log.
+// It is a string binding that was not freed, or a binding.
 
 #ifndef PLENXSDK_UNIT_RPC_RPC_FAULT_TABLES_H
 #define PLENXSDK_UNIT_RPC_RPC_FAULT_TABLES_H
@@ -20,7 +20,7 @@ inline std::string RpcError(const std::string& text, const std::string& function
     return "L4 [PLENXSDK] " + text + "(DistributedFs::RpcManager::" + function + ")";
 }
 
-/// A round of CheckFaults with a runtime of its own.
+/// Runs one round of CheckFaults with a runtime of its own.
 struct FreshRuntime {
     FreshRuntime() { FakeRpc::Get().Reset(); }
     ~FreshRuntime() {
@@ -31,7 +31,7 @@ struct FreshRuntime {
     FreshRuntime& operator=(const FreshRuntime&) = delete;
 };
 
-/// Only a string that the text of the link tells not to free, and what hangs on it, may stay.
+/// The strings and bindings that may stay after a request whose string was not freed.
 struct Held {
     unsigned strings = 0;
     unsigned bindings = 0;
@@ -46,7 +46,8 @@ inline FaultLines Holding(const Held& held) {
             " bindings"};
 }
 
-/// The lines of a request and what it leaves behind, apart: a larger operation adds the latter up.
+/// The lines of a request and the things that it leaves behind. They are apart because a larger
+/// operation adds the latter up.
 struct Request {
     std::string function;
     std::string line;  // its own
@@ -58,7 +59,7 @@ struct Request {
                                     RpcError("send rpc message error ret:" + number, function)};
     }
 
-    /// A service that answers 0.
+    /// Makes a service that answers 0.
     FaultTable Table() const {
         const Request self = *this;
         const auto fails = [self](const std::string& text) {
@@ -67,7 +68,7 @@ struct Request {
                 return Outcome{code, self.Failed(text, code)};
             };
         };
-        // No memory for the reply: the runtime raises that.
+        // The runtime raises this when there is no memory for the reply.
         const auto noMemory = [self](const Fault&) {
             return Outcome{14, self.Failed("send service message exception ", 14)};
         };
@@ -82,8 +83,9 @@ struct Request {
     }
 };
 
-/// What is left when the call of this number failed, 0 being the first of Request's table. A
-/// string stays when binding failed, or when it could not be freed; the binding then stays too.
+/// Returns what is left when the call of this number failed; 0 is the first call of Request's
+/// table. A string stays when the binding failed, or when the string could not be freed; then the
+/// binding stays too.
 inline Held HeldAfter(std::size_t call, const Fault& fault) {
     switch (call) {
     case 1:
@@ -100,7 +102,7 @@ inline Held HeldAfter(std::size_t call, const Fault& fault) {
     }
 }
 
-/// Request's table with what is left behind.
+/// Returns Request's table with the things that are left behind.
 inline FaultTable Whole(const Request& request) {
     FaultTable table = request.Table();
     table.good.lines = table.good.lines + Holding({});

@@ -26,7 +26,7 @@ namespace {
 constexpr std::int32_t kInt32Max = std::numeric_limits<std::int32_t>::max();
 constexpr std::int32_t kInt32Min = std::numeric_limits<std::int32_t>::min();
 
-// 24, 1, 2, 20, 4, 0
+// The codes are 24, 1, 2, 20, 4 and 0.
 const Bytes kDefaultReply = FromHex("18000000 01000000 02000000 14000000 04000000 00000000");
 
 std::vector<std::string> Texts() {
@@ -37,7 +37,7 @@ std::string Handler(const std::string& name) {
     return "(DistributedFs::RpcManager::" + name + ")";
 }
 
-// An observer that is registered before the log is looked at.
+// Registers an observer before the test looks at the log.
 class RpcServer : public testing::Test {
 protected:
     RpcServer() {
@@ -63,7 +63,7 @@ protected:
     RecordingObserver observer_;
 };
 
-// Ids 9 to 16: what reaches the observer.
+// The tests below send ids 9 to 16 and look at what reaches the observer.
 
 TEST_F(RpcServer, SendLocalMessagePassesTypeLengthAndMessage) {
     ExpectDefault(CallManager(9, MessageOf({Int32Arg(-4), Int32Arg(500), StringArg("hello")})));
@@ -150,13 +150,13 @@ TEST_F(RpcServer, ArgumentsBehindThoseThatAreReadDoNotMatter) {
     EXPECT_THAT(observer_.Events(), ElementsAre("NotifyError(8)"));
 }
 
-// Every read of every handler that fails.
+// The table has every read of every handler that can fail.
 
 struct FailedRead {
     std::int32_t id;
     const char* handler;
-    std::vector<MessageArg> before;  // arguments that can be read
-    const char* operation;           // of the reader
+    std::vector<MessageArg> before;  // the arguments that can be read
+    const char* operation;           // the reader's operation
     const char* text;
 };
 
@@ -282,7 +282,7 @@ INSTANTIATE_TEST_SUITE_P(Ids, UnknownId,
                          testing::Values(6, 100, 0, 1, 2, 3, 4, 5, 7, 8, 19, 20, -1, -10, kInt32Max,
                                          kInt32Min));
 
-// The split of a group name.
+// The tests below split a group name.
 
 struct Split {
     std::string grpName;
@@ -360,7 +360,7 @@ TEST_F(RpcServer, AllArgumentsAreReadBeforeTheGroupNameIsSplit) {
     EXPECT_EQ(Texts().back(), "L4 [PLENXSDK] read value error" + Handler("StatusNotify"));
 }
 
-// The reply block, and exceptions.
+// The tests below are for the reply block and for exceptions.
 
 TEST_F(RpcServer, ReplyThatCannotBeAllocatedReturns22) {
     FakeRpc::Get().SetAllocationFails(true);
@@ -429,7 +429,7 @@ TEST_F(RpcServer, CallsOfTenThreadsReachTheObserverOneAtATime) {
     EXPECT_EQ(FakeRpc::Get().LiveBlocks(), 0U);
 }
 
-// Start.
+// The tests below are for Start.
 
 TEST(RpcServerStart, UsesTheEndpointRegistersAndListens) {
     FakeRpc::Get().SetListenReturns(0);

@@ -1,6 +1,6 @@
-// What follows when an argument cannot be written into a message. A message is made as large as its
-// arguments are, and a small one needs no memory, so hardly any write can really fail. Here the
-// linker has the callers of the writer come by this program first, which refuses on demand.
+// Tests requests and replies whose arguments cannot be written into a message. A message has the
+// size that its arguments need, and a small one needs no memory, so hardly any write can really
+// fail. Here the linker sends the writer's callers to this program first, which refuses on demand.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -34,8 +34,8 @@ using testing::IsEmpty;
 
 constexpr std::int32_t kRefused = 21;
 
-unsigned writes = 0;    // so far
-unsigned firstBad = 0;  // 0: none is
+unsigned writes = 0;    // how many there have been
+unsigned firstBad = 0;  // 0 means that none fails
 bool onlyOneBad = false;
 
 bool Refuses() {
@@ -43,7 +43,7 @@ bool Refuses() {
     return firstBad != 0 && (onlyOneBad ? writes == firstBad : writes >= firstBad);
 }
 
-// The n-th write from now on fails; or that and all later ones.
+// Makes the n-th write from now on fail, or that one and all later ones.
 class FailingWrite {
 public:
     explicit FailingWrite(unsigned n, bool onlyThis = true) {
@@ -81,7 +81,7 @@ std::int32_t WrappedInt64(RpcMessageWriter* writer, std::uint32_t index, std::in
     return Refuses() ? kRefused : RealInt64(writer, index, value);
 }
 
-// A string by value is passed as the place where it lies.
+// A string by value is passed as the address where it lies.
 std::int32_t WrappedString(RpcMessageWriter* writer, std::uint32_t index, std::string* value) {
     return Refuses() ? kRefused : RealString(writer, index, value);
 }
@@ -99,7 +99,7 @@ std::string Line(const std::string& text, const std::string& function) {
 
 struct Request {
     std::string function;
-    std::vector<std::string> failures;  // of its arguments
+    std::vector<std::string> failures;  // those of its arguments
     std::function<std::int32_t(RpcManager&)> send;
 };
 
@@ -191,7 +191,7 @@ TEST(ReplyWriteFailure, OfALinkTypeQueryIs19WithALineOfItsOwn) {
               Line("[RPCMANAGER] query link status write string error index:1", "LinkTypeQuery"));
 }
 
-// Its reply is written twice, and the second one counts.
+// The reply is written twice, and the second one counts.
 TEST(ReplyWriteFailure, OfTheFirstReplyOfId18IsNeverSeenByTheService) {
     const Bytes message = MessageOf({StringArg("e:"), Int32Arg(2)});
     {
