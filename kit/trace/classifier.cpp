@@ -11,7 +11,8 @@ namespace {
 constexpr std::int64_t kRefused = 26;
 constexpr std::int64_t kNobodyServes = 1722;
 constexpr std::string_view kPing = "RpcManager::PingService";
-constexpr std::string_view kMessageClass = "RpcMessage";  // the reader and the writer
+constexpr std::string_view kMessageClass =
+    "RpcMessage";  // the class of messages that are read and written
 // A log without lines of a worker must neither fill the memory nor take for ever.
 constexpr std::size_t kMostQueued = 100000;
 constexpr std::ptrdiff_t kMostPassedOver = 100;
@@ -37,7 +38,7 @@ int ServiceIn(const Captures& captures) {
     return kNoService;
 }
 
-// Fills the places of a label; the number of a service becomes its name.
+// Fills the places of a label. The number of a service becomes its name.
 std::string Filled(std::string_view label, const Captures& captures, int service) {
     std::string text;
     while (!label.empty()) {
@@ -159,8 +160,8 @@ void Classifier::Understand(const LibraryLine& parsed, Event& event) {
     }
 }
 
-// What two threads do is told apart by the thread: the worker reads answers, and those that bring
-// notifications read these.
+// The thread tells two kinds of work apart: the worker reads answers, and other threads read
+// notifications.
 Lane Classifier::LaneOfWork(const LibraryLine& parsed, const Event& event) const {
     const Lane lane = LaneOfClass(parsed.function);
     if (lane == Lane::kFacade && IsOnWorker(event)) {
@@ -170,7 +171,7 @@ Lane Classifier::LaneOfWork(const LibraryLine& parsed, const Event& event) const
     return isMessage && workerThread_ && !IsOnWorker(event) ? Lane::kFacade : lane;
 }
 
-// A service that has just been started may not serve its endpoint yet: that is what pings are for.
+// A service that has just been started may not serve its endpoint yet. Pings find that out.
 void Classifier::FollowRequest(const LibraryLine& parsed, Event& event) {
     if (event.kind == Kind::kRequest) {
         work_.pings = parsed.function == kPing;
@@ -178,7 +179,7 @@ void Classifier::FollowRequest(const LibraryLine& parsed, Event& event) {
     event.usual |= work_.pings && event.code == kNobodyServes;
 }
 
-// What the worker does, from its job's first line to the next one's.
+// Follows the worker from the first line of its job to the first line of the next one.
 void Classifier::FollowWork(Event& event) {
     if (event.kind == Kind::kJob || event.from == Lane::kWorker) {
         workerThread_ = event.thread;
@@ -199,7 +200,7 @@ void Classifier::FollowWork(Event& event) {
     }
 }
 
-// Jobs run in the order in which they were queued. Those that leave no line of their own (a second
+// Jobs run in the order in which they were queued. Jobs that leave no line of their own (a second
 // Init, for example) are passed over.
 void Classifier::BeginJob(Event& event) {
     work_ = {event.operation, event.service, event.time, 0, false};
@@ -222,7 +223,7 @@ void Classifier::TakeOutcome(std::int64_t status, bool value, Event& event) {
         return;
     }
     const bool byEngine = event.service == kPc || event.service == kPhone;
-    // The stop of these always tells false; whether it went well shows in the lines before.
+    // The stop of these always reports false. The lines before show whether it went well.
     const bool stopOfEngine = byEngine && status == kStatusStop;
     event.kind = Kind::kOutcome;
     event.from = byEngine ? Lane::kEngine : Lane::kWorker;

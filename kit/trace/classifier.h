@@ -1,5 +1,6 @@
-// From lines to events. Lines of a library are to come in the order of its log: what a line means
-// can depend on those before it (who runs on a thread, what the worker is at, what is queued).
+// Turns lines into events. Lines of a library must come in the order of its log, because the
+// meaning of a line can depend on the lines before it (who runs on a thread, which job the worker
+// does, which calls are queued).
 
 #ifndef PLENXKIT_TRACE_CLASSIFIER_H
 #define PLENXKIT_TRACE_CLASSIFIER_H
@@ -21,7 +22,7 @@ namespace PlenxTrace {
 /// Gives the short name of a service, which is empty for kNoService.
 std::string ServiceName(int service);
 
-/// Gives a line of a service's log its event. The time before is for lines that have none.
+/// Gives a line of a service's log its event. A line without a time gets the time before.
 Event ClassifyServiceLine(Line line, std::int64_t timeBefore);
 
 class Classifier {
@@ -35,13 +36,13 @@ private:
         int service;
         std::int64_t time;
     };
-    /// What one job of the worker has come to.
+    /// The state of one job of the worker.
     struct Work {
         std::string_view operation;
         int service = kNoService;
-        std::int64_t since = 0;  // the job's first line, or the outcome before
-        std::int64_t code = 0;   // of the last error
-        bool pings = false;      // and has asked nothing else yet
+        std::int64_t since = 0;  // the time of the job's first line, or of the outcome before
+        std::int64_t code = 0;   // the code of the last error
+        bool pings = false;      // it pings, and has asked nothing else yet
     };
 
     void Understand(const LibraryLine& parsed, Event& event);

@@ -1,4 +1,4 @@
-// In a few words what a result code says.
+// Says in a few words what a result code means.
 
 #ifndef PLENXKIT_TRACE_CODE_MEANING_H
 #define PLENXKIT_TRACE_CODE_MEANING_H
@@ -8,8 +8,8 @@
 
 namespace PlenxTrace {
 
-/// Of a failed call: the library's own codes and those of the RPC runtime. Empty if unknown, as a
-/// service's own codes are.
+/// Knows the codes of failed calls: the library's own and those of the RPC runtime. The text is
+/// empty for an unknown code, such as a service's own.
 std::string_view CodeMeaning(std::int64_t code);
 
 }  // namespace PlenxTrace

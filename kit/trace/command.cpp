@@ -34,7 +34,7 @@ bool IsSameFile(const std::string& one, const std::string& other) {
     return fs::equivalent(fs::u8path(one), fs::u8path(other), none);
 }
 
-// Fills in what was not said. A log must not be written over.
+// Fills in the options that were not given. The page must not replace a log.
 void Complete(Request& request) {
     const fs::path log = fs::u8path(request.libraryLogs.back());
     if (request.output.empty()) {

@@ -1,4 +1,4 @@
-// plenxkit trace: makes a page from logs, to look at in a browser.
+// plenxkit trace: makes a page for the browser, or text, from logs.
 
 #ifndef PLENXKIT_TRACE_COMMAND_H
 #define PLENXKIT_TRACE_COMMAND_H

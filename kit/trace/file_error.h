@@ -1,4 +1,4 @@
-// What ends the program early, with exit code 1.
+// The error that ends the program early, with exit code 1.
 
 #ifndef PLENXKIT_TRACE_FILE_ERROR_H
 #define PLENXKIT_TRACE_FILE_ERROR_H
@@ -7,7 +7,7 @@
 
 namespace PlenxTrace {
 
-/// A file that cannot be read or written; the text names it.
+/// A file cannot be read or written. The text names it.
 class FileError : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;

@@ -37,7 +37,7 @@ std::string ArgumentText(const std::string& name, const Json& value) {
 std::string NotificationText(const Json& record) {
     std::string text = record.at("name").get<std::string>();
     for (const auto& [name, value] : record.at("arguments").items()) {
-        if (name != "linkStatus") {  // as it came; the answer says what became of it
+        if (name != "linkStatus") {  // linkStatus is as it came; answer is as the observer left it
             text += " " + ArgumentText(name, value);
         }
     }

@@ -10,8 +10,8 @@
 
 namespace PlenxTrace {
 
-/// Gives a line of a host its event. A command stands at the time when it began. The time before is
-/// for lines that have none.
+/// Gives a line of a host its event. A command stands at the time when it began. A line without
+/// a time gets the time before.
 Event ClassifyHostLine(Line line, std::int64_t timeBefore);
 
 }  // namespace PlenxTrace

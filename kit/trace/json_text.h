@@ -11,10 +11,10 @@
 
 namespace PlenxTrace {
 
-/// The members stand in the order in which they were put in.
+/// The members keep the order in which they were added.
 using Json = nlohmann::ordered_json;
 
-/// JSON for a script element. A byte that is no UTF-8 becomes U+FFFD.
+/// JSON for a script element. A byte that is not UTF-8 becomes U+FFFD.
 std::string ScriptJson(const Json& value);
 
 /// A text that takes more than mostBytes in the JSON of a script is cut between two characters, and

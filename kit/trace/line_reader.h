@@ -1,5 +1,5 @@
-// The lines of a log of any size, one at a time. Memory: one buffer and one line, which is cut
-// when it is very long.
+// Reads the lines of a log of any size, one at a time. It needs memory for one buffer and one line.
+// It cuts a very long line.
 
 #ifndef PLENXKIT_TRACE_LINE_READER_H
 #define PLENXKIT_TRACE_LINE_READER_H
@@ -16,7 +16,7 @@ constexpr std::size_t kMostLineBytes = 4000;
 
 struct Line {
     std::string text;            // without its end, CR LF or LF
-    std::uint64_t cutBytes = 0;  // left out at the end of text
+    std::uint64_t cutBytes = 0;  // the number of bytes left out at the end of text
     std::uint64_t number = 0;
     bool torn = false;  // the log ended before the line did
 };
@@ -27,7 +27,7 @@ public:
     /// when it is read again. The stream must outlive the reader.
     LineReader(std::istream& stream, std::uint64_t mostBytes);
 
-    /// False at the end.
+    /// Returns false at the end.
     bool Next(Line& line);
 
     std::uint64_t BytesRead() const { return bytesRead_; }

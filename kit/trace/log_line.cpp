@@ -38,7 +38,7 @@ int Number(std::string_view digits) {
     return number;
 }
 
-// Of the Gregorian calendar, counted from years that begin in March: the leap day comes last.
+// Counts in the Gregorian calendar with years that begin in March, so that the leap day comes last.
 std::int64_t DaysSince1970(int year, int month, int day) {
     const std::int64_t y = month <= 2 ? year - 1 : year;
     const std::int64_t m = month <= 2 ? month + 9 : month - 3;

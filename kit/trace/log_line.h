@@ -1,4 +1,4 @@
-// The head of a log line, and what stands behind it.
+// Splits a log line into its head and its text.
 
 #ifndef PLENXKIT_TRACE_LOG_LINE_H
 #define PLENXKIT_TRACE_LOG_LINE_H
@@ -27,11 +27,12 @@ struct ServiceLine {
     std::string_view text;
 };
 
-/// Both refer to the line. Empty when it is none.
+/// Both results refer to the line. They are empty when the text is not such a line.
 std::optional<LibraryLine> ParseLibraryLine(std::string_view line);
 std::optional<ServiceLine> ParseServiceLine(std::string_view line);
 
-/// Milliseconds since 1970 for 2026-01-31 12:34:56.789; whose clock it was is not asked.
+/// Milliseconds since 1970 for 2026-01-31 12:34:56.789, in the time zone of the clock that wrote
+/// it.
 std::optional<std::int64_t> ParseTime(std::string_view text);
 
 }  // namespace PlenxTrace

@@ -12,14 +12,14 @@
 namespace PlenxTrace {
 namespace {
 
-// Of two lines of the same millisecond: a command of the host goes before what the library makes of
-// it, and a notification waits for the line with which the library begins to tell it.
+// The ranks order lines of the same millisecond. A command of the host goes before the library's
+// lines about it. A notification waits for the line with which the library begins to pass it on.
 constexpr int kHostRank = -1;
 constexpr int kLibraryRank = 1;
 constexpr int kWaitingRank = 3;
 
-// A service receives after the library has asked, and the
-// library hears after a service has sent or answered.
+// A service receives a request after the library has sent it, and the library hears a notification
+// or an answer after the service has sent it.
 int ServiceRank(std::string_view text) {
     const auto startsWith = [&](std::string_view start) {
         return text.substr(0, start.size()) == start;

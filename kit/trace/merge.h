@@ -1,5 +1,5 @@
-// All logs as one stream of events, in the order of time. Each log is read once, line by line; but
-// the lines of a host are sorted first, because it prints a command only when the command is done.
+// Merges all logs into one stream of events, in the order of time. It reads each log once, line by
+// line. It sorts the lines of a host first, because a host prints a command only when it is done.
 
 #ifndef PLENXKIT_TRACE_MERGE_H
 #define PLENXKIT_TRACE_MERGE_H
@@ -31,7 +31,7 @@ public:
     /// @throws FileError
     explicit EventStream(const std::vector<LogFile>& logs);
 
-    /// False at the end of all logs.
+    /// Returns false at the end of all logs.
     bool Next(Event& event);
 
 private:
@@ -46,7 +46,7 @@ private:
         LineReader reader;
         std::size_t index;
         Writer writer;
-        std::vector<Event> told;  // by the host, the next one last
+        std::vector<Event> told;  // the events of a host, with the next one last
         Line head;
         std::int64_t headTime = kNoTime;
         int headRank = 0;
@@ -59,8 +59,8 @@ private:
     void Count(const Event& event);
 
     Classifier classifier_;
-    std::uint64_t begun_ = 0;  // notifications that the library has begun to tell
-    std::uint64_t told_ = 0;   // and those that the host has been told
+    std::uint64_t begun_ = 0;  // the number of notifications that the library has begun to pass on
+    std::uint64_t told_ = 0;   // the number of notifications that the host has got
     std::vector<std::unique_ptr<Source>> sources_;
 };
 

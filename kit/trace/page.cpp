@@ -11,7 +11,7 @@
 namespace PlenxTrace {
 namespace {
 
-// The more lines, the less of the long ones: the page is to stay small.
+// The more lines there are, the shorter the long ones are cut, so that the page stays small.
 constexpr std::uint64_t kFewLines = 5000;
 constexpr std::size_t kMostBytesOfFew = 8000;
 constexpr std::size_t kMostBytesOfMany = 600;
@@ -112,7 +112,7 @@ Json PlanOf(const Totals& totals, const Plan& plan) {
         {"calls", plan.calls},         {"allCalls", totals.calls},       {"others", plan.others}};
 }
 
-// An object that is still open, in the list of the events.
+// The data's head: an object that stays open, with the list of the events open inside it.
 std::string DataHead(const PageHead& head) {
     std::string text = ScriptJson({{"title", head.title},
                                    {"version", PLENXKIT_VERSION},
@@ -135,7 +135,7 @@ std::string LineOf(const Event& event) {
     return event.line + "\xE2\x80\xA6 (" + std::to_string(event.cutBytes) + " more bytes)";
 }
 
-// The order is the one that page/model.js reads.
+// page/model.js reads the values in this order.
 Json EventOf(const Shown& shown, std::size_t mostLineBytes) {
     const Event& event = shown.event;
     return Json::array({shown.sequence, event.time, event.level, event.kind, event.from, event.to,
@@ -149,7 +149,7 @@ Json GapOf(const Shown& shown) {
     return Json::array({shown.sequence, shown.event.time, shown.leftOut, shown.until});
 }
 
-// Puts value in the one place of that name.
+// Puts the value into the one place of that name.
 std::string Placed(std::string_view page, std::string_view name, std::string_view value) {
     const std::string place = "{{" + std::string(name) + "}}";
     const std::size_t at = page.find(place);

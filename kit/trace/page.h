@@ -32,7 +32,7 @@ public:
 private:
     std::ostream& out_;
     std::size_t mostLineBytes_;
-    std::string rest_;  // of the page, behind the data
+    std::string rest_;  // the rest of the page, behind the data
     bool first_ = true;
 };
 

@@ -7,7 +7,7 @@
 
 namespace PlenxTrace {
 
-/// With the places {{title}}, {{style}}, {{data}} and {{script}}.
+/// The page with the places {{title}}, {{style}}, {{data}} and {{script}}.
 extern const std::string_view kPageHtml;
 extern const std::string_view kStyleCss;
 extern const std::string_view kScriptJs;

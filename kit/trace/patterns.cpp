@@ -14,9 +14,8 @@ constexpr Lane kServices = Lane::kServices;
 constexpr Lane kObservers = Lane::kObservers;
 constexpr Lane kNowhere = Lane::kNoLane;
 
-// {svc} is the number of a service and is shown as its name; {name} is what the Windows service is
-// called; {code} is a result code. The rows of one function stand in the order in which they are
-// tried.
+// {svc} is the number of a service, which the page shows as its name. {name} is the name of the
+// Windows service. {code} is a result code. The rows of one function are tried in their order.
 // clang-format off
 constexpr Pattern kLibraryPatterns[] = {
     // Calls of the host.
@@ -123,8 +122,8 @@ constexpr Pattern kLibraryPatterns[] = {
     {"ServiceManager::DeleteServiceByIndex", "service {name} has been deleted", Kind::kStep, kEngine, kEngine, "{name} was not there"},
     {"ServiceManager::DeleteServiceByIndex", "service {name} is not stopped", Kind::kStep, kEngine, kEngine, "{name} has not stopped, so it stays"},
     {"ServiceManager::InstallService", "install service {name} success", Kind::kStep, kEngine, kEngine, "{name} is installed"},
-    // At each first installation: there is nothing yet that could be stopped. Where it matters,
-    // a line of the caller follows that says so.
+    // This line comes at each first installation, because there is no service yet to stop. Where it
+    // matters, the caller adds a line that says so.
     {"ServiceManager::StopServiceByIndex", "open service error 1060", Kind::kStep, kEngine, kEngine, "there is no such service", "", Mark::kUsual},
     {"ServiceManager::InstallService", "stop service {name} error 2", Kind::kStep, kEngine, kEngine, "{name} was not installed before", "", Mark::kUsual},
     {"ServiceManager::UninstallService", "uninstall service {name} success", Kind::kStep, kEngine, kEngine, "{name} is uninstalled"},
@@ -135,8 +134,8 @@ constexpr Pattern kLibraryPatterns[] = {
     {"ServiceManager::MakeSourcePath", "mkdir src directory error and force remove src directory error", Kind::kStep, kEngine, kEngine, "a working folder is neither made nor removed"},
     {"ServiceManager::MakeServicePath", "src directory not exit", Kind::kStep, kEngine, kEngine, "the working folder is gone"},
     {"ServiceManager::~ServiceManager", "remove src path error", Kind::kStep, kEngine, kEngine, "the working folder stays"},
-    // Before each start: an earlier run's process is ended, if there is one. Right after a stop there
-    // often is: it has told that it is stopped, and is about to end. A stop by force has its own line.
+    // Before each start, the library ends the process of an earlier run. Right after a stop there
+    // often is one, which has reported its stop and is about to end. A stop by force has its own line.
     {"KillServiceProcess", "kill service process 0", Kind::kStep, kEngine, kEngine, "nothing is left to end", "", Mark::kUsual},
     {"KillServiceProcess", "kill service process {process}", Kind::kStep, kEngine, kServices, "end process {process} if it is still there: usual right after a stop", "", Mark::kUsual},
     {"KillServiceProcess", "open service process {process} error 87", Kind::kStep, kEngine, kEngine, "process {process} is gone already", "", Mark::kUsual},
@@ -202,14 +201,14 @@ constexpr Pattern kLibraryPatterns[] = {
     {"RpcManager::ExploreFlushNotify", "{text}", Kind::kNotification, kServices, kFacade, "ExploreFlushNotify: {text}"},
 };
 
-// Of any function, if none of its own rows fits: the lane is that of the class.
+// Rows for lines of any function, for which no row of its own fits. The class gives the lane.
 constexpr Pattern kCommonPatterns[] = {
     {"", "send rpc message error ret:{code}", Kind::kStep, kNowhere, kNowhere, "the request failed: {code}"},
     {"", "read ret error", Kind::kStep, kNowhere, kNowhere, "an answer that cannot be read"},
     {"", "write {word} error index:{n}", Kind::kStep, kNowhere, kNowhere, "argument {n} cannot be written"},
     {"", "write {word} Error index:{n}", Kind::kStep, kNowhere, kNowhere, "argument {n} cannot be written"},
     {"", "path is empty", Kind::kStep, kNowhere, kNowhere, "a path is empty"},
-    // What is wrong with a message, a request or a notification.
+    // The mistakes of a message, a request or a notification.
     {"", "Short Message Size rpcMsgSize:{size}", Kind::kStep, kNowhere, kNowhere, "a message of {size} bytes is too short"},
     {"", "Short Message Size rpcMsgSize:{size} rpcMsgArgs:{n}", Kind::kStep, kNowhere, kNowhere, "a message of {size} bytes is too short for {n} arguments"},
     {"", "Invalid Args Error index:{n} argCursor_:{cursor} msgCursor_:{at} rpcMsgSize_:{size}", Kind::kStep, kNowhere, kNowhere, "there is no argument {n}, counted from 0"},
@@ -270,7 +269,7 @@ struct ClassLane {
     Lane lane;
 };
 
-// "PLENXManager::" is no beginning of "PLENXManagerInner::".
+// The colons keep "PLENXManager::" apart from "PLENXManagerInner::".
 constexpr ClassLane kClassLanes[] = {
     {"PLENXManager::", Lane::kFacade},      {"ThreadPool::", Lane::kWorker},
     {"PLENXManagerInner::", Lane::kEngine}, {"ServiceManager::", Lane::kEngine},

@@ -1,4 +1,4 @@
-// The table of what the lines of the logs mean: which text goes into which lane, as what.
+// The table of the meanings of log lines. It gives each text its lanes and its kind.
 
 #ifndef PLENXKIT_TRACE_PATTERNS_H
 #define PLENXKIT_TRACE_PATTERNS_H
@@ -18,17 +18,17 @@ enum class Mark {
 };
 
 struct Pattern {
-    std::string_view function;  // of a line of the library; empty for a service's
-    std::string_view text;      // as Matches takes it
+    std::string_view function;  // the function that wrote the line; empty for a service's line
+    std::string_view text;      // in the form that Matches takes
     Kind kind;
     Lane from;
     Lane to;
     std::string_view label;           // its places are filled from the text
-    std::string_view operation = "";  // of calls, refusals and jobs
+    std::string_view operation = "";  // only calls, refusals and jobs have it
     Mark mark = Mark::kNone;
 };
 
-/// Of the library's lines, in their order.
+/// The rows for the library's lines, in their order.
 std::vector<const Pattern*> LibraryPatterns();
 
 /// The first row that fits, or null. The library's rows are found by their function.
@@ -36,7 +36,7 @@ const Pattern* FindLibraryPattern(std::string_view function, std::string_view te
                                   Captures& captures);
 const Pattern* FindServicePattern(std::string_view text, Captures& captures);
 
-/// For a line of the library that no row fits: the lane of the class that wrote it.
+/// The lane of the class that wrote a line, for a line of the library that no row fits.
 Lane LaneOfClass(std::string_view function);
 
 }  // namespace PlenxTrace

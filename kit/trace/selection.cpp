@@ -14,7 +14,7 @@ bool IsCall(const Event& event) {
            event.kind == Kind::kOutcome;
 }
 
-// Of count things so many: whether the one at index is among them.
+// Whether the thing at index is among the picked ones, when they are spread evenly over count.
 bool IsPicked(std::uint64_t index, std::uint64_t picked, std::uint64_t count) {
     if (picked >= count) {
         return true;
@@ -22,7 +22,7 @@ bool IsPicked(std::uint64_t index, std::uint64_t picked, std::uint64_t count) {
     return (index + 1) * picked / count != index * picked / count;
 }
 
-// The same, but for neighbours together.
+// The same, but it picks stretches of neighbours.
 bool IsPickedInStretches(std::uint64_t index, std::uint64_t picked, std::uint64_t count) {
     const std::uint64_t stretches = std::max<std::uint64_t>(count / kStretch, 1);
     return IsPicked(std::min(index / kStretch, stretches - 1), picked / kStretch, stretches);
@@ -55,7 +55,7 @@ Plan MakePlan(const Totals& totals, std::uint64_t mostEvents) {
     left -= plan.calls;
     plan.others = std::min(totals.lines - totals.failures - totals.calls, left);
     left -= plan.others;
-    plan.failures = std::min(totals.failures, plan.failures + left);  // without context then
+    plan.failures = std::min(totals.failures, plan.failures + left);  // these have no context
     return plan;
 }
 
@@ -111,7 +111,7 @@ bool Selection::IsAtEdge() const {
     return sequence_ < plan_.edge || sequence_ + plan_.edge >= totals_.lines;
 }
 
-// First what was left out so far, then all that waits.
+// Shows the gap of lines that were left out so far, and then all waiting lines.
 void Selection::Flush(std::vector<Shown>& shown) {
     if (gap_.leftOut != 0) {
         shown.push_back(std::exchange(gap_, {}));

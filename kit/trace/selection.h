@@ -19,22 +19,22 @@ namespace PlenxTrace {
 
 constexpr std::uint64_t kDefaultMostEvents = 20000;
 
-/// What there is to choose from.
+/// The numbers of lines to choose from.
 struct Totals {
     std::uint64_t lines = 0;
-    std::uint64_t failures = 0;  // that stand out
-    std::uint64_t calls = 0;     // and refusals and outcomes, as far as they are no failures
+    std::uint64_t failures = 0;  // lines that stand out
+    std::uint64_t calls = 0;     // calls, refusals and outcomes that are no failures
     void Count(const Event& event);
 };
 
-/// What was decided; the page tells it.
+/// The decision, which the page reports.
 struct Plan {
     bool whole = true;  // all lines are shown, and nothing below counts
     std::uint64_t edge = 0;
-    std::uint64_t failures = 0;  // how many of Totals::failures
+    std::uint64_t failures = 0;  // the number of failures to show
     std::uint64_t context = 0;   // lines before each failure that is shown
-    std::uint64_t calls = 0;     // how many of Totals::calls
-    std::uint64_t others = 0;    // how many of the rest, in stretches
+    std::uint64_t calls = 0;     // the number of calls to show
+    std::uint64_t others = 0;    // the number of other lines to show, in stretches
 };
 
 Plan MakePlan(const Totals& totals, std::uint64_t mostEvents);
@@ -42,9 +42,9 @@ Plan MakePlan(const Totals& totals, std::uint64_t mostEvents);
 /// A line that is shown, or a number of lines that are not.
 struct Shown {
     Event event;
-    std::uint64_t sequence = 0;  // of the line, from 0; or of the first one left out
-    std::uint64_t leftOut = 0;   // 0: a line
-    std::int64_t until = 0;      // time of the last one left out
+    std::uint64_t sequence = 0;  // the number of the line, or of the first one left out, from 0
+    std::uint64_t leftOut = 0;   // 0 for a line that is shown
+    std::int64_t until = 0;      // the time of the last one left out
 };
 
 class Selection {
@@ -52,9 +52,9 @@ public:
     /// The lines of these sequence numbers are shown in any case.
     Selection(const Totals& totals, const Plan& plan, std::set<std::uint64_t> wanted);
 
-    /// Takes the next line and gives what is to be shown by now, maybe nothing.
+    /// Takes the next line and adds the lines that can be shown by now, or none.
     void Take(Event event, std::vector<Shown>& shown);
-    /// Gives the rest.
+    /// Adds the rest.
     void Finish(std::vector<Shown>& shown);
 
 private:

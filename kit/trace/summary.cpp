@@ -38,7 +38,7 @@ void AddToGroup(Group& group, const Event& event, std::uint64_t sequence, std::s
     }
 }
 
-// Numbers become #, except the code: "open service error 5" and "... 1060" are two things.
+// Numbers become #, except the code, because "open service error 5" and "... 1060" differ.
 std::string Shape(std::string_view text, const std::optional<std::int64_t>& code) {
     std::string shape;
     for (std::size_t i = 0; i != text.size() && shape.size() < kMostShapeBytes; ++i) {

@@ -1,4 +1,5 @@
-// What is told of the whole log, whatever of it the page shows. Memory does not grow with the log.
+// The summary of the whole log, whatever part of it the page shows. Its memory does not grow with
+// the log.
 
 #ifndef PLENXKIT_TRACE_SUMMARY_H
 #define PLENXKIT_TRACE_SUMMARY_H
@@ -27,16 +28,16 @@ struct CallCounts {
     std::int64_t waitMost = 0;
 };
 
-/// Things of one shape: how many, and the first of them.
+/// Failures of one shape: their number, and the first of them.
 struct Group {
     std::uint64_t count = 0;
-    std::uint64_t first = 0;  // its sequence number
+    std::uint64_t first = 0;  // the sequence number of the first
     std::optional<std::int64_t> code;
     bool usual = false;
     std::string example;
 };
 
-/// One that took its time.
+/// A start or a wait that took long.
 struct Slow {
     std::int64_t milliseconds = 0;
     std::uint64_t sequence = 0;
@@ -45,7 +46,7 @@ struct Slow {
     bool failure = false;
 };
 
-/// Lines over time: so many spans of the same length, which doubles when the log goes on.
+/// Lines over time: spans of the same length, which doubles when the log goes on.
 struct Histogram {
     static constexpr std::size_t kSpans = 240;
     struct Span {
@@ -64,8 +65,8 @@ struct Summary {
     std::uint64_t usual = 0;     // errors that every healthy run has
     std::uint64_t requests = 0;
     std::uint64_t notifications = 0;
-    std::uint64_t foreign = 0;  // no line of a log
-    std::uint64_t unknown = 0;  // of the library, but not known here
+    std::uint64_t foreign = 0;  // texts that are not lines of a log
+    std::uint64_t unknown = 0;  // lines of the library that the table does not have
     std::uint64_t torn = 0;
     std::uint64_t cut = 0;
     std::int64_t firstTime = kNoTime;
@@ -78,7 +79,7 @@ struct Summary {
     Histogram histogram;
 
     void Add(const Event& event, std::uint64_t sequence);
-    /// The lines that it points at.
+    /// The lines that the summary points at.
     std::set<std::uint64_t> Sequences() const;
 
 private:

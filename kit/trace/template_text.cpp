@@ -26,8 +26,8 @@ std::size_t WordLength(std::string_view text) {
     return end == std::string_view::npos ? text.size() : end;
 }
 
-// {text} ends where what follows it in the pattern, up to the next place, stands in the text; what
-// ends the pattern is to end the text.
+// The pattern's words between {text} and the next place mark the end of {text}. If no place
+// follows, these words must end the text.
 std::size_t TextLength(std::string_view text, std::string_view rest) {
     if (rest.empty()) {
         return text.size();

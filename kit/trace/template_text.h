@@ -1,4 +1,5 @@
-// Texts with places: "start service ({svc}) is pushed". A place takes what stands there.
+// Texts with places: "start service ({svc}) is pushed". A place takes the
+// words that stand there.
 
 #ifndef PLENXKIT_TRACE_TEMPLATE_TEXT_H
 #define PLENXKIT_TRACE_TEMPLATE_TEXT_H
@@ -12,7 +13,7 @@
 
 namespace PlenxTrace {
 
-/// What the places of a text took, by their names. They refer to the text.
+/// The words that the places of a text took, by the names of the places. They refer to the text.
 class Captures {
 public:
     void Set(std::string_view name, std::string_view value) { values_.emplace_back(name, value); }
@@ -28,8 +29,8 @@ inline bool IsDigit(char letter) {
     return letter >= '0' && letter <= '9';
 }
 
-/// Whether the whole of text has the shape of the pattern. {text} takes as little as it can, maybe
-/// nothing; {word} and {name} one word; every other place a decimal number.
+/// Whether the whole of text has the shape of the pattern. {text} takes as little as it can, and
+/// may take nothing. {word} and {name} take one word. Every other place takes a decimal number.
 bool Matches(std::string_view pattern, std::string_view text, Captures& captures);
 
 }  // namespace PlenxTrace

@@ -39,7 +39,7 @@ std::size_t BytesOf(std::string_view text, std::size_t characters) {
     return bytes;
 }
 
-// Between two words if there is a blank in the last third.
+// Cuts between two words if there is a blank in the last third.
 std::string Fitted(std::string text, std::size_t width) {
     if (Length(text) <= width) {
         return text;
@@ -51,7 +51,7 @@ std::string Fitted(std::string text, std::size_t width) {
     return text.append(kCutMark);
 }
 
-// What a log holds must not move the cursor.
+// The content of a log must not move the cursor.
 std::string Printable(std::string_view label) {
     std::string text = PlenxSupport::WellFormed(label);
     std::replace_if(
@@ -96,13 +96,13 @@ public:
 private:
     bool TellsNothingNew(const Event& event) const {
         switch (event.kind) {
-        case Kind::kDetail:  // it frames another line
-        case Kind::kQueued:  // the call has been told
-        case Kind::kFanOut:  // the notification has been told
+        case Kind::kDetail:  // the line frames another one
+        case Kind::kQueued:  // the view has shown the call
+        case Kind::kFanOut:  // the view has shown the notification
         case Kind::kReturn:
         case Kind::kAnswer:  // the side that has asked goes on
             return true;
-        case Kind::kCall:  // the host tells these two with their arguments
+        case Kind::kCall:  // the host's lines show these two with their arguments
         case Kind::kNotification:
             return hostIsThere_;
         default:
@@ -110,15 +110,15 @@ private:
         }
     }
 
-    // The engine's first line says once more what the worker has just said.
+    // The engine's first line repeats the line that the worker has just written.
     bool RepeatsItsJob(const Event& event) const {
         return behindJob_ && event.service == jobService_ && event.from == Lane::kWorker &&
                event.to == Lane::kEngine;
     }
 
     bool hostIsThere_ = false;
-    bool behindJob_ = false;       // the row before is a job
-    int jobService_ = kNoService;  // of that job
+    bool behindJob_ = false;       // whether the row before is a job
+    int jobService_ = kNoService;  // the service of that job
 };
 
 class Rows {
@@ -160,7 +160,7 @@ public:
     }
 
 private:
-    // Seconds since the first event, where they differ from those of the row before.
+    // The seconds since the first event, if they differ from those of the row before.
     std::string TimeOf(const Event& event) {
         if (event.time == kNoTime) {
             return std::string(kTimeWidth, ' ');

@@ -37,7 +37,7 @@ std::vector<LogFile> LogsOf(const Request& request) {
     return logs;
 }
 
-// Under another name until it is complete.
+// The page has another name until it is complete.
 class PartFile {
 public:
     explicit PartFile(const std::string& path)

@@ -1,5 +1,5 @@
-// From logs to the page, for which the logs are read twice, once to count and once to show; or to
-// text.
+// Turns logs into the page or into text. For the page it reads the logs twice, once to count the
+// lines and once to show them.
 
 #ifndef PLENXKIT_TRACE_TRACE_H
 #define PLENXKIT_TRACE_TRACE_H
@@ -19,7 +19,7 @@ namespace PlenxTrace {
 struct Request {
     std::vector<std::string> libraryLogs;  // parts of one log
     std::vector<std::string> serviceLogs;
-    std::vector<std::string> hostLogs;  // for the text alone
+    std::vector<std::string> hostLogs;  // only the text uses them
     bool asText = false;
     std::size_t textWidth = kTextWidth;
     std::string output;
@@ -35,7 +35,7 @@ struct Report {
     std::uint64_t pageBytes = 0;
 };
 
-/// @throws FileError; a page that was there before is then still there.
+/// @throws FileError, and then leaves an older page as it is.
 Report MakePage(const Request& request);
 
 /// @throws FileError

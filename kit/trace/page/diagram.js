@@ -53,7 +53,7 @@ function labelText(event) {
   return `${event.failed ? '✕ ' : ''}${event.label}`;
 }
 
-// Beside its mark: to the right of it, but at the right edge to the left.
+// The text stands to the right of its mark, but at the right edge to the left.
 function label(event) {
   const made = element('span', { class: 'label' }, labelText(event),
     ...remarks(event).map((text) => element('i', {}, text)));
@@ -95,7 +95,7 @@ function describe(event) {
 }
 
 class Diagram {
-  // onDetail: called with the event whose line is to be shown, or null; onScroll: with the first and
+  // onDetail: called with the event whose line must be shown, or null; onScroll: with the first and
   // the last event in sight.
   constructor(place, onDetail, onScroll) {
     this.place = place;

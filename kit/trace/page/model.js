@@ -1,11 +1,11 @@
 'use strict';
 
-// The data of the page, as objects; and which of them the filters let through.
+// The data of the page as objects, and the filters that select some of them.
 
 const LANES = ['Host', 'Facade', 'Worker', 'Engine', 'Services', 'Observers'];
 const SERVICES = ['office', 'pc', 'phone', 'all'];
 const LEVELS = ['', 'info', 'error', 'other level'];
-// As the kinds of the program are numbered.
+// The numbers are those of the kinds in the program.
 const KINDS = ['call', 'refusal', 'queued', 'job', 'step', 'request', 'outcome', 'notification', 'fanout',
   'return', 'service', 'answer', 'detail', 'unknown', 'foreign'];
 const KIND_NAMES = {
@@ -61,7 +61,7 @@ function isFiltered(filter) {
   return filter.text !== '' || filter.service !== '' || filter.level !== '';
 }
 
-// What was left out has no text, service or level: it shows when there is no filter at all.
+// A gap has no text, service or level, so it shows only without any filter.
 function filtered(events, filter) {
   if (!isFiltered(filter)) {
     return events;

@@ -4,7 +4,7 @@ const SVG = 'http://www.w3.org/2000/svg';
 const STRIP_HEIGHT = 34;
 
 function bars(counts, most) {
-  // The root lets the few be seen beside the many.
+  // The root makes the few visible beside the many.
   return counts.map((count, at) => {
     const height = count === 0 ? 0 : Math.max(2, Math.sqrt(count / most) * STRIP_HEIGHT);
     return height === 0 ? '' : `M${at} ${STRIP_HEIGHT}v${-height}h.85v${height}z`;
@@ -25,7 +25,7 @@ function strip(histogram, used) {
   return svg;
 }
 
-// jump: called with a time. Gives a function that marks the times in sight.
+// jump: called with a time. Returns a function that marks the times in sight.
 function showOverview(trace, jump) {
   const place = document.getElementById('overview');
   const { histogram } = trace.summary;

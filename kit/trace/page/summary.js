@@ -1,4 +1,4 @@
-// What stands above the diagram: what was read, the numbers, the tables.
+// The part above the diagram: the logs that were read, the numbers and the tables.
 
 function element(name, attributes = {}, ...content) {
   const made = document.createElement(name);
