@@ -1,4 +1,4 @@
-// The checks, one for each part of what a host needs; the table of them stands in doctor.cpp.
+// The checks, one for each thing that a host needs. doctor.cpp has the table of them.
 
 #ifndef PLENXKIT_DOCTOR_CHECKS_H
 #define PLENXKIT_DOCTOR_CHECKS_H

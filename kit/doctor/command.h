@@ -1,4 +1,4 @@
-// plenxkit doctor: looks for what keeps a host's services from starting.
+// plenxkit doctor: looks for the causes that keep a host's services from starting.
 
 #ifndef PLENXKIT_DOCTOR_COMMAND_H
 #define PLENXKIT_DOCTOR_COMMAND_H

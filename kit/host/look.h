@@ -1,4 +1,4 @@
-// How a command shows what it does: for people, with colours or without, or for programs.
+// The look of a command's output: for people, with colours or without, or for programs.
 
 #ifndef PLENXKIT_HOST_LOOK_H
 #define PLENXKIT_HOST_LOOK_H

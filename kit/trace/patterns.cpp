@@ -135,7 +135,7 @@ constexpr Pattern kLibraryPatterns[] = {
     {"ServiceManager::MakeServicePath", "src directory not exit", Kind::kStep, kEngine, kEngine, "the working folder is gone"},
     {"ServiceManager::~ServiceManager", "remove src path error", Kind::kStep, kEngine, kEngine, "the working folder stays"},
     // Before each start, the library ends the process of an earlier run. Right after a stop there
-    // often is one, which has reported its stop and is about to end. A stop by force has its own line.
+    // is often one, which has reported its stop and ends soon. A forced stop has its own line.
     {"KillServiceProcess", "kill service process 0", Kind::kStep, kEngine, kEngine, "nothing is left to end", "", Mark::kUsual},
     {"KillServiceProcess", "kill service process {process}", Kind::kStep, kEngine, kServices, "end process {process} if it is still there: usual right after a stop", "", Mark::kUsual},
     {"KillServiceProcess", "open service process {process} error 87", Kind::kStep, kEngine, kEngine, "process {process} is gone already", "", Mark::kUsual},

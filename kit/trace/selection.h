@@ -1,8 +1,8 @@
 // Which lines of a large log the page shows, so that the page stays small whatever the log is.
 //
-// The head and the end of the log and every failure come first, then what led to the failures, then
-// the calls and what came of them, then stretches of the rest. A share that is not used up goes to
-// the next one. What does not fit into its share is thinned out evenly.
+// The head and the end of the log and every failure come first. The lines before the failures come
+// next, then the calls and their outcomes, then stretches of the rest. A share that is not used up
+// goes to the next one. What does not fit into its share is thinned out evenly.
 
 #ifndef PLENXKIT_TRACE_SELECTION_H
 #define PLENXKIT_TRACE_SELECTION_H
