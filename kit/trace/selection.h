@@ -2,7 +2,7 @@
 //
 // The head and the end of the log and every failure come first. The lines before the failures come
 // next, then the calls and their outcomes, then stretches of the rest. A share that is not used up
-// goes to the next one. What does not fit into its share is thinned out evenly.
+// goes to the next one. Lines that do not fit into their share are thinned out evenly.
 
 #ifndef PLENXKIT_TRACE_SELECTION_H
 #define PLENXKIT_TRACE_SELECTION_H
