@@ -1,5 +1,5 @@
-// The demo's script, carried out by plenxkit on the class and by the same plenxkit on the plain C
-// interface: the library does, and writes, the same.
+// plenxkit carries out the demo's script on the class, and the same plenxkit carries it out on the
+// plain C interface. The library must do and write the same.
 
 #include <gtest/gtest.h>
 
@@ -24,7 +24,7 @@ std::wstring Quoted(const fs::path& path) {
     return L"\"" + path.wstring() + L"\"";
 }
 
-// Without what differs from run to run: when it was, and on which thread.
+// Removes the time and the thread, which differ from run to run.
 std::vector<std::string> LinesOf(const fs::path& log) {
     static const std::regex head(R"(^\S+ \S+ (\[\w+\]) \[\d+\] )");
     std::vector<std::string> lines;
@@ -56,9 +56,9 @@ protected:
     }
 };
 
-// Threads take turns as they like, so the lines are compared without their order. A host of the
-// class unregisters its observer before it ends; the interface's own one stays until the process
-// ends.
+// Threads take turns in any order, so the test compares the lines without their order. A host of
+// the class unregisters its observer before it ends; the interface's own observer stays until the
+// process ends.
 TEST_F(Demo, ThroughThePlainCInterface_WritesTheSameLibraryLog) {
     std::vector<std::string> ofTheClass = Run(L"plenxkit.exe");
     std::vector<std::string> ofTheInterface = Run(L"plenxkit_over_c.exe");

@@ -1,4 +1,4 @@
-// Hosts of the plain C interface that end in one particular way each. They load the DLL by its
+// Each of these hosts of the plain C interface ends in one particular way. They load the DLL by its
 // path.
 
 #include "endings/ending_hosts.h"
@@ -41,7 +41,7 @@ bool InitAndWait(const plenx::Library& sdk, const std::string& install, const st
     return WaitFor([&] { return sdk.get_int64(PLENX_PC, PLENX_KEY_NOT_RUNNING).or_throw() == 1; });
 }
 
-// Threads that wait for ever. Nothing of them is destroyed: the process ends around them.
+// These threads wait for ever. Nothing destroys them: the process ends around them.
 bool LetReadersWait(const plenx::Library& sdk) {
     static std::atomic<int> waiting{0};
     auto* const queue = new plenx::Queue(sdk.open_queue(100).or_throw());
@@ -87,7 +87,7 @@ bool LoadLateCaller() {
     return LoadLibraryW(L"c_interface_late_caller.dll") != nullptr;
 }
 
-// What is loaded last is detached first.
+// The system detaches first the DLL that was loaded last.
 int CallLate(bool before, const std::string& install, const std::string& data) {
     if (!before && !LoadLateCaller()) {
         return kNotReached;
@@ -109,7 +109,7 @@ int CallAfterTheInterfaceWent(const std::string& install, const std::string& dat
     return CallLate(false, install, data);
 }
 
-// Nothing keeps the DLLs before the first of the calls that do.
+// Nothing keeps the DLLs loaded before the first of the calls that do.
 int FreeUnused(const std::string&, const std::string&) {
     const HMODULE module = LoadLibraryW(InterfacePath().c_str());
     const auto abi = reinterpret_cast<std::uint32_t (*)()>(

@@ -1,5 +1,5 @@
-// A host of the plain C interface may end at any moment: it ends with its own exit code, in time,
-// and leaves neither services nor a working folder behind.
+// Tests that a host of the plain C interface may end at any moment. It ends with its own exit code,
+// in time, and leaves neither services nor a working folder behind.
 
 #include <gmock/gmock.h>
 
@@ -11,7 +11,7 @@
 namespace PlenxTest {
 namespace {
 
-// In the order of the calls.
+// The lines come in the order of the calls.
 constexpr char kLateCalls[] =
     "plenx_abi 1\n"
     "plenx_open -8\n"

@@ -1,4 +1,5 @@
-// Hosts as Visual C++ builds them, with plenxsdk_c.lib and nothing of MinGW in the program.
+// Tests hosts as Visual C++ builds them. They link plenxsdk_c.lib and have nothing of MinGW in
+// them.
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-// A DLL of the host's own: a static object in it, whose destructor calls every function of the
+// A DLL of the host's own. The destructor of a static object in it calls every function of the
 // plain C interface. When the process ends, this runs after the system has ended all other threads.
 //
 //     PLENX_LATE_CALLS    the file that gets a line for each call, once it has returned
@@ -14,8 +14,8 @@ namespace {
 
 class LateCaller {
 public:
-    // The file is opened now: under Wine, a thread that is ended while it opens one can leave the
-    // process unable to open another.
+    // This opens the file now. Under Wine, a thread that is ended while it opens a file can leave
+    // the process unable to open another.
     LateCaller() {
         wchar_t path[MAX_PATH] = {};
         GetEnvironmentVariableW(L"PLENX_LATE_CALLS", path, MAX_PATH);

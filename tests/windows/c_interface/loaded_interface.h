@@ -1,4 +1,4 @@
-// The plain C interface, loaded by its path: this program is not linked with it, as some of the
+// Loads the plain C interface by its path. This program is not linked with it, because some of the
 // cases are about loading and unloading.
 
 #ifndef PLENXSDK_TESTS_WINDOWS_C_INTERFACE_LOADED_INTERFACE_H

@@ -1,4 +1,4 @@
-// The tests, and the hosts that they start this program as.
+// Runs the tests, or one of the hosts as which they start this program.
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
-// The class of plenxsdk.dll, made of the plain C interface: a host that is written for the one runs
-// on the other.
+// Implements the class of plenxsdk.dll with the plain C interface, so that a host that is written
+// for the class runs on the interface.
 
 #include <cstdint>
 #include <map>
@@ -19,7 +19,7 @@ ServiceType Service(std::uint32_t number) {
     return static_cast<ServiceType>(number);
 }
 
-// Hands on to an observer of the class.
+// Passes notifications on to an observer of the class.
 class Adapter final : public plenx::Observer {
 public:
     explicit Adapter(PLENXServiceObserver& to) : to_(to) {}
@@ -65,7 +65,7 @@ struct Registered {
 std::map<PLENXServiceObserver*, Registered> registered;
 std::mutex registeredMutex;
 
-// As the class has it: 0 and 26 are results, everything else is an exception.
+// As in the class, 0 and 26 are results, and everything else is an exception.
 int ResultOf(const plenx::Result& result) {
     if (result.code() < 0) {
         result.or_throw();
@@ -75,7 +75,7 @@ int ResultOf(const plenx::Result& result) {
 
 }  // namespace
 
-// No member of it is ever looked at.
+// Nobody ever looks at its members.
 PLENXManager& PLENXManager::GetInstance() {
     alignas(PLENXManager) static unsigned char nothing[sizeof(PLENXManager)];
     return *reinterpret_cast<PLENXManager*>(nothing);

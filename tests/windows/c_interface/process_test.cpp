@@ -1,4 +1,5 @@
-// What only a real Windows process has: the wait handle, the times of waiting, loading by path.
+// Tests things that only a real Windows process has: the wait handle, the times of waiting, and
+// loading by path.
 
 #include <gtest/gtest.h>
 
@@ -13,7 +14,7 @@
 namespace PlenxTest {
 namespace {
 
-// Not before main: the hosts of other tests must find it not loaded.
+// This must not load the DLL before main, because the hosts of other tests must find it not loaded.
 const plenx::Functions& Sdk() {
     return LoadInterface().functions();
 }
@@ -54,7 +55,7 @@ TEST(QueueWait, TakesItsTimeAndNotMuchMore) {
     const ULONGLONG start = GetTickCount64();
     EXPECT_FALSE(queue.next(200).or_throw());
     const ULONGLONG passed = GetTickCount64() - start;
-    EXPECT_GE(passed, 180U);  // the clock's own steps
+    EXPECT_GE(passed, 180U);  // the clock advances in steps
     EXPECT_LE(passed, 5000U);
 }
 
@@ -68,14 +69,14 @@ TEST(QueueWait, OfTenThreads_EndsWithTheQueue) {
             EXPECT_EQ(Sdk().queue_next(handle, UINT32_MAX, &event), PLENX_E_HANDLE);
         });
     }
-    Sleep(50);  // most of them wait by now; the others find it closed
+    Sleep(50);  // most threads wait by now; the others find the queue closed
     delete queue;
     for (std::thread& reader : readers) {
         reader.join();
     }
 }
 
-// A thread that was there before the DLL has a memory of its own for its last error, too.
+// A thread that existed before the DLL was loaded also remembers its own last error.
 TEST(LastError, IsOfTheCallingThread) {
     EXPECT_EQ(Sdk().get_int64(1, 5, nullptr), PLENX_E_ARGUMENT);
     std::thread([] {

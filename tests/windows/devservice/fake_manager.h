@@ -17,12 +17,12 @@ namespace FakeManager {
 bool WasEverShown();
 /// Serves honestly, and forgets earlier messages.
 void Show();
-/// Calls fail from now on, as before the library has registered its interface.
+/// Makes calls fail from now on, as before the library has registered its interface.
 void Hide();
 
 /// Sets the int32 of the replies.
 void Answer(std::int32_t code);
-/// Calls do not come back until Show or the time is over.
+/// Makes calls wait until Show is called or the time is over.
 void Block(unsigned milliseconds);
 
 /// Returns the messages that have come in, one rendered line each.

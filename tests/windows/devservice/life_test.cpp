@@ -205,8 +205,8 @@ TEST(Life, StopWhileTheLibraryDoesNotComeBack_IsDoneInTime) {
     FakeManager::Show();
 }
 
-// The service says that it runs just after it runs, and Wine keeps a folder in which a file is
-// open at that moment. The answer to a ping comes after all earlier lines are written.
+// The service says that it runs shortly after it has begun to run, and Wine keeps a folder in which
+// a file is open at that moment. The answer to a ping comes after all earlier lines are written.
 TEST(Life, DataFolder_CanBeRemovedWhileTheServiceRuns) {
     ServiceUnderTest service(1, "log = 'second.log'\n");
     ASSERT_TRUE(service.StartAndRun());

@@ -1,5 +1,5 @@
-// plenxkit message as its users start it: texts of the command line, exit codes, files, and the log
-// of a service that has run.
+// Tests plenxkit message as its users start it: the texts of the command line, its exit codes, its
+// files, and the log of a service that has run.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -25,7 +25,7 @@ struct Told {
     std::string errors;
 };
 
-// A folder whose name no code page has.
+// A folder whose name exists in no code page.
 class MessageCommand : public testing::Test {
 protected:
     MessageCommand() { std::filesystem::create_directories(folder_); }

@@ -1,4 +1,5 @@
-// Tests requests, the notifications that they cause, and every way to misbehave at one.
+// Tests requests, the notifications that they cause, and every way in which the service can
+// misbehave at one.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -30,7 +31,7 @@ ServiceAnswer Ping() {
     return CallService(kEndpoint, PlenxWire::kPingService, {std::int64_t{0}});
 }
 
-// Runs first in this program, where nobody has served the endpoint yet.
+// This test runs first in this program, because nobody has served the endpoint yet.
 TEST(AManagerThatIsAbsent, IsTriedAgainUntilItIsThere) {
     if (FakeManager::WasEverShown()) {
         GTEST_SKIP() << "the endpoint has been served in this process";
@@ -65,7 +66,8 @@ protected:
         ASSERT_TRUE(service.StartAndRun());
     }
 
-    /// What has come in once the service has stopped, which sends what is queued before it does.
+    /// Returns the messages that have come in once the service has stopped. It sends its queued
+    /// messages before it stops.
     std::vector<std::string> ReceivedInAll() {
         EXPECT_EQ(service.SendStop(), DWORD{NO_ERROR});
         EXPECT_TRUE(service.Reaches(SERVICE_STOPPED, 2000));

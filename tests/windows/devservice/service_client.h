@@ -24,7 +24,7 @@ struct ServiceAnswer {
     std::int32_t Code() const;
 };
 
-/// One call at a time. endpoint: such as L"PLENXPCService".
+/// Makes one call at a time. endpoint: a name such as L"PLENXPCService".
 ServiceAnswer CallServiceWith(const std::wstring& endpoint, std::int32_t id,
                               const PlenxWire::Bytes& message);
 ServiceAnswer CallService(const std::wstring& endpoint, std::int32_t id,
@@ -39,7 +39,7 @@ std::wstring CallerOf(const std::wstring& endpoint, std::int32_t id);
 /// may fail for good (1727) when the server has been restarted some more times.
 std::optional<DWORD> ExceptionOfCall(const std::wstring& endpoint, std::int32_t id);
 
-/// The other end of CallerOf. @return the exit code, or nothing when this is no caller.
+/// Runs this process as the caller. @return the exit code, or nothing when this is no caller.
 std::optional<int> RunCaller(int argc, char** argv);
 
 }  // namespace PlenxTest

@@ -28,7 +28,7 @@ public:
     /// @return the result of StartServiceW: 0 or a Windows error.
     DWORD Start();
     DWORD Start(const std::vector<std::wstring>& arguments);
-    /// Starts and waits until it runs. @return false when it does not.
+    /// Starts the service and waits until it runs. @return false when it does not.
     bool StartAndRun();
 
     DWORD SendStop();

@@ -1,5 +1,5 @@
-// Tests hosts that end while the library's threads are busy. They must end just as well. Each of
-// these tests takes some time, so they run less often than the others.
+// Tests hosts that end while the library's threads are busy. They must end just as well as idle
+// ones. Each of these tests takes some time, so they run less often than the others.
 
 #include <algorithm>
 

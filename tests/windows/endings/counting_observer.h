@@ -1,4 +1,4 @@
-// An observer that counts notifications, and stays in one on request.
+// An observer that counts notifications and can stay in one on request.
 
 #ifndef PLENXSDK_TESTS_WINDOWS_ENDINGS_COUNTING_OBSERVER_H
 #define PLENXSDK_TESTS_WINDOWS_ENDINGS_COUNTING_OBSERVER_H

@@ -109,7 +109,7 @@ int CallsArriving(const std::string& install, const std::string& data) {
                                                                                      : kNotReached;
 }
 
-// The service takes its time to start: the worker polls its state.
+// The service takes its time to start, so the worker polls its state.
 int WaitingForAStart(const std::string& install, const std::string& data) {
     Library library;
     library.Init(install, data);
@@ -128,7 +128,7 @@ int WaitingForAStop(const std::string& install, const std::string& data) {
                                                                                      : kNotReached;
 }
 
-// The service has got a request and does not answer it.
+// The service has received a request and does not answer it.
 int WaitingForAnAnswer(const std::string& install, const std::string& data) {
     Library library;
     library.Register(&Observer());
@@ -169,7 +169,7 @@ int FreeOnAnotherThread(const std::string& install, const std::string& data) {
     return WaitForEngine(library) ? 23 : kNotReached;
 }
 
-// Threads that are inside the library's functions, wherever that may be, when another one exits.
+// Threads are inside the library's functions, at any place, when another thread exits.
 int ExitWhileOthersCall(const std::string& install, const std::string& data) {
     Library library;
     library.Init(install, data);

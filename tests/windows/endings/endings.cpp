@@ -52,8 +52,8 @@ void Endings::Run(const HostMode& mode) {
     ASSERT_EQ(*code, static_cast<DWORD>(mode.exitCode));
 }
 
-// A deleted service is gone when the last handle to it is closed; one that the worker died with is
-// closed by the system soon after the exit.
+// A deleted service disappears when its last handle is closed. If the worker died with such a
+// handle, the system closes it soon after the exit.
 void Endings::ExpectIsLeft(Left left) {
     if (left == Left::kWhatInitHadMade) {
         return;

@@ -26,8 +26,9 @@ protected:
 
     bool CompanionWasReleased() const;
 
-    /// Runs hosts of that mode to their ends; the test has failed when one does not end well.
-    /// check: of the host that has just ended.
+    /// Runs hosts of that mode to their ends. The test has failed when one of them does not end
+    /// well.
+    /// check: looks at the host that has just ended.
     void RunOften(
         const std::string& modeName, Left left = Left::kNothing,
         const std::function<void()>& check = [] {}, int times = Repetitions());

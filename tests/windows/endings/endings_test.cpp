@@ -1,5 +1,5 @@
-// A host may end at any moment: it ends with its own exit code, within five seconds, and leaves
-// neither services nor a working folder behind.
+// Tests that a host may end at any moment. It ends with its own exit code, within five seconds, and
+// leaves neither services nor a working folder behind.
 
 #include "endings/endings.h"
 
@@ -23,12 +23,12 @@ TEST_F(Endings, HostWithIdleWorker_ExitsUninstallsAndReleasesTheCompanion) {
 }
 
 TEST_F(Endings, HostThatReturnsWhileInitRuns_Exits) {
-    // Init may be anywhere; what it has made by then is taken over by the next run.
+    // Init may be at any place. The next run takes over what it has made by then.
     RunOften("return-at-once", Left::kWhatInitHadMade);
     RunOften("idle");
 }
 
-// The worker may have died inside the companion library, so that is left alone.
+// The worker may have died inside the companion library, so the library leaves the companion alone.
 TEST_F(Endings, HostWithBusyWorkerAndQueuedJobs_ExitsUninstallsAndLeavesTheCompanion) {
     folder_.SetServiceControl("[start]\nserve = false\n");
     RunOften("busy-with-queue", Left::kNothing, [this] { EXPECT_FALSE(CompanionWasReleased()); });

@@ -8,10 +8,10 @@
 
 namespace PlenxTest {
 
-/// The exit code of a host that did not get to where it should end.
+/// The exit code of a host that did not reach the place where it should end.
 constexpr int kNotReached = 99;
 
-/// GetInt64Config waits for the first Init; before the worker has taken it up, the answer is 0.
+/// GetInt64Config waits for the first Init. Before the worker has begun with it, the answer is 0.
 inline bool WaitForEngine(const Library& library) {
     return WaitFor([&] { return library.NotRunning(DistributedFs::kPcService) == 1; });
 }

@@ -1,5 +1,5 @@
-// Hosts with a DLL of their own that calls the library while it is detached, each with a thread
-// that has stopped somewhere in the library and holds the locks of that place.
+// Hosts with a DLL of their own that calls the library while it is detached. Each has a thread that
+// has stopped somewhere in the library and holds the locks of that place.
 
 #include <windows.h>
 
@@ -33,8 +33,8 @@ bool OneStays() {
     return WaitFor([] { return stays || CountingObserver::Get().stays; });
 }
 
-// In a function of another library that the library imports: a member, whose object is its first
-// argument.
+// The thread stops in a member function of another library, which the library imports; its first
+// argument is its object.
 int StayInFileManager(void*) {
     StayHere();
     return 0;
@@ -59,7 +59,7 @@ bool Redirect(const char* function, void* other, Log* own = nullptr) {
     return former != nullptr;
 }
 
-// The line is written by a thread that holds the lock of where it is.
+// A thread writes the line while it holds the lock of the place where it is.
 bool StayAtLine(const wchar_t* text) {
     stayAtLine = text;
     return Redirect(
@@ -109,7 +109,7 @@ bool LoadLateCaller() {
     return LoadLibraryW(L"endings_late_caller.dll") != nullptr;
 }
 
-// What is loaded last is detached first.
+// The system detaches first the DLL that was loaded last.
 template <bool (*stop)(const Library&), Detached lateCaller>
 int Run(const std::string& install, const std::string& data) {
     if (lateCaller == Detached::kAfterTheLibrary && !LoadLateCaller()) {

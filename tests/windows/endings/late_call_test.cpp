@@ -1,6 +1,7 @@
-// A host's own DLL calls the library while the process is detaching its DLLs, before the library
-// is detached or after it, and other threads have been ended wherever they were: every call returns
-// as if there were nothing to do, the host ends, and the services and the working folder go.
+// A host's own DLL calls the library while the process detaches its DLLs, before or after the
+// library itself is detached. The system has ended the other threads wherever they were. Every call
+// must return as if there were nothing to do, the host must end, and the services and the working
+// folder must go.
 
 #include <gmock/gmock.h>
 

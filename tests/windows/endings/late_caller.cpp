@@ -1,4 +1,4 @@
-// A DLL of the host's own: a static object in it, whose destructor calls every public operation of
+// A DLL of the host's own. The destructor of a static object in it calls every public operation of
 // the library. When the process ends, this runs after the system has ended all other threads.
 //
 //     PLENX_LATE_CALLS    the file that gets a line for each call, once it has returned
@@ -22,8 +22,8 @@ std::wstring Variable(const wchar_t* name) {
 
 class LateCaller {
 public:
-    // The file is opened now: under Wine, a thread that is ended while it opens one can leave the
-    // process unable to open another.
+    // This opens the file now. Under Wine, a thread that is ended while it opens a file can leave
+    // the process unable to open another.
     LateCaller()
         : file_(CreateFileW(Variable(L"PLENX_LATE_CALLS").c_str(), GENERIC_WRITE, FILE_SHARE_READ,
                             nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr)) {}

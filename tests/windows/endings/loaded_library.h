@@ -1,4 +1,4 @@
-// The DLL, loaded by hand. Its members are called through their exported names.
+// Loads the DLL by hand and calls its members through their exported names.
 
 #ifndef PLENXSDK_TESTS_WINDOWS_ENDINGS_LOADED_LIBRARY_H
 #define PLENXSDK_TESTS_WINDOWS_ENDINGS_LOADED_LIBRARY_H
@@ -21,11 +21,11 @@ using DistributedFs::PLENXManager;
 using DistributedFs::PLENXServiceObserver;
 using DistributedFs::ServiceType;
 
-/// Its functions may be called from any thread.
+/// Any thread may call its functions.
 class Library {
 public:
     Library() : Library(LoadLibraryW(L"plenxsdk.dll")) {}
-    /// The library as it is in the process by now.
+    /// Returns the library that the process has loaded by now.
     static Library Loaded() { return Library(GetModuleHandleW(L"plenxsdk.dll")); }
 
     void Free() { FreeLibrary(module_); }
@@ -127,7 +127,7 @@ private:
         }
     }
 
-    // name: as it is exported, without what all members begin with.
+    // name: the exported name, without the beginning that all members share.
     void* Address(const std::string& name) const {
         const FARPROC function =
             GetProcAddress(module_, ("_ZN13DistributedFs12PLENXManager" + name).c_str());

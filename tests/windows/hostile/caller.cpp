@@ -28,8 +28,8 @@ std::wstring ComplaintFile(unsigned caller) {
     return L"C:\\plenx-system-logs\\caller" + std::to_wstring(caller) + L".txt";
 }
 
-// A size that is larger than the bytes is never stated to a library behind Wine's runtime: the
-// link is promised as many, and refuses to deliver fewer.
+// Behind Wine's runtime no caller states a size that is larger than the bytes. The link would be
+// promised as many bytes as the size says, and would refuse to deliver fewer.
 bool Reaches(const Notification& notification) {
     return !notification.cut && notification.count == notification.message.size() &&
            (notification.statedSize == static_cast<std::int64_t>(notification.count) ||

@@ -1,5 +1,6 @@
-// Processes that call the library's endpoint "Manager", ten at once: this program itself, started
-// again. Each compares every answer with what it must be and ends with 0 when all were right.
+// Processes that call the library's endpoint "Manager", ten at once. They are this program itself,
+// started again. Each compares every answer with the expected one, and ends with 0 when all were
+// right.
 
 #ifndef PLENXSDK_TESTS_WINDOWS_HOSTILE_CALLER_H
 #define PLENXSDK_TESTS_WINDOWS_HOSTILE_CALLER_H
@@ -23,25 +24,25 @@ constexpr unsigned kCallers = 10;
 
 struct Storm {
     std::uint32_t seed;
-    unsigned hostile;  // messages of each caller
-    unsigned honest;   // of each caller, spread among the others
+    unsigned hostile;  // how many messages each caller sends
+    unsigned honest;   // how many each sends, spread among the others
 };
 
-/// What an observer must hear of the storm.
+/// The calls that an observer must hear during the storm.
 Tally TallyOf(const Storm& storm);
 
-/// A notification that comes from nowhere else; the ten ids take turns.
+/// A notification that comes from nowhere else. The ten ids take turns.
 Notification HonestOne(unsigned caller, unsigned number);
 
 class CallerCrowd {
 public:
-    /// Returns when all stand ready; they begin together.
+    /// Returns when all callers are ready. They begin together.
     explicit CallerCrowd(const Storm& storm);
 
     bool IsReady() const { return ready_; }
     void Go();
     bool IsOver();
-    /// What the callers have found; empty: all was right.
+    /// Returns what the callers have found; empty when everything was right.
     std::string Complaints();
 
 private:
@@ -51,7 +52,7 @@ private:
     std::vector<std::unique_ptr<ChildProcess>> callers_;
 };
 
-/// The other end. @return the exit code, or nothing when this process is no caller.
+/// Runs this process as a caller. @return the exit code, or nothing when this process is no caller.
 std::optional<int> RunAsCaller(int argc, char** argv);
 
 }  // namespace PlenxTest

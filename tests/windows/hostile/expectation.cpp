@@ -11,7 +11,7 @@ namespace {
 constexpr std::int32_t kReadFailed = 20;
 constexpr std::int32_t kInvalid = 16;
 
-/// The arguments of a message, each looked at on its own.
+/// Takes the arguments of a message apart and looks at each on its own.
 class Message {
 public:
     Message(const std::uint8_t* data, std::size_t size) : data_(data), size_(size) {
@@ -48,7 +48,7 @@ private:
         std::memcpy(&word, data_ + at, sizeof(word));
         return word;
     }
-    // Where and how many.
+    // Returns where the argument's data begins and how many elements it has.
     std::optional<std::pair<std::uint64_t, std::uint64_t>> Data(std::size_t index,
                                                                 std::uint64_t tag) const {
         if (index >= count_ || Word(8 + 12 * index) != tag) {
@@ -84,7 +84,7 @@ std::string Unsigned(std::int32_t number) {
     return std::to_string(static_cast<std::uint32_t>(number));
 }
 
-// "1, name", or nothing when the group has no number.
+// Returns a text such as "1, name", or nothing when the group has no number.
 std::optional<std::string> SplitGroup(const std::string& group) {
     const std::size_t underscore = group.rfind('_');
     if (underscore == std::string::npos || underscore + 1 == group.size()) {

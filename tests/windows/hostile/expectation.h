@@ -1,5 +1,5 @@
-// What the library must make of a message, worked out from the layout of messages alone and
-// without any code of the library.
+// Predicts the library's answer to a message. It works from the layout of messages alone and uses
+// no code of the library.
 
 #ifndef PLENXSDK_TESTS_WINDOWS_HOSTILE_EXPECTATION_H
 #define PLENXSDK_TESTS_WINDOWS_HOSTILE_EXPECTATION_H
@@ -13,22 +13,22 @@
 
 namespace PlenxTest {
 
-/// A string of any size in a line of text: a long one by its size and a hash.
+/// Writes a string of any size into a line of text. It shows a long one by its size and a hash.
 std::string Shown(const std::string& text);
 
-/// What the tests' observer leaves as the link status.
+/// The tests' observer leaves this as the link status.
 std::int32_t LinkStatusFor(std::uint32_t linkType);
 
 struct Expected {
     std::int32_t result = 0;
-    std::optional<std::int32_t> reply;  // none: no block
-    std::string heard;                  // by the observer; empty: nothing
+    std::optional<std::int32_t> reply;  // empty when there is no block
+    std::string heard;                  // the observer's line; empty when it hears nothing
 };
 
-/// For a notification.
+/// Predicts the answer to a notification.
 Expected ExpectedOf(std::int32_t id, const std::uint8_t* message, std::size_t size);
 
-/// The number that a service's reply says; nothing when it cannot be read.
+/// Returns the number that a service's reply says, or nothing when it cannot be read.
 std::optional<std::int32_t> NumberInReply(const std::uint8_t* reply, std::size_t size);
 
 }  // namespace PlenxTest

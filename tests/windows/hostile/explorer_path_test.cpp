@@ -1,6 +1,6 @@
-// The paths that services have Explorer refresh, at the width that a character has here: two bytes.
-// They come over the wire as no honest service sends them, and a window in this process hears what
-// the shell was told.
+// Tests the paths that services have Explorer refresh, with characters of two bytes as on Windows.
+// No honest service sends them over the wire in this way. A window in this process hears what the
+// shell was told.
 
 #include <future>
 #include <string>
@@ -35,7 +35,7 @@ protected:
         listener_.Pump();
     }
 
-    /// The shell waits for who listens, so this thread listens while another one calls.
+    /// The shell waits for its listeners, so this thread listens while another one calls.
     void Send(std::int32_t id, const PlenxWire::Arguments& arguments) {
         const Bytes message = PlenxWire::Encode(arguments);
         const auto size = static_cast<std::uint32_t>(message.size());
@@ -52,7 +52,8 @@ protected:
         EXPECT_EQ(answer.block, PlenxWire::Encode({0}));
     }
 
-    /// What the shell was told of a path of these bytes; the drive that follows ends the waiting.
+    /// Returns what the shell was told of a path of these bytes. The drive that follows ends the
+    /// wait.
     Lines Told(const Bytes& path) {
         const std::size_t before = listener_.Events().size();
         Send(kUpdatePath, {static_cast<std::int32_t>(path.size()), path});

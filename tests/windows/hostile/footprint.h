@@ -1,4 +1,4 @@
-// What this process holds: memory of its own and handles.
+// Measures what this process holds: memory of its own and handles.
 
 #ifndef PLENXSDK_TESTS_WINDOWS_HOSTILE_FOOTPRINT_H
 #define PLENXSDK_TESTS_WINDOWS_HOSTILE_FOOTPRINT_H
@@ -12,11 +12,12 @@ struct Footprint {
     std::size_t handles = 0;
 };
 
-/// 0 where the system does not tell.
+/// The numbers are 0 where the system does not tell.
 Footprint MeasureFootprint();
 
-/// Fails the test when there is more now, by more than what comes and goes: 4 MiB and 8 handles.
-/// Waits, with a deadline, for what ends by itself; prints what it found.
+/// Fails the test when the process holds more now than before, beyond the 4 MiB and 8 handles that
+/// come and go. It waits, with a deadline, for things that end by themselves, and prints what it
+/// found.
 void ExpectNothingMore(const Footprint& before);
 
 }  // namespace PlenxTest

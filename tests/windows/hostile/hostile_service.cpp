@@ -88,7 +88,7 @@ ServiceReply ReplyMaker::WithBlock(std::int32_t result) {
     return reply;
 }
 
-// A size of whatever and nothing to it.
+// The reply states any size and has no bytes.
 ServiceReply ReplyMaker::WithoutBlock() {
     constexpr std::uint32_t kSizes[] = {0, 1, 24, 0x10000, 0x7fffffff, 0x80000000, 0xffffffff};
     ServiceReply reply;
@@ -97,8 +97,8 @@ ServiceReply ReplyMaker::WithoutBlock() {
     return reply;
 }
 
-// More bytes than the size says, which may be negative. A size that is larger than the bytes is
-// the RPC runtime's to refuse, and Wine's does not.
+// The reply has more bytes than its size says, and the size may be negative. The RPC runtime should
+// refuse a size that is larger than the bytes, but Wine's does not.
 ServiceReply ReplyMaker::Understated() {
     const Bytes block = PlenxWire::Encode({1, std::string("more")});
     const auto size = static_cast<std::int32_t>(random_.Below(block.size() + 1)) - 1;
@@ -108,7 +108,7 @@ ServiceReply ReplyMaker::Understated() {
     return reply;
 }
 
-// Fewer bytes than the link itself was promised.
+// The reply has fewer bytes than the link itself was promised.
 ServiceReply ReplyMaker::Broken() {
     ServiceReply reply;
     reply.raw.bytes = AnswerBytes(24, PlenxWire::Encode({1}), 0);
@@ -140,7 +140,7 @@ std::optional<int> RunAsHostileService(int argc, char** argv) {
         return static_cast<int>(status);
     }
     SetEvent(PlenxSupport::MakeEvent(kServingName).Get());
-    Sleep(2 * LongestStorm());  // the parent ends this process before
+    Sleep(2 * LongestStorm());  // the parent ends this process earlier
     return 1;
 }
 

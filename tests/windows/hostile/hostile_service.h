@@ -1,5 +1,5 @@
-// A process that serves the PC service's endpoint and answers as no honest service does: this
-// program itself, started again. A seed decides on its first answers; after those it is honest.
+// A process that serves the PC service's endpoint and answers as no honest service does. It is this
+// program itself, started again. A seed decides its first answers; after those it is honest.
 
 #ifndef PLENXSDK_TESTS_WINDOWS_HOSTILE_HOSTILE_SERVICE_H
 #define PLENXSDK_TESTS_WINDOWS_HOSTILE_HOSTILE_SERVICE_H
@@ -19,17 +19,17 @@ namespace PlenxTest {
 
 struct ServiceReply {
     RawReply raw;
-    /// What becomes of it in the library: an exception's code, or else the procedure's result, or
-    /// else the number in the reply, which may be none.
+    /// The outcome in the library: an exception's code, or else the procedure's result, or else the
+    /// number in the reply, which may be missing.
     unsigned long exception = 0;
     std::int32_t result = 0;
     std::optional<std::int32_t> number;
 
-    /// The request's result.
+    /// Returns the request's result.
     std::int32_t Outcome() const;
 };
 
-/// Makes the replies, the same ones in every process.
+/// Makes the replies. Every process gets the same ones.
 class ReplyMaker {
 public:
     explicit ReplyMaker(std::uint32_t seed) : random_(seed, 1000) {}
@@ -50,7 +50,7 @@ private:
 
 class HostileService {
 public:
-    /// Returns when it serves.
+    /// Returns when the service is ready to serve.
     HostileService(std::uint32_t seed, unsigned replies);
 
     bool Serves() const { return serves_; }
@@ -61,7 +61,8 @@ private:
     bool serves_;
 };
 
-/// The other end. @return the exit code, or nothing when this process is no such service.
+/// Runs this process as the service. @return the exit code, or nothing when this process is no such
+/// service.
 std::optional<int> RunAsHostileService(int argc, char** argv);
 
 }  // namespace PlenxTest

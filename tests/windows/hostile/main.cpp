@@ -1,4 +1,4 @@
-// The tests, and the processes that they start this program as.
+// Runs the tests, or one of the processes as which they start this program.
 
 #include <gtest/gtest.h>
 
@@ -16,7 +16,7 @@ int main(int argc, char** argv) {
     if (const auto code = PlenxTest::RunAsHostileService(argc, argv)) {
         return *code;
     }
-    // A storm's log is one file: what is looked for must not be rotated away.
+    // The log of a storm is one file: it must not be rotated away before a test has read it.
     SetEnvironmentVariableW(L"PLENX_LOG_MAX_BYTES", L"2000000000");
     testing::InitGoogleTest(&argc, argv);
     return PlenxTest::RunAllTests(60 * 1000 + 3 * PlenxTest::LongestStorm());

@@ -17,7 +17,8 @@ constexpr std::size_t kHugeSize = 16 * 1024 * 1024;
 constexpr std::int32_t kFirstId = PlenxWire::kSendLocalMessage;
 constexpr std::size_t kIds = 10;
 
-// Where checks go wrong: around 0, around the sign, around what wraps in 12 * n + 8.
+// Checks go wrong at these numbers: around 0, around the change of sign, and where 12 * n + 8
+// wraps.
 constexpr std::uint32_t kWords[] = {
     0,          1,          2,          3,          4,          5,          7,
     8,          20,         24,         99,         0x7fffffff, 0x80000000, 0x80000008,
@@ -28,7 +29,7 @@ void Put(Bytes& bytes, std::size_t at, std::uint32_t word) {
     std::memcpy(bytes.data() + at, &word, std::min(sizeof(word), bytes.size() - at));
 }
 
-// The words of the header and of the table are where it hurts.
+// Damage to the words of the header and of the table hurts most.
 std::size_t SomeWord(Random& random, const Bytes& message) {
     const std::size_t words = std::min<std::size_t>(message.size() / 4, 2 + 3 * 5);
     return words == 0 ? 0 : 4 * random.Below(words);
@@ -67,7 +68,7 @@ void Wound(Random& random, Bytes& message) {
     }
 }
 
-// UTF-16, mostly with its end.
+// Makes a UTF-16 text, mostly with its end.
 Bytes PathBytes(Random& random, const std::string& name) {
     std::wstring path = L"C:\\" + PlenxSupport::ToWide(name);
     if (random.Percent(90)) {
@@ -157,7 +158,7 @@ Notification NotificationMaker::Next() {
     return notification;
 }
 
-// A few of the callers alone: ten such messages at once are a test of this machine.
+// Only a few callers send such messages: ten at once would test this machine instead.
 bool NotificationMaker::IsHugeOnesTurn() const {
     return caller_ < 3 && made_ % 500 == 20;
 }
@@ -188,7 +189,7 @@ Bytes NotificationMaker::Message(std::int32_t id) {
     return OfSpecialSize(random_);
 }
 
-// What the receiver is told and what it is given are two things.
+// The size that the receiver is told and the bytes that it is given are two different things.
 void NotificationMaker::Lie(Notification& notification) {
     constexpr std::int32_t kNegative[] = {-1, -8, std::numeric_limits<std::int32_t>::min()};
     switch (random_.Below(4)) {

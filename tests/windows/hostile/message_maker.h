@@ -1,5 +1,5 @@
-// Messages that no honest peer sends: random ones, and good ones that were damaged. A seed makes
-// the same ones again, in every process.
+// Makes messages that no honest peer sends: random ones, and good ones with damage. The same seed
+// makes the same messages in every process.
 
 #ifndef PLENXSDK_TESTS_WINDOWS_HOSTILE_MESSAGE_MAKER_H
 #define PLENXSDK_TESTS_WINDOWS_HOSTILE_MESSAGE_MAKER_H
@@ -14,33 +14,34 @@ namespace PlenxTest {
 
 using PlenxWire::Bytes;
 
-/// Good messages and then one to four wounds: bits turned, words replaced, ends cut off or added.
+/// Makes good messages and then damages them one to four times: it turns bits, replaces words, cuts
+/// ends off or adds to them.
 Bytes Damaged(Random& random, Bytes message);
 
-/// A table of arguments whose every field is as likely wrong as right, and some bytes.
+/// Makes a table of arguments whose every field is as likely wrong as right, and some bytes.
 Bytes RandomTable(Random& random);
 
-/// One of the sizes where something begins or ends: 0, 1, 7, 8, 24 bytes, 64 KiB.
+/// Returns one of the sizes at which something begins or ends: 0, 1, 7, 8, 24 bytes, 64 KiB.
 Bytes OfSpecialSize(Random& random);
 
-/// 16 MiB.
+/// Makes a message of 16 MiB.
 Bytes Huge(Random& random);
 
-/// A notification as it goes over the link. An honest sender's stated size and count are both
-/// the number of bytes, and nothing is cut off.
+/// A notification as it goes over the link. An honest sender states the number of bytes as both
+/// size and count, and cuts nothing off.
 struct Notification {
     std::int32_t id = 0;
     Bytes message;
-    std::int32_t statedSize = 0;  // for the receiver
-    std::uint32_t count = 0;      // for the link
-    bool cut = false;             // ends within its first numbers
+    std::int32_t statedSize = 0;  // as the receiver is told
+    std::uint32_t count = 0;      // as the link is told
+    bool cut = false;             // true when it ends within its first numbers
 };
 
 Notification Honest(std::int32_t id, const PlenxWire::Arguments& arguments);
 
 class NotificationMaker {
 public:
-    /// caller: one of several that share a seed; its texts say so.
+    /// caller: the number of one of several callers that share a seed; its texts contain it.
     NotificationMaker(std::uint32_t seed, unsigned caller);
 
     Notification Next();

@@ -1,5 +1,6 @@
-// What hostile processes send to the endpoint "Manager": each message gets the answer that its
-// bytes deserve, the observers hear exactly what could be read, and the host goes on working.
+// Hostile processes send messages to the endpoint "Manager". Each message must get the answer that
+// its bytes deserve, the observers must hear exactly what could be read, and the host must go on
+// working.
 
 #include <string>
 
@@ -22,15 +23,15 @@ protected:
     NotificationStorm() { manager.RegisterPLENXServiceObserver(&tally); }
     ~NotificationStorm() override { manager.UnregisterPLENXServiceObserver(&tally); }
 
-    /// Starts the PC service and waits until it is heard.
+    /// Starts the PC service and waits until the observer hears of it.
     void Begin();
-    /// The callers' storm, while this thread uses the library.
+    /// Runs the callers' storm, while this thread uses the library.
     void Rage(const Storm& storm);
 
     TallyObserver tally;
 
 private:
-    /// One request that the honest service answers with a notification.
+    /// Sends one request that the honest service answers with a notification.
     void WorkOnce();
 
     Tally work_;
@@ -41,7 +42,7 @@ void NotificationStorm::Begin() {
     Init();
     ASSERT_TRUE(Start(kPcService));
     ASSERT_TRUE(observer.WaitFor("NotifyStatus(1, group, 100, 1)"));
-    // It keeps all that it hears.
+    // The observer keeps everything that it hears.
     manager.UnregisterPLENXServiceObserver(&observer);
     tally.TakeHeard();
 }
@@ -79,7 +80,7 @@ HOST_TEST(NotificationStorm, TenCallers_AreAnsweredAsTheirBytesDeserveAndLeaveNo
     const std::uint32_t seed = HostileSeed();
     SCOPED_TRACE("seed " + std::to_string(seed));
     const unsigned each = HostileMessages() / kCallers;
-    Rage({seed + 1, each, each / 10});  // what is made once is made now
+    Rage({seed + 1, each, each / 10});  // makes everything that is made only once
     const Footprint before = MeasureFootprint();
     Rage({seed, each, each / 10});
     ExpectNothingMore(before);
@@ -87,8 +88,8 @@ HOST_TEST(NotificationStorm, TenCallers_AreAnsweredAsTheirBytesDeserveAndLeaveNo
     EXPECT_TRUE(Start(kPhoneService)) << "a round trip like any other";
 }
 
-// Such a size is the RPC runtime's to refuse. Where it does not, the library reads on behind the
-// bytes and what it finds there is anybody's guess; but it is the call that ends, not the host.
+// The RPC runtime should refuse such a size. Where it does not, the library reads beyond the bytes,
+// and nobody can predict what it finds there. But only the call may end, not the host.
 HOST_TEST(NotificationStorm, SizeBeyondTheBytes_NeverEndsTheHost) {
     Begin();
     for (const std::int32_t size : {25, 100, 4096, 0x10000}) {

@@ -1,4 +1,4 @@
-// Random choices that a seed repeats, the same in every process.
+// Makes random choices that a seed repeats, the same in every process.
 
 #ifndef PLENXSDK_TESTS_WINDOWS_HOSTILE_RANDOM_H
 #define PLENXSDK_TESTS_WINDOWS_HOSTILE_RANDOM_H
@@ -12,12 +12,12 @@ namespace PlenxTest {
 
 class Random {
 public:
-    /// stream: tells apart what shares a seed.
+    /// stream: tells users of the same seed apart.
     Random(std::uint32_t seed, std::uint32_t stream)
         : engine_((std::uint64_t{seed} << 32) | stream) {}
 
     std::uint32_t Word() { return static_cast<std::uint32_t>(engine_()); }
-    /// 0 up to limit - 1.
+    /// Returns a number from 0 to limit - 1.
     std::size_t Below(std::size_t limit) { return static_cast<std::size_t>(engine_() % limit); }
     bool Percent(unsigned chance) { return Below(100) < chance; }
 

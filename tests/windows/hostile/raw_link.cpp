@@ -67,7 +67,7 @@ private:
     std::size_t left_;
 };
 
-// The library is honest on this level: anything else is shown as a failed call.
+// The library behaves honestly at this level. A failed call reports anything else.
 RawAnswer Parse(const void* data, std::size_t length) {
     RawAnswer answer;
     RawAnswer broken;

@@ -1,5 +1,6 @@
-// What a hostile service answers to the library's requests: each request comes to the end that its
-// answer deserves, in the log and for the observers, and the honest services are served all along.
+// A hostile service answers the library's requests. Each request must come to the end that its
+// answer deserves, in the log and for the observers, and the library must serve the honest services
+// all the while.
 
 #include <algorithm>
 #include <filesystem>
@@ -24,9 +25,9 @@ constexpr unsigned kRequestsToOneOfWork = 20;
 
 /// A request to the PC service, as a host makes it.
 struct Request {
-    const char* function;   // of RpcManager
-    const char* firstLine;  // which it logs
-    int statusWhenFailed;   // -1: none
+    const char* function;   // a member of RpcManager
+    const char* firstLine;  // the first line that the function logs
+    int statusWhenFailed;   // -1 when there is none
     void (*make)(DistributedFs::PLENXManager& manager, const std::string& name);
 };
 
@@ -61,7 +62,7 @@ const Request& RequestOf(unsigned number) {
     return kRequests[number % std::size(kRequests)];
 }
 
-/// The lines of RpcManager, the reader's own apart.
+/// The lines of RpcManager, with the reader's lines apart from them.
 Lines LinesOfRequest(const Request& request, const ServiceReply& reply) {
     const std::string function = std::string("RpcManager::") + request.function;
     const std::string outcome = std::to_string(reply.Outcome());
@@ -84,13 +85,13 @@ protected:
 
     /// Starts the phone service, which is honest.
     void Begin();
-    /// That many requests to a hostile PC service.
+    /// Makes that many requests to a hostile PC service.
     void Rage(std::uint32_t seed, unsigned requests);
 
     TallyObserver tally;
 
 private:
-    /// The phone service's part: one request that it answers with a notification.
+    /// Sends the phone service one request, which it answers with a notification.
     void Work(const std::string& name);
     static Lines LinesOfPcRequests(std::size_t from);
 
@@ -101,7 +102,7 @@ void ReplyStorm::Begin() {
     Init();
     ASSERT_TRUE(Start(kPhoneService));
     ASSERT_TRUE(observer.WaitFor("NotifyStatus(2, group, 100, 1)"));
-    // It keeps all that it hears.
+    // The observer keeps everything that it hears.
     manager.UnregisterPLENXServiceObserver(&observer);
     tally.TakeHeard();
 }
@@ -111,7 +112,7 @@ void ReplyStorm::Work(const std::string& name) {
     ++expected_["NotifyReconnect(2, " + name + ")"];
 }
 
-// Of what was logged behind that byte.
+// Reads the lines that were logged after that byte.
 Lines ReplyStorm::LinesOfPcRequests(std::size_t from) {
     const std::string kFunctions[] = {"NameChanged", "RecvRemoteMessage", "DeviceOnline",
                                       "DeviceOffline", "SendRpcMessage"};
@@ -169,7 +170,7 @@ HOST_TEST(ReplyStorm, EveryAnswer_EndsItsRequestAsItDeservesAndLeavesNothingBehi
     Begin();
     const std::uint32_t seed = HostileSeed();
     SCOPED_TRACE("seed " + std::to_string(seed));
-    Rage(seed + 1, HostileMessages());  // what is made once is made now
+    Rage(seed + 1, HostileMessages());  // makes everything that is made only once
     const Footprint before = MeasureFootprint();
     Rage(seed, HostileMessages());
     ExpectNothingMore(before);
@@ -177,8 +178,8 @@ HOST_TEST(ReplyStorm, EveryAnswer_EndsItsRequestAsItDeservesAndLeavesNothingBehi
     EXPECT_TRUE(Start(kPcService)) << "a round trip like any other";
 }
 
-// The service process runs and serves nothing; the hostile one has its endpoint. A start goes on
-// whatever is answered, and only the answer about the group decides.
+// The service process runs but serves nothing; the hostile one has its endpoint. A start goes on
+// whatever the answers are, and only the answer about the group decides its outcome.
 HOST_TEST(ReplyStorm, StartsOfAHostileService_EndAsItsLastAnswerSays) {
     constexpr int kMostPings = 26;
     constexpr int kSettings = 3;

@@ -1,4 +1,4 @@
-// How much the tests of this program send, and from which seed.
+// Says how much the tests of this program send, and with which seed.
 
 #ifndef PLENXSDK_TESTS_WINDOWS_HOSTILE_SCALE_H
 #define PLENXSDK_TESTS_WINDOWS_HOSTILE_SCALE_H
@@ -9,13 +9,14 @@
 
 namespace PlenxTest {
 
-/// Messages each way: PLENX_TEST_HOSTILE, or a few hundred.
+/// Returns how many messages go each way: PLENX_TEST_HOSTILE, or a few hundred.
 unsigned HostileMessages();
 
-/// PLENX_TEST_HOSTILE_SEED, or 1.
+/// Returns the seed: PLENX_TEST_HOSTILE_SEED, or 1.
 std::uint32_t HostileSeed();
 
-/// For so many messages on a machine that is ten times slower than thought.
+/// Returns a deadline that is long enough for so many messages on a machine ten times slower than
+/// ours.
 DWORD LongestStorm();
 
 }  // namespace PlenxTest

@@ -1,5 +1,5 @@
-// An observer that counts what it hears, each call as a line of text. A long text is shown by its
-// size and a hash.
+// An observer that counts its calls, each as a line of text. It shows a long text by its size and a
+// hash.
 
 #ifndef PLENXSDK_TESTS_WINDOWS_HOSTILE_TALLY_OBSERVER_H
 #define PLENXSDK_TESTS_WINDOWS_HOSTILE_TALLY_OBSERVER_H
@@ -12,19 +12,19 @@
 
 namespace PlenxTest {
 
-/// How often each call came.
+/// Says how often each call came.
 using Tally = std::map<std::string, int>;
 
-/// What is in one and not, or not as often, in the other: a line each, the first few of them.
-/// Empty: nothing.
+/// Returns the first few lines that one tally has and the other does not, or not as often; empty
+/// when they are equal.
 std::string Difference(const Tally& expected, const Tally& heard);
 
 class TallyObserver : public TextObserver {
 public:
-    /// What has come so far.
+    /// Returns the calls so far.
     Tally Heard() const;
     int Times(const std::string& call) const;
-    /// The same, and forgets it.
+    /// Does the same, and forgets them.
     Tally TakeHeard();
 
 private:

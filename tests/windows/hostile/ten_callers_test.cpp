@@ -1,5 +1,5 @@
 // Ten processes send well-formed notifications of all ten kinds at once, while threads of the host
-// call into the library and observers come and go: each arrives, and arrives once.
+// call the library and observers come and go. Each notification must arrive exactly once.
 
 #include <atomic>
 #include <thread>
@@ -15,13 +15,13 @@ namespace {
 
 constexpr auto kMessage = DistributedFs::PLENXMessageType{-7};
 
-/// Pumps the shell's news on a thread of its own, as the shell waits for whoever listens.
+/// Pumps the shell's messages on a thread of its own, because the shell waits for its listeners.
 class ShellCounter {
 public:
     ShellCounter() {
         EXPECT_TRUE(WaitFor([this] { return listens_.load(); }));
     }
-    /// Waits for so many events; then no more are counted. @return the events.
+    /// Waits for that many events and then stops counting. @return the events.
     Lines Await(std::size_t count) {
         WaitFor([&] { return count_ >= count; }, LongestStorm());
         over_ = true;
@@ -60,17 +60,17 @@ protected:
     TenCallers() { manager.RegisterPLENXServiceObserver(&tally); }
     ~TenCallers() override { manager.UnregisterPLENXServiceObserver(&tally); }
 
-    /// Until it is over: a message to the service, which sends it back.
+    /// Sends messages to the service, which sends them back, until the storm is over.
     void SendMessages();
-    /// Until it is over: a new name, of which the service tells its one group.
+    /// Sends new names until the storm is over. The service tells its one group of each.
     void ChangeNames();
-    /// Until it is over: observers that stay for a moment. None of them hears anything twice that
-    /// is sent once.
+    /// Registers observers that stay for a moment, until the storm is over. None of them may hear
+    /// anything twice that is sent once.
     void ComeAndGo();
 
     TallyObserver tally;
     std::atomic<bool> over{false};
-    Tally sent;  // by the host's threads, once they have ended
+    Tally sent;  // what the host's threads have sent, once they have ended
     int names = 0;
 };
 
@@ -135,7 +135,7 @@ HOST_TEST(TenCallers, NotificationsOfAllTenKinds_ArriveOnceEach) {
     expected.insert(sent.begin(), sent.end());
     EXPECT_EQ(Difference(expected, tally.TakeHeard()), "");
 
-    // What no observer hears: the shell is told of the path and of each caller's drive.
+    // No observer hears these: the shell is told of the path and of each caller's drive.
     Tally shellExpected;
     const std::string update = std::to_string(SHCNE_UPDATEDIR) + " ";
     shellExpected[update + "C:\\"] = static_cast<int>(kCallers * rounds);

@@ -13,7 +13,7 @@ std::wstring ProgramFolder() {
     return path.substr(0, path.find_last_of(L'\\'));
 }
 
-// Under Wine one new process in some thousands is gone before it has begun, with this error.
+// Under Wine, one new process in some thousands disappears before it has begun, with this error.
 bool StartProcess(std::wstring& commandLine, bool inheritsHandles, DWORD flags,
                   STARTUPINFOW& startup, PROCESS_INFORMATION& process) {
     constexpr int kMostStarts = 3;

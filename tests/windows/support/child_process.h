@@ -1,5 +1,5 @@
-// A child process: this test program itself, started again with other arguments, or another one.
-// Every wait has a deadline; a child that is still running when its object goes is ended.
+// A child process: this test program itself, started again with other arguments, or another
+// program. Every wait has a deadline. The destructor ends a child that is still running.
 
 #ifndef PLENXSDK_TESTS_WINDOWS_SUPPORT_CHILD_PROCESS_H
 #define PLENXSDK_TESTS_WINDOWS_SUPPORT_CHILD_PROCESS_H
@@ -13,34 +13,35 @@
 
 namespace PlenxTest {
 
-/// The full path of the running program, and its folder without a trailing backslash.
+/// Returns the full path of the running program, and its folder without a trailing backslash.
 std::wstring ProgramPath();
 std::wstring ProgramFolder();
 
-/// CreateProcessW, again when Wine has lost the new process before it began.
-/// @return false when there is none; GetLastError() tells why.
+/// Calls CreateProcessW, and calls it again when Wine has lost the new process before it began.
+/// @return false when there is no process; GetLastError() says why.
 bool StartProcess(std::wstring& commandLine, bool inheritsHandles, DWORD flags,
                   STARTUPINFOW& startup, PROCESS_INFORMATION& process);
 
-/// Ends any process and waits for that, for up to 5 s. It may have ended already.
+/// Ends any process and waits for its end, for up to 5 s. It may have ended already.
 void EndProcess(DWORD id);
 
 class ChildProcess {
 public:
-    /// commandLine: the program's path first, quoted where needed. flags: of CreateProcessW.
+    /// commandLine: begins with the program's path, quoted where needed. flags: those of
+    /// CreateProcessW.
     explicit ChildProcess(std::wstring commandLine, DWORD flags = 0);
     ~ChildProcess();
     ChildProcess(const ChildProcess&) = delete;
     ChildProcess& operator=(const ChildProcess&) = delete;
 
-    /// This program with the arguments.
+    /// Starts this program with the arguments.
     static std::wstring Self(const std::wstring& arguments);
 
     bool Started() const { return static_cast<bool>(process_); }
-    /// Of the system, when the child did not start.
+    /// Returns the system's error when the child did not start.
     DWORD StartError() const { return startError_; }
     DWORD Id() const { return id_; }
-    /// The exit code, or nothing when the child has not ended in time.
+    /// Returns the exit code, or nothing when the child has not ended in time.
     std::optional<DWORD> WaitForExit(DWORD milliseconds);
     void Kill();
 

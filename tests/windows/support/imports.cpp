@@ -16,7 +16,7 @@ void* Replace(ULONG_PTR& slot, void* other) {
 
 }  // namespace
 
-// The import table lists, beside each slot, the name of what the loader put there.
+// Beside each slot, the import table has the name of the function that the loader put there.
 void* RedirectImport(HMODULE module, const char* function, void* other) {
     auto* const image = reinterpret_cast<unsigned char*>(module);
     const auto* const dos = reinterpret_cast<const IMAGE_DOS_HEADER*>(image);

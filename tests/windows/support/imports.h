@@ -1,4 +1,4 @@
-// Leads what a module imports to somewhere else.
+// Redirects a module's imports.
 
 #ifndef PLENXSDK_TESTS_WINDOWS_SUPPORT_IMPORTS_H
 #define PLENXSDK_TESTS_WINDOWS_SUPPORT_IMPORTS_H
@@ -7,9 +7,9 @@
 
 namespace PlenxTest {
 
-/// From now on the module's calls of the imported function go to the other one, which must have
-/// its signature.
-/// @return What they went to before; null when the module imports no such function.
+/// From now on the module's calls of the imported function go to the other one, which must have the
+/// same signature.
+/// @return the function that they went to before, or null when the module imports no such function.
 void* RedirectImport(HMODULE module, const char* function, void* other);
 
 }  // namespace PlenxTest

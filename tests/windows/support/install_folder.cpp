@@ -24,7 +24,7 @@ const wchar_t* const kDriverFiles[] = {L"dokan1.sys", L"dokan1.dll", L"dokanfuse
 const wchar_t* const kServices[] = {L"PlenxOfficeSvc", L"PlenxPcSvc", L"PlenxPhoneSvc", L"Dokan1"};
 const wchar_t* const kCategories[] = {L"archive", L"file", L"audio", L"picture", L"video"};
 
-// A service that is left over from a run before holds its files.
+// A service that is left over from an earlier run holds its files.
 void RemoveServices() {
     for (const wchar_t* service : kServices) {
         RemoveService(service);

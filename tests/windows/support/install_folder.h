@@ -1,6 +1,6 @@
-// An install folder and a data folder, laid out as a host's installer would: the development
-// service, the driver's files, the icon folders. All of it is removed again, and with it the
-// services that were registered from it.
+// An install folder and a data folder, laid out as a host's installer would: with the development
+// service, the driver's files and the icon folders. The destructor removes all of it, and with it
+// the services that were registered from it.
 
 #ifndef PLENXSDK_TESTS_WINDOWS_SUPPORT_INSTALL_FOLDER_H
 #define PLENXSDK_TESTS_WINDOWS_SUPPORT_INSTALL_FOLDER_H
@@ -12,13 +12,13 @@ namespace PlenxTest {
 
 class InstallFolder {
 public:
-    /// name: of a folder under C:\, without blanks.
+    /// name: the name of a folder under C:\, without blanks.
     explicit InstallFolder(const std::wstring& name);
     ~InstallFolder();
     InstallFolder(const InstallFolder&) = delete;
     InstallFolder& operator=(const InstallFolder&) = delete;
 
-    /// For the arguments of Init.
+    /// These are the arguments of Init.
     std::string Install() const { return install_.string(); }
     std::string Data() const { return data_.string(); }
 
@@ -28,7 +28,7 @@ public:
 
     /// Puts a copy of the newer driver files into "upgrade".
     void AddUpgrade() const;
-    /// Tells the development service how to behave: its control file.
+    /// Writes the development service's control file, which says how the service must behave.
     void SetServiceControl(const std::string& toml) const;
 
 private:

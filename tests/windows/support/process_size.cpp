@@ -12,7 +12,7 @@ namespace {
 constexpr auto kExtendedHandleInformation = static_cast<SYSTEM_INFORMATION_CLASS>(64);
 constexpr auto kLengthMismatch = static_cast<NTSTATUS>(0xC0000004);
 
-// The list of all handles of all processes, as the system gives it.
+// The system gives the list of all handles of all processes in this form.
 struct HandleListHead {
     ULONG_PTR count;
     ULONG_PTR reserved;
@@ -30,14 +30,14 @@ struct HandleListEntry {
 
 }  // namespace
 
-// The commit charge. PrivateUsage says the same, but Wine leaves it at 0.
+// Reads the commit charge. PrivateUsage says the same, but Wine leaves it at 0.
 std::uint64_t PrivateBytes() {
     PROCESS_MEMORY_COUNTERS counters{};
     K32GetProcessMemoryInfo(GetCurrentProcess(), &counters, sizeof(counters));
     return counters.PagefileUsage;
 }
 
-// GetProcessHandleCount would be simpler, but under Wine it says 0.
+// GetProcessHandleCount would be simpler, but under Wine it gives 0.
 std::uint64_t HandlesOf(DWORD processId) {
     std::vector<unsigned char> buffer(1024 * 1024);
     ULONG length = 0;

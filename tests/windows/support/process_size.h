@@ -1,4 +1,4 @@
-// What a process holds.
+// Measures what a process holds.
 
 #ifndef PLENXSDK_TESTS_WINDOWS_SUPPORT_PROCESS_SIZE_H
 #define PLENXSDK_TESTS_WINDOWS_SUPPORT_PROCESS_SIZE_H
@@ -9,9 +9,9 @@
 
 namespace PlenxTest {
 
-/// Of this process; 0 where the system does not tell.
+/// Measures this process; 0 where the system does not tell.
 std::uint64_t PrivateBytes();
-/// Of any process; 0 where the system does not tell.
+/// Measures any process; 0 where the system does not tell.
 std::uint64_t HandlesOf(DWORD processId);
 
 }  // namespace PlenxTest

@@ -1,4 +1,4 @@
-// Serving an RPC interface as the library serves its own.
+// Serves an RPC interface as the library serves its own.
 
 #ifndef PLENXSDK_TESTS_WINDOWS_SUPPORT_SERVE_H
 #define PLENXSDK_TESTS_WINDOWS_SUPPORT_SERVE_H

@@ -1,4 +1,4 @@
-// What the real Service Control Manager says of a service.
+// Asks the real Service Control Manager about a service.
 
 #ifndef PLENXSDK_TESTS_WINDOWS_SUPPORT_SERVICE_STATE_H
 #define PLENXSDK_TESTS_WINDOWS_SUPPORT_SERVICE_STATE_H
@@ -17,17 +17,17 @@ PlenxSupport::ServiceHandle OpenedService(const std::wstring& service, DWORD acc
 
 bool IsRegistered(const std::wstring& service);
 
-/// SERVICE_STOPPED and so on; nothing when the service is not registered.
+/// Returns SERVICE_STOPPED and so on, or nothing when the service is not registered.
 std::optional<DWORD> StateOf(const std::wstring& service);
 
-/// 0 when the service is not registered or not running.
+/// Returns 0 when the service is not registered or not running.
 DWORD ProcessIdOf(const std::wstring& service);
 
-/// Stops the service (for up to 5 s) and deletes it; fine when it is not registered.
+/// Stops the service (for up to 5 s) and deletes it. The service need not be registered.
 void RemoveService(const std::wstring& service);
 
-/// For a service that may hang: ends its process and deletes it, without asking it to stop. Fine
-/// when it is not registered.
+/// Ends the process of a service that may hang, and deletes the service without asking it to stop.
+/// The service need not be registered.
 void EndService(const std::wstring& service);
 
 }  // namespace PlenxTest

@@ -1,5 +1,5 @@
-// How the system that the tests run on differs from Windows. Each Wine that Debian brings has one
-// row in the table; the tests ask it, and nothing else in them asks for a version.
+// Tells how the system that the tests run on differs from Windows. Each Wine that Debian brings has
+// one row in the table. Tests ask the table, and nothing else in them asks for a version.
 
 #ifndef PLENXSDK_TESTS_WINDOWS_SUPPORT_SYSTEM_HABITS_H
 #define PLENXSDK_TESTS_WINDOWS_SUPPORT_SYSTEM_HABITS_H
@@ -7,7 +7,7 @@
 namespace PlenxTest {
 
 struct SystemHabits {
-    /// Of the first Wine that has the habits; 0 is Windows.
+    /// The first Wine that has these habits; 0 is Windows.
     int wineVersion;
     /// A service goes on "running" after somebody has ended its process.
     bool endedProcessLeavesItsServiceRunning;
@@ -17,7 +17,7 @@ struct SystemHabits {
     bool emptyFolderNameIsInvalid;
 };
 
-/// From the newest to the oldest.
+/// The rows go from the newest to the oldest.
 inline constexpr SystemHabits kSystemHabits[] = {
     {10, false, true, true},  // Debian 13
     {8, true, true, true},    // Debian 12

@@ -1,9 +1,9 @@
-// An observer for which every call is a line of text:
+// An observer that turns every call into a line of text:
 //
 //     NotifyConnect(1, group)           NotifyStatus(1, group, 0, 1)
 //     SendLocalMessage(7, 3, abc)       QueryLinkStatus(1, group, 0)
 //
-// Calls come from any thread; what takes the line says what it does with that.
+// Calls come from any thread. The function that takes the line must be ready for that.
 
 #ifndef PLENXSDK_TESTS_WINDOWS_SUPPORT_TEXT_OBSERVER_H
 #define PLENXSDK_TESTS_WINDOWS_SUPPORT_TEXT_OBSERVER_H
@@ -30,10 +30,10 @@ public:
     int NotifyDiskName(const std::string& name) override;
 
 private:
-    /// Its result is the observer's. May throw.
+    /// Returns the observer's result. It may throw.
     virtual int Take(const std::string& call) = 0;
     virtual std::int32_t AnswerLink(unsigned int linkType) = 0;
-    /// How a string of the call stands in the line.
+    /// Returns the form in which a string of the call stands in the line.
     virtual std::string Show(const std::string& text) const { return text; }
 };
 

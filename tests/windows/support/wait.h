@@ -1,4 +1,4 @@
-// Waiting with a deadline.
+// Waits with a deadline.
 
 #ifndef PLENXSDK_TESTS_WINDOWS_SUPPORT_WAIT_H
 #define PLENXSDK_TESTS_WINDOWS_SUPPORT_WAIT_H
