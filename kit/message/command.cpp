@@ -73,7 +73,7 @@ void DeclareEncode(CLI::App& app, EncodeOptions& options) {
     CLI::App& command = *app.add_subcommand("encode", "Build a message");
     command.add_option("MESSAGE", options.message,
                        "The kind of message: a name, a number, or reply");
-    command.add_option("FIELD=VALUE", options.fields, "Its arguments, in any order");
+    command.add_option("FIELD", options.fields, "Its arguments as FIELD=VALUE, in any order");
     command.add_option("--from", options.from,
                        "Read a description in JSON from this file; - is the input");
     command.add_flag("--binary", options.binary, "Write the bytes themselves, not hex");
