@@ -1,4 +1,4 @@
-// What a run has to show at its end.
+// Prints the results of a run at its end.
 
 #ifndef PLENXSDK_TESTS_WINDOWS_SOAK_CLOSING_TABLE_H
 #define PLENXSDK_TESTS_WINDOWS_SOAK_CLOSING_TABLE_H

@@ -1,4 +1,4 @@
-// What went wrong so far. Any thread may complain; only the first few complaints are kept.
+// Collects what went wrong. Any thread may complain. It keeps only the first few complaints.
 
 #ifndef PLENXSDK_TESTS_WINDOWS_SOAK_COMPLAINTS_H
 #define PLENXSDK_TESTS_WINDOWS_SOAK_COMPLAINTS_H

@@ -1,4 +1,5 @@
-// Seeded chance. The same seed and stream give the same throws on every run and platform.
+// Makes random choices from a seed. The same seed and stream give the same choices on every run and
+// platform.
 
 #ifndef PLENXSDK_TESTS_WINDOWS_SOAK_DICE_H
 #define PLENXSDK_TESTS_WINDOWS_SOAK_DICE_H
@@ -11,7 +12,7 @@ namespace PlenxSoak {
 
 class Dice {
 public:
-    /// stream: keeps those that share a seed apart.
+    /// stream: tells users of the same seed apart.
     Dice(std::uint64_t seed, std::uint64_t stream) {
         std::seed_seq sequence{static_cast<std::uint32_t>(seed),
                                static_cast<std::uint32_t>(seed >> 32),
@@ -19,7 +20,8 @@ public:
         engine_.seed(sequence);
     }
 
-    /// 0 to count - 1. The standard's distributions differ between libraries; this does not.
+    /// Returns a number from 0 to count - 1. The standard's distributions differ between libraries;
+    /// this does not.
     std::size_t Below(std::size_t count) { return static_cast<std::size_t>(engine_() % count); }
     bool OneIn(std::size_t count) { return Below(count) == 0; }
     std::uint64_t Bits() { return engine_(); }

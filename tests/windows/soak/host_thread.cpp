@@ -80,7 +80,7 @@ void HostThread::RandomCall() {
     (this->*dice_.Pick(kCalls))();
 }
 
-// No service is asked for this one, so it is answered as soon as the worker gets to it.
+// No service is asked for this one, so the answer comes as soon as the worker gets to it.
 void HostThread::AnsweredCall() {
     const std::string group = dice_.Pick(groups_);
     Certain(kCombinedService, group, kStatusDeviceOnline);
@@ -107,7 +107,7 @@ ServiceType HostThread::Service() {
                                                     : dice_.Pick(kServices));
 }
 
-// Mostly short; at times long, and of any bytes.
+// The texts are mostly short, but sometimes long and of any bytes.
 std::string HostThread::Text() {
     const std::size_t longest = dice_.OneIn(50) ? 200000 : 40;
     std::string text(1 + dice_.Below(longest), 't');
@@ -164,7 +164,7 @@ void HostThread::LocalDeviceOnline() {
     } else if (service == kCombinedService) {
         Certain(service, group, kStatusDeviceOnline);
     }
-    // A size from 2^31 on counts as negative: nothing behind the pointer is read then.
+    // A size of 2^31 or more counts as negative, and then nothing behind the pointer is read.
     const std::uint64_t size = tooLong ? 0x80000000u + dice_.Below(1000) : data.size();
     const std::string device = dice_.Pick(kDevices);
     Call("LocalDeviceOnline", kAccepted,
@@ -231,7 +231,7 @@ void HostThread::RecvRemoteMessage() {
          [&] { return manager_.RecvRemoteMessage(type, length, message); });
 }
 
-// Its results are the companion's.
+// The results are those of the companion.
 void HostThread::GetOfficeDir() {
     const std::string group = dice_.Pick(groups_).substr(0, 5);
     const std::string device = dice_.Pick(kDevices);

@@ -1,8 +1,8 @@
-// One thread of the host: random calls, round after round. Each round ends with a call that is
-// surely answered and waits until all its promised outcomes have come.
+// One thread of the host makes random calls, round after round. Each round ends with a call that
+// surely gets an answer, and waits until all its promised outcomes have come.
 //
-// The sequence of its calls is a function of the seed and the thread's number; how the threads'
-// calls interleave is not.
+// The seed and the thread's number determine the sequence of its calls, but not how the calls of
+// the threads interleave.
 
 #ifndef PLENXSDK_TESTS_WINDOWS_SOAK_HOST_THREAD_H
 #define PLENXSDK_TESTS_WINDOWS_SOAK_HOST_THREAD_H
@@ -32,7 +32,8 @@ public:
     /// @return false when an outcome has not come in time.
     bool Round();
 
-    /// The call that is being made and since when (0: none), for the watch-dog.
+    /// Returns, for the watchdog, the call that the thread is making and since when (0: it makes
+    /// none).
     std::atomic<const char*> call{""};
     std::atomic<std::uint64_t> callSince{0};
 
@@ -57,7 +58,8 @@ private:
     void RegisterNobody();
     void EmptyArgument();
 
-    /// Makes the call, counts it and what it returned, and complains when that is not expected.
+    /// Makes the call, counts it and its result, and complains when the result is not the expected
+    /// one.
     template <class Body>
     void Call(const char* name, int expected, Body body);
 

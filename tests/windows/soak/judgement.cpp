@@ -21,14 +21,14 @@ constexpr Limit kLimits[] = {
     {"service handles", &Sample::serviceHandles, kServiceHandlesTolerance},
 };
 
-// The lower of two middle values, so that a figure is one that was measured.
+// Takes the lower of two middle values, so that the figure is one that was measured.
 std::uint64_t Median(std::vector<std::uint64_t> values) {
     const auto middle = values.begin() + static_cast<std::ptrdiff_t>((values.size() - 1) / 2);
     std::nth_element(values.begin(), middle, values.end());
     return *middle;
 }
 
-// The limits' fields and those that are only shown.
+// The medians cover these fields. Some have limits, and the others are only shown.
 constexpr Field kFields[] = {&Sample::privateBytes, &Sample::heapBytes,      &Sample::handles,
                              &Sample::threads,      &Sample::serviceHandles, &Sample::wineRecords,
                              &Sample::measuredBytes};

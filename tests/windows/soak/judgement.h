@@ -1,5 +1,5 @@
-// Whether a long run stayed flat. Samples are taken while nothing is going on; the first quarter
-// is the warm-up, the medians of the second and of the last quarter are compared.
+// Decides whether a long run stayed flat. Samples are taken while nothing is going on. The first
+// quarter is the warm-up; the medians of the second and of the last quarter are compared.
 
 #ifndef PLENXSDK_TESTS_WINDOWS_SOAK_JUDGEMENT_H
 #define PLENXSDK_TESTS_WINDOWS_SOAK_JUDGEMENT_H
@@ -21,25 +21,26 @@ struct Sample {
     std::uint64_t measuredBytes = 0;   ///< all private bytes
 };
 
-/// Fewer samples than that are no judgement.
+/// Fewer samples than this allow no judgement.
 constexpr std::size_t kFewestSamples = 8;
 
-/// What one of Wine's records takes of the heap, headers of the blocks included: the record 96, its
-/// binding 144, three strings of 48 each. Measured of 20 open handles, all alike.
+/// One of Wine's records takes this much of the heap, the headers of its blocks included: the
+/// record 96, its binding 144, and three strings of 48 each. We measured 20 open handles, all
+/// alike.
 constexpr std::uint64_t kBytesOfAWineRecord = 384;
 
-/// What may be gained between the two quarters.
+/// The figures may grow by this much between the two quarters.
 constexpr std::uint64_t kPrivateBytesTolerance = 1024 * 1024;
 constexpr std::uint64_t kHeapBytesTolerance = 32 * 1024;
 constexpr std::uint64_t kHandlesTolerance = 8;
 constexpr std::uint64_t kThreadsTolerance = 0;
 constexpr std::uint64_t kServiceHandlesTolerance = 0;
 
-/// The medians of the second quarter and of the last one.
+/// Returns the medians of the second quarter and of the last one.
 Sample AfterWarmUp(const std::vector<Sample>& samples);
 Sample AtTheEnd(const std::vector<Sample>& samples);
 
-/// A line for each figure that has grown; empty when the run stayed flat.
+/// Returns a line for each figure that has grown; empty when the run stayed flat.
 std::vector<std::string> Judge(const std::vector<Sample>& samples);
 
 }  // namespace PlenxSoak

@@ -24,7 +24,7 @@ struct PipeState {
     ULONG state, end;
 };
 
-// Where Wine keeps the endpoints of local RPC.
+// Wine keeps the endpoints of local RPC here.
 std::wstring PipeName(const wchar_t* endpoint) {
     return std::wstring(L"\\lrpc\\") + endpoint;
 }
@@ -73,7 +73,8 @@ std::size_t ReviveListener(const wchar_t* endpoint) {
             revived += DisconnectNamedPipe(handle) ? 1 : 0;
         }
     }
-    // Served already, so nothing is added; but the server's thread looks at its pipes anew.
+    // The endpoint is already served, so this adds nothing; but the server's thread looks at its
+    // pipes again.
     wchar_t protocol[] = L"ncalrpc";
     std::wstring served = endpoint;
     RpcServerUseProtseqEpW(reinterpret_cast<RPC_WSTR>(protocol), RPC_C_PROTSEQ_MAX_REQS_DEFAULT,

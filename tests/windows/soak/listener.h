@@ -9,11 +9,11 @@
 
 namespace PlenxSoak {
 
-/// Whether a client would be let in now. To be asked when no client is connecting. Waits some
-/// seconds, as an endpoint may not be served yet.
+/// Returns whether a client could connect now. Ask only when no client is connecting. It waits some
+/// seconds, because an endpoint may not be served yet.
 bool TakesConnections(const wchar_t* endpoint);
 
-/// Takes the dead clients off the pipes of an endpoint that this process serves, and wakes its
+/// Removes the dead clients from the pipes of an endpoint that this process serves, and wakes its
 /// server. @return how many there were.
 std::size_t ReviveListener(const wchar_t* endpoint);
 

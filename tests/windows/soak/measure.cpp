@@ -15,8 +15,8 @@
 namespace PlenxSoak {
 namespace {
 
-// Exact, where private bytes also move with the shape of the heap. Every malloc and new of the
-// program, of the library and of the companions lies there.
+// This figure is exact, whereas private bytes also move with the shape of the heap. Every malloc
+// and new of the program, of the library and of the companions lies there.
 std::uint64_t HeapBytes() {
     const HANDLE heap = reinterpret_cast<HANDLE>(_get_heap_handle());
     std::uint64_t bytes = 0;
@@ -31,8 +31,8 @@ std::uint64_t HeapBytes() {
     return bytes;
 }
 
-// When two threads use the service manager at once, Wine at times fails to close a service handle,
-// and its RPC client then keeps what it knew of it: a record, a binding and three strings.
+// When two threads use the service manager at once, Wine sometimes fails to close a service handle.
+// Its RPC client then keeps a record of that handle, with a binding and three strings.
 std::uint64_t WineRecords() {
     constexpr char kMark[] = {'N', 'D', 'R', 'C'};
     constexpr std::size_t kMarkAt = 16;

@@ -36,7 +36,7 @@ std::vector<DWORD> ServiceProcesses() {
     return processes;
 }
 
-// Wine takes a service's status from everybody who has opened the service for it.
+// Wine accepts a service's status from everybody who has opened the service for it.
 void ReportStopped(const wchar_t* name) {
     constexpr DWORD kSetStatus = 0x8000;
     const PlenxSupport::ServiceHandle service = PlenxTest::OpenedService(name, kSetStatus);
@@ -61,7 +61,7 @@ void Mender::MendDead() {
     }
 }
 
-// Also those that the service manager has lost sight of.
+// This also finds processes that the service manager has lost sight of.
 void Mender::EndAll() {
     for (const DWORD process : ServiceProcesses()) {
         PlenxTest::EndProcess(process);

@@ -1,5 +1,5 @@
-// Does for a service what Windows does and Wine does not: when its process has ended, the service
-// counts as stopped.
+// Does for a service what Windows does and Wine does not: when the service's process has ended, it
+// marks the service as stopped.
 
 #ifndef PLENXSDK_TESTS_WINDOWS_SOAK_MENDER_H
 #define PLENXSDK_TESTS_WINDOWS_SOAK_MENDER_H
@@ -14,11 +14,11 @@ class Mender {
 public:
     explicit Mender(Tally& tally) : tally_(tally) {}
 
-    /// Mends the services whose process has ended.
+    /// Marks the services whose process has ended as stopped.
     void MendDead();
-    /// Ends every process of a service, and mends the services.
+    /// Ends every process of a service, and then mends the services.
     void EndAll();
-    /// Ends the process of one service and leaves it at that.
+    /// Ends the process of one service and mends nothing.
     void Kill(std::size_t service);
 
 private:

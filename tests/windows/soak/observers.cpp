@@ -53,7 +53,7 @@ int BookKeeper::NotifyStatus(ServiceType service, const std::string& group, unsi
     return 0;
 }
 
-// The calls that a notification may make and that do not lead to further notifications.
+// A notification may make these calls, which lead to no further notifications.
 int Guest::Misbehave() {
     if (hasLeft_) {
         complaints_.Add("an observer was called after it was unregistered");
@@ -91,7 +91,7 @@ std::int32_t Guest::AnswerLink(unsigned int) {
     return static_cast<std::int32_t>(dice_.Bits());
 }
 
-// On the worker an exception would take the rest of the job with it, outcomes included.
+// On the worker, an exception would take the rest of the job with it, outcomes included.
 int Guest::NotifyStatus(ServiceType, const std::string&, unsigned int, bool) {
     return Misbehave();
 }

@@ -20,7 +20,7 @@ namespace PlenxSoak {
 /// The group names of host thread N begin with this and N.
 constexpr char kGroupPrefix[] = "soak";
 
-/// Gives each outcome to the book of the thread that it belongs to; counts everything.
+/// Gives each outcome to the book of the thread that it belongs to, and counts everything.
 class BookKeeper : public PlenxTest::TextObserver {
 public:
     BookKeeper(std::vector<OutcomeBook>& books, Tally& tally, Complaints& complaints)
@@ -40,8 +40,8 @@ private:
     std::atomic<int> inside_{0};
 };
 
-/// Is slow, fails, throws where nobody waits for an outcome, and calls the library back. Complains
-/// when it is called after it was told that it has left.
+/// A guest is slow, fails, throws where nobody waits for an outcome, and calls the library back. It
+/// complains when it is called after it was told that it has left.
 class Guest : public PlenxTest::TextObserver {
 public:
     Guest(std::uint64_t seed, std::uint64_t number, Complaints& complaints)

@@ -1,8 +1,8 @@
-// What one host thread has been promised and not been told yet.
+// Keeps the outcomes that one host thread was promised and has not heard of yet.
 //
 // The library carries out the calls of a thread in their order, so their outcomes come in that
-// order too. Some are certain, others come only when a service refuses something. The thread
-// writes and waits, the observer takes.
+// order too. Some are certain; others come only when a service refuses something. The thread writes
+// and waits; the observer takes.
 
 #ifndef PLENXSDK_TESTS_WINDOWS_SOAK_OUTCOME_BOOK_H
 #define PLENXSDK_TESTS_WINDOWS_SOAK_OUTCOME_BOOK_H
@@ -26,13 +26,14 @@ class OutcomeBook {
 public:
     enum Promise { kCertain, kPossible };
 
-    /// To be called before the call that leads to it.
+    /// Call this before the call that leads to the outcome.
     void Expect(Outcome outcome, Promise promise);
-    /// @return false when it was not promised, or a certain one before it has been left out.
+    /// @return false when the outcome was not promised, or when a certain one before it did not
+    /// come.
     bool Take(const Outcome& outcome);
-    /// Waits until every certain one has come. @return false when the time is over.
+    /// Waits until every certain outcome has come. @return false when the time is over.
     bool WaitForAll(std::chrono::milliseconds limit);
-    /// What is missing, for a failure's text.
+    /// Returns the missing outcomes, for a failure's text.
     std::string Missing() const;
 
 private:

@@ -13,8 +13,8 @@ class RestGate {
 public:
     explicit RestGate(int threads) : threads_(threads) {}
 
-    /// For a busy thread, between two rounds: waits while the gate is closed.
-    /// @return false when the run is over and the thread is to end.
+    /// A busy thread calls this between two rounds. It waits while the gate is closed.
+    /// @return false when the run is over and the thread must end.
     bool Pass() {
         std::unique_lock<std::mutex> lock(mutex_);
         ++waiting_;
@@ -24,7 +24,7 @@ public:
         return !over_;
     }
 
-    /// Returns once all threads wait. @return false when one has not come in time.
+    /// Returns once all threads wait. @return false when one of them has not come in time.
     bool Close(std::chrono::milliseconds limit) {
         std::unique_lock<std::mutex> lock(mutex_);
         closed_ = true;

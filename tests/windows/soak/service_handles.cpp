@@ -11,7 +11,7 @@ namespace {
 
 std::atomic<std::uint64_t> open{0};
 
-// The system's own, past the counters.
+// These are the system's own functions, past the counters.
 template <class Function>
 Function* Own(const char* name) {
     const HMODULE system = GetModuleHandleW(L"advapi32.dll");

@@ -1,6 +1,6 @@
-// How many handles of the service manager are open. They are no handles of the system under Wine,
-// so that the process's count does not have them; the imports of the library and of this program
-// are led through counters instead.
+// Counts the open handles of the service manager. Under Wine these are no handles of the system, so
+// the process's count does not include them. Instead, this redirects the imports of the library and
+// of this program through counters.
 
 #ifndef PLENXSDK_TESTS_WINDOWS_SOAK_SERVICE_HANDLES_H
 #define PLENXSDK_TESTS_WINDOWS_SOAK_SERVICE_HANDLES_H
@@ -9,11 +9,11 @@
 
 namespace PlenxSoak {
 
-/// From now on. To be called once, before anybody uses the service manager.
+/// Counts from now on. Call it once, before anybody uses the service manager.
 void CountServiceHandles();
 
-/// Those that were opened and that nobody has tried to close. What came of the try does not count:
-/// Wine at times fails to close a handle.
+/// Returns how many handles were opened that nobody has tried to close. The result of the try does
+/// not count, because Wine sometimes fails to close a handle.
 std::uint64_t ServiceHandles();
 
 }  // namespace PlenxSoak

@@ -38,10 +38,11 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr unsigned kHostThreads = 4;
-constexpr unsigned kMender = kHostThreads;  // the book of the calls at rest
+constexpr unsigned kMender = kHostThreads;  // the book of the calls that are made at rest
 constexpr std::uint64_t kGuestStream = 1000000;
 constexpr int kStuck = 2;
-// Wine's pools fill with what is done: on a busy machine seconds alone would not warm up.
+// Wine's pools fill with the work that is done, so on a busy machine seconds alone would not warm
+// up.
 constexpr std::uint64_t kWarmUpCalls = 600;
 
 std::uint64_t Number(const wchar_t* variable, std::uint64_t otherwise) {
@@ -77,7 +78,7 @@ private:
 
     const Plan plan_;
     const ULONGLONG start_ = GetTickCount64();
-    // In use until the process ends; the test program removes it.
+    // It is in use until the process ends, so the test program removes it.
     PlenxTest::InstallFolder& folder_ = *new PlenxTest::InstallFolder(L"plenx-soak");
     PLENXManager& manager_ = PLENXManager::GetInstance();
     Tally tally_;
@@ -127,7 +128,7 @@ int SoakRun::Execute() {
     threads.emplace_back([&] { MendServices(); });
     std::thread([this] { Watch(); }).detach();
 
-    // A rest takes some seconds, but it also heals what is broken, and what is broken slows
+    // A rest takes some seconds. But it also heals what is broken, and anything broken slows
     // everything down.
     const unsigned busySeconds = std::clamp(plan_.seconds / 24, 3u, 20u);
     const unsigned showEvery = std::clamp(plan_.seconds / 12, 10u, 60u);
@@ -146,7 +147,7 @@ int SoakRun::Execute() {
         beBusy();
     }
     samples_.clear();
-    // On a slow machine until there is enough to judge by.
+    // On a slow machine the run goes on until there are enough samples for a judgement.
     while (!silence_.TooLong() &&
            (SecondsSinceStart() < plan_.seconds || samples_.size() < kFewestSamples)) {
         beBusy();
@@ -165,7 +166,7 @@ int SoakRun::Execute() {
 }
 
 // Wine keeps a connection to the service manager for each thread that was ever there while others
-// were. When that happens first is chance, so it happens here.
+// were. Chance decides when that first happens, so this makes it happen here.
 void SoakRun::FillConnections() {
     constexpr int kThreads = 6;
     constexpr int kQueries = 100;
@@ -190,7 +191,8 @@ void SoakRun::Busy(HostThread& thread) {
     }
 }
 
-// Those that have left are kept for a while, to hear of it when they are called all the same.
+// Observers that have left are kept for a while, so that the run notices when they are called all
+// the same.
 void SoakRun::LetGuestsIn() {
     constexpr std::size_t kRemembered = 16;
     Dice dice(plan_.seed, kGuestStream);
@@ -223,7 +225,7 @@ void SoakRun::MendServices() {
     }
 }
 
-// A call that does not return is not seen by its own thread.
+// A thread cannot see by itself that its own call does not return.
 void SoakRun::Watch() {
     for (;;) {
         Sleep(1000);
@@ -236,7 +238,7 @@ void SoakRun::Watch() {
     }
 }
 
-// Nothing is under way, no service runs, every setting is what it was at the beginning.
+// Nothing is under way, no service runs, and every setting is as it was at the beginning.
 void SoakRun::Rest() {
     ComeToRest();
     mender_.Kill(samples_.size());
@@ -278,7 +280,7 @@ void SoakRun::NoteWhatCame() {
     }
 }
 
-// The last part of the run: what is left of it is not measured, but all is answered.
+// This is the last part of the run. Its remainder is not measured, but everything gets an answer.
 void SoakRun::LetCallsBreak() {
     trouble_.LetCallsBreak();
     gate_.Open();
@@ -296,7 +298,7 @@ void SoakRun::ComeToRest() {
 void SoakRun::StopServices() {
     const std::string group = kGroupPrefix + std::to_string(kMender);
     OutcomeBook& book = books_[kMender];
-    // Too long to lie inside a string object: the setting's old memory is given back for it.
+    // The text is too long to lie inside a string object, so the setting gives its old memory back.
     manager_.SetConfig(kCombinedService, kLocaleConfig, std::string(64, 'r'));
     for (const ServiceType service : {kPcService, kPhoneService, kOfficeService}) {
         book.Expect({service, group, kStatusStop}, OutcomeBook::kCertain);
@@ -329,8 +331,8 @@ int SoakRun::Close() {
     for (const std::string& grown : Judge(samples_)) {
         failures.push_back(grown);
     }
-    // A run whose services no longer start has tried nothing since. In a short one a single service
-    // may have had bad luck.
+    // A run whose services no longer start has tested nothing since then. In a short run a single
+    // service may have had bad luck.
     constexpr std::size_t kManySamples = 24;
     const GoodStarts& middle = goodStarts_[goodStarts_.size() / 2];
     const GoodStarts& end = goodStarts_.back();
@@ -350,7 +352,8 @@ int SoakRun::Close() {
     return failures.empty() ? 0 : 1;
 }
 
-// What hangs would also hang the end of the process: it is ended at once, by whoever comes first.
+// A hanging call would also hang the end of the process, so whoever comes first ends the process at
+// once.
 void SoakRun::GiveUp(const std::string& why) {
     givingUp_.lock();
     std::string text = "STUCK after " + std::to_string(SecondsSinceStart()) + " s with seed " +
@@ -376,7 +379,7 @@ Plan PlanFromEnvironment() {
 }
 
 int Run(const Plan& plan) {
-    // Never destroyed: its members may be in use until the process ends.
+    // It is never destroyed, because its members may be in use until the process ends.
     return (new SoakRun(plan))->Execute();
 }
 

@@ -1,4 +1,4 @@
-// One run: this process is the host for as long as it lasts, as the library can be initialised
+// One run: this process is the host for as long as it lasts, because the library can be initialised
 // once per process.
 
 #ifndef PLENXSDK_TESTS_WINDOWS_SOAK_SOAK_RUN_H
@@ -13,11 +13,11 @@ struct Plan {
     std::uint64_t seed = 1;
 };
 
-/// From PLENX_SOAK_SECONDS and PLENX_SOAK_SEED.
+/// Reads PLENX_SOAK_SECONDS and PLENX_SOAK_SEED.
 Plan PlanFromEnvironment();
 
-/// Prints its progress and a closing table. @return 0 when nothing went wrong. Ends the process
-/// with 2 when a call or an outcome does not come back.
+/// Runs the soak and prints its progress and a closing table. @return 0 when nothing went wrong. It
+/// ends the process with 2 when a call or an outcome does not come back.
 int Run(const Plan& plan);
 
 }  // namespace PlenxSoak

@@ -1,4 +1,4 @@
-// The soak, and what holds its own parts: that leaks are seen, that outcomes are missed.
+// Runs the soak, and tests its own parts: they must notice leaks and missed outcomes.
 
 #include <gtest/gtest.h>
 #include <windows.h>
@@ -90,8 +90,8 @@ TEST(Judgement, TooFewSamples_GiveNoJudgement) {
     EXPECT_EQ(Judge(FlatSeries(7)), std::vector<std::string>{"only 7 samples"});
 }
 
-// Wine's record of a handle is there while the handle is open, too. What is taken off the private
-// bytes is therefore safe only beside a count of the open handles.
+// Wine's record of a handle also exists while the handle is open. So it is safe to subtract records
+// from the private bytes only together with a count of the open handles.
 TEST(Measure, OpenServiceHandles_AreCountedAndAreWinesRecords) {
     CountServiceHandles();
     const Sample before = Measure();
@@ -176,7 +176,7 @@ TEST(Silence, NobodyWhoCouldSaySomething_IsNoSilence) {
     EXPECT_FALSE(silence.TooLong());
 }
 
-// Nothing of the library is in this: a client that comes and goes before the server listens.
+// The library plays no part in this: a client comes and goes before the server listens.
 TEST(Listener, ServerThatWineLeftDeaf_IsRevived) {
     wchar_t protocol[] = L"ncalrpc";
     wchar_t endpoint[] = L"PlenxSoakListener";
@@ -195,7 +195,7 @@ TEST(Listener, ServerThatWineLeftDeaf_IsRevived) {
     EXPECT_EQ(RpcMgmtStopServerListening(nullptr), RPC_S_OK);
 }
 
-// The host is a process of its own: what hangs in it must not hang the test.
+// The host is a process of its own, so that a hang in it does not hang the test.
 TEST(Soak, RandomCallsAgainstServicesThatMisbehave_AreAnsweredAndLeakNothing) {
     constexpr unsigned kSecondsToEnd = 600;
     const Plan plan = PlanFromEnvironment();

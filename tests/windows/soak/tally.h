@@ -1,4 +1,4 @@
-// Counts of what happened, by section and name. Any thread may count.
+// Counts events by section and name. Any thread may count.
 
 #ifndef PLENXSDK_TESTS_WINDOWS_SOAK_TALLY_H
 #define PLENXSDK_TESTS_WINDOWS_SOAK_TALLY_H

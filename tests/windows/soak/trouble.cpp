@@ -37,15 +37,15 @@ constexpr OneTrouble kTroubles[] = {
     {"[[stop]]", "delay_ms = 300"},
 };
 
-// Each of these costs the library seconds, and all other calls wait for it.
+// Each of these troubles costs the library seconds, and all other calls wait for it.
 constexpr std::size_t kOneCostlyIn = 40;
 constexpr OneTrouble kCostlyTroubles[] = {
     {"[[start]]", "never = true"},  {"[[start]]", "serve = false"}, {"[[stop]]", "accept = false"},
     {"[[stop]]", "how = 'ignore'"}, {"[[stop]]", "how = 'never'"},
 };
 
-// Under Wine the client keeps what belongs to a call that has failed half-way, and refuses the
-// endpoint for good (1727) once the service was started again.
+// Under Wine the client keeps the data of a call that has failed half-way. It then refuses the
+// endpoint for good (1727) once the service has been started again.
 constexpr OneTrouble kBrokenCalls[] = {
     {"[[on]]", "request = 'CreateGroup'\ncrash = true"},
     {"[[on]]", "request = 'DeviceOnline'\ncrash = true"},
@@ -84,8 +84,8 @@ void Trouble::Rest() {
     Write("");
 }
 
-// None, one or two at a time. What names a request stands in front: of the steps that are for a
-// request, the first one counts alone.
+// There are no troubles, one, or two at a time. Those that name a request stand in front: of the
+// steps for a request, only the first one counts.
 std::string Trouble::Mix(const std::string& service) {
     std::string named;
     std::string others;
@@ -109,8 +109,8 @@ std::string Trouble::TableOf(const std::string& service, const OneTrouble& troub
     return std::string(trouble.table) + "\nservice = '" + service + "'\n" + trouble.keys + "\n";
 }
 
-// In one step, as a service may read the file at any time. Should a reader hold it, the mix before
-// lasts longer.
+// This replaces the file in one step, because a service may read it at any time. If a reader holds
+// the file, the mix before lasts longer.
 void Trouble::Write(const std::string& tables) const {
     const fs::path fresh = fs::path(file_).concat(L".new");
     PlenxTest::WriteFile(fresh, tables);

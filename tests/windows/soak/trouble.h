@@ -1,4 +1,4 @@
-// How the services misbehave: a new mix for each service every now and then.
+// Makes the services misbehave, with a new mix for each service every now and then.
 
 #ifndef PLENXSDK_TESTS_WINDOWS_SOAK_TROUBLE_H
 #define PLENXSDK_TESTS_WINDOWS_SOAK_TROUBLE_H
@@ -15,21 +15,21 @@ namespace PlenxSoak {
 /// A table of the control file.
 struct OneTrouble {
     const char* table;
-    const char* keys;  // a line each, but for the service
+    const char* keys;  // one key a line, without the service
 };
 
-/// Writes the development service's control file and the office stand-in's variable. The sequence
-/// of mixes is a function of the seed; when each takes over is not.
+/// Writes the development service's control file and the office stand-in's variable. The seed
+/// determines the sequence of mixes, but not when each takes over.
 class Trouble {
 public:
     Trouble(std::uint64_t seed, const std::filesystem::path& installFolder, Tally& tally);
 
-    /// The next mix. @return how long it is to last, in milliseconds.
+    /// Switches to the next mix. @return how long it must last, in milliseconds.
     unsigned Next();
-    /// All services behave.
+    /// Makes all services behave.
     void Rest();
-    /// From now on services also end, or raise exceptions, in the middle of a call. This comes
-    /// last: under Wine the library cannot reach such a service again.
+    /// From now on services also end, or raise exceptions, in the middle of a call. Do this last:
+    /// under Wine the library cannot reach such a service again.
     void LetCallsBreak() { callsMayBreak_ = true; }
 
 private:

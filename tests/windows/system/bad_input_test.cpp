@@ -1,4 +1,4 @@
-// Every operation of the library, called with what no reasonable host passes.
+// Calls every operation of the library with arguments that no reasonable host passes.
 
 #include <limits>
 
@@ -256,13 +256,13 @@ HOST_TEST(HugeText, AsASetting_LeavesTheLogUsable) {
 HOST_TEST(HugeText, AsArgumentOfEveryOperation_IsSentOrFailsAndTheLibraryGoesOn) {
     Init();
     ASSERT_TRUE(Start(kPhoneService));
-    // No PC service answers: the requests are built and fail.
+    // No PC service answers, so the requests are built and fail.
     EXPECT_EQ(manager.RecvRemoteMessage(kMessage, 1, huge), 0);
     EXPECT_EQ(manager.DeviceNameChanged(huge), 0);
     EXPECT_EQ(manager.RemoteDeviceOnline(kPcService, huge, huge), 0);
     EXPECT_TRUE(Settle(60000));
     EXPECT_EQ(manager.GetInt64Config(kPhoneService, DistributedFs::kServiceNotRunningConfig), 0);
-    // This one does.
+    // This service answers.
     EXPECT_EQ(manager.LocalDeviceOnline(kPhoneService, "group", "here", huge.size(),
                                         reinterpret_cast<const unsigned char*>(huge.data())),
               0);
@@ -287,8 +287,8 @@ HOST_TEST(HugeText, AsGroupDeviceAndFolder_IsTakenAndTheLibraryGoesOn) {
     EXPECT_TRUE(Start(kPcService));
 }
 
-// As folders of the first Init such texts would keep the worker busy for minutes: each of 101
-// candidates is asked for.
+// As folders of the first Init, such texts would keep the worker busy for minutes, because the
+// library asks for each of 101 candidates.
 HOST_TEST(HugeText, AsArgumentOfInit_IsTakenAndTheLibraryGoesOn) {
     manager.Init(folder.Install(), folder.Data(), huge, true);
     EXPECT_TRUE(Settle(60000));
@@ -332,7 +332,7 @@ HOST_TEST(BadFolders, MalformedUtf8_LeavesNoServiceSideUntilTheNextInit) {
     EXPECT_TRUE(Start(kPcService));
 }
 
-// The system sees a path up to its first NUL: what would be wiped is the data folder itself.
+// The system sees a path up to its first NUL, so the library would wipe the data folder itself.
 HOST_TEST(BadFolders, DataFolderWithANul_IsNotTouchedAndLeavesNoServices) {
     const std::filesystem::path file = folder.DataPath() / L"file.txt";
     WriteFile(file, "the host's");
@@ -342,7 +342,7 @@ HOST_TEST(BadFolders, DataFolderWithANul_IsNotTouchedAndLeavesNoServices) {
     StartFailsWith16(kPcService);
 }
 
-// The same for the install folder: what the driver upgrade would delete is the file itself.
+// The same holds for the install folder: the driver upgrade would delete the file itself.
 HOST_TEST(BadFolders, InstallFolderWithANul_IsNotTouchedAndLeavesNoServices) {
     const std::filesystem::path file = folder.DataPath() / L"file.txt";
     WriteFile(file, "the host's");

@@ -1,4 +1,4 @@
-// Newer driver files in "upgrade" replace the installed ones, whatever holds them.
+// Tests that newer driver files in "upgrade" replace the installed ones, whatever holds those.
 
 #include "support/child_process.h"
 #include "support/service_state.h"

@@ -20,7 +20,7 @@ bool Serve() {
            RpcServerListen(1, 10, TRUE) == RPC_S_OK;
 }
 
-// A pipe that has the one end that it may have.
+// A pipe that already has the one end that it may have.
 bool KeepOut() {
     return CreateNamedPipeW(L"\\\\.\\pipe\\lrpc\\Manager", PIPE_ACCESS_DUPLEX,
                             PIPE_TYPE_MESSAGE | PIPE_READMODE_MESSAGE, 1, 4096, 4096, 0,

@@ -1,4 +1,4 @@
-// Another process that has the endpoint "Manager".
+// Another process, which holds the endpoint "Manager".
 
 #ifndef PLENXSDK_TESTS_WINDOWS_SYSTEM_ENDPOINT_HOLDER_H
 #define PLENXSDK_TESTS_WINDOWS_SYSTEM_ENDPOINT_HOLDER_H
@@ -12,13 +12,13 @@ namespace PlenxTest {
 class EndpointHolder {
 public:
     enum class By {
-        kServing,     // an interface of nobody's; Wine lets others serve there as well
-        kKeepingOut,  // the place where Wine makes the endpoint's pipe: nobody else can
+        kServing,     // a made-up interface; Wine lets others serve there as well
+        kKeepingOut,  // the place of Wine's pipe for the endpoint: nobody else can serve
     };
 
     explicit EndpointHolder(By how);
 
-    /// Waits until it does.
+    /// Waits until the process holds it.
     bool Holds() const;
 
 private:
@@ -26,8 +26,8 @@ private:
     ChildProcess process_;
 };
 
-/// For main: true when this process was started as a holder; it has then held the endpoint until
-/// it was no longer wanted.
+/// For main: returns true when this process was started as a holder. It has then held the endpoint
+/// until nobody needed it any more.
 bool RunAsEndpointHolder(int argc, char** argv);
 
 }  // namespace PlenxTest

@@ -1,4 +1,4 @@
-// Tests the endpoint "Manager" when somebody else has it.
+// Tests the endpoint "Manager" when another process holds it.
 
 #include <windows.h>
 

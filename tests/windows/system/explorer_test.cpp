@@ -26,7 +26,7 @@ HOST_TEST(Explorer, RemoteDeviceOnline_RefreshesTheFolderAndAddsTheDrive) {
     manager.RemoteDeviceOnline(kPcService, "group", "there");
     EXPECT_TRUE(listener.WaitForEvents(3));
     EXPECT_TRUE(ServiceComesToSay("Manager answered ExploreFlushNotify(18) result:0 reply:0"));
-    // Where the system files the computer folder, which is no path, is its own matter.
+    // The system itself decides where it files the computer folder, which is no path.
     EXPECT_THAT(
         listener.Events(),
         ElementsAre(kFolderChanged + " " + folder.Data() + "\\plenx\\pc", kDriveAdded + " P:\\",

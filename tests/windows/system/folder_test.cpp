@@ -16,7 +16,7 @@ class WorkingFolder : public Host {
 protected:
     const fs::path& data = folder.DataPath();
 
-    /// The worker's lines of Init up to the first service.
+    /// Returns the worker's lines of Init up to the first service.
     Lines LinesBeforeInstallation();
 };
 
@@ -100,7 +100,8 @@ HOST_TEST(WorkingFolder, ReadOnlyFileInIt_MakesItPlenx0) {
     SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_NORMAL);
 }
 
-// Beyond 260 characters paths are up to the system. Whatever it says, there is a working folder.
+// The system decides about paths beyond 260 characters. Whatever it decides, there must be a
+// working folder.
 HOST_TEST(WorkingFolder, OldContentOfAnyDepth_LeavesAWorkingFolder) {
     std::wstring deep = L"\\\\?\\" + folder.WorkingFolder().wstring();
     ASSERT_TRUE(CreateDirectoryW(deep.c_str(), nullptr));
@@ -116,7 +117,7 @@ HOST_TEST(WorkingFolder, OldContentOfAnyDepth_LeavesAWorkingFolder) {
 
 class FolderNames : public Host {
 protected:
-    /// The installed files under another name, and an empty data folder.
+    /// Installs the files under another name, with an empty data folder.
     void UseFolders(const std::wstring& install, const std::wstring& data);
 
     fs::path dataFolder;
@@ -131,7 +132,7 @@ void FolderNames::UseFolders(const std::wstring& install, const std::wstring& da
     ASSERT_TRUE(Settle());
 }
 
-// The icons' files alone are named in the code page of the system.
+// Only the icon files have names in the code page of the system.
 HOST_TEST(FolderNames, ThatAreNotAscii_AreUsedForTheServices) {
     UseFolders(L"\u00e4pp\u0142", L"\u65e5\u672c\U0001F4C1");
     EXPECT_TRUE(Start(kPcService));
@@ -141,7 +142,7 @@ HOST_TEST(FolderNames, ThatAreNotAscii_AreUsedForTheServices) {
     EXPECT_TRUE(observer.WaitFor("NotifyDisconnect(1, group)"));
 }
 
-// A data folder of 250 characters leaves no room for what is made in it, where there is a limit.
+// Where there is a limit, a data folder of 250 characters leaves no room for the folders in it.
 HOST_TEST(FolderNames, OfGreatLength_WorkOrLeaveNoServices) {
     const std::wstring name(250 - folder.DataPath().wstring().size(), L'l');
     UseFolders(L"app", name);
@@ -151,8 +152,8 @@ HOST_TEST(FolderNames, OfGreatLength_WorkOrLeaveNoServices) {
     EXPECT_TRUE(Start(kOfficeService));
 }
 
-/// A link to a folder beside its own. Wine neither makes nor removes such links, but knows those of
-/// the system that it runs on.
+/// A link to a folder beside its own. Wine neither makes nor removes such links, but it knows those
+/// of the system that it runs on.
 class FolderLink {
 public:
     FolderLink(const fs::path& link, const std::wstring& target) : link_(link) {
@@ -177,8 +178,8 @@ public:
     }
 
 private:
-    // A program of the system below, in the link's folder and with its name as the last argument.
-    // It is no process of Wine's, so that only its effect can be waited for.
+    // This starts a program of the underlying system in the link's folder, with the link's name as
+    // the last argument. It is no process of Wine's, so the test can wait only for its effect.
     void RunBelow(const std::wstring& command) const {
         const bool before = Exists();
         const fs::path here = fs::current_path();

@@ -15,7 +15,7 @@ namespace PlenxTest {
 
 class HeldFile {
 public:
-    /// Makes the file if necessary.
+    /// Makes the file if it does not exist.
     explicit HeldFile(const std::filesystem::path& path)
         : file_(CreateFileW(path.c_str(), GENERIC_READ, 0, nullptr, OPEN_ALWAYS,
                             FILE_ATTRIBUTE_NORMAL, nullptr)) {

@@ -1,4 +1,4 @@
-// A host of the library, with a folder of its own, an observer, and an eye on the log.
+// A host of the library, with a folder of its own and an observer; it also reads the log.
 
 #ifndef PLENXSDK_TESTS_WINDOWS_SYSTEM_HOST_H
 #define PLENXSDK_TESTS_WINDOWS_SYSTEM_HOST_H
@@ -28,37 +28,39 @@ protected:
     Host();
     ~Host() override;
 
-    /// Tells the services how to behave: the tables of their control file.
+    /// Tells the services how to behave, by the tables of their control file.
     void Control(const std::string& tables) const;
 
-    /// Init with the folder and the observer registered; returns once the worker is done with it.
+    /// Calls Init with the folder and with the observer registered. Returns once the worker has
+    /// finished it.
     void Init();
     /// Starts a service with group "group" and waits for the outcome. @return the outcome.
     bool Start(ServiceType service);
 
-    /// Waits until the worker has done all that was queued. @return false when it hangs.
+    /// Waits until the worker has done everything that was queued. @return false when it hangs.
     bool Settle(DWORD milliseconds = 30000);
 
-    /// The worker's lines since the last Settle but one, that is: settle, act, settle, compare.
+    /// Returns the worker's lines between the last two calls of Settle. A test settles, acts,
+    /// settles and compares.
     Lines WorkerLines() const;
-    /// The same of this thread, and of all threads.
+    /// Returns the same of this thread, and of all threads.
     Lines OwnLines() const;
     Lines AllLines() const;
-    /// All lines from the beginning on that come from one function.
+    /// Returns all lines of one function from the beginning on.
     static Lines LinesOf(const std::string& function);
     static int CountLines(const std::string& line);
-    /// Waits until the line is there.
+    /// Waits until the log has the line.
     static bool LogComesToSay(const std::string& line, DWORD milliseconds = 15000);
 
-    /// What the observer was told by the worker, and by the services.
+    /// Returns the calls that the observer received from the worker, and from the services.
     Lines ToldByWorker() const { return observer.CallsOn(worker_); }
     Lines ToldByServices() const { return observer.CallsNotOn(worker_); }
 
-    /// What a service has logged that begins so, without time and name.
+    /// Returns the lines of a service's log that begin in this way, without time and name.
     Lines ServiceLines(const std::string& nickname, const std::string& beginning) const;
     bool ServiceComesToSay(const std::string& text, DWORD milliseconds = 15000) const;
 
-    // In use until this process ends; the parent removes it.
+    // It is in use until this process ends, so the parent removes it.
     InstallFolder& folder = *new InstallFolder(L"plenx-system");
     RecordingObserver observer;
     DistributedFs::PLENXManager& manager = DistributedFs::PLENXManager::GetInstance();
@@ -71,10 +73,10 @@ private:
     unsigned settles_ = 0;
 };
 
-/// The line with which the worker begins a start, and a stop.
+/// Returns the line with which the worker begins a start, or a stop.
 std::string StartIsInvoked(ServiceType service);
 std::string StopIsInvoked(ServiceType service);
-/// The start of a service that finds everything in order, as the worker logs it.
+/// Returns the worker's lines for the start of a service that finds everything in order.
 Lines LinesOfStart(ServiceType service, const std::string& name);
 Lines LinesOfStatus(ServiceType service, unsigned kind, bool value);
 Lines operator+(Lines left, const Lines& right);

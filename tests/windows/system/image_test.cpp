@@ -1,4 +1,4 @@
-// plenxsdk.dll as its headers show it: what it offers, what it needs, what it says of itself.
+// Tests the headers of plenxsdk.dll: its exports, its imports and its description of itself.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -16,7 +16,7 @@ using testing::Contains;
 using testing::Each;
 using testing::UnorderedElementsAre;
 
-/// The library as it lies loaded in this process.
+/// The library as this process has loaded it.
 class Image {
 public:
     Image() : base_(reinterpret_cast<const char*>(GetModuleHandleW(L"plenxsdk.dll"))) {}
@@ -56,7 +56,7 @@ private:
     const char* base_;
 };
 
-// The operations' names as the compiler writes them; S is std::string.
+// The names of the operations as the compiler writes them; S is std::string.
 std::string Operation(const std::string& name, const std::string& arguments) {
     return "_ZN13DistributedFs12PLENXManager" + std::to_string(name.size()) + name + "E" +
            arguments;

@@ -11,7 +11,7 @@ std::string Line(const char* level, const std::string& function, const std::stri
     return level + (" [PLENXSDK] " + text + "(DistributedFs::" + function + ")");
 }
 
-// "2026-01-31 12:34:56.789 [info] [1234] text"
+// A line looks like "2026-01-31 12:34:56.789 [info] [1234] text".
 bool Parse(const std::string& line, LogLine& parsed) {
     constexpr std::size_t kLevel = 25;
     const std::size_t levelEnd = line.find("] [", kLevel);

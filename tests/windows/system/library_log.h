@@ -1,4 +1,4 @@
-// What the library has logged, as the logging stand-in wrote it down. A line is shown as its level
+// Reads the lines of the library, as the logging stand-in wrote them. It shows a line as its level
 // and its text: "info [PLENXSDK] plenx manager Init(DistributedFs::PLENXManager::Init)".
 
 #ifndef PLENXSDK_TESTS_WINDOWS_SYSTEM_LIBRARY_LOG_H
@@ -14,7 +14,7 @@ namespace PlenxTest {
 
 using Lines = std::vector<std::string>;
 
-/// The two kinds of lines, as they must be. function: without the namespace.
+/// These make the two kinds of lines as they must be. function: its name without the namespace.
 std::string Info(const std::string& function, const std::string& text);
 std::string Error(const std::string& function, const std::string& text);
 
@@ -23,7 +23,7 @@ struct LogLine {
     DWORD thread;
 };
 
-/// All lines of the running test so far, or those from a byte of the file on.
+/// Returns all lines of the running test so far, or those from a byte of the file on.
 std::vector<LogLine> ReadLibraryLog(std::size_t from = 0);
 
 }  // namespace PlenxTest

@@ -135,7 +135,7 @@ HOST_TEST(EachService, Combination_IsPcThenOffice) {
     EXPECT_THAT(WorkerLines(), ElementsAreArray(Lines{StartIsInvoked(kCombinedService)} +
                                                 LinesOfStart(kPcService, "PlenxPcSvc") +
                                                 LinesOfStatus(kOfficeService, 0, true)));
-    // Nothing says that all is stopped while something of the combination runs.
+    // No signal says that everything is stopped while a part of the combination runs.
     manager.Stop(kOfficeService, "group");
     manager.Stop(kPcService, "group");
     manager.Stop(kCombinedService, "group");
@@ -168,7 +168,7 @@ HOST_TEST(Lifecycle, EveryNotification_ReachesTheObserverInOrder) {
                             "NotifyReconnect(1, group)", "NotifyStatus(1, group, 101, 1)",
                             "SendLocalMessage(-7, 3, abc)", "NotifyError(-6)",
                             "NotifyDisconnect(1, group)"));
-    // 17 and 18 go to the Explorer, and each is answered.
+    // 17 and 18 go to Explorer, and each gets an answer.
     for (const char* const answer : {"Manager answered LinkTypeQuery(13) result:0 reply:4711",
                                      "Manager answered UpdateWindowsExplore(17) result:0 reply:0",
                                      "Manager answered ExploreFlushNotify(18) result:0 reply:0"}) {

@@ -22,12 +22,12 @@ const std::string kStarted = "NotifyStatus(1, group, 0, 1)";
 
 class Observers : public Host {
 protected:
-    /// The observer does this in one call and is well-behaved otherwise.
+    /// The observer does this in one call, and behaves well otherwise.
     void BehaveIn(const std::string& call, std::function<int()> behaviour) {
         observer.Behave([=](const std::string& made) { return made == call ? behaviour() : 0; });
     }
-    /// Starts the PC service; the observer stays in NotifyConnect until it is let go. Returns
-    /// whether it has come there.
+    /// Starts the PC service. The observer stays in NotifyConnect until the test releases it.
+    /// Returns whether it has got there.
     bool StaysInConnect(std::promise<void>& letGo) {
         BehaveIn(kConnected, [gate = letGo.get_future().share()] {
             gate.wait();

@@ -95,7 +95,8 @@ HOST_TEST(Office, CompanionThatFailsInACombination_LeavesThePcService) {
     manager.LocalDeviceOnline(kCombinedService, "group", "here", 0, nullptr);
     manager.Stop(kCombinedService, "group");
     Settle();
-    // A local device of the combination is the office's alone: there is no service 3 to be told.
+    // The office service alone hears of a local device of the combination, because there is no
+    // service 3 that could.
     EXPECT_THAT(ToldByWorker(),
                 ElementsAre("NotifyStatus(1, group, 0, 1)", "NotifyStatus(0, group, 0, 0)",
                             "NotifyStatus(3, group, 2, 0)", "NotifyStatus(1, group, 1, 0)",

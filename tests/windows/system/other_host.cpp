@@ -15,7 +15,7 @@ std::wstring CommandLine(const InstallFolder& folder, OtherHost::Does what) {
                               (what == OtherHost::Does::kStart ? L"start" : L"stop"));
 }
 
-/// Its lines are not those of the host that the test looks at.
+/// Its lines go to another log than those of the host that the test looks at.
 class LogOfItsOwn {
 public:
     LogOfItsOwn() {

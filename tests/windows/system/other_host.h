@@ -1,4 +1,4 @@
-// Another host on the same folders, in a process of its own, that ends without any cleanup.
+// Another host on the same folders, in a process of its own, which ends without any cleanup.
 
 #ifndef PLENXSDK_TESTS_WINDOWS_SYSTEM_OTHER_HOST_H
 #define PLENXSDK_TESTS_WINDOWS_SYSTEM_OTHER_HOST_H
@@ -23,7 +23,7 @@ private:
     ChildProcess process_;
 };
 
-/// For main: true when this process was started as such a host; nobody has then killed it.
+/// For main: returns true when this process was started as such a host and nobody has killed it.
 bool RunAsOtherHost(int argc, char** argv);
 
 }  // namespace PlenxTest

@@ -85,7 +85,7 @@ void InOwnProcess::RunChild() {
     }
 }
 
-// A child that was to run its test and ran none has failed.
+// A child that should have run its test and ran none has failed.
 int RunAllTests(unsigned long longest) {
     longestTest = longest;
     if (!IsChild()) {

@@ -1,9 +1,9 @@
-// Tests that are host processes. HOST_TEST(Suite, Name) { ... } is a test whose body runs in a
-// process of its own: the parent starts this program again for that one test, with a log file of
-// its own, and takes over its outcome. Afterwards nothing of the services is left.
+// Makes tests that are host processes. HOST_TEST(Suite, Name) { ... } is a test whose body runs in
+// a process of its own. The parent starts this program again for that one test, with a log file of
+// its own, and takes over its outcome. Afterwards nothing of the services remains.
 //
-// Suite is a class derived from HostTest; the body is a member of it and runs in the child alone,
-// as do the constructor and the destructor.
+// Suite is a class derived from HostTest. The body is a member of it. The body, the constructor and
+// the destructor run in the child only.
 
 #ifndef PLENXSDK_TESTS_WINDOWS_SYSTEM_OWN_PROCESS_H
 #define PLENXSDK_TESTS_WINDOWS_SYSTEM_OWN_PROCESS_H
@@ -22,7 +22,7 @@ public:
     virtual void Run() = 0;
 };
 
-/// What GoogleTest sees of a HOST_TEST.
+/// GoogleTest sees this of a HOST_TEST.
 class InOwnProcess : public testing::Test {
 public:
     using Body = void (*)();
@@ -35,11 +35,11 @@ private:
     Body body_;
 };
 
-/// The files of the running test: the library's log, the services' log.
+/// Returns the files of the running test: the library's log, the services' log.
 std::filesystem::path LibraryLogFile();
 std::filesystem::path ServiceLogFile();
 
-/// In main, instead of RUN_ALL_TESTS. longestTest: in milliseconds; a test that takes longer hangs.
+/// Replaces RUN_ALL_TESTS in main. longestTest: in milliseconds; a test that takes longer hangs.
 int RunAllTests(unsigned long longestTest = 90 * 1000);
 
 }  // namespace PlenxTest

@@ -9,7 +9,7 @@ DWORD WINAPI Nothing(void*) {
     return 0;
 }
 
-// The id of a thread that has come and gone.
+// Starts a thread, waits for its end and returns its id.
 DWORD UseOneId() {
     DWORD id = 0;
     const PlenxSupport::Handle thread(CreateThread(nullptr, 0, Nothing, nullptr, 0, &id));

@@ -1,4 +1,4 @@
-// A process that has got the id that another one had.
+// A process that has received the id that another one had.
 
 #ifndef PLENXSDK_TESTS_WINDOWS_SYSTEM_PROCESS_ID_H
 #define PLENXSDK_TESTS_WINDOWS_SYSTEM_PROCESS_ID_H
@@ -11,11 +11,11 @@
 
 namespace PlenxTest {
 
-/// Asleep from the start and ended with the object.
+/// The process sleeps from the start and ends with the object.
 class ProcessOfId {
 public:
-    /// Ids are handed out again in the order in which they became free: threads come and go until
-    /// it is the id's turn. Gives up after some seconds.
+    /// The system hands out ids again in the order in which they became free. So this starts and
+    /// ends threads until it is the id's turn. It gives up after some seconds.
     explicit ProcessOfId(DWORD id);
 
     bool HasTheId() const { return process_ != nullptr; }

@@ -1,5 +1,5 @@
-// An observer that writes down every call as a line of text, and then behaves as it was told. Calls
-// come from any thread.
+// An observer that writes down every call as a line of text and then behaves as a test tells it.
+// Calls come from any thread.
 
 #ifndef PLENXSDK_TESTS_WINDOWS_SYSTEM_RECORDING_OBSERVER_H
 #define PLENXSDK_TESTS_WINDOWS_SYSTEM_RECORDING_OBSERVER_H
@@ -18,18 +18,19 @@ namespace PlenxTest {
 
 class RecordingObserver : public TextObserver {
 public:
-    /// Runs after the call was written down; its result is the observer's. May throw.
+    /// Runs after the observer has written the call down. Its result is the observer's. It may
+    /// throw.
     using Behaviour = std::function<int(const std::string& call)>;
     void Behave(Behaviour behaviour);
 
     std::atomic<std::int32_t> linkStatus{0};
 
-    /// All calls so far; those of one thread; those of all others.
+    /// Return all calls so far, those of one thread, and those of all others.
     std::vector<std::string> Calls() const;
     std::vector<std::string> CallsOn(DWORD thread) const;
     std::vector<std::string> CallsNotOn(DWORD thread) const;
 
-    /// Waits until the call has come at least so often. @return false when it has not.
+    /// Waits until the call has come at least that often. @return false when it has not.
     bool WaitFor(const std::string& call, int times = 1, DWORD milliseconds = 15000) const;
 
 private:

@@ -72,7 +72,7 @@ HOST_TEST(Restarts, ProcessThatHasGotTheIdOfACrashedService_IsSpared) {
     EXPECT_TRUE(innocent.IsAlive());
 }
 
-// The opposite case: the process is the one that was last seen, and it is ended.
+// In the opposite case the process is the one that the library last saw, and the library ends it.
 HOST_TEST(Restarts, ServiceProcessThatLingersAfterItsStop_IsEnded) {
     Init();
     ASSERT_TRUE(Start(kPcService));

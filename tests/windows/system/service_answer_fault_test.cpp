@@ -1,5 +1,5 @@
-// Tests services that answer late, wrongly or not at all, and that send messages of no honest
-// service.
+// Tests services that answer late, wrongly or not at all, and services that send messages that no
+// honest service sends.
 
 #include "support/service_state.h"
 #include "system/host.h"
@@ -139,7 +139,7 @@ HOST_TEST(ServiceAnswerFaults, CrashInTheMiddleOfACall_IsReportedAndTheNextStart
                      Error("PLENXManagerInner::RemoteDeviceOnline",
                            "plenx manager inner remote device online error " + code)};
     };
-    // The call was sent, or the server was seen to go before.
+    // Either the call was sent, or the client saw the server go before that.
     EXPECT_THAT(lines, AnyOf(ElementsAreArray(with("1726") + LinesOfStatus(kPcService, 2, false)),
                              ElementsAreArray(with("1727") + LinesOfStatus(kPcService, 2, false))));
     EXPECT_THAT(ToldByWorker(), Contains("NotifyStatus(1, group, 2, 0)"));
@@ -165,8 +165,8 @@ HOST_TEST(ServiceAnswerFaults, EveryDeviceRequestThatFails_IsReportedWithItsKind
                             "NotifyStatus(2, remote, 3, 0)"));
 }
 
-// Of some 230 broken messages only those reach the observer that can be read: what they say is
-// not judged.
+// Of some 230 broken messages, only those that can be read reach the observer. The library does not
+// judge their content.
 HOST_TEST(ServiceAnswerFaults, HostileNotifications_AreRefusedAndTheLibraryGoesOn) {
     Control("[[on]]\nrequest = 'NameChanged'\nhostile = true\n");
     Init();

@@ -15,9 +15,9 @@ using testing::ElementsAreArray;
 // The service's hint for a start is 3 s.
 class ServiceLifeFaults : public Host {
 protected:
-    /// The lines of a start that has failed in the Service Control Manager.
+    /// Checks the lines of a start that fails in the Service Control Manager.
     void StartFailsWith(const Lines& reasons);
-    /// What follows shows that the library goes on.
+    /// Shows by further calls that the library goes on.
     void StartsAndStopsThePhone();
 };
 
@@ -196,7 +196,7 @@ HOST_TEST(ServiceLifeFaults, StopThatIsNotAccepted_IsReportedAllTheSame) {
     Settle();
     const Lines lines = WorkerLines();
     ASSERT_GT(lines.size(), 5u);
-    // Which error it is, is the Service Control Manager's own matter.
+    // The Service Control Manager itself chooses the error.
     EXPECT_THAT(lines[3], testing::StartsWith("error [PLENXSDK] stop service error "));
     EXPECT_EQ(lines[4],
               Error("ServiceManager::StopPlenxService", "stop plenx service PlenxPcSvc error 6"));

@@ -1,5 +1,5 @@
-// What Windows Explorer is told, as a window in the same process hears it. A listener belongs to
-// one thread, which must pump: the shell waits for whoever listens.
+// Hears what Windows Explorer is told, by a window in the same process. A listener belongs to one
+// thread, which must pump messages, because the shell waits for its listeners.
 
 #ifndef PLENXSDK_TESTS_WINDOWS_SYSTEM_SHELL_LISTENER_H
 #define PLENXSDK_TESTS_WINDOWS_SYSTEM_SHELL_LISTENER_H
@@ -24,9 +24,9 @@ public:
 
     bool Listens() const { return window_ != nullptr && registration_ != 0; }
 
-    /// Takes what has come.
+    /// Returns the events that have come.
     void Pump();
-    /// The same, until there are so many events. @return false when they did not come in time.
+    /// Does the same, but waits for that many events. @return false when they did not come in time.
     bool WaitForEvents(std::size_t count);
 
     const Lines& Events() const { return events_; }

@@ -18,12 +18,12 @@ using Does = OtherHost::Does;
 
 class Takeover : public Host {
 protected:
-    /// Another host does that, and is killed once the service's log says so.
+    /// Another host does this, and the test kills it once the service's log says so.
     void KillHost(Does what, const std::string& when);
-    /// What the service still has to say it would write into the folder that the next host is
-    /// removing.
+    /// Waits until the service writes no more, because it would write its remaining lines into the
+    /// folder that the next host is removing.
     bool ServiceFallsSilent() const;
-    /// The worker's lines of Init, with the PC service's own ones for its stop.
+    /// Returns the worker's lines of Init, with the lines of the PC service's stop.
     static Lines LinesOfInit(const Lines& stop);
 };
 
@@ -101,14 +101,14 @@ HOST_TEST(Takeover, ServiceThatIsStarting_IsWaitedFor) {
     ASSERT_EQ(StateOf(L"PlenxPcSvc"), DWORD{SERVICE_START_PENDING});
     const DWORD former = ProcessIdOf(L"PlenxPcSvc");
     Init();
-    // Windows says 1061 here as well, Wine has a reason of its own.
+    // Windows says 1061 here as well, but Wine has a reason of its own.
     EXPECT_THAT(WorkerLines(), AnyOf(ElementsAreArray(LinesOfInit(StopWasRefusedWith("1061"))),
                                      ElementsAreArray(LinesOfInit(StopWasRefusedWith("1052")))));
     EXPECT_TRUE(Start(kPcService));
     EXPECT_EQ(ProcessIdOf(L"PlenxPcSvc"), former);
 }
 
-// In the middle of Init, of a service's start, of a call, of a stop.
+// The test kills the host in the middle of Init, of a service's start, of a call and of a stop.
 HOST_TEST(Takeover, HostsThatAreKilledAtAnyMoment_LeaveNothingThatIsInTheWay) {
     constexpr const char* kMoments[] = {
         "plenx manager Init",
