@@ -37,11 +37,11 @@ private:
     std::size_t bytes_ = 0;
 };
 
-// Strings that are too long to lie inside their objects.
+// These strings are too long to lie inside their objects.
 const std::string kFirst(40, 'f');
 const std::string kSecond(64, 's');
 
-// The time of one job, of so many that are queued behind a busy worker and then run.
+// Returns the time of one job, when that many are queued behind a busy worker and then run.
 double Jobs(std::size_t count) {
     Target target;
     std::promise<void> gate;
@@ -65,7 +65,7 @@ const std::vector<std::uint8_t>& Bytes() {
     return bytes;
 }
 
-// Encodes and decodes one message: the time of one KiB.
+// Encodes and decodes one message, and returns the time of one KiB.
 double Message(std::int32_t kibibytes) {
     const std::vector<std::uint8_t>& bytes = Bytes();
     const std::int32_t size = kibibytes * kKibibyte;
@@ -82,8 +82,8 @@ double Message(std::int32_t kibibytes) {
     return Nanoseconds(Now() - start) / kibibytes;
 }
 
-// The least that has the same effect: a fresh block that holds the bytes, and one that takes them
-// out again.
+// Does the least that has the same effect: it makes a fresh block that holds the bytes, and another
+// one that takes them out again.
 double Limit(std::int32_t kibibytes) {
     const std::vector<std::uint8_t>& bytes = Bytes();
     const auto size = static_cast<std::size_t>(kibibytes) * kKibibyte;
@@ -98,7 +98,8 @@ double Limit(std::int32_t kibibytes) {
     return Nanoseconds(Now() - start) / kibibytes;
 }
 
-// Of all heaps: the C++ run time's is the process heap under Wine, another one on Windows.
+// Measures all heaps. The C++ run time uses the process heap under Wine, and another one on
+// Windows.
 double BytesInUse() {
     HANDLE heaps[64];
     const DWORD count = GetProcessHeaps(64, heaps);
@@ -116,7 +117,7 @@ double BytesInUse() {
 
 template <class Work>
 Series MemoryAfter(const std::string& row, Work work) {
-    work();  // what is made once
+    work();  // makes everything that is made only once
     const double before = BytesInUse();
     work();
     return {row, "ours", "B", {BytesInUse() - before}};
@@ -137,7 +138,7 @@ std::vector<Series> MeasureMessages(const std::string& row, const Options& optio
 }
 
 int Run(const Options& options) {
-    // Less in a quick run, of which the table says so.
+    // A quick run does less, and the table says so.
     const std::size_t million = options.quick ? 100000 : 1000000;
     std::vector<Series> all = Measure("12 queued jobs", "ns",
                                       {{"1,000", [] { return Jobs(1000); }},

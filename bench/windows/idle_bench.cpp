@@ -1,6 +1,6 @@
-// Row 14: what a host of the library costs while it has nothing to do. Wine does not tell when a
-// thread was woken, nor counts a process's handles; what Linux knows of the process shows under
-// the drive Z.
+// Row 14: the cost of a host of the library while it has nothing to do. Wine does not tell when a
+// thread was woken, and it does not count a process's handles. Linux knows both, and its view of
+// the process is under the drive Z.
 
 #include <windows.h>
 
@@ -33,7 +33,7 @@ std::string ReadAll(const fs::path& path) {
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
-// The folder of the process that has the word in its command line.
+// Finds the folder of the process that has the word in its command line.
 fs::path FindProcess(const std::wstring& word) {
     const std::string narrow(word.begin(), word.end());
     for (const fs::directory_entry& entry : fs::directory_iterator(L"Z:\\proc")) {
@@ -46,7 +46,7 @@ fs::path FindProcess(const std::wstring& word) {
     throw std::runtime_error("no such process");
 }
 
-// The sum of all lines "...<name>: <number>".
+// Adds up all lines "...<name>: <number>".
 std::int64_t NumberOf(const std::string& name, const std::string& status) {
     std::istringstream lines(status);
     std::int64_t sum = 0;
@@ -59,7 +59,7 @@ std::int64_t NumberOf(const std::string& name, const std::string& status) {
     return sum;
 }
 
-// Since the process started, or what it holds now.
+// These count since the process started, or say what it holds now.
 struct Cost {
     std::int64_t nanoseconds = 0;  // on a processor
     std::int64_t switches = 0;     // of its threads

@@ -1,5 +1,5 @@
-// Row 13: Init on the host's thread, and the end of a host with idle services. Each time a fresh
-// host process.
+// Row 13: Init on the host's thread, and the end of a host with idle services. Each measurement
+// starts a fresh host process.
 
 #include <cstdio>
 #include <stdexcept>

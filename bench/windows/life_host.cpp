@@ -23,7 +23,7 @@ constexpr DWORD kIdleMilliseconds = 200;
 constexpr DWORD kStopMilliseconds = 10000;
 constexpr auto kNoService = static_cast<ServiceType>(99);
 
-// The least that stops a service and deletes it.
+// Does the least that stops a service and deletes it.
 void StopBare(const wchar_t* name) {
     const SC_HANDLE manager = OpenSCManagerW(nullptr, nullptr, SC_MANAGER_ALL_ACCESS);
     const SC_HANDLE service = OpenServiceW(manager, name, SERVICE_ALL_ACCESS);
@@ -44,7 +44,7 @@ void StopBare(const wchar_t* name) {
 
 void Run(const std::string& install, const std::string& data, bool stopsServices,
          const SharedNumbers& times) {
-    // It lives until the process ends: notifications may come until then.
+    // It lives until the process ends, because notifications may come until then.
     static WaitingObserver observer;
     PLENXManager& manager = PLENXManager::GetInstance();
     manager.RegisterPLENXServiceObserver(&observer);
@@ -52,7 +52,7 @@ void Run(const std::string& install, const std::string& data, bool stopsServices
     const std::int64_t start = Now();
     manager.Init(install, data, "third", true);
     times[kInitReturned] = Now() - start;
-    // All that a stop of no service does is to say that nothing is started.
+    // A stop of no service only says that nothing is started.
     manager.Stop(kNoService, "group");
     observer.WaitFor(kCombinedService, kStatusStop, true);
     times[kEngineReady] = Now() - start;

@@ -1,4 +1,4 @@
-// What the host of row 13 tells.
+// The host of row 13 reports these times.
 
 #ifndef PLENXBENCH_WINDOWS_LIFE_TIMES_H
 #define PLENXBENCH_WINDOWS_LIFE_TIMES_H

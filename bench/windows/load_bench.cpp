@@ -1,4 +1,4 @@
-// Row 13: loading the DLL and the first call, each time in a fresh process.
+// Row 13: the load of the DLL and the first call, each time in a fresh process.
 
 #include <cstdio>
 #include <stdexcept>

@@ -1,5 +1,6 @@
-// Row 11: notifications served in a second, to callers that do nothing but call. Each caller is a
-// thread with a connection that it keeps, which leaves the most of the time to the server.
+// Row 11: how many notifications the library serves in a second, to callers that do nothing but
+// call. Each caller is a thread with a connection that it keeps, which leaves most of the time to
+// the server.
 
 #include <atomic>
 #include <cstdio>
@@ -18,7 +19,8 @@ namespace {
 
 constexpr long kConnectNotify = 10;
 
-// Failures end the callers' threads, not the program: they are looked at when all have ended.
+// A failure ends the caller's thread, not the program. The program looks at failures when all
+// threads have ended.
 double Throughput(RPC_BINDING_HANDLE binding, std::size_t callers, double nanoseconds) {
     const std::vector<unsigned char> message = PlenxWire::Encode({std::string("group_1")});
     std::atomic<std::int64_t> calls{0};

@@ -1,4 +1,4 @@
-// The library's half of row 11: serves "Manager" for one observer that does nothing.
+// The library's half of row 11. It serves "Manager" for one observer that does nothing.
 
 #include <windows.h>
 

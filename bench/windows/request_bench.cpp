@@ -1,5 +1,5 @@
 // Row 10: one whole request to a service that replies at once. The message and the server are the
-// same for all; the pipe tells what the system itself takes for a connection and an exchange.
+// same for all. The pipe shows what the system itself needs for a connection and an exchange.
 
 #include <cstdio>
 #include <stdexcept>

@@ -1,4 +1,4 @@
-// The PC service of row 10: replies at once, over RPC and over a named pipe.
+// The PC service of row 10. It replies at once, over RPC and over a named pipe.
 
 #include <windows.h>
 

@@ -1,4 +1,5 @@
-// Row 9: from the call of Enqueue to the first instruction of the job, the worker being asleep.
+// Row 9: the time from the call of Enqueue to the first instruction of the job, while the worker
+// sleeps.
 
 #include <atomic>
 #include <cstdint>

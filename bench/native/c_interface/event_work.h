@@ -1,5 +1,5 @@
-// Row 16: one event through a queue. A thread waits for it; it is pushed, the thread wakes, takes
-// it and frees it, and says so.
+// Row 16: one event goes through a queue. A thread waits for it. The benchmark pushes the event;
+// the thread wakes, takes it, frees it and says so.
 
 #ifndef PLENXSDK_BENCH_C_INTERFACE_EVENT_WORK_H
 #define PLENXSDK_BENCH_C_INTERFACE_EVENT_WORK_H

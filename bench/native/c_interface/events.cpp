@@ -1,4 +1,4 @@
-// The queue of the plain C interface, and the memory that it leaves.
+// Measures the queue of the plain C interface, and the memory that it leaves.
 
 #include <cstdint>
 #include <string>

@@ -1,5 +1,5 @@
-// Row 15: plenx_start beside the same call of the class, on a fake machine. The worker is kept busy
-// by an observer that does not return.
+// Row 15: plenx_start beside the same call of the class, on a fake machine. An observer that does
+// not return keeps the worker busy.
 
 #include <cstdlib>
 #include <filesystem>
@@ -90,7 +90,7 @@ private:
     Gate busy_;
 };
 
-// Both are given a pointer and a length for each text, which is what a caller in another language
+// Both receive a pointer and a length for each text, which is what a caller in another language
 // has.
 class Ours : public Class {
 public:

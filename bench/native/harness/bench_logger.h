@@ -1,4 +1,4 @@
-// The logger that the library's lines go to: it discards them, as long as no sink is set.
+// The library's lines go to this logger. It discards them as long as no sink is set.
 
 #ifndef PLENXSDK_BENCH_HARNESS_BENCH_LOGGER_H
 #define PLENXSDK_BENCH_HARNESS_BENCH_LOGGER_H
@@ -11,7 +11,7 @@ namespace bench {
 
 using LogSink = void (*)(LOG_MESSAGE_LEVEL level, const std::wostringstream& stream);
 
-/// null: lines are discarded. Not while anybody logs.
+/// null: lines are discarded. Do not call it while anybody logs.
 void SetLogSink(LogSink sink);
 
 }  // namespace bench

@@ -1,5 +1,5 @@
-// Counts the process's calls of the allocator. To be loaded with LD_PRELOAD, and only for a run
-// that counts: the runs that are timed use the allocator as it is.
+// Counts the process's calls of the allocator. Load it with LD_PRELOAD, and only for a run that
+// counts: the runs that are timed use the allocator as it is.
 
 #include <atomic>
 #include <cstddef>

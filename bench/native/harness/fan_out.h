@@ -1,6 +1,6 @@
-// PLENXManager's fan-out, which only the library's own parts may call. An explicit instantiation
-// may name private members; so the benchmark calls the very function that the RPC server calls,
-// and the product needs no door for it.
+// Gives access to PLENXManager's fan-out, which only the library's own parts may call. An explicit
+// instantiation may name private members. So the benchmark calls the very function that the RPC
+// server calls, and the product needs no extra access for it.
 
 #ifndef PLENXSDK_BENCH_HARNESS_FAN_OUT_H
 #define PLENXSDK_BENCH_HARNESS_FAN_OUT_H

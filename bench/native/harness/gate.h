@@ -10,7 +10,7 @@ namespace bench {
 
 class Gate {
 public:
-    /// The worker's side: says that it is here, then waits.
+    /// The worker calls this. It says that it is here, then waits.
     void Pass() {
         const std::shared_ptr<Ends> ends = ends_;
         ends->entered.set_value();

@@ -17,9 +17,9 @@ bool IsQuick() {
 namespace {
 
 // glibc copies blocks of some kilobytes with "rep movsb", which on some processors of AMD takes
-// five times as long when the two blocks happen to lie alike in their pages (glibc's bug 30994).
-// No contender is to win or lose by the place of its blocks. The C library looks at this
-// variable once, when the process starts.
+// five times as long when the two blocks happen to lie alike in their pages (glibc's bug 30994). No
+// contender must win or lose by the place of its blocks. The C library looks at this variable once,
+// when the process starts.
 void CopyWithoutRepMovsb(char** argv) {
     constexpr const char* kTunables = "GLIBC_TUNABLES";
     if (std::getenv(kTunables) == nullptr) {
@@ -28,8 +28,8 @@ void CopyWithoutRepMovsb(char** argv) {
     }
 }
 
-// The heap keeps what it once was given: else a contender would pay for fresh pages of the system
-// or not depending on what ran before it.
+// The heap keeps the memory that it once received. Otherwise a contender would pay for fresh pages
+// of the system or not, depending on what ran before it.
 void KeepHeap() {
     mallopt(M_MMAP_MAX, 0);
     mallopt(M_TRIM_THRESHOLD, 1 << 30);

@@ -1,4 +1,4 @@
-// How an operation is measured, the same for every contender.
+// Measures an operation in the same way for every contender.
 //
 // A run either takes times or counts allocations, which the library count_allocations does when
 // it is loaded before the others.
@@ -17,7 +17,7 @@ extern "C" __attribute__((weak)) std::uint64_t BenchAllocations();
 
 namespace bench {
 
-/// A counting run looks at so many operations.
+/// A counting run looks at this many operations.
 constexpr std::int64_t kCounted = 100;
 
 inline bool CountsAllocations() {
@@ -27,7 +27,7 @@ inline bool CountsAllocations() {
 /// The body of a benchmark.
 template <class Operation>
 void Measure(benchmark::State& state, Operation operation) {
-    operation();  // what is made only once is made here
+    operation();  // makes everything that is made only once
     if (!CountsAllocations()) {
         for (auto _ : state) {
             operation();
@@ -56,15 +56,15 @@ inline std::size_t BytesInUse() {
     return info.uordblks + info.hblkhd;
 }
 
-/// Joins the small pieces that were freed before. What queues many jobs is to meet the heap in the
-/// same state, whoever has used it before.
+/// Joins the small pieces that were freed before. A contender that queues many jobs must find the
+/// heap in the same state, whoever has used it before.
 inline void TidyHeap() {
     void* const large = std::malloc(std::size_t{1} << 20);
     benchmark::DoNotOptimize(large);
     std::free(large);
 }
 
-/// A program's quick form: the same work, less often.
+/// A program's quick form does the same work less often.
 bool IsQuick();
 
 }  // namespace bench

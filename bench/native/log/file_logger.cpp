@@ -29,7 +29,7 @@ FileLogger::FileLogger(const std::string& file) : state_(std::make_unique<State>
 
 FileLogger::~FileLogger() = default;
 
-// What OvLogger of the stand-in does with a line; its own source knows only Windows.
+// Does with a line what OvLogger of the stand-in does, whose own source knows only Windows.
 void FileLogger::Write(LOG_MESSAGE_LEVEL level, const std::wostringstream& stream) {
     const std::string text = LogHelper::LogText(level, Companion::ThreadId(), stream.str());
     const std::lock_guard<std::mutex> guard(state_->mutex);

@@ -1,4 +1,4 @@
-// The file of the stand-in logger: a library of its own, as it is on Windows. It is built with
+// The stand-in logger's file is a library of its own, as it is on Windows. It is built with
 // spdlog's headers in another configuration than the peer, so the two must not share symbols.
 
 #ifndef PLENXSDK_BENCH_LOG_FILE_LOGGER_H

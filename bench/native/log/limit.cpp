@@ -1,5 +1,5 @@
-// The least work: the line composed on the stack, and one call that takes it; to a file, one
-// fwrite and one fflush.
+// Does the least work: it composes the line on the stack and makes one call that takes it. To a
+// file it makes one fwrite and one fflush.
 
 #include <sys/syscall.h>
 #include <time.h>
@@ -22,7 +22,7 @@ std::size_t Print(char* line, const LineValues& values) {
     return static_cast<std::size_t>(length);
 }
 
-// The text of a second is made once in it.
+// The text of a second is made once in that second.
 class Clock {
 public:
     std::size_t Print(char* out, std::size_t room) {

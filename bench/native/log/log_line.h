@@ -32,13 +32,13 @@ constexpr char kLineText[] =
     "[PLENXSDK] Invalid Args offset:48 rpcReqArgSize:4096 rpcMsgSize_:4168 argLen:4097"
     "(DistributedFs::RpcMessageReader::ReadInt8Array)";
 
-/// Where lines go: into *text, to a file, or, if neither is set, nowhere.
+/// Says where lines go: into *text, to a file, or, if neither is set, nowhere.
 struct Destination {
     std::string* text = nullptr;
     std::filesystem::path file;
 };
 
-/// A file of this run in the current folder, removed with the rotated ones at the end.
+/// A file of this run in the current folder. It is removed in the end, with its rotated ones.
 class LogFolder {
 public:
     LogFolder() : folder_("bench-log") { std::filesystem::create_directories(folder_); }
@@ -57,7 +57,7 @@ private:
     std::filesystem::path folder_;
 };
 
-/// What the compiler may not work out beforehand.
+/// Hides the values from the compiler, so that it cannot work the line out beforehand.
 inline LineValues Values() {
     LineValues values;
     benchmark::DoNotOptimize(values);

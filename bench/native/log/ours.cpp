@@ -1,4 +1,4 @@
-// LogInfo; to a file through the stand-in logger.
+// Measures LogInfo. To a file it goes through the stand-in logger.
 
 #include <memory>
 

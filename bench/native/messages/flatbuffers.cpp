@@ -1,4 +1,4 @@
-// FlatBuffers: the bytes are verified, and the values then copied out of them.
+// Measures FlatBuffers. It verifies the bytes and then copies the values out of them.
 
 #include "flatbuffers/flatbuffers.h"
 
@@ -29,7 +29,7 @@ void Build(FlatBufferBuilder& builder, const DeviceOnline& online) {
     builder.Finish(flat::CreateDeviceOnline(builder, group, device, online.isRemote, data));
 }
 
-// A first block that is large enough, so that the builder never moves what it has built.
+// The first block is large enough, so the builder never moves what it has built.
 std::size_t RoomFor(const Ping&) {
     return 64;
 }
@@ -43,7 +43,7 @@ std::size_t RoomFor(const DeviceOnline& online) {
     return 256 + online.data.size();
 }
 
-// null when the bytes are not a table of this kind.
+// Returns null when the bytes are not a table of this kind.
 template <class Table>
 const Table* Verified(const std::uint8_t* bytes, std::size_t size) {
     flatbuffers::Verifier verifier(bytes, size);

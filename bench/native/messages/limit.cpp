@@ -1,5 +1,5 @@
-// The least work: one fresh block with the values one after the other, and one look at its size
-// before they are taken out again.
+// Does the least work: it puts the values one after the other into one fresh block, and looks at
+// the block's size once before it takes them out again.
 
 #include <cstring>
 

@@ -1,4 +1,4 @@
-// Rows 1, 2 and 12: messages encoded into bytes of their own and decoded from these.
+// Rows 1, 2 and 12: messages are encoded into bytes of their own and decoded from these.
 //
 // Every contender does the same: it encodes the values into one block, made for this message, as
 // a request is; and it decodes that block, with checks against hostile bytes, into values that
@@ -48,14 +48,14 @@ struct DeviceOnlineWith {
     Bytes data;
 };
 
-/// Bytes that nobody has filled with zero before they were written.
+/// Bytes that nobody has filled with zero before they are written.
 class Block {
 public:
     Block() = default;
     Block(const void* bytes, std::size_t size) : bytes_(new std::uint8_t[size]), size_(size) {
         std::memcpy(bytes_.get(), bytes, size);
     }
-    /// Takes over what was made with new[].
+    /// Takes over a block that was made with new[].
     Block(std::unique_ptr<std::uint8_t[]> bytes, std::size_t size)
         : bytes_(std::move(bytes)), size_(size) {}
 
@@ -67,7 +67,7 @@ private:
     std::size_t size_ = 0;
 };
 
-/// What is encoded.
+/// These values are encoded.
 using DeviceOnline = DeviceOnlineWith<std::vector<std::uint8_t>>;
 
 inline DeviceOnline DeviceOnlineOf(std::size_t bytes) {
@@ -145,7 +145,7 @@ void RegisterEncode(const std::string& name, const DeviceOnline& in) {
     });
 }
 
-/// Rows 1 and 2 of one contender. Returns a number for a static initialiser.
+/// Measures rows 1 and 2 of one contender. Returns a number for a static initialiser.
 template <class Codec>
 int RegisterMessages(const std::string& contender) {
     using Delivered = DeviceOnlineWith<typename Codec::Bytes>;
@@ -161,7 +161,7 @@ int RegisterMessages(const std::string& contender) {
     return 0;
 }
 
-/// Row 12 of one contender: the cost of a KiB.
+/// Measures row 12 of one contender: the cost of a KiB.
 template <class Codec>
 int RegisterGrowth(const std::string& row) {
     const auto add = [&](const std::string& size, std::int64_t kibibytes) {

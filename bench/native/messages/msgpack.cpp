@@ -1,5 +1,5 @@
-// MessagePack: an array of the values, packed into a buffer that is large enough from the start;
-// unpacked without copies and then copied out once.
+// Measures MessagePack. It packs an array of the values into a buffer that is large enough from the
+// start. It unpacks the array without copies and then copies the values out once.
 
 #include <msgpack.hpp>
 #include <tuple>

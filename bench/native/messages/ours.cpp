@@ -1,4 +1,4 @@
-// RpcMessageWriter and RpcMessageReader, used as the library's requests use them.
+// Measures RpcMessageWriter and RpcMessageReader, used as the library's requests use them.
 
 #include <cstring>
 #include <string>
@@ -26,8 +26,9 @@ std::uint32_t WordAt(const std::uint8_t* bytes, std::size_t offset) {
     return word;
 }
 
-// Only services are sent an int64, so the library's reader has no operation for it. This is what
-// a service's reader does; it comes on top of the library's own, which has taken its copy.
+// The library sends an int64 to services but never receives one, so its reader has no operation for
+// it. This does what a service's reader does, in addition to the library's reader, which has taken
+// its copy.
 bool ReadInt64(const std::uint8_t* bytes, std::size_t size, std::int64_t& out) {
     const std::uint64_t offset = WordAt(bytes, 12);
     if (WordAt(bytes, 8) != static_cast<std::uint32_t>(DistributedFs::RpcArgType::kInt64) ||
@@ -41,8 +42,8 @@ bool ReadInt64(const std::uint8_t* bytes, std::size_t size, std::int64_t& out) {
 struct Ours {
     using Bytes = Block;
 
-    // The writer takes strings by value. The library gives it those of a request, which are its
-    // own; only who keeps them has them copied.
+    // The writer takes strings by value. The library moves those of a request into it; only a
+    // caller that keeps its strings has them copied.
     class Encoded {
     public:
         explicit Encoded(const Ping& ping) : writer_(SizeOf(1, 8), 1) {
@@ -107,7 +108,7 @@ struct Ours {
     }
 };
 
-// Row 12: the memory that is left.
+// Row 12 measures the memory that is left.
 void MemoryAfterMessages(benchmark::State& state) {
     DeviceOnline in = DeviceOnlineOf(std::size_t{64} << 20);
     const std::size_t before = BytesInUse();

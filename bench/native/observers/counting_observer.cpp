@@ -1,4 +1,4 @@
-// In a file of its own, so that no contender sees what an observer does.
+// This is in a file of its own, so that no contender sees what an observer does.
 
 #include "observers/fan_out_work.h"
 

@@ -1,5 +1,5 @@
-// Rows 5, 6 and 12: one notification to many observers. All contenders call the same observers,
-// hold a lock while they do, and look at the code that each of them returns.
+// Rows 5, 6 and 12: one notification goes to many observers. All contenders call the same
+// observers, hold a lock while they do, and look at the code that each of them returns.
 
 #ifndef PLENXSDK_BENCH_OBSERVERS_FAN_OUT_WORK_H
 #define PLENXSDK_BENCH_OBSERVERS_FAN_OUT_WORK_H
@@ -33,7 +33,7 @@ public:
 
 using Observers = std::vector<CountingObserver>;
 
-/// What a contender does with a code that is not 0. It never comes to that.
+/// A contender does this with a code that is not 0. No observer returns one.
 void ReportCode(int code);
 
 inline const std::string& GroupName() {

@@ -1,4 +1,4 @@
-// The least work: a lock, and a virtual call of each pointer of an array.
+// Does the least work: it takes a lock and makes a virtual call of each pointer in an array.
 
 #include <mutex>
 

@@ -1,5 +1,5 @@
-// PLENXManager's own fan-out. Its three lines are part of it; they are measured by themselves, so
-// that the table can take them off.
+// Measures PLENXManager's own fan-out, whose three lines are part of it. The lines are also
+// measured by themselves, so that the table can subtract them.
 
 #include "common/log.h"
 #include "harness/fan_out.h"
@@ -33,7 +33,7 @@ private:
     Observers& observers_;
 };
 
-// The lines of NotifyConnect.
+// Writes the lines of NotifyConnect.
 void WriteThreeLines() {
     constexpr std::string_view kFunction = "DistributedFs::PLENXManager::NotifyConnect";
     LogInfo(kFunction, "[PLENXSDK] plenx manager notify connect invoked svcType:", kPcService);
@@ -45,7 +45,7 @@ void ThreeLines(benchmark::State& state) {
     Measure(state, WriteThreeLines);
 }
 
-// The line of row 3.
+// Writes the line of row 3.
 void OneLine(benchmark::State& state) {
     Measure(state, [] {
         std::uint32_t numbers[] = {48, 4096, 4168, 4097};
@@ -60,7 +60,7 @@ void Notification(benchmark::State& state) {
     FanOut<Ours>(state, 1);
 }
 
-// Row 12: the cost of one observer, and the memory that is left.
+// Row 12 measures the cost of one observer, and the memory that is left.
 void RegisterGrowth(const std::string& size, std::int64_t count) {
     const std::string name = "12 observers/" + size;
     benchmark::RegisterBenchmark(name.c_str(), [count](benchmark::State& state) {

@@ -1,4 +1,5 @@
-// libsigc++, which takes no lock of its own, with one around it. An accumulator looks at the codes.
+// Measures libsigc++. It takes no lock, so there is one around it. An accumulator looks at the
+// codes.
 
 #include <sigc++/sigc++.h>
 

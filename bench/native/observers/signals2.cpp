@@ -1,4 +1,4 @@
-// Boost.Signals2 brings its own locks. A combiner looks at the codes.
+// Measures Boost.Signals2, which brings its own locks. A combiner looks at the codes.
 
 #include <boost/signals2.hpp>
 

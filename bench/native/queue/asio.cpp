@@ -7,7 +7,7 @@ namespace {
 class Asio : public AsioQueue {
 public:
     void Enqueue(Target& target, const std::string& first, const std::string& second) {
-        // Named anew, so that the copies are no constants, which a move would copy.
+        // Named captures make copies that are not const; a move would copy a const one.
         PostTask([&target, first = first, second = second] { target.Run(first, second); });
     }
 };

@@ -1,4 +1,4 @@
-// Boost.Asio: each job is a packaged task that is posted to a context of one thread.
+// Uses Boost.Asio: each job is a packaged task that is posted to a context of one thread.
 
 #ifndef PLENXSDK_BENCH_QUEUE_ASIO_QUEUE_H
 #define PLENXSDK_BENCH_QUEUE_ASIO_QUEUE_H
@@ -31,7 +31,7 @@ public:
     }
 
 private:
-    // The hint that asio's own documents give for one thread; posting from others stays safe.
+    // Asio's own documents give this hint for one thread. Other threads can still post safely.
     boost::asio::io_context context_{1};
     boost::asio::executor_work_guard<boost::asio::io_context::executor_type> keep_{
         context_.get_executor()};

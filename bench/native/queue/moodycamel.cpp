@@ -1,4 +1,4 @@
-// moodycamel's blocking queue of packaged tasks.
+// Measures moodycamel's blocking queue with packaged tasks.
 
 #include <blockingconcurrentqueue.h>
 
@@ -18,7 +18,7 @@ public:
         worker_.join();
     }
     void Enqueue(Target& target, const std::string& first, const std::string& second) {
-        // Named anew, so that the copies are no constants, which a move would copy.
+        // Named captures make copies that are not const; a move would copy a const one.
         Post([&target, first = first, second = second] { target.Run(first, second); });
     }
     template <class Function>

@@ -1,4 +1,4 @@
-// ThreadPool.
+// Measures ThreadPool.
 
 #include <thread>
 
@@ -23,7 +23,7 @@ private:
     DistributedFs::ThreadPool pool_{1};
 };
 
-// Queues the jobs behind a busy worker, then has them run.
+// Queues the jobs behind a busy worker and then has the worker run them.
 void QueueAndRun(Ours& ours, std::int64_t jobs) {
     static const JobStrings strings;
     Target target;
@@ -36,7 +36,7 @@ void QueueAndRun(Ours& ours, std::int64_t jobs) {
     WaitForAll(ours);
 }
 
-// Row 12: the cost of one job, and the memory that is left while the pool goes on.
+// Row 12 measures the cost of one job, and the memory that is left while the pool goes on.
 void RegisterGrowth(const std::string& size, std::int64_t jobs) {
     const std::string name = "12 queued jobs/" + size;
     benchmark::RegisterBenchmark(name.c_str(),

@@ -1,9 +1,9 @@
 // Rows 7 and 12: jobs for one worker. A job is a call of a member function with copies of two
 // strings that are too long to lie inside a std::string; its future is made and dropped.
 //
-// A contender starts one worker when it is made and ends it, with the jobs that are left
-// unrun, when it is destroyed. Enqueue(target, first, second) queues a job, Post(function) any
-// other function.
+// A contender starts one worker when it is made. When it is destroyed, it ends the worker and
+// leaves the remaining jobs unrun. Enqueue(target, first, second) queues a job, and Post(function)
+// any other function.
 
 #ifndef PLENXSDK_BENCH_QUEUE_QUEUE_WORK_H
 #define PLENXSDK_BENCH_QUEUE_QUEUE_WORK_H
@@ -26,7 +26,7 @@ struct JobStrings {
 
 class Target {
 public:
-    /// Not in a header, so that no contender knows what it does.
+    /// It is not in a header, so that no contender knows what it does.
     void Run(const std::string& first, const std::string& second);
     std::uint64_t Runs() const { return runs_; }
 
@@ -58,7 +58,7 @@ void Occupy(Queue& queue, Gate& gate) {
     gate.WaitUntilEntered();
 }
 
-/// Returns when all that was queued before has been run.
+/// Returns when everything that was queued before has run.
 template <class Queue>
 void WaitForAll(Queue& queue) {
     Gate gate;
@@ -96,15 +96,15 @@ void ThroughOneCore(benchmark::State& state, std::int64_t jobs) {
     }
 }
 
-/// The number of jobs is given, as the queue grows with each.
+/// The number of jobs is fixed, because the queue grows with each.
 constexpr std::int64_t kEnqueued = 25000;
 
-/// Of what takes a second each time.
+/// How often to run work that takes a second each time.
 inline int LongRepetitions() {
     return IsQuick() ? 9 : 21;
 }
 
-/// Less in a quick run, of which the table says so.
+/// A quick run does less, and the table says so.
 inline std::int64_t JobsThrough() {
     return IsQuick() ? 100000 : 1000000;
 }

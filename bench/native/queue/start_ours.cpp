@@ -1,4 +1,4 @@
-// PLENXManager on a fake machine. The worker is kept busy by an observer that does not return.
+// Measures PLENXManager on a fake machine. An observer that does not return keeps the worker busy.
 
 #include <cstdlib>
 #include <filesystem>

@@ -1,4 +1,4 @@
-// The same call made of Boost.Asio with a packaged task and a line of spdlog that is discarded;
+// Makes the same call of Boost.Asio with a packaged task and a line of spdlog that is discarded,
 // and of the least queue with a line of snprintf.
 
 #include <spdlog/sinks/null_sink.h>
@@ -17,7 +17,7 @@ namespace {
 constexpr int kRefused = 26;
 constexpr char kFunction[] = "DistributedFs::PLENXManager::Start";
 
-// What the job calls; it is a member function with the arguments of the call.
+// The job calls this member function with the arguments of the call.
 class Engine {
 public:
     void Start(std::uint32_t svcType, const std::string& first, const std::string& second) {

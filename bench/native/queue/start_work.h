@@ -1,5 +1,5 @@
-// Row 8: a whole call like PLENXManager::Start while the worker is busy: look at the arguments,
-// write the line, queue the job with its copies, return.
+// Row 8: a whole call like PLENXManager::Start while the worker is busy. It looks at the arguments,
+// writes the line, queues the job with its copies and returns.
 
 #ifndef PLENXSDK_BENCH_QUEUE_START_WORK_H
 #define PLENXSDK_BENCH_QUEUE_START_WORK_H

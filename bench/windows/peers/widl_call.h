@@ -1,4 +1,4 @@
-// A bare call through the IDL compiler's stubs: the least that a request can be made of.
+// Makes a bare call through the IDL compiler's stubs, which is the least that a request can be.
 
 #ifndef PLENXBENCH_WINDOWS_PEERS_WIDL_CALL_H
 #define PLENXBENCH_WINDOWS_PEERS_WIDL_CALL_H
@@ -26,7 +26,7 @@ using WidlProcedure = decltype(&WidlCall_ServiceMessage);
 
 void BindWidl(const wchar_t* endpoint, RPC_BINDING_HANDLE& binding);
 
-/// Calls and releases the reply.
+/// Makes the call and releases the reply.
 /// @throws std::runtime_error when the reply is not the one that all servers give.
 void CallWidl(WidlProcedure procedure, long msgType, const std::vector<unsigned char>& message);
 

@@ -1,5 +1,5 @@
-// The peer's half of row 11: a bare server of the IDL compiler's stubs. Its routine does nothing
-// but give the reply.
+// The peer's half of row 11: a bare server of the IDL compiler's stubs. Its routine only gives the
+// reply.
 
 #include <windows.h>
 

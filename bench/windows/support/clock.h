@@ -1,4 +1,4 @@
-// Time from the system's performance counter, the same in all processes.
+// Reads the time from the system's performance counter, which is the same in all processes.
 
 #ifndef PLENXBENCH_WINDOWS_SUPPORT_CLOCK_H
 #define PLENXBENCH_WINDOWS_SUPPORT_CLOCK_H

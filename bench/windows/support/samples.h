@@ -1,4 +1,4 @@
-// What a benchmark program measures and writes: a JSON list of
+// A benchmark program measures and writes samples: a JSON list of
 //
 //     {"row": "9 wake-up", "world": "wine", "contender": "ours", "unit": "ns",
 //      "samples": [...], "allocations": null}
@@ -37,16 +37,17 @@ struct Contender {
     std::function<double()> measure;  // one value, in the row's unit
 };
 
-/// One sample of each contender for each repetition: the typical one of `values` values. The
+/// Takes one sample of each contender for each repetition: the typical one of `values` values. The
 /// contenders take turns value by value, in an order that changes.
 std::vector<Series> Measure(const std::string& row, const std::string& unit,
                             const std::vector<Contender>& contenders, std::size_t repetitions,
                             std::size_t values);
 
-/// The mean of the middle half: as steady as a median, and finer than the clock's ticks.
+/// Returns the mean of the middle half. It is as steady as a median, and finer than the clock's
+/// ticks.
 double Typical(std::vector<double> values);
 
-/// Prints a line for each series and writes the file. @return for main.
+/// Prints a line for each series and writes the file. @return the exit code for main.
 int Finish(const Options& options, const std::vector<Series>& all);
 
 }  // namespace PlenxBench

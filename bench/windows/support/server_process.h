@@ -1,5 +1,5 @@
-// A server in a process of its own, started from the folder of the running program. It ends when
-// its object goes, or by itself after ten minutes.
+// Runs a server in a process of its own, started from the folder of the running program. The server
+// ends with the object, or by itself after ten minutes.
 
 #ifndef PLENXBENCH_WINDOWS_SUPPORT_SERVER_PROCESS_H
 #define PLENXBENCH_WINDOWS_SUPPORT_SERVER_PROCESS_H
@@ -14,14 +14,15 @@ namespace PlenxBench {
 
 class ServerProcess {
 public:
-    /// Returns when it serves. arguments: come before the one that ServerLife takes.
-    /// @throws std::runtime_error when it does not come to that.
+    /// Returns when the server is ready. arguments: these come before the one that ServerLife
+    /// takes.
+    /// @throws std::runtime_error when the server does not get ready.
     explicit ServerProcess(const std::wstring& program, const std::wstring& arguments = L"");
     ~ServerProcess();
     ServerProcess(const ServerProcess&) = delete;
     ServerProcess& operator=(const ServerProcess&) = delete;
 
-    /// In its command line and in no other one.
+    /// This word is in its command line and in no other one.
     const std::wstring& Name() const { return name_; }
     DWORD Id() const { return process_.Id(); }
 
@@ -32,13 +33,13 @@ private:
     PlenxTest::ChildProcess process_;
 };
 
-/// The server's side of it.
+/// The server uses this side.
 class ServerLife {
 public:
-    /// name: its last argument.
+    /// name: the server's last argument.
     explicit ServerLife(const std::string& name);
 
-    /// Says that it serves, and returns when it is to end.
+    /// Says that the server is ready, and returns when it must end.
     void ServeUntilStopped() const;
 
 private:

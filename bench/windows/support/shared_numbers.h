@@ -1,5 +1,4 @@
-// Numbers that a host of the library tells to the benchmark, which started it, in memory that both
-// see.
+// A host of the library passes numbers to the benchmark that started it, in memory that both see.
 
 #ifndef PLENXBENCH_WINDOWS_SUPPORT_SHARED_NUMBERS_H
 #define PLENXBENCH_WINDOWS_SUPPORT_SHARED_NUMBERS_H
@@ -15,7 +14,7 @@ namespace PlenxBench {
 
 class SharedNumbers {
 public:
-    /// The same name for both; whoever comes first makes it. A number that nobody has set is 0.
+    /// Both use the same name, and whoever comes first makes it. A number that nobody has set is 0.
     explicit SharedNumbers(const std::wstring& name)
         : mapping_(CreateFileMappingW(INVALID_HANDLE_VALUE, nullptr, PAGE_READWRITE, 0,
                                       kCount * sizeof(Number), name.c_str())),
