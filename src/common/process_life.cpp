@@ -2,7 +2,7 @@
 
 #include <windows.h>
 
-// Exported by every ntdll since Windows XP, but declared in no header of the toolchain.
+// Every ntdll since Windows XP exports this, but no header of the toolchain declares it.
 extern "C" BOOLEAN NTAPI RtlDllShutdownInProgress(void);
 
 namespace DistributedFs {

@@ -1,6 +1,6 @@
-// How the module ends. When a Windows process exits, the system ends every other thread
-// at whatever it was doing and then runs the destructors of the DLLs' statics: locks may
-// belong to threads that are gone, and waiting for anybody waits for ever.
+// Tells how the module ends. When a Windows process exits, the system ends every other thread at
+// whatever it was doing and then runs the destructors of the DLLs' statics. Locks may then belong
+// to threads that are gone, and a wait for any thread would last for ever.
 //
 // A DLL of the host may be detached before this one or after it, and its statics may still call
 // the library. So each public operation asks ProcessIsEnding before it takes a lock.
@@ -12,16 +12,15 @@
 
 namespace DistributedFs {
 
-/// True once the system has ended all threads but the calling one and detaches the DLLs.
+/// Returns true once the system has ended all threads but the calling one and detaches the DLLs.
 bool ProcessIsEnding() noexcept;
 
-/// Keeps this module loaded until the process ends. To be called before the first thread
-/// is started: a thread cannot be ended safely while its module is being unloaded.
+/// Keeps this module loaded until the process ends. Call it before the first thread is started: a
+/// thread cannot be ended safely while its module is being unloaded.
 void PinModule() noexcept;
 
-/// Holds a singleton for the life of the module. When the module is unloaded, the object
-/// is destroyed; when the process ends, the object is left as it is and only told so by
-/// OnProcessEnd.
+/// Holds a singleton for the life of the module. When the module is unloaded, this destroys the
+/// object. When the process ends, this leaves the object as it is and only calls its OnProcessEnd.
 template <class T>
 class ModuleObject {
 public:

@@ -1,4 +1,4 @@
-// The office service: every use of the companion library stands here.
+// The office service: every use of the companion library is in this file.
 //
 // fileManagerMutex is held over each call into it, over the notification of the outcome and
 // over the change of startedMask.

@@ -9,19 +9,20 @@
 namespace DistributedFs {
 namespace {
 
-// It is made when the library is loaded. The loader lock is held then, so this may only touch
+// It is made when the library is loaded. The loader lock is held then, so this must only touch
 // memory.
 ModuleObject<PLENXManager> instance;
 
 constexpr unsigned kWorkers = 1;  // one at a time, in the order of the calls
 
-// The services that can be asked for their configuration; the combined type goes through.
+// These services have a configuration that can be asked for. The combined type is passed on.
 bool HasConfiguration(ServiceType svcType) {
     return svcType >= kPcService && svcType <= kCombinedService;
 }
 
-// Calls push for each service whose configuration a setter of svcType changes: none for the office
-// service, which has none, and both for the combined type. False when there is no such type.
+// Calls push for each service whose configuration a setter of svcType changes. It calls push for no
+// service with the office type, because the office service has no configuration, and for both with
+// the combined type. Returns false when there is no such type.
 template <class Push>
 bool ForEachConfigured(ServiceType svcType, Push push) {
     switch (svcType) {
@@ -46,7 +47,7 @@ PLENXManager& PLENXManager::GetInstance() {
     return instance.Get();
 }
 
-// What the jobs use is made before the facade, and so outlives it and its worker.
+// The objects that the jobs use are made before the facade, so they outlive it and its worker.
 PLENXManager::PLENXManager() {
     TouchLogger();
     RpcManager::GetInstance();
@@ -64,8 +65,8 @@ PLENXManager::~PLENXManager() {
     fileManager.reset();
 }
 
-// The worker is gone, wherever it was, and may have left any lock behind. The companion is
-// released if nobody can have been inside it.
+// The worker was ended wherever it was, and may have left any lock held. The companion is released
+// if nobody can have been inside it.
 void PLENXManager::OnProcessEnd() noexcept {
     const bool workerWasIdle = !threadPool || threadPool->IsIdle();
     if (workerWasIdle && fileManagerMutex.try_lock()) {

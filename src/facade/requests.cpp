@@ -1,4 +1,4 @@
-// The operations that queue a job: check, log, queue, return.
+// Each of these operations queues a job: it checks, logs, queues and returns.
 
 #include <cstddef>
 #include <cstring>
