@@ -1,4 +1,4 @@
-# Tests the pages for a browser in one.
+# Tests the pages that are made for a browser, in a browser.
 
 test_browser() {
     need_packages "${browser_packages[@]}"

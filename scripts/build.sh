@@ -1,4 +1,4 @@
-# Building both worlds.
+# Builds both worlds: the native one and the one for Windows.
 
 # ccache does not compile a source again that was compiled in any folder before.
 export CMAKE_C_COMPILER_LAUNCHER=ccache CMAKE_CXX_COMPILER_LAUNCHER=ccache

@@ -18,7 +18,7 @@ fuzz_log() {
     echo "$log_dir/fuzz-$1.txt"
 }
 
-# The inputs that are kept, as the build has unpacked them.
+# These inputs are kept; the build has unpacked them.
 fuzz_corpus() {
     echo "$fuzz_build/tests/fuzz/corpus/$1"
 }
@@ -32,7 +32,7 @@ fuzz_one() {
         "$fuzz_found/$1" "$(fuzz_corpus "$1")" >"$(fuzz_log "$1")" 2>&1 </dev/null
 }
 
-# fuzz_row TARGET STATE: from the last line that libFuzzer has printed
+# fuzz_row TARGET STATE: prints a row from the last line that libFuzzer has printed.
 fuzz_row() {
     local line
     line=$(grep -aE '^#[0-9]+.* cov: ' "$(fuzz_log "$1")" 2>/dev/null | tail -n 1 || true)
@@ -47,7 +47,7 @@ fuzz_head() {
     printf '  %-11s %12s %8s %9s %8s\n' target executions edges features inputs
 }
 
-# Runs as many at a time as the machine has cores, and prints a line for each every minute.
+# Runs as many targets at a time as the machine has cores, and prints a line for each every minute.
 fuzz_all() {
     local seconds=$1 status=0 target
     local -a waiting=("${fuzz_targets[@]}")

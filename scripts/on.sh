@@ -1,12 +1,13 @@
-# The same commands on a bare system of another Debian release, in a folder of this machine.
+# Runs the same commands on a bare system of another Debian release, in a folder of this machine.
 
 on_dir=$build_dir/on
-# What a clone needs before ./plenx installs the rest.
+# A clone needs these packages before ./plenx installs the rest.
 on_first_packages=ca-certificates,git
 
 declare -A on_codenames=([12]=bookworm [13]=trixie)
 
-# command_on RELEASE COMMAND...: the committed tree, in a folder of its own there
+# command_on RELEASE COMMAND...: runs the command on the committed tree, in a folder of its own
+# there.
 command_on() {
     local release=${1:-} codename system status=0
     codename=${on_codenames[${release:-none}]:-}
@@ -32,7 +33,8 @@ command_on() {
     return $status
 }
 
-# make_system CODENAME FOLDER: once; it keeps the packages that commands have installed there.
+# make_system CODENAME FOLDER: makes the system once. It keeps the packages that commands have
+# installed there.
 make_system() {
     local codename=$1 system=$2 sources=$on_dir/$1.sources
     if [ ! -e "$system/root/.ready" ]; then
@@ -42,7 +44,7 @@ make_system() {
         "${as_root[@]}" rm -rf "$system"
         step "make a bare system of Debian's $codename" fill_system "$codename" "$system" "$sources"
     fi
-    # The machine may have moved to another network since.
+    # The machine may have moved to another network since then.
     "${as_root[@]}" cp -L /etc/resolv.conf /etc/hosts "$system/etc/"
 }
 
@@ -57,21 +59,21 @@ fill_system() {
     "${as_root[@]}" touch "$system/root/.ready"
 }
 
-# proxy_setting SCHEME: apt's, for a program that reads the environment
+# proxy_setting SCHEME: prints apt's proxy for a program that reads the environment.
 proxy_setting() {
     local proxy=
     eval "$(apt-config shell proxy "Acquire::$1::Proxy")"
     [ -z "$proxy" ] || echo "$1_proxy=$proxy"
 }
 
-# What apt reads here from Debian itself, one "mirror suite codename" a line.
+# Prints the sources that apt reads here from Debian itself, one "mirror suite codename" a line.
 debian_sources() {
     apt-get indextargets --format '$(ORIGIN) $(COMPONENT) $(REPO_URI) $(RELEASE) $(CODENAME)' \
         'Created-By: Packages' | awk '$1 == "Debian" && $2 == "main" { print $3, $4, $5 }' | sort -u
 }
 
-# sources_for CODENAME: the same mirrors' suites of another release. A suite may go by the name
-# "stable" here, so its codename counts.
+# sources_for CODENAME: prints the same mirrors' suites of another release. A suite may have the
+# name "stable" here, so its codename counts.
 sources_for() {
     awk -v wanted="$1" '{
         suite = $3
@@ -81,7 +83,7 @@ sources_for() {
     }' | sort -u
 }
 
-# The last commit, in a clone that the next time only fetches what is new.
+# Brings the last commit into a clone, which the next time only fetches the new commits.
 bring_tree() {
     local system=$1 bundle=$on_dir/tree.bundle
     git -C "$root" bundle create -q "$bundle" HEAD
@@ -91,8 +93,9 @@ bring_tree() {
         git -c advice.detachedHead=false checkout -q --force --detach FETCH_HEAD'
 }
 
-# in_system FOLDER COMMAND...: as root, in the clone. The mounts live in a namespace of their own
-# and vanish with its last process, however that ends; and all its processes end with the first.
+# in_system FOLDER COMMAND...: runs the command as root in the clone. The mounts live in a namespace
+# of their own and vanish with its last process, however that ends. All its processes end with the
+# first one.
 in_system() {
     local system=$1 name
     local -a settings=(HOME=/root PATH=/usr/sbin:/usr/bin:/sbin:/bin LANG=C.UTF-8)

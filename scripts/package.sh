@@ -117,7 +117,7 @@ sign_package() {
     done
 }
 
-# For tests only: nobody trusts this certificate, and each run makes a new one.
+# This is for tests only: nobody trusts this certificate, and each run makes a new one.
 make_test_certificate() {
     local name=$package_dir/test-certificate
     echo test >"$name.password"
@@ -181,8 +181,8 @@ compare_builds() {
     echo "$compared files"
 }
 
-# A host is built and run from the unpacked package alone. That a second packing and a second build
-# give the same bytes is shown by 'package --twice'.
+# Builds and runs a host from the unpacked package alone. 'package --twice' shows that a second
+# packing and a second build give the same bytes.
 test_package() {
     local prefix status=0 log=$log_dir/package-tests.txt sign= password= timestamp=
     need_packages "${package_packages[@]}"

@@ -1,4 +1,4 @@
-# The long forms of tests that './plenx test' runs briefly.
+# Runs the long forms of tests that './plenx test' runs briefly.
 
 stress_pools=100000
 stress_endings=300

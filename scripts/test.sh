@@ -19,12 +19,13 @@ forget_results() {
     : >"$results_dir/counts"
 }
 
-# count PASSED FAILED SKIPPED: into a file, as lanes cannot add to each other's variables
+# count PASSED FAILED SKIPPED: writes the numbers to a file, because lanes cannot add to each
+# other's variables.
 count() {
     echo "$*" >>"$results_dir/counts"
 }
 
-# The closing line; whether all is well.
+# Prints the closing line and returns whether everything passed.
 close_results() {
     echo "  The tests took $SECONDS s."
     awk '{ passed += $1; failed += $2; skipped += $3 }
@@ -34,8 +35,8 @@ close_results() {
         }' "$results_dir/counts"
 }
 
-# in_lane FUNCTION ARGUMENT...: beside the other lanes. A step that fails ends its lane alone, and a
-# lane waits for those that it has begun.
+# in_lane FUNCTION ARGUMENT...: runs the function beside the other lanes. A step that fails ends
+# only its own lane, and a lane waits for those that it has begun.
 in_lane() {
     (
         lanes=()
@@ -99,8 +100,8 @@ run_native() {
     report "$name" "native tests, ${name#native-}" $status "$log"
 }
 
-# report NAME TEXT STATUS LOG: the count of a run, and its failures. A run that failed without a
-# failed test (it crashed, or ended badly) counts as one failure more.
+# report NAME TEXT STATUS LOG: prints the count of a run, and its failures. A run that failed
+# without a failed test (it crashed, or ended badly) counts as one failure more.
 report() {
     local xml=$results_dir/$1.xml passed=0 failed=0 skipped=0
     if [ -e "$xml" ]; then
@@ -129,12 +130,12 @@ test_windows() {
     run_windows "$@"
 }
 
-# run_windows [PROGRAM...]: those named, or all
+# run_windows [PROGRAM...]: runs the named programs, or all of them.
 run_windows() {
     local -a names=("$@")
     make_prefix_template
     if [ ${#names[@]} -eq 0 ]; then
-        # Each once, the long ones in front.
+        # Each program runs once, the long ones first.
         mapfile -t names < <({ printf '%s\n' "${long_windows_tests[@]}"; all_windows_tests; } |
             awk '!seen[$0]++')
     fi
@@ -188,8 +189,8 @@ test_dialogue() {
     return $status
 }
 
-# count_results FILE: "passed failed skipped". The head of a JUnit file counts them; GoogleTest's
-# does not count skipped tests, but marks them.
+# count_results FILE: prints "passed failed skipped". The head of a JUnit file has these counts.
+# GoogleTest does not count skipped tests, but marks them.
 count_results() {
     awk -v RS='>' '
         function attribute(name) {
@@ -216,8 +217,8 @@ check_sources() {
     step "hold the table of tests against the tests" python3 docs/check_conformance.py
 }
 
-# Two lanes: one keeps the cores busy, the other mostly waits. What waits for real services has
-# deadlines, so the busy one steps back where both want a core.
+# There are two lanes: one keeps the cores busy, and the other mostly waits. Tests that wait for
+# real services have deadlines, so the busy lane steps back where both want a core.
 test_all() {
     need_packages "${native_packages[@]}" "${windows_packages[@]}" "${coverage_packages[@]}" \
         "${mutate_packages[@]}" "${docs_packages[@]}" "${browser_packages[@]}" \
@@ -248,7 +249,8 @@ waiting_lane() {
     test_package
 }
 
-# While one writes: all unit tests of one flavour, and the library's life with real services.
+# These tests are for work on the code: all unit tests of one flavour, and the library's life with
+# real services.
 test_quick() {
     need_packages "${native_packages[@]}" "${windows_packages[@]}"
     in_lane test_native plain
@@ -261,11 +263,11 @@ quick_windows() {
     windows_filter=$quick_windows_filter run_windows $quick_windows_test
 }
 
-# test_one NAME: a program, or a test as GoogleTest names it, wherever there is one.
+# test_one NAME: runs a program, or a test as GoogleTest names it, wherever it is.
 test_one() {
     local name=${1:-} word before
     [ -n "$name" ] || fail "'test one' needs the name of a test or of a test program"
-    # Without the suite, and without what stands around the name of a test with parameters.
+    # This removes the suite, and the text around the name of a test with parameters.
     word=${name##*.}
     word=${word%%/*}
     one_native "$name" "$word"
@@ -273,7 +275,8 @@ test_one() {
     [ -s "$results_dir/counts" ] || fail "no test and no test program is named '$name'"
 }
 
-# folders_with WORD FOLDER...: those whose tests, or whose list of programs, contain the word
+# folders_with WORD FOLDER...: prints the folders whose tests, or whose list of programs, contain
+# the word.
 folders_with() {
     local word=$1
     shift

@@ -31,7 +31,7 @@ class Mutant:
         return " ".join(text.split())
 
 
-# What stands in code, and what it becomes.
+# Each pattern that stands in the code, and its replacement.
 _FLIPS = [
     (r"==", "!="),
     (r"!=", "=="),
@@ -52,9 +52,9 @@ _FLIPS = [
     (r"\bcontinue;", ""),
 ]
 _NUMBER = re.compile(r"(?<![\w.'])(0x[0-9a-fA-F]+|\d+)(?![\w.'])")
-# A statement that is one call on a line of its own.
+# This is a statement that is one call on a line of its own.
 _CALL = re.compile(r"^ +(?!return\b|throw\b|delete\b)[\w.:>-]+\([^;{}]*\);$", re.MULTILINE)
-# A lock that is held to the end of its block, and a call behind it.
+# This is a lock that is held to the end of its block, and a call behind it.
 _LOCK = re.compile(r"^ +const std::lock_guard<[\w:]+> lock\([^;]*\);\n", re.MULTILINE)
 _NEXT_CALL = re.compile(r" +(?!return\b|throw\b|delete\b)[\w.:>-]+\([^;{}]*\);\n")
 

@@ -29,7 +29,7 @@ ROOT = HERE.parent.parent
 TEST_SECONDS = 30
 WANTED_SHARE = 0.97
 
-# The tests of a room, the most telling ones first.
+# The tests of a room, in an order that begins with the most telling ones.
 FUZZ = ["tests/fuzz/fuzz_reader", "tests/fuzz/fuzz_writer", "tests/fuzz/fuzz_server"]
 ROOMS = {
     "common": ["tests/unit/common", "tests/unit/facade"],
@@ -205,7 +205,7 @@ def judge(build: Build, mutant: Mutant) -> str:
 def runs_badly(program: pathlib.Path, test: Test, place: pathlib.Path) -> str:
     """The name of the test if it fails."""
     name = test[1].removeprefix("--gtest_filter=")
-    # Counts of lines must not get into those of the build.
+    # The line counts of this run must not get into those of the build.
     environment = {**os.environ, "GCOV_PREFIX": str(place)}
     try:
         result = run([program, *test[1:]], cwd=place, env=environment, timeout=TEST_SECONDS)
@@ -274,7 +274,7 @@ def main() -> int:
                 print(known.get(key, "NOT KNOWN: no test notices this"), flush=True)
             if number % 25 == 0:
                 print(f"  {number} of {len(mutants)}: {counts['caught']} caught", flush=True)
-    # Those that change nothing that a test could see do not count.
+    # Mutants that change nothing that a test could see do not count.
     valid = counts["caught"] + counts["survived"] - equivalent
     share = counts["caught"] / valid if valid else 0
     print(
