@@ -83,7 +83,7 @@ def linear(middle, top):
 
 
 def linear_beside(limit_row, middle, top):
-    """The same, with the cost of each size in units of what the limit takes for that size."""
+    """Does the same, with the cost of each size in units of the limit's cost for that size."""
     def check(results, row, world):
         sizes = [(results.get(row, world, size), results.get(limit_row, world, size))
                  for size in (middle, top)]

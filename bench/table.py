@@ -35,7 +35,7 @@ def ratio(record, other):
 
 
 def size_of(name):
-    """Of "1,000" or "64 MiB"."""
+    """Returns the number that "1,000" or "64 MiB" means."""
     count, *unit = name.split()
     return int(count.replace(",", "")) * (2 ** (10 * "KMG".index(unit[0][0]) + 10) if unit else 1)
 

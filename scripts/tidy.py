@@ -53,7 +53,7 @@ def ours(path: pathlib.Path) -> bool:
 
 
 def dependencies_of(build: pathlib.Path) -> dict:
-    """What the compiler has read for each output, from ninja's log."""
+    """Returns the files that the compiler has read for each output, from ninja's log."""
     text = subprocess.run(
         ["ninja", "-C", build, "-t", "deps"], capture_output=True, text=True, check=True
     ).stdout
@@ -92,7 +92,7 @@ def changed_since(commit: str) -> set:
 
 
 def check(checker: str, unit: Unit) -> str:
-    """What it complains of."""
+    """Returns the complaints of clang-tidy."""
     done = subprocess.run(
         [checker, "--quiet", "-p", unit.build, unit.file],
         capture_output=True,

@@ -56,7 +56,7 @@ def run(command, **options):
 
 
 class Build:
-    """What a finished build says about how its parts were made."""
+    """Reads from a finished build how its parts were made."""
 
     def __init__(self, folder: pathlib.Path):
         self.folder = folder
@@ -215,7 +215,7 @@ def runs_badly(program: pathlib.Path, test: Test, place: pathlib.Path) -> str:
 
 
 def all_sources(build: Build) -> list[str]:
-    """Of the rooms that are tested natively, as far as the native build has them."""
+    """Returns those of the natively tested rooms, as far as the native build has them."""
     files = [path for room in ROOMS for path in (ROOT / "src" / room).glob("*.*")]
     return sorted(file for path in files if build.has(file := str(path.relative_to(ROOT))))
 
