@@ -78,10 +78,11 @@ char32_t DecodeFront(std::string_view text, std::size_t& length) {
 
 std::wstring Utf8ToWide(const std::string& text) {
     using Converter = std::codecvt_utf8_utf16<wchar_t>;
-    std::wstring_convert<Converter, wchar_t> convert;
+    // With a text for its failures the converter does not throw. Some libraries' converters let
+    // surrogates and a sequence that is cut off at the end pass, which the count shows.
+    std::wstring_convert<Converter, wchar_t> convert{std::string(), std::wstring()};
     std::wstring wide = convert.from_bytes(text);
-    // The converter silently drops a sequence that is cut off at the end.
-    if (convert.converted() != text.size() || HoldsEncodedSurrogate(text)) {
+    if (HoldsEncodedSurrogate(text) || convert.converted() != text.size()) {
         throw std::range_error("Utf8ToWide: malformed UTF-8");
     }
     return wide;

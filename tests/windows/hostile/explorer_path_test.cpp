@@ -32,6 +32,8 @@ class ExplorerPath : public Host {
 protected:
     ExplorerPath() {
         Init();
+        // The endpoint is served a moment after Init has done its work.
+        EXPECT_TRUE(WaitFor([] { return RpcMgmtIsServerListening(nullptr) == RPC_S_OK; }));
         listener_.Pump();
     }
 

@@ -16,6 +16,7 @@
 #include "soak/soak_run.h"
 #include "support/child_process.h"
 #include "support/service_state.h"
+#include "support/system_habits.h"
 
 namespace PlenxSoak {
 namespace {
@@ -101,7 +102,8 @@ TEST(Measure, OpenServiceHandles_AreCountedAndAreWinesRecords) {
     EXPECT_EQ(OpenServiceW(manager, L"no such service", SERVICE_QUERY_STATUS), nullptr);
     const Sample held = Measure();
     EXPECT_EQ(held.serviceHandles, before.serviceHandles + 2);
-    EXPECT_EQ(held.wineRecords, before.wineRecords + 2);
+    const unsigned records = PlenxTest::HabitsOfThisSystem().serviceHandlesShowInTheHeap ? 2 : 0;
+    EXPECT_EQ(held.wineRecords, before.wineRecords + records);
     EXPECT_EQ(held.privateBytes, held.measuredBytes - held.wineRecords * kBytesOfAWineRecord);
     CloseServiceHandle(service);
     CloseServiceHandle(manager);

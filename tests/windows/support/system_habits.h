@@ -15,13 +15,15 @@ struct SystemHabits {
     bool startsServicesMarkedForDeletion;
     /// _wrmdir(L"") fails with 123 and EINVAL rather than with 3 and ENOENT.
     bool emptyFolderNameIsInvalid;
+    /// A service handle shows in the heap as a record with Wine's mark of a context handle.
+    bool serviceHandlesShowInTheHeap;
 };
 
 /// The rows go from the newest to the oldest.
 inline constexpr SystemHabits kSystemHabits[] = {
-    {10, false, true, true},  // Debian 13
-    {8, true, true, true},    // Debian 12
-    {0, false, false, false},
+    {10, false, true, true, false},  // Debian 13
+    {8, true, true, true, true},     // Debian 12
+    {0, false, false, false, false},
 };
 
 constexpr const SystemHabits& HabitsOfWine(int version) {
