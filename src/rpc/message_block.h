@@ -1,4 +1,4 @@
-// A MessageBlock holds the bytes of one RPC message. Most messages are small and need no
+// A MessageBlock holds the bytes of one RPC message. A message with up to 4 KiB of data needs no
 // allocation. Owners of a block live on the stack, and one thread never has more than a few.
 
 #ifndef PLENXSDK_RPC_MESSAGE_BLOCK_H
@@ -13,7 +13,7 @@ namespace DistributedFs {
 
 class MessageBlock {
 public:
-    static constexpr std::size_t kSmall = 1024;
+    static constexpr std::size_t kSmall = 4096 + 512;
 
     MessageBlock() noexcept = default;
     MessageBlock(const MessageBlock&) = delete;

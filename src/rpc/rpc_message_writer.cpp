@@ -1,5 +1,6 @@
 #include "rpc/rpc_message_writer.h"
 
+#include <algorithm>
 #include <cstring>
 
 #include "common/log.h"
@@ -28,9 +29,19 @@ RpcMessageWriter::RpcMessageWriter(std::int32_t size, std::int32_t args)
     rpcMsgArgs_ = args;
     rpcMsgSize_ = size;
     msgCursor_ = static_cast<std::int32_t>(RpcDataOffset(args));
-    std::memset(rpcMsgBuf_.Get(), 0, static_cast<std::size_t>(size));
+    std::memset(rpcMsgBuf_.Get(), 0, static_cast<std::size_t>(msgCursor_));
     Store32(rpcMsgBuf_.Get(), size);
     Store32(rpcMsgBuf_.Get() + 4, args);
+}
+
+// Descriptors and data have been written without a gap up to the greater of their two ends. Only
+// the rest is cleared here, because clearing a whole message first would be a second pass over it.
+const std::uint8_t* RpcMessageWriter::Buffer() noexcept {
+    const std::int64_t end = std::max<std::int64_t>(RpcDataOffset(argCursor_), msgCursor_);
+    if (end < rpcMsgSize_) {
+        std::memset(rpcMsgBuf_.Get() + end, 0, static_cast<std::size_t>(rpcMsgSize_ - end));
+    }
+    return rpcMsgBuf_.Get();
 }
 
 std::int32_t RpcMessageWriter::WriteInt32(std::uint32_t index, std::int32_t value) {

@@ -38,7 +38,7 @@ public:
 
     /// Returns the finished message, which the writer owns, or null when construction failed. Bytes
     /// that were not written are zero.
-    const std::uint8_t* Buffer() const noexcept { return rpcMsgBuf_.Get(); }
+    const std::uint8_t* Buffer() noexcept;
     std::int32_t Size() const noexcept { return rpcMsgSize_; }
 
 private:

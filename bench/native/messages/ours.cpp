@@ -63,7 +63,7 @@ struct Ours {
         explicit Encoded(const DeviceOnline& online)
             : Encoded(online, online.group, online.device) {}
 
-        const std::uint8_t* data() const { return writer_.Buffer(); }
+        const std::uint8_t* data() { return writer_.Buffer(); }
         std::size_t size() const { return static_cast<std::size_t>(writer_.Size()); }
 
     private:

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <limits>
 #include <string>
@@ -70,7 +71,7 @@ TEST(RpcMessageWriter, FreshMessageHoldsSizeAndCountAndZeros) {
 }
 
 TEST(RpcMessageWriter, UnwrittenBytesAreZeroInMessagesOfAnySize) {
-    for (const std::int32_t size : {40, 300, 8192, 8193, 20000}) {
+    for (const std::int32_t size : {40, 300, 4608, 4609, 20000}) {
         // The message is built where another one has left its bytes.
         {
             RpcMessageWriter(size, 1).WriteString(0, std::string(size - 21, 'x'));
@@ -110,6 +111,22 @@ TEST(RpcMessageWriter, DataOverlaysADescriptorBehindTheTable) {
         "3C000000 01000000 02000000 14000000 04000000"
         "02000000 22222222 04000000");
     expected.resize(60);
+    EXPECT_EQ(Written(writer), expected);
+}
+
+TEST(RpcMessageWriter, WritesGoOnAfterTheBufferHasBeenSeen) {
+    RpcMessageWriter writer(52, 2);
+    EXPECT_EQ(writer.WriteString(0, "abc"), 0);
+    Bytes expected = FromHex("34000000 02000000 04000000 20000000 04000000");
+    expected.resize(52);
+    expected[32] = 'a';
+    expected[33] = 'b';
+    expected[34] = 'c';
+    EXPECT_EQ(Written(writer), expected);
+    EXPECT_EQ(writer.WriteInt32(1, -1), 0);
+    const Bytes second = FromHex("02000000 24000000 04000000");
+    std::copy(second.begin(), second.end(), expected.begin() + 20);
+    std::fill(expected.begin() + 36, expected.begin() + 40, std::uint8_t{0xff});
     EXPECT_EQ(Written(writer), expected);
 }
 
