@@ -33,7 +33,7 @@ const std::vector<Check>& Checks() {
 const std::vector<std::string>& NotLookedAt() {
     static const std::vector<std::string> texts = {
         "the driver's signature, and whether Windows is in test mode",
-        "what the services need beyond plenxservice.exe",
+        "what the services need beyond plenxservice.exe and the DLLs that Windows loads with it",
     };
     return texts;
 }

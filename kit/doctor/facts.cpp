@@ -83,4 +83,8 @@ bool IsWithin(const std::string& path, const std::string& folder) {
     return (Comparable(path) + "\\").compare(0, outer.size(), outer) == 0;
 }
 
+bool HasPrefix(const std::string& name, const std::string& lowerCasePrefix) {
+    return Comparable(name).compare(0, lowerCasePrefix.size(), lowerCasePrefix) == 0;
+}
+
 }  // namespace PlenxHost

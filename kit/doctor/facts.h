@@ -37,6 +37,8 @@ std::string PlainPath(const std::string& registered);
 bool SamePath(const std::string& first, const std::string& second);
 /// Whether the path is the folder or lies in it.
 bool IsWithin(const std::string& path, const std::string& folder);
+/// Whether the name begins so, in whatever case of its letters.
+bool HasPrefix(const std::string& name, const std::string& lowerCasePrefix);
 
 }  // namespace PlenxHost
 

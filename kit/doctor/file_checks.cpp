@@ -1,17 +1,21 @@
 // Checks the files of the library, of the install folder and of a driver upgrade.
 
+#include <algorithm>
+#include <iterator>
 #include <string>
 #include <vector>
 
 #include "doctor/checks.h"
 #include "doctor/facts.h"
+#include "doctor/needed_dlls.h"
 
 namespace PlenxHost {
 namespace {
 
 constexpr const char* kLibraryFiles[] = {
-    "plenxsdk.dll",    "LogHelper.dll",      "distributedfile.dll",
-    "libstdc++-6.dll", "libgcc_s_seh-1.dll", "libwinpthread-1.dll",
+    "plenxsdk.dll",
+    "LogHelper.dll",
+    "distributedfile.dll",
 };
 constexpr const char* kCategories[] = {"archive", "file", "audio", "picture", "video"};
 
@@ -101,6 +105,16 @@ void CheckPath(const std::string& install, System& system, Findings& findings) {
     }
 }
 
+void CheckDllsOfServices(const std::string& install, System& system, Findings& findings) {
+    for (const NeededDll& dll : NeededDlls(install, kServiceProgram, system)) {
+        if (!dll.isThere) {
+            findings.Problem(dll.name + " is missing: " + dll.neededBy + " needs it",
+                             "Install it beside " + std::string(kServiceProgram) +
+                                 "; without it Windows cannot start the services.");
+        }
+    }
+}
+
 void CheckIconFolders(const std::string& install, System& system, Findings& findings) {
     std::string missing;
     for (const std::string category : kCategories) {
@@ -119,8 +133,16 @@ void CheckIconFolders(const std::string& install, System& system, Findings& find
 
 }  // namespace
 
+// The run time of C++ differs from one compiler to another, so the library's imports tell what it
+// needs.
 void CheckLibrary(const Patient& patient, System& system, Findings& findings) {
-    for (const char* name : kLibraryFiles) {
+    std::vector<std::string> names(std::begin(kLibraryFiles), std::end(kLibraryFiles));
+    for (const NeededDll& dll : NeededDlls(patient.program, names[0], system)) {
+        if (std::find(names.begin(), names.end(), dll.name) == names.end()) {
+            names.push_back(dll.name);
+        }
+    }
+    for (const std::string& name : names) {
         CheckFile(patient.program, name,
                   "Copy it from the package's bin folder to " + patient.program +
                       "; without it no host starts.",
@@ -139,6 +161,7 @@ void CheckInstallFolder(const Patient& patient, System& system, Findings& findin
     CheckFile(patient.install, kServiceProgram,
               "Install it; without it every Start of the PC or phone service fails.", system,
               findings);
+    CheckDllsOfServices(patient.install, system, findings);
     for (const char* name : kDriverFiles) {
         CheckFile(patient.install, name,
                   "Install the driver's three files; without them no disk can be mounted.", system,

@@ -57,6 +57,10 @@ public:
     virtual PathKind Look(const std::string& path) = 0;
     /// The version in the file's VERSIONINFO; empty when the file has none.
     virtual std::optional<std::string> VersionOf(const std::string& file) = 0;
+    /// The DLLs that Windows loads before the program or DLL runs; empty when it cannot be read.
+    virtual std::vector<std::string> ImportsOf(const std::string& file) = 0;
+    /// Whether Windows finds the DLL in a folder of its own.
+    virtual bool HasSystemDll(const std::string& name) = 0;
     /// The reason why files may not be made in the folder and removed from it, or kNoError.
     virtual std::uint32_t WriteError(const std::string& folder) = 0;
     /// The groups that everybody is in and that may write to the folder.

@@ -6,8 +6,11 @@
 
 #include <cstring>
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <utility>
 
+#include "doctor/imports.h"
 #include "doctor/ping.h"
 #include "support/handle.h"
 #include "support/wide_text.h"
@@ -153,6 +156,18 @@ public:
         }
         return FixedVersion(static_cast<const unsigned char*>(bytes),
                             SizeofResource(module.Get(), place));
+    }
+
+    std::vector<std::string> ImportsOf(const std::string& file) override {
+        std::ifstream in(PathOf(file), std::ios::binary);
+        const std::string bytes{std::istreambuf_iterator<char>(in), {}};
+        return ImportedDlls(bytes);
+    }
+
+    bool HasSystemDll(const std::string& name) override {
+        std::wstring folder(MAX_PATH, L'\0');
+        folder.resize(GetSystemDirectoryW(folder.data(), MAX_PATH));
+        return Look((fs::path(folder) / PathOf(name)).u8string()) == PathKind::kFile;
     }
 
     std::uint32_t WriteError(const std::string& folder) override {

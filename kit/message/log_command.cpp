@@ -102,7 +102,8 @@ int RunLog(const LogOptions& options, std::istream& in, std::ostream& out, std::
         }
     }
     if (!recognised) {
-        err << "plenxkit message: the input has no line of a service's log\n";
+        err << "plenxkit message: the input has no line of a service's log, such as:\n"
+               "2026-01-31 12:34:56.789 pc received PingService(19) number:7\n";
     }
     return report.Conclude();
 }

@@ -12,6 +12,7 @@ namespace {
 using PlenxWire::Bytes;
 
 constexpr std::string_view kGroupName = "grpName";  // only notifications spell it so
+constexpr std::string_view kTextLength = "msgLen";  // the argument behind it is the text
 
 // The library splits the name at the last "_", and an int32 must hold the number behind it.
 bool NamesAService(std::string_view groupName) {
@@ -44,10 +45,21 @@ std::string NoteOnPath(const Bytes& path) {
     return EndsWithNul(path) ? "" : "it has no NUL at its end, so the library adds one";
 }
 
-std::string NoteOn(const PlenxWire::MessageShape& shape, std::size_t index,
-                   const PlenxWire::Argument& value) {
+std::string NoteOnTextLength(std::int32_t length, const std::string& text) {
+    return length >= 0 && static_cast<std::size_t>(length) == text.size()
+               ? ""
+               : "the text has " + std::to_string(text.size()) + " bytes; nobody compares the two";
+}
+
+std::string NoteOn(const PlenxWire::MessageShape& shape, const PlenxWire::Layout& layout,
+                   std::size_t index) {
+    const PlenxWire::Argument& value = *layout.fields[index].value;
     if (shape.arguments[index].name == kGroupName) {
         return NoteOnGroup(std::get<std::string>(value));
+    }
+    if (shape.arguments[index].name == kTextLength) {
+        return NoteOnTextLength(std::get<std::int32_t>(value),
+                                std::get<std::string>(*layout.fields[index + 1].value));
     }
     const Bytes* const path = std::get_if<Bytes>(&value);
     return path && shape.id == PlenxWire::kUpdateWindowsExplore ? NoteOnPath(*path) : "";
@@ -62,7 +74,7 @@ std::vector<std::string> NotesOn(const Message& message, const PlenxWire::Layout
         return notes;
     }
     for (std::size_t i = 0; i < layout.fields.size(); ++i) {
-        const std::string note = NoteOn(*shape, i, *layout.fields[i].value);
+        const std::string note = NoteOn(*shape, layout, i);
         if (!note.empty()) {
             notes.push_back(std::string(shape->arguments[i].name) + ": " + note);
         }

@@ -112,9 +112,36 @@ TEST_F(DoctorTest, FilesOfTheLibraryHaveVersions) {
     EXPECT_THAT(Run("library"), ElementsAre("ok: plenxsdk.dll 1.0.0.0",
                                             "problem: LogHelper.dll is a folder | " + advice,
                                             "ok: distributedfile.dll, which has no version",
-                                            "problem: libstdc++-6.dll is missing | " + advice,
-                                            "ok: libgcc_s_seh-1.dll, which has no version",
-                                            "ok: libwinpthread-1.dll, which has no version"));
+                                            "problem: libstdc++-6.dll is missing | " + advice));
+}
+
+TEST_F(DoctorTest, TheRunTimeIsWhatTheLibraryImports) {
+    system_.imports["C:\\host\\plenxsdk.dll"] = {"MSVCP140.dll", "VCRUNTIME140.dll"};
+    system_.paths["C:\\host\\MSVCP140.dll"] = PathKind::kFile;
+    system_.imports["C:\\host\\MSVCP140.dll"] = {"VCRUNTIME140.dll", "KERNEL32.dll"};
+    EXPECT_THAT(Run("library"),
+                ElementsAre("ok: plenxsdk.dll, which has no version",
+                            "ok: LogHelper.dll, which has no version",
+                            "ok: distributedfile.dll, which has no version",
+                            "ok: MSVCP140.dll, which has no version",
+                            StartsWith("problem: VCRUNTIME140.dll is missing | Copy it from ")));
+}
+
+TEST_F(DoctorTest, DllsThatTheServiceProgramLacksAreReported) {
+    const std::string advice =
+        " needs it | Install it beside plenxservice.exe; without it Windows cannot start the "
+        "services.";
+    system_.imports["C:\\app\\plenxservice.exe"] = {
+        "KERNEL32.dll", "api-ms-win-crt-heap-l1-1-0.dll", "Spdlog.dll", "gone.dll"};
+    system_.imports["C:\\app\\Spdlog.dll"] = {"API-MS-Win-Core.dll", "Fmt.dll", "gone.dll",
+                                              "plenxservice.exe"};
+    system_.paths["C:\\app\\Spdlog.dll"] = PathKind::kFile;
+    EXPECT_THAT(Complaints("install"),
+                ElementsAre("problem: gone.dll is missing: plenxservice.exe" + advice,
+                            "problem: Fmt.dll is missing: Spdlog.dll" + advice));
+    system_.paths["C:\\app\\gone.dll"] = PathKind::kFile;
+    system_.systemDlls.insert("Fmt.dll");
+    EXPECT_THAT(Complaints("install"), IsEmpty());
 }
 
 TEST_F(DoctorTest, MissingInstallFolderIsOneProblem) {

@@ -78,6 +78,18 @@ TEST(Decode, AGroupNameThatTheLibraryRefuses_IsNoted) {
     EXPECT_EQ(Notes({"DeleteGroup", "groupName=g"}), "");
 }
 
+TEST(Decode, ALengthThatIsNotTheTexts_IsNoted) {
+    for (const char* const message : {"SendLocalMessage", "RecvRemoteMessage"}) {
+        const std::string text =
+            std::string(message) == "SendLocalMessage" ? "msg=ten bytes!" : "message=ten bytes!";
+        EXPECT_EQ(Notes({message, "msgType=1", "msgLen=5", text}),
+                  "  note: msgLen: the text has 10 bytes; nobody compares the two\n");
+        EXPECT_NE(Notes({message, "msgType=1", "msgLen=-1", text}), "");
+        EXPECT_EQ(Notes({message, "msgType=1", "msgLen=10", text}), "");
+    }
+    EXPECT_EQ(Notes({"SendLocalMessage", "msgType=1", "msgLen=0", "msg="}), "");
+}
+
 TEST(Decode, APathThatTheLibraryHasToComplete_IsNoted) {
     EXPECT_EQ(Notes({"UpdateWindowsExplore", "path=50003a"}),
               "  note: path: UTF-16 has an even number of bytes; the library takes this odd number "

@@ -135,7 +135,9 @@ TEST(Log, WithoutALineOfAService_SaysSo) {
         const Outcome outcome = Tool({"log"}, log);
         EXPECT_EQ(outcome.code, 0);
         EXPECT_EQ(outcome.out, "Messages: 0, good: 0, broken: 0, cut by the log: 0\n");
-        EXPECT_EQ(outcome.err, "plenxkit message: the input has no line of a service's log\n");
+        EXPECT_EQ(outcome.err,
+                  "plenxkit message: the input has no line of a service's log, such as:\n"
+                  "2026-01-31 12:34:56.789 pc received PingService(19) number:7\n");
         EXPECT_EQ(Tool({"log", "--json"}, log).out, "");
     }
 }

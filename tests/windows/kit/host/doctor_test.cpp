@@ -116,8 +116,21 @@ TEST_F(Doctor, MissingFiles_AreProblems) {
                           "           Install it; without it every Start of the PC or phone "
                           "service fails.\n"));
     EXPECT_THAT(printed.output, HasSubstr("  problem  dokan1.dll is missing\n"));
-    EXPECT_THAT(printed.output, HasSubstr("  problem  libstdc++-6.dll is missing\n"));
-    EXPECT_THAT(printed.output, HasSubstr("\n8 problems, 0 notes\nexit code 1\n"));
+    EXPECT_THAT(printed.output, HasSubstr("  problem  plenxsdk.dll is missing\n"));
+    EXPECT_THAT(printed.output, HasSubstr("\n5 problems, 0 notes\nexit code 1\n"));
+}
+
+TEST_F(Doctor, ServiceProgramWhoseDllsAreMissing_IsAProblem) {
+    // The library's own DLL stands for a program that needs some.
+    std::filesystem::copy_file(ProgramFolder() + L"\\plenxsdk.dll",
+                               folder_.InstallPath() / L"plenxservice.exe",
+                               std::filesystem::copy_options::overwrite_existing);
+    const Finished printed = Examine();
+    EXPECT_EQ(printed.exitCode, 1);
+    EXPECT_THAT(printed.output,
+                HasSubstr("  problem  LogHelper.dll is missing: plenxservice.exe needs it\n"
+                          "           Install it beside plenxservice.exe; without it Windows "
+                          "cannot start the services.\n"));
 }
 
 TEST_F(Doctor, WaitingUpgrade_IsReportedWithItsVersion) {

@@ -27,6 +27,10 @@ public:
         for (const char* name : {"archive", "file", "audio", "picture", "video"}) {
             paths["C:\\app\\res\\plenx\\icon\\" + std::string(name)] = PathKind::kFolder;
         }
+        imports["C:\\host\\plenxsdk.dll"] = {"distributedfile.dll", "libstdc++-6.dll",
+                                             "KERNEL32.dll"};
+        imports["C:\\host\\libstdc++-6.dll"] = {"libgcc_s_seh-1.dll", "libwinpthread-1.dll"};
+        imports["C:\\app\\plenxservice.exe"] = {"KERNEL32.dll", "msvcrt.dll"};
         paths["C:\\app"] = PathKind::kFolder;
         paths["C:\\data"] = PathKind::kFolder;
     }
@@ -39,6 +43,8 @@ public:
         const auto found = versions.find(file);
         return found == versions.end() ? std::nullopt : std::optional(found->second);
     }
+    std::vector<std::string> ImportsOf(const std::string& file) override { return imports[file]; }
+    bool HasSystemDll(const std::string& name) override { return systemDlls.count(name) != 0; }
     std::uint32_t WriteError(const std::string& folder) override { return writeErrors[folder]; }
     std::vector<std::string> CommonWriters(const std::string& folder) override {
         return writers[folder];
@@ -66,6 +72,8 @@ public:
 
     std::map<std::string, PathKind> paths;
     std::map<std::string, std::string> versions;
+    std::map<std::string, std::vector<std::string>> imports;
+    std::set<std::string> systemDlls = {"KERNEL32.dll", "msvcrt.dll"};
     std::map<std::string, std::uint32_t> writeErrors;
     std::map<std::string, std::vector<std::string>> writers;
     std::map<std::string, std::string> held;

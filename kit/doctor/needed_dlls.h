@@ -1,0 +1,25 @@
+// Finds the DLLs that a program needs at its start and that Windows does not bring.
+
+#ifndef PLENXKIT_DOCTOR_NEEDED_DLLS_H
+#define PLENXKIT_DOCTOR_NEEDED_DLLS_H
+
+#include <string>
+#include <vector>
+
+#include "doctor/system.h"
+
+namespace PlenxHost {
+
+struct NeededDll {
+    std::string name;
+    std::string neededBy;  ///< the program, or the DLL beside it that is the first to need it
+    bool isThere;          ///< whether it lies in the program's folder
+};
+
+/// Follows the imports from the program through the DLLs in its folder. Each DLL is there once.
+std::vector<NeededDll> NeededDlls(const std::string& folder, const std::string& program,
+                                  System& system);
+
+}  // namespace PlenxHost
+
+#endif  // PLENXKIT_DOCTOR_NEEDED_DLLS_H
