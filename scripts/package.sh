@@ -2,7 +2,7 @@
 
 package_dir=$build_dir/package
 run_time_packages=(gcc-mingw-w64-base mingw-w64-common)
-tool_packages=(libcli11-dev nlohmann-json3-dev libtomlplusplus-dev libspdlog-dev libfmt-dev)
+tool_packages=(libcli11-dev nlohmann-json3-dev libtomlplusplus-dev librapidxml-dev libspdlog-dev libfmt-dev)
 
 # command_package [--sign FILE.pfx | --sign test] [--password FILE] [--timestamp URL] [--twice]
 command_package() {

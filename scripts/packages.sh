@@ -5,11 +5,11 @@ windows_packages=("${base_packages[@]}"
     g++-mingw-w64-x86-64-posix mingw-w64-tools clang lld llvm
     wine wine64
     googletest libspdlog-dev libfmt-dev libcli11-dev libtomlplusplus-dev nlohmann-json3-dev
-    libutfcpp-dev)
+    librapidxml-dev libutfcpp-dev)
 schema_packages=(python3 python3-jsonschema)
 native_packages=("${base_packages[@]}" "${schema_packages[@]}" g++ clang libclang-rt-dev lld
     googletest libspdlog-dev libfmt-dev libcli11-dev libtomlplusplus-dev nlohmann-json3-dev
-    libutfcpp-dev)
+    librapidxml-dev libutfcpp-dev)
 browser_packages=(chromium chromium-driver python3-selenium)
 package_packages=(zip unzip osslsigncode openssl pkg-config python3-pytest g++)
 bench_packages=("${native_packages[@]}" "${windows_packages[@]}" python3 pkg-config libbenchmark-dev

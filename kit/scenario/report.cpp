@@ -4,6 +4,8 @@
 #include <cstdio>
 #include <nlohmann/json.hpp>
 
+#include "junit.h"
+
 namespace PlenxScenario {
 namespace {
 
@@ -27,43 +29,6 @@ bool Partly(const Result& result) {
 
 std::string Remark(const Result& result) {
     return result.Passed() ? TextOfNotPlayed(result.notPlayed, result.tables) : result.reason;
-}
-
-// Escapes an attribute or a text. A character that XML does not allow becomes a question mark.
-std::string Escaped(const std::string& text) {
-    std::string escaped;
-    for (const char letter : text) {
-        switch (letter) {
-        case '&':
-            escaped += "&amp;";
-            break;
-        case '<':
-            escaped += "&lt;";
-            break;
-        case '>':
-            escaped += "&gt;";
-            break;
-        case '"':
-            escaped += "&quot;";
-            break;
-        default:
-            escaped += static_cast<unsigned char>(letter) < 0x20 ? '?' : letter;
-        }
-    }
-    return escaped;
-}
-
-std::string CaseOf(const Result& result) {
-    const std::string begin = "  <testcase classname=\"plenxkit scenario\" name=\"" +
-                              Escaped(result.name) + "\" time=\"" + Tenths(result.seconds) + "\"";
-    const std::string remark = Escaped(Remark(result));
-    if (remark.empty()) {
-        return begin + "/>\n";
-    }
-    return begin + ">\n    " +
-           (result.Passed() ? "<system-out>" + remark + "</system-out>"
-                            : "<failure message=\"" + remark + "\"/>") +
-           "\n  </testcase>\n";
 }
 
 }  // namespace
@@ -105,16 +70,12 @@ std::string JsonOf(const std::vector<Result>& results) {
 }
 
 std::string JunitOf(const std::vector<Result>& results) {
-    double seconds = 0;
-    std::string cases;
+    std::vector<PlenxKit::JunitCase> cases;
     for (const Result& result : results) {
-        seconds += result.seconds;
-        cases += CaseOf(result);
+        cases.push_back({result.name, result.seconds, result.reason,
+                         TextOfNotPlayed(result.notPlayed, result.tables)});
     }
-    return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<testsuite name=\"plenxkit scenario\" "
-           "tests=\"" +
-           std::to_string(results.size()) + "\" failures=\"" + std::to_string(Failures(results)) +
-           "\" time=\"" + Tenths(seconds) + "\">\n" + cases + "</testsuite>\n";
+    return PlenxKit::JunitOf("plenxkit scenario", cases);
 }
 
 }  // namespace PlenxScenario

@@ -103,14 +103,15 @@ TEST(Report, Json_HasAllOfIt) {
 TEST(Report, Junit_IsWhatBuildServersRead) {
     EXPECT_EQ(JunitOf(kResults), R"(<?xml version="1.0" encoding="UTF-8"?>
 <testsuite name="plenxkit scenario" tests="3" failures="1" time="14.0">
-  <testcase classname="plenxkit scenario" name="all-is-well" time="0.9"/>
-  <testcase classname="plenxkit scenario" name="slow-stop" time="12.1">
-    <failure message="expect &lt;NotifyError&gt; &amp; ?"/>
-  </testcase>
-  <testcase classname="plenxkit scenario" name="mine" time="1.0">
-    <system-out>2 of 3 tables not played: [[on]] any request, line 7; [stop] (pc), line 9</system-out>
-  </testcase>
+	<testcase classname="plenxkit scenario" name="all-is-well" time="0.9"/>
+	<testcase classname="plenxkit scenario" name="slow-stop" time="12.1">
+		<failure message="expect &lt;NotifyError&gt; &amp; ?"/>
+	</testcase>
+	<testcase classname="plenxkit scenario" name="mine" time="1.0">
+		<system-out>2 of 3 tables not played: [[on]] any request, line 7; [stop] (pc), line 9</system-out>
+	</testcase>
 </testsuite>
+
 )");
 }
 
