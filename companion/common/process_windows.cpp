@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include "support/wide_text.h"
+
 // Every ntdll since Windows XP exports this, but no header of the toolchain declares it.
 extern "C" BOOLEAN NTAPI RtlDllShutdownInProgress(void);
 
@@ -28,13 +30,7 @@ std::filesystem::path PathVariable(const char* name) {
 }
 
 std::string TextVariable(const char* name) {
-    const std::wstring value = Variable(name);
-    const int length = static_cast<int>(value.size());
-    const int size =
-        WideCharToMultiByte(CP_UTF8, 0, value.data(), length, nullptr, 0, nullptr, nullptr);
-    std::string text(static_cast<std::size_t>(size), '\0');
-    WideCharToMultiByte(CP_UTF8, 0, value.data(), length, text.data(), size, nullptr, nullptr);
-    return text;
+    return PlenxSupport::ToUtf8(Variable(name));
 }
 
 unsigned long ProcessId() noexcept {

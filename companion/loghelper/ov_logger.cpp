@@ -15,6 +15,7 @@
 #include "loghelper/log_file.h"
 #include "loghelper/log_settings.h"
 #include "loghelper/log_text.h"
+#include "support/handle.h"
 
 namespace LogHelper {
 namespace {
@@ -48,16 +49,16 @@ void WriteToFile(const std::string& text) {
 // Opens the file for this line alone. When the process is ending, the mutex may belong for ever to
 // a thread that the system has ended, and the open LogFile may be in any state.
 void AppendToFile(const std::string& text) {
-    const HANDLE handle = CreateFileW(Settings().file.c_str(), FILE_APPEND_DATA,
-                                      FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
-                                      nullptr, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
-    if (handle == INVALID_HANDLE_VALUE) {
+    const PlenxSupport::Handle end(
+        CreateFileW(Settings().file.c_str(), FILE_APPEND_DATA,
+                    FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_ALWAYS,
+                    FILE_ATTRIBUTE_NORMAL, nullptr));
+    if (!end) {
         return;
     }
     const std::string line = FormatLine(text);
     DWORD written = 0;
-    WriteFile(handle, line.data(), static_cast<DWORD>(line.size()), &written, nullptr);
-    CloseHandle(handle);
+    WriteFile(end.Get(), line.data(), static_cast<DWORD>(line.size()), &written, nullptr);
 }
 
 void WriteLine(LOG_MESSAGE_LEVEL level, const std::wostringstream& stream) {
