@@ -27,7 +27,8 @@ LAST_GROUP = "The project, in its sources"
 # In reading order. Pages of docs/ that are not named here join the last group.
 NAVIGATION = {
     "Begin": ["docs/index.md", "docs/getting-started.md", "docs/your-project.md",
-              "docs/life-of-a-call.md", "docs/services.md", "package/SHIP.md"],
+              "docs/life-of-a-call.md", "docs/services.md", "package/SHIP.md",
+              "bindings/python/README.md"],
     "Look up": ["docs/result-codes.md", "docs/configuration.md", "docs/log-lines.md",
                 "docs/troubleshooting.md", "docs/security.md", "docs/driver-upgrade.md"],
     "Write a service": ["docs/wire-protocol.md", "devservice/README.md"],
@@ -49,6 +50,7 @@ SHORT_TITLES = {
     "docs/index.md": "Where to begin",
     "README.md": "About the project",
     "package/SHIP.md": "What to ship",
+    "bindings/python/README.md": "Python",
     "devservice/README.md": "The development service",
     "docs/kit-host-json.md": "plenxkit host --json",
     "kit/host/README.md": "plenxkit host, its sources",

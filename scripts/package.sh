@@ -1,4 +1,4 @@
-# Packs the SDK as one ZIP. The same sources give the same bytes.
+# Packs the SDK as one ZIP, and the same DLLs for each language. The same sources give the same bytes.
 
 package_dir=$build_dir/package
 run_time_packages=(gcc-mingw-w64-base mingw-w64-common)
@@ -34,23 +34,28 @@ command_package() {
         echo "A second build, in another folder, gave the same programs, byte for byte."
     fi
     echo "The package is ${package_zip#"$root"/} ($(du -h "$package_zip" | cut -f1))."
+    echo "The packages of the languages are in ${bindings_dir#"$root"/}."
 }
 
 # Needs the programs and the docs. Fills package_dir with the folder, its ZIP and the ZIP's
-# checksum; names them in package_folder and package_zip.
+# checksum; names them in package_folder and package_zip. Fills bindings_dir with the packages of
+# the languages.
 make_package() {
     local name
     name=plenxsdk-$(project_version)-win64-mingw
     [ -z "${sign:-}" ] || name+=-signed
     package_folder=$package_dir/$name
     package_zip=$package_dir/$name.zip
-    rm -rf "$package_folder" "$package_zip"
+    bindings_dir=$package_dir/bindings${sign:+-signed}
+    rm -rf "$package_folder" "$package_zip" "$bindings_dir"
+    mkdir -p "$bindings_dir"
     step "fill the package" fill_package
     if [ -n "${sign:-}" ]; then
         step "sign the package" sign_package
     fi
     step "write the checksums" write_checksums
     step "pack it" write_zip
+    make_wheel
 }
 
 fill_package() {
@@ -148,11 +153,15 @@ write_zip() {
 }
 
 pack_again() {
-    local first=$package_dir/first.zip
-    mv "$package_zip" "$first"
+    local first=$package_dir/first
+    rm -rf "$first"
+    mkdir "$first"
+    mv "$package_zip" "$bindings_dir" "$first/"
     make_package
-    step "compare the two packages" cmp "$first" "$package_zip"
-    rm "$first"
+    step "compare the two packages" cmp "$first/$(basename "$package_zip")" "$package_zip"
+    step "compare the packages of the languages" \
+        diff -r "$first/$(basename "$bindings_dir")" "$bindings_dir"
+    rm -r "$first"
 }
 
 # build_again TARGET...: builds the same sources once more, from another folder into another folder.
@@ -188,12 +197,13 @@ test_package() {
     need_packages "${package_packages[@]}"
     compile_windows product
     make_package
-    local plain=$package_zip
+    local plain=$package_zip plain_bindings=$bindings_dir
     sign=test
     make_package
     make_prefix_template
     prefix=$(new_prefix package)
     WINEPREFIX=$prefix PLENX_PACKAGE=$plain PLENX_SIGNED_PACKAGE=$package_zip \
+        PLENX_BINDINGS=$plain_bindings \
         PLENX_TEST_CERTIFICATE=$package_dir/test-certificate.pem \
         PYTHONDONTWRITEBYTECODE=1 timeout 900 pytest-3 -q -p no:cacheprovider "$root/tests/package" \
         -o python_files='*_test.py' --junitxml="$results_dir/package.xml" >"$log" 2>&1 </dev/null ||

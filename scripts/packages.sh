@@ -11,7 +11,8 @@ native_packages=("${base_packages[@]}" "${schema_packages[@]}" g++ clang libclan
     googletest libspdlog-dev libfmt-dev libcli11-dev libtomlplusplus-dev nlohmann-json3-dev
     librapidxml-dev libutfcpp-dev)
 browser_packages=(chromium chromium-driver python3-selenium)
-package_packages=(zip unzip osslsigncode openssl pkg-config python3-pytest g++)
+python_packages=(python3 python3-pytest mypy g++)
+package_packages=(zip unzip osslsigncode openssl pkg-config python3-pip "${python_packages[@]}")
 bench_packages=("${native_packages[@]}" "${windows_packages[@]}" python3 pkg-config libbenchmark-dev
     libflatbuffers-dev flatbuffers-compiler libmsgpack-cxx-dev liblog4cplus-dev
     'libsigc++-2.0-dev' libboost-dev libconcurrentqueue-dev)

@@ -222,7 +222,7 @@ check_sources() {
 test_all() {
     need_packages "${native_packages[@]}" "${windows_packages[@]}" "${coverage_packages[@]}" \
         "${mutate_packages[@]}" "${docs_packages[@]}" "${browser_packages[@]}" \
-        "${package_packages[@]}" "${lint_packages[@]}"
+        "${package_packages[@]}" "${lint_packages[@]}" "${python_packages[@]}"
     check_sources
     in_lane busy_lane
     in_lane waiting_lane
@@ -233,6 +233,7 @@ busy_lane() {
     renice -n 5 -p "$BASHPID" >/dev/null
     test_native plain
     check_native_coverage
+    test_python
     in_lane test_browser
     test_native address thread
     step "run clang-tidy over what has changed" check_tidy "$(base_commit)"
@@ -331,9 +332,10 @@ command_test() {
     native) test_native "$@" ;;
     windows) test_windows "$@" ;;
     browser) test_browser ;;
+    python) test_python ;;
     *)
         echo "plenx: 'test' does not know '$which'; it takes all, quick, one NAME, native," \
-            "windows, browser and package" >&2
+            "windows, browser, python and package" >&2
         exit 2
         ;;
     esac

@@ -32,6 +32,12 @@ def archive():
 
 
 @pytest.fixture(scope="session")
+def bindings():
+    """The folder with the packages of the languages."""
+    return pathlib.Path(os.environ["PLENX_BINDINGS"])
+
+
+@pytest.fixture(scope="session")
 def package(archive, tmp_path_factory):
     """The unpacked package, far from the sources, in a folder with a blank in its name."""
     return unpack(archive, tmp_path_factory.mktemp("a host folder"))

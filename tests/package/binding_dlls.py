@@ -1,0 +1,44 @@
+"""Shows that the DLLs in a language's package are those of the SDK, and that they load from there."""
+
+import re
+
+from conftest import TRIPLE, run
+
+# Loads the DLL as the bindings let Windows load it: by its absolute path, without PATH and without
+# the current folder. Ends with 7 when a call came back.
+LOADER = """#include <windows.h>
+#include <stdint.h>
+int main(int count, char** arguments) {
+    (void)count;
+    HMODULE dll = LoadLibraryExA(arguments[1], NULL, 0x100 | 0x1000);
+    if (dll == NULL) return 1;
+    int32_t (*open)(uint32_t) = (int32_t (*)(uint32_t))(void*)GetProcAddress(dll, "plenx_open");
+    return open != NULL && open(1) == 0 ? 7 : 2;
+}
+"""
+# Each Windows has these.
+SYSTEM = {"kernel32.dll", "ntdll.dll", "msvcrt.dll", "advapi32.dll", "rpcrt4.dll", "shell32.dll",
+          "user32.dll", "ole32.dll"}
+
+
+def imports(dll):
+    told = run(f"{TRIPLE}-objdump", "-p", dll).stdout
+    return {name.lower() for name in re.findall(r"DLL Name: (\S+)", told)}
+
+
+def expect_those_of_the_sdk(folder, package):
+    dlls = sorted(folder.glob("*.dll"))
+    assert "plenxsdk_c.dll" in [dll.name for dll in dlls]
+    for dll in dlls:
+        assert dll.read_bytes() == (package / "bin" / dll.name).read_bytes(), dll.name
+    needed = set().union(*(imports(dll) for dll in dlls)) - SYSTEM
+    assert needed | {"plenxsdk_c.dll"} == {dll.name.lower() for dll in dlls}
+
+
+def expect_loads(folder, tmp_path):
+    (tmp_path / "loader.c").write_text(LOADER)
+    built = run(f"{TRIPLE}-gcc", "-Wall", "-Wextra", "-Werror", "loader.c", "-o", "loader.exe",
+                cwd=tmp_path)
+    assert built.returncode == 0, built.stdout
+    dll = "Z:" + str(folder / "plenxsdk_c.dll").replace("/", "\\")
+    assert run("wine", "loader.exe", dll, cwd=tmp_path).returncode == 7
