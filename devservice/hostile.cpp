@@ -11,7 +11,7 @@ namespace {
 using PlenxWire::Arguments;
 using PlenxWire::Bytes;
 
-constexpr std::size_t kMegabyte = 1024 * 1024;
+constexpr std::size_t kMegabyte = std::size_t{1024} * 1024;
 
 Bytes Words(std::initializer_list<std::uint32_t> words) {
     Bytes bytes;

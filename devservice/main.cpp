@@ -26,7 +26,7 @@ std::vector<std::wstring> Arguments() {
     int count = 0;
     wchar_t** const all = CommandLineToArgvW(GetCommandLineW(), &count);
     const std::vector<std::wstring> arguments(all ? all + 1 : nullptr, all ? all + count : nullptr);
-    LocalFree(all);
+    LocalFree(static_cast<void*>(all));
     return arguments;
 }
 
@@ -52,11 +52,11 @@ DWORD WINAPI StopLater(void* seconds) {
     return 0;
 }
 
-int RunOnConsole(const PlenxService::CommandLine& line) {
+int RunOnConsole(const PlenxService::Identity& identity, const PlenxService::CommandLine& line) {
     SetConsoleOutputCP(CP_UTF8);
     // This lives until the process ends, because late requests may still come in.
     auto& status = *new PlenxService::ServiceStatus;
-    onConsole = new PlenxService::DevService(*line.console, status, true, line.scenario);
+    onConsole = new PlenxService::DevService(identity, status, true, line.scenario);
     SetConsoleCtrlHandler(OnConsoleEvent, TRUE);
     PlenxSupport::Handle timer;
     if (line.seconds) {
@@ -112,5 +112,5 @@ int main() {
     if (!line.check.empty()) {
         return CheckFile(line.check);
     }
-    return line.console ? RunOnConsole(line) : RunUnderManager();
+    return line.console ? RunOnConsole(*line.console, line) : RunUnderManager();
 }

@@ -16,7 +16,7 @@ using PlenxWire::Decoded;
 using PlenxWire::RenderId;
 
 constexpr std::size_t kReplySize = 24;
-constexpr std::size_t kLargeReply = 1024 * 1024;
+constexpr std::size_t kLargeReply = std::size_t{1024} * 1024;
 
 Decoded DecodeRequest(std::int32_t request, const std::uint8_t* message, std::int32_t size) {
     const PlenxWire::MessageShape* const shape = PlenxWire::FindMessage(request);
@@ -34,7 +34,7 @@ void ShapeReply(const std::string& kind, Answer& answer) {
         answer.reply.reset();
     } else if (kind == "garbage") {
         answer.reply = Bytes(kReplySize, 0xee);
-    } else if (kind == "short") {
+    } else if (kind == "short" && answer.reply) {
         answer.reply->resize(kReplySize - 4);
     } else if (kind == "large") {
         answer.reply = Bytes(kLargeReply, 0);

@@ -16,7 +16,7 @@ using PlenxWire::Direction;
 constexpr std::int64_t kInt32Least = -2147483648LL;
 constexpr std::int64_t kInt32Most = 2147483647LL;
 constexpr std::int64_t kUint32Most = 4294967295LL;
-constexpr std::int64_t kMostMilliseconds = 10 * 60 * 1000;
+constexpr std::int64_t kMostMilliseconds = std::int64_t{10} * 60 * 1000;
 constexpr std::int64_t kMostTimes = 10000;
 
 enum class Kind { kFlag, kCode, kTime, kCount, kReply, kHow };
@@ -79,7 +79,7 @@ std::vector<std::string> NamesOf(Direction direction) {
 // Returns a text if it is one of the words.
 std::optional<std::string> OneOf(Section& section, const char* key,
                                  const std::vector<std::string>& allowed) {
-    const std::optional<std::string> text = section.Text(key);
+    std::optional<std::string> text = section.Text(key);
     if (text && !Contains(allowed, *text)) {
         section.Refuse(key, Alternatives(Quoted(allowed)));
         return std::nullopt;
@@ -88,7 +88,7 @@ std::optional<std::string> OneOf(Section& section, const char* key,
 }
 
 std::optional<std::string> ReplyOf(Section& section, const char* key) {
-    const std::optional<std::string> text = section.Text(key);
+    std::optional<std::string> text = section.Text(key);
     std::vector<std::uint8_t> bytes;
     const bool hex = text && text->compare(0, 4, "hex:") == 0 && ParseBytes(text->substr(4), bytes);
     if (text && !hex && !Contains(kReplies, *text)) {

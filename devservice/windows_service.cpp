@@ -18,7 +18,7 @@ constexpr DWORD kLongestLinger = 60 * 1000;
 
 std::atomic<DevService*> running{nullptr};
 // This is set when the service's thread has finished.
-const PlenxSupport::Handle left = PlenxSupport::MakeEvent();
+const PlenxSupport::Handle kLeft = PlenxSupport::MakeEvent();
 
 DWORD WINAPI OnControl(DWORD control, DWORD, void*, void*) {
     switch (control) {
@@ -39,7 +39,7 @@ DWORD WINAPI OnControl(DWORD control, DWORD, void*, void*) {
 void WINAPI ServiceMain(DWORD count, wchar_t** arguments) {
     const SERVICE_STATUS_HANDLE handle = RegisterServiceCtrlHandlerExW(L"", OnControl, nullptr);
     if (!handle) {
-        SetEvent(left.Get());
+        SetEvent(kLeft.Get());
         return;
     }
     // This lives until the process ends, because controls and late requests may still come in.
@@ -50,13 +50,13 @@ void WINAPI ServiceMain(DWORD count, wchar_t** arguments) {
     const auto identity = IdentityFromStartArguments(own);
     if (!identity) {
         status.Stopped(ERROR_INVALID_PARAMETER);
-        SetEvent(left.Get());
+        SetEvent(kLeft.Get());
         return;
     }
     auto& service = *new DevService(*identity, status, false);
     running = &service;
     service.Run();
-    SetEvent(left.Get());
+    SetEvent(kLeft.Get());
 }
 
 }  // namespace
@@ -68,7 +68,7 @@ unsigned long RunAsService() {
         return GetLastError();
     }
     // The dispatcher returns as soon as the service has reported that it stopped.
-    WaitForSingleObject(left.Get(), kLongestLinger);
+    WaitForSingleObject(kLeft.Get(), kLongestLinger);
     return NO_ERROR;
 }
 

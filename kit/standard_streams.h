@@ -12,7 +12,7 @@ namespace PlenxKit {
 class StandardStreams {
 public:
     StandardStreams();
-    ~StandardStreams();
+    ~StandardStreams();  // NOLINT(performance-trivially-destructible): trivial only on Linux
     StandardStreams(const StandardStreams&) = delete;
     StandardStreams& operator=(const StandardStreams&) = delete;
 

@@ -11,24 +11,34 @@ check_format() {
     our_sources | xargs clang-format-19 --dry-run -Werror
 }
 
-# The folders whose sources .clang-tidy covers so far. Its HeaderFilterRegex names those of headers.
-tidy_folders=(src)
+# The folders whose sources clang-tidy checks. HeaderFilterRegex in .clang-tidy names those of headers.
+tidy_folders=(src support devservice kit)
 
 # check_tidy [COMMIT]: checks what has changed since the commit, or everything. A source that was
-# clean before is checked again only when it or something that it reads has changed.
+# clean before is checked again only when it or something that it reads has changed. tidy.py reads what
+# the builds have compiled, so both worlds are built first, and the benchmarks if they are concerned.
 check_tidy() {
-    python3 scripts/tidy.py clang-tidy-19 "$build_dir/tidy" "${1:-all}" "$build_dir/native-plain" \
-        -- "${tidy_folders[@]}"
+    local -a builds=("$build_dir/native-plain" "$windows_build")
+    compile_windows all
+    if [ $# -eq 0 ] || ! git diff --quiet "$1" -- bench; then
+        need_packages "${bench_packages[@]}"
+        build_bench_native
+        compile_windows bench_windows
+        builds+=("$bench_build")
+    fi
+    step "run clang-tidy" python3 scripts/tidy.py clang-tidy-19 "$build_dir/tidy" "${1:-all}" \
+        "${builds[@]}" -- "${tidy_folders[@]}"
 }
 
 # Prints the commit to compare with: the one where this branch left main, or on main itself the one
-# before. Where git has neither, it prints the empty tree, from which everything differs.
+# before. A clone without history has neither: there nothing differs, because a check of everything takes
+# longer than the tests.
 base_commit() {
     local base
     base=$(git merge-base HEAD origin/main 2>/dev/null || git merge-base HEAD main 2>/dev/null) ||
         base=$(git rev-parse HEAD)
     if [ "$base" = "$(git rev-parse HEAD)" ]; then
-        base=$(git rev-parse -q --verify HEAD^ || git hash-object -t tree /dev/null)
+        base=$(git rev-parse -q --verify HEAD^ || echo HEAD)
     fi
     echo "$base"
 }
@@ -54,10 +64,8 @@ command_lint() {
     need_packages "${native_packages[@]}" "${windows_packages[@]}" "${lint_packages[@]}"
     warnings_are_errors=true
     step "check the format" check_format
-    # gcc warns here, and tidy.py reads what this compiles.
     build_native plain
-    compile_windows all
+    check_tidy
     step "compile as near to MSVC as can be" check_for_msvc
-    step "run clang-tidy" check_tidy
     echo "The sources pass."
 }

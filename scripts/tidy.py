@@ -6,8 +6,9 @@
 Each source of ours below one of the FOLDERs is checked as the first BUILD that has it compiles it:
 alone, or with those of its unity. KEPT holds an empty file for everything that was found clean; it
 is checked again when the source, a header of ours that it reads, its command or .clang-tidy changes.
-With SINCE, a commit, only what reads a file that differs from that commit is looked at; with "all",
-everything is.
+The .clang-tidy of a folder also holds for the sources of a unity, which lies elsewhere itself.
+With SINCE, a commit, only the sources that differ from that commit are looked at, and one source that
+reads each header that differs; with "all", everything is.
 """
 
 import concurrent.futures
@@ -35,14 +36,23 @@ class Unit:
             self.sources = [pathlib.Path(path) for path in included]
         self.read = sorted({*self.sources, *dependencies.get(entry.get("output"), [])})
 
-    def lies_in(self, folders) -> bool:
-        names = [str(source.relative_to(ROOT)) for source in self.sources if ours(source)]
+    def settings(self) -> list:
+        """Returns each .clang-tidy that concerns these sources, the nearest one first."""
+        folder = pathlib.Path(
+            os.path.commonpath([source.parent for source in self.sources if ours(source)])
+        )
+        candidates = [above / ".clang-tidy" for above in (folder, *folder.parents) if ours(above)]
+        return [path for path in candidates if path.exists()]
+
+    def checked(self, folders) -> set:
+        """Returns those of its sources that lie in the folders."""
         wanted = tuple(folder.rstrip("/") + "/" for folder in folders)
-        return any(name.startswith(wanted) and not name.startswith(ELSEWHERE) for name in names)
+        names = [str(source.relative_to(ROOT)) for source in self.sources if ours(source)]
+        return {name for name in names if name.startswith(wanted) and not name.startswith(ELSEWHERE)}
 
     def fingerprint(self, checker: str) -> str:
         digest = hashlib.sha256(f"{checker}\n{self.command}".encode())
-        for path in [ROOT / ".clang-tidy", *self.read]:
+        for path in [*self.settings(), *self.read]:
             if ours(path) and path.exists():
                 digest.update(path.read_bytes())
         return digest.hexdigest()
@@ -68,16 +78,24 @@ def dependencies_of(build: pathlib.Path) -> dict:
     return found
 
 
-def units_of(builds, folders) -> list:
-    units, seen = [], set()
+def compiled_in(builds) -> list:
+    units = []
     for build in builds:
         dependencies = dependencies_of(build)
         for entry in json.loads((build / "compile_commands.json").read_text()):
-            unit = Unit(build, entry, dependencies)
-            fresh = [source for source in unit.sources if source not in seen]
-            if fresh and unit.lies_in(folders):
+            units.append(Unit(build, entry, dependencies))
+    return units
+
+
+def units_of(builds, folders) -> list:
+    """Returns units that contain each source once, as far as possible."""
+    candidates = [(unit, unit.checked(folders)) for unit in compiled_in(builds)]
+    units, seen = [], set()
+    for overlap in (False, True):
+        for unit, sources in candidates:
+            if sources - seen and (overlap or not sources & seen):
                 units.append(unit)
-                seen.update(unit.sources)
+                seen |= sources
     return units
 
 
@@ -91,10 +109,25 @@ def changed_since(commit: str) -> set:
     return {ROOT / name for name in names.splitlines()}
 
 
+def touched(units, changed: set) -> list:
+    """Returns the units of the changed sources, and one that reads each changed header."""
+    chosen = [unit for unit in units if changed.intersection(unit.sources)]
+    seen = {path for unit in chosen for path in unit.read}
+    for unit in units:
+        if changed.intersection(unit.read) - seen:
+            chosen.append(unit)
+            seen.update(unit.read)
+    return chosen
+
+
 def check(checker: str, unit: Unit) -> str:
     """Returns the complaints of clang-tidy."""
+    # The commands are mostly gcc's, so clang's own warnings would be new ones.
+    options = ["--quiet", "-p", unit.build, "--extra-arg", "-Wno-error"]
+    if unit.settings()[0] != ROOT / ".clang-tidy":
+        options += ["--config-file", unit.settings()[0]]
     done = subprocess.run(
-        [checker, "--quiet", "-p", unit.build, unit.file],
+        [checker, *options, unit.file],
         capture_output=True,
         text=True,
         errors="replace",
@@ -114,9 +147,7 @@ def main() -> int:
         print("no build has compiled anything of these folders")
         return 1
     if since != "all":
-        changed = changed_since(since)
-        if ROOT / ".clang-tidy" not in changed:
-            units = [unit for unit in units if changed.intersection(unit.read)]
+        units = touched(units, changed_since(since))
     marks = {unit: memory / unit.fingerprint(version) for unit in units}
     waiting = [unit for unit in units if not marks[unit].exists()]
     failed = 0

@@ -53,7 +53,7 @@ namespace plenx {
 /// The addresses of the functions, either linked with the host or found in a loaded DLL.
 struct Functions {
 #define PLENX_HPP_MEMBER(name) decltype(&::plenx_##name) name;
-    PLENX_HPP_EACH(PLENX_HPP_MEMBER)
+    PLENX_HPP_EACH(PLENX_HPP_MEMBER)  // NOLINT(readability-identifier-naming)
 #undef PLENX_HPP_MEMBER
 };
 

@@ -38,7 +38,7 @@ std::string Comparable(std::string path) {
 }  // namespace
 
 std::string ErrorText(std::uint32_t error) {
-    const std::string text = "error " + std::to_string(error);
+    std::string text = "error " + std::to_string(error);
     switch (error) {
     case 2:
     case 3:

@@ -68,7 +68,7 @@ std::optional<std::string> ProgramInTheWay(const std::string& path, System& syst
     for (std::size_t blank = path.find(' '); blank != std::string::npos;
          blank = path.find(' ', blank + 1)) {
         for (const char* ending : {"", ".exe"}) {
-            const std::string program = path.substr(0, blank) + ending;
+            std::string program = path.substr(0, blank) + ending;
             if (system.Look(program) == PathKind::kFile) {
                 return program;
             }

@@ -8,7 +8,7 @@ namespace PlenxHost {
 namespace {
 
 constexpr std::uint64_t kMostBytes = 1U << 30;
-constexpr std::int64_t kDayInMilliseconds = 24 * 60 * 60 * 1000;
+constexpr std::int64_t kDayInMilliseconds = std::int64_t{24} * 60 * 60 * 1000;
 
 std::string Shown(const Word& word) {
     return Quote(word.text, 60);

@@ -76,15 +76,18 @@ std::size_t ArgumentList::IndexOf(const std::string& name) const {
 // The length of an array stands in the argument before it.
 std::optional<Argument> ArgumentList::Default(std::size_t index) const {
     const auto& arguments = subject_.shape->arguments;
-    if (arguments[index].always) {
-        return *arguments[index].always;
+    if (const auto& always = arguments[index].always) {
+        return *always;
     }
     const std::size_t next = index + 1;
-    if (next < arguments.size() && arguments[next].type == ArgumentType::kInt8Array &&
-        values_[next]) {
-        return static_cast<std::int32_t>(std::get<PlenxWire::Bytes>(*values_[next]).size());
+    if (next == arguments.size() || arguments[next].type != ArgumentType::kInt8Array) {
+        return std::nullopt;
     }
-    return std::nullopt;
+    const auto& array = values_[next];
+    if (!array) {
+        return std::nullopt;
+    }
+    return static_cast<std::int32_t>(std::get<PlenxWire::Bytes>(*array).size());
 }
 
 }  // namespace PlenxMessage

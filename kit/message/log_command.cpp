@@ -59,13 +59,13 @@ private:
         }
         const std::string& why = logged.message.error;
         if (options_.json) {
-            Json json = {{"message", NameOf(message.subject)}, {"id", *message.subject.id}};
+            Json json = {{"message", NameOf(message.subject)}, {"id", logged.message.id}};
             json["sort"] = SortOf(message.subject);
             json["good"] = broken ? Json(false) : Json(nullptr);
             json["error"] = why;
             Print(logged, lineNumber, json);
         } else {
-            out_ << Heading(logged, lineNumber) << PlenxWire::RenderId(*message.subject.id) + "\n\n"
+            out_ << Heading(logged, lineNumber) << PlenxWire::RenderId(logged.message.id) + "\n\n"
                  << Hanging(broken ? "BROKEN according to the log:  " : "cut by the log:  ", why)
                  << "\n";
         }

@@ -51,15 +51,15 @@ std::string NoteOnTextLength(std::int32_t length, const std::string& text) {
                : "the text has " + std::to_string(text.size()) + " bytes; nobody compares the two";
 }
 
-std::string NoteOn(const PlenxWire::MessageShape& shape, const PlenxWire::Layout& layout,
+std::string NoteOn(const PlenxWire::MessageShape& shape, const PlenxWire::Arguments& values,
                    std::size_t index) {
-    const PlenxWire::Argument& value = *layout.fields[index].value;
+    const PlenxWire::Argument& value = values[index];
     if (shape.arguments[index].name == kGroupName) {
         return NoteOnGroup(std::get<std::string>(value));
     }
     if (shape.arguments[index].name == kTextLength) {
         return NoteOnTextLength(std::get<std::int32_t>(value),
-                                std::get<std::string>(*layout.fields[index + 1].value));
+                                std::get<std::string>(values[index + 1]));
     }
     const Bytes* const path = std::get_if<Bytes>(&value);
     return path && shape.id == PlenxWire::kUpdateWindowsExplore ? NoteOnPath(*path) : "";
@@ -73,8 +73,9 @@ std::vector<std::string> NotesOn(const Message& message, const PlenxWire::Layout
     if (!shape || !layout.problems.empty()) {
         return notes;
     }
-    for (std::size_t i = 0; i < layout.fields.size(); ++i) {
-        const std::string note = NoteOn(*shape, layout, i);
+    const PlenxWire::Arguments values = PlenxWire::ValuesOf(layout);
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        const std::string note = NoteOn(*shape, values, i);
         if (!note.empty()) {
             notes.push_back(std::string(shape->arguments[i].name) + ": " + note);
         }

@@ -62,7 +62,7 @@ std::string ValueOf(const Message& message, const Field& field) {
     if (!field.value) {
         return BytesAt(message.bytes, field.offset, field.size);
     }
-    const std::string value = std::visit(ValueRenderer{}, *field.value);
+    std::string value = std::visit(ValueRenderer{}, *field.value);
     if (IsPath(message.subject, *field.value)) {
         if (const auto path = FromUtf16(std::get<PlenxWire::Bytes>(*field.value))) {
             return PlenxWire::RenderText(*path) + " as UTF-16: " + value;
@@ -79,9 +79,9 @@ std::string Rest(const Message& message, std::uint64_t offset) {
     return Row(offset, size, "(no field)", "bytes", BytesAt(message.bytes, offset, size));
 }
 
-std::string HeaderRows(const Layout& layout) {
-    return Row(0, 4, "total size", "uint32", std::to_string(*layout.statedSize)) +
-           Row(4, 4, "argument count", "uint32", std::to_string(*layout.count));
+std::string HeaderRows(std::uint32_t statedSize, std::uint32_t count) {
+    return Row(0, 4, "total size", "uint32", std::to_string(statedSize)) +
+           Row(4, 4, "argument count", "uint32", std::to_string(count));
 }
 
 std::string DescriptorRow(const Field& field, std::size_t index) {
@@ -92,10 +92,10 @@ std::string DescriptorRow(const Field& field, std::size_t index) {
 }
 
 std::string Rows(const Message& message, const Layout& layout) {
-    if (!layout.count) {
+    if (!layout.statedSize || !layout.count) {
         return Rest(message, 0);
     }
-    std::string rows = HeaderRows(layout);
+    std::string rows = HeaderRows(*layout.statedSize, *layout.count);
     std::uint64_t end = PlenxWire::DescriptorOffset(layout.fields.size());
     for (std::size_t i = 0; i < layout.fields.size(); ++i) {
         rows += DescriptorRow(layout.fields[i], i);
@@ -188,8 +188,8 @@ std::string CatalogRows(PlenxWire::Direction direction) {
 
 std::string Remark(const MessageShape& shape, std::size_t index) {
     const auto& arguments = shape.arguments;
-    if (arguments[index].always) {
-        return "always " + std::to_string(*arguments[index].always);
+    if (const auto& always = arguments[index].always) {
+        return "always " + std::to_string(*always);
     }
     const bool length = index + 1 < arguments.size() &&
                         arguments[index + 1].type == PlenxWire::ArgumentType::kInt8Array;

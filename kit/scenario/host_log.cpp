@@ -73,7 +73,7 @@ std::string ReasonOfExitCode(unsigned long code, bool ownHost,
     if (!ownHost && code == kTimeout) {
         return "the host took too long";
     }
-    const std::string failed = ownHost ? "" : FirstFailedExpectation(lines);
+    std::string failed = ownHost ? "" : FirstFailedExpectation(lines);
     if (code == kExpectationFailed && !failed.empty()) {
         return failed;
     }

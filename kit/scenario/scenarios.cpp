@@ -69,14 +69,14 @@ void WriteTo(const std::string& file, const std::string& text) {
 }
 
 void Print(const Result& result, bool observed, std::ostream& out) {
-    out << LineOf(result) << std::endl;
+    out << LineOf(result) << '\n' << std::flush;
     for (const std::string& line : result.observed) {
         if (observed) {
             out << "      " << line << "\n";
         }
     }
     if (!result.Passed()) {
-        out << "      logs in " << result.logFolder << std::endl;
+        out << "      logs in " << result.logFolder << '\n' << std::flush;
     }
 }
 
@@ -91,13 +91,14 @@ int RunAll(const std::vector<ReadyScenario>& scenarios, const Options& options,
     run.stage.install = fs::u8path(options.install);
     run.stage.data = fs::u8path(options.data);
     std::vector<Result> results;
+    results.reserve(scenarios.size());
     bool held = true;
     for (const ReadyScenario& scenario : scenarios) {
         results.push_back(RunScenario(scenario, run));
         Print(results.back(), options.observed, out);
         held = held && results.back().Passed();
     }
-    out << SummaryOf(results) << std::endl;
+    out << SummaryOf(results) << '\n' << std::flush;
     WriteTo(options.json, JsonOf(results));
     WriteTo(options.junit, JunitOf(results));
     return held ? kAllHeld : kNotAllHeld;
@@ -116,6 +117,7 @@ int RunChosen(const Options& options, const fs::path& programFolder, std::ostrea
         throw UsageError("run needs either names or --all");
     }
     std::vector<ReadyScenario> chosen;
+    chosen.reserve(options.names.size());
     for (const std::string& name : options.names) {
         chosen.push_back(FindScenario(ready, name));
     }

@@ -7,7 +7,7 @@
 namespace PlenxTrace {
 namespace {
 
-constexpr std::size_t kBufferBytes = 64 * 1024;
+constexpr std::size_t kBufferBytes = std::size_t{64} * 1024;
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 void Append(Line& line, const char* bytes, std::size_t count) {

@@ -97,8 +97,8 @@ std::optional<std::int64_t> ParseTime(std::string_view text) {
         return std::nullopt;
     }
     const std::int64_t days = DaysSince1970(part(0, 4), month, day);
-    const std::int64_t seconds = (days * 24 + part(11, 2)) * 3600 + part(14, 2) * 60 + part(17, 2);
-    return seconds * 1000 + part(20, 3);
+    const std::int64_t minutes = (days * 24 + part(11, 2)) * 60 + part(14, 2);
+    return (minutes * 60 + part(17, 2)) * 1000 + part(20, 3);
 }
 
 std::optional<LibraryLine> ParseLibraryLine(std::string_view line) {

@@ -24,7 +24,7 @@ struct Pattern {
     Lane from;
     Lane to;
     std::string_view label;           // its places are filled from the text
-    std::string_view operation = "";  // only calls, refusals and jobs have it
+    std::string_view operation = {};  // only calls, refusals and jobs have it
     Mark mark = Mark::kNone;
 };
 

@@ -31,10 +31,11 @@ public:
     Inspector(const std::uint8_t* data, std::size_t size) : data_(data), size_(size) {}
 
     Layout Run() {
-        if (!ReadHeader()) {
+        const std::optional<std::uint32_t> count = ReadHeader();
+        if (!count) {
             return std::move(layout_);
         }
-        for (std::uint64_t i = 0; i < *layout_.count; ++i) {
+        for (std::uint64_t i = 0; i < *count; ++i) {
             layout_.fields.push_back(ReadField(i));
         }
         if (!misplaced_ && end_ != size_) {
@@ -46,27 +47,30 @@ public:
     }
 
 private:
-    bool ReadHeader() {
+    // Returns the number of arguments if their table can be read.
+    std::optional<std::uint32_t> ReadHeader() {
         if (size_ < kHeaderSize) {
             Add(size_,
                 {Number(size_), " bytes are too few: the header alone has ", Number(kHeaderSize)});
-            return false;
+            return std::nullopt;
         }
-        layout_.statedSize = Word(0);
-        layout_.count = Word(4);
-        if (*layout_.statedSize != size_) {
-            Add(0, {"the total size at offset 0 says ", Number(*layout_.statedSize),
-                    ", the buffer has ", Number(size_), " bytes"});
+        const std::uint32_t statedSize = Word(0);
+        const std::uint32_t count = Word(4);
+        layout_.statedSize = statedSize;
+        layout_.count = count;
+        if (statedSize != size_) {
+            Add(0, {"the total size at offset 0 says ", Number(statedSize), ", the buffer has ",
+                    Number(size_), " bytes"});
         }
-        const std::uint64_t tableEnd = DescriptorOffset(*layout_.count);
+        const std::uint64_t tableEnd = DescriptorOffset(count);
         if (tableEnd >= size_) {
-            Add(4, {"the table of ", Number(*layout_.count), " arguments ends at ",
-                    Number(tableEnd), " and leaves no data in ", Number(size_), " bytes"});
-            return false;
+            Add(4, {"the table of ", Number(count), " arguments ends at ", Number(tableEnd),
+                    " and leaves no data in ", Number(size_), " bytes"});
+            return std::nullopt;
         }
         end_ = tableEnd;
-        layout_.fields.reserve(*layout_.count);  // bounded by the table, which lies in the buffer
-        return true;
+        layout_.fields.reserve(count);  // bounded by the table, which lies in the buffer
+        return count;
     }
 
     Field ReadField(std::uint64_t index) {
@@ -186,16 +190,22 @@ Layout Inspect(const std::uint8_t* data, std::size_t size) {
     return Inspector(data, size).Run();
 }
 
+Arguments ValuesOf(const Layout& layout) {
+    Arguments values;
+    for (const Field& field : layout.fields) {
+        if (field.value) {
+            values.push_back(*field.value);
+        }
+    }
+    return values;
+}
+
 Layout InspectAs(const MessageShape& shape, const std::uint8_t* data, std::size_t size) {
     Layout layout = Inspect(data, size);
     if (!layout.problems.empty()) {
         return layout;
     }
-    Arguments arguments;
-    for (const Field& field : layout.fields) {
-        arguments.push_back(*field.value);
-    }
-    for (ShapeProblem& problem : ShapeProblems(shape, arguments)) {
+    for (ShapeProblem& problem : ShapeProblems(shape, ValuesOf(layout))) {
         layout.problems.push_back({PlaceOf(problem, layout), std::move(problem.text)});
     }
     return layout;

@@ -45,6 +45,9 @@ struct Layout {
 /// data may be null when size is 0.
 Layout Inspect(const std::uint8_t* data, std::size_t size);
 
+/// The values of a good message's fields.
+Arguments ValuesOf(const Layout& layout);
+
 /// Inspects the layout. If it is good, compares it with the shape that such a message must have.
 Layout InspectAs(const MessageShape& shape, const std::uint8_t* data, std::size_t size);
 

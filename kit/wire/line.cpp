@@ -90,6 +90,8 @@ char EscapedCharacter(Scanner& line) {
     case '"':
     case '\\':
         return kind;
+    default:
+        break;
     }
     Refuse("a text has an invalid escape");
 }

@@ -101,7 +101,9 @@ Decoded Decode(const std::uint8_t* data, std::size_t size) {
     }
     decoded.arguments.reserve(layout.fields.size());
     for (Field& field : layout.fields) {
-        decoded.arguments.push_back(std::move(*field.value));
+        if (field.value) {  // it is there, as there are no problems
+            decoded.arguments.push_back(std::move(*field.value));
+        }
     }
     return decoded;
 }

@@ -71,6 +71,7 @@ private:
     class Job : public AnyJob {
     public:
         template <class Call>
+        // NOLINTNEXTLINE(bugprone-forwarding-reference-overload): only the pool makes jobs.
         explicit Job(Call&& call) : task(std::forward<Call>(call)) {}
         void Run() override { task(); }
 

@@ -93,6 +93,7 @@ public:
 
     std::int32_t StartAndQuery() {
         std::vector<const wchar_t*> arguments;
+        arguments.reserve(record_->arguments.size());
         for (const std::wstring& argument : record_->arguments) {
             arguments.push_back(argument.c_str());
         }

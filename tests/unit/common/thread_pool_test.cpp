@@ -320,7 +320,7 @@ TEST(ThreadPool, IdlePoolsAreDestroyedWithoutALostWakeUp) {
 // After a lost wake-up the destructor would wait for ever for a sleeping worker.
 TEST(ThreadPool, PoolsAreDestroyedWithJobsInFlightWithoutALostWakeUp) {
     const char* const wanted = std::getenv("PLENX_TEST_POOLS");
-    const int pools = wanted != nullptr ? std::atoi(wanted) : 1500;
+    const int pools = wanted != nullptr ? std::stoi(wanted) : 1500;
     std::atomic<int> ran{0};
     int queued = 0;
     for (int i = 0; i != pools; ++i) {
