@@ -12,7 +12,12 @@ native_packages=("${base_packages[@]}" "${schema_packages[@]}" g++ clang libclan
     librapidxml-dev libutfcpp-dev)
 browser_packages=(chromium chromium-driver python3-selenium)
 python_packages=(python3 python3-pytest mypy g++)
-package_packages=(zip unzip osslsigncode openssl pkg-config python3-pip "${python_packages[@]}")
+package_packages=(zip unzip osslsigncode openssl pkg-config python3-pip golang-go
+    "${python_packages[@]}")
+# Later releases have no standard library of Rust for Windows.
+if grep -qs '^VERSION_ID="12"' /etc/os-release; then
+    package_packages+=(rustc cargo libstd-rust-dev-windows)
+fi
 bench_packages=("${native_packages[@]}" "${windows_packages[@]}" python3 pkg-config libbenchmark-dev
     libflatbuffers-dev flatbuffers-compiler libmsgpack-cxx-dev liblog4cplus-dev
     'libsigc++-2.0-dev' libboost-dev libconcurrentqueue-dev)

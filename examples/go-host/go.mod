@@ -1,0 +1,3 @@
+module go-host
+
+go 1.19
