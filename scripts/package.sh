@@ -56,6 +56,7 @@ make_package() {
     step "write the checksums" write_checksums
     step "pack it" write_zip
     make_wheel
+    make_recipes
 }
 
 fill_package() {
