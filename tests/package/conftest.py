@@ -2,6 +2,7 @@
 
 import os
 import pathlib
+import shutil
 import subprocess
 import zipfile
 
@@ -9,6 +10,7 @@ import pytest
 
 TRIPLE = "x86_64-w64-mingw32"
 LIMIT = 300  # seconds, for a single command
+APP_FILES = ("plenxservice.exe", "dokan1.sys", "dokan1.dll", "dokanfuse1.dll")
 
 
 def run(*command, **options):
@@ -16,6 +18,11 @@ def run(*command, **options):
     options.setdefault("timeout", LIMIT)
     return subprocess.run(command, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
                           stderr=subprocess.STDOUT, encoding="utf-8", errors="replace", **options)
+
+
+def windows_path(path):
+    return subprocess.run(["winepath", "-w", path], capture_output=True, check=True,
+                          encoding="utf-8").stdout.strip()
 
 
 def unpack(archive, folder):
@@ -41,3 +48,16 @@ def bindings():
 def package(archive, tmp_path_factory):
     """The unpacked package, far from the sources, in a folder with a blank in its name."""
     return unpack(archive, tmp_path_factory.mktemp("a host folder"))
+
+
+@pytest.fixture
+def stage(package, tmp_path):
+    """The DLLs in a folder for the host's program, an install folder and a data folder."""
+    shutil.copytree(package / "bin", tmp_path / "host",
+                    ignore=shutil.ignore_patterns("*.exe", "*.sys", "dokan*", "upgrade"))
+    for category in ("archive", "file", "audio", "picture", "video"):
+        (tmp_path / "app" / "res" / "plenx" / "icon" / category).mkdir(parents=True)
+    for name in APP_FILES:
+        shutil.copy(package / "bin" / name, tmp_path / "app")
+    (tmp_path / "data").mkdir()
+    return tmp_path

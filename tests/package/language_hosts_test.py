@@ -3,33 +3,13 @@
 import os
 import pathlib
 import shutil
-import subprocess
 
 import pytest
 
-from conftest import run
+from conftest import run, windows_path
 
-APP_FILES = ("plenxservice.exe", "dokan1.sys", "dokan1.dll", "dokanfuse1.dll")
 RUST_TARGET = "x86_64-pc-windows-gnu"
 RUST_STANDARD_LIBRARY = pathlib.Path("/usr/lib/rustlib") / RUST_TARGET
-
-
-@pytest.fixture
-def stage(package, tmp_path):
-    """The DLLs in a folder for the host's program, an install folder and a data folder."""
-    shutil.copytree(package / "bin", tmp_path / "host",
-                    ignore=shutil.ignore_patterns("*.exe", "*.sys", "dokan*", "upgrade"))
-    for category in ("archive", "file", "audio", "picture", "video"):
-        (tmp_path / "app" / "res" / "plenx" / "icon" / category).mkdir(parents=True)
-    for name in APP_FILES:
-        shutil.copy(package / "bin" / name, tmp_path / "app")
-    (tmp_path / "data").mkdir()
-    return tmp_path
-
-
-def windows_path(path):
-    return subprocess.run(["winepath", "-w", path], capture_output=True, check=True,
-                          encoding="utf-8").stdout.strip()
 
 
 def expect_a_whole_life(stage, program):
