@@ -2,8 +2,6 @@
 
 #include <cstring>
 
-#include "result.h"
-
 namespace PlenxC {
 namespace {
 
@@ -37,12 +35,6 @@ std::uint64_t BlockSize(const void* data, std::uint64_t size) {
         throw Refusal{PLENX_E_ARGUMENT, "size", "is above 2^31 - 1"};
     }
     return size;
-}
-
-void RequirePointer(const char* name, const void* pointer) {
-    if (pointer == nullptr) {
-        throw Refusal{PLENX_E_ARGUMENT, name, "is null"};
-    }
 }
 
 void RequireBuffer(const char* text, std::size_t capacity) {

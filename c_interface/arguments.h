@@ -10,6 +10,7 @@
 #include <string_view>
 
 #include "plenxsdk/plenx.h"
+#include "result.h"
 
 namespace PlenxC {
 
@@ -20,7 +21,12 @@ std::string CopyIn(const char* name, const char* text, std::size_t length);
 std::uint64_t BlockSize(const void* data, std::uint64_t size);
 
 /// Checks a pointer through which a call gives or takes a value.
-void RequirePointer(const char* name, const void* pointer);
+template <typename Value>
+void RequirePointer(const char* name, Value* pointer) {
+    if (pointer == nullptr) {
+        throw Refusal{PLENX_E_ARGUMENT, name, "is null"};
+    }
+}
 
 /// Checks a caller's buffer for a text.
 void RequireBuffer(const char* text, std::size_t capacity);

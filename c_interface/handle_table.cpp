@@ -25,6 +25,7 @@ void* HandleTable::Add(std::shared_ptr<Listener> listener) {
     slot->listener = std::move(listener);
     const auto number = static_cast<std::uint64_t>(slot - slots_.begin());
     const std::uint64_t handle = static_cast<std::uint64_t>(slot->generation) << kSlotBits | number;
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): nobody follows this pointer.
     return reinterpret_cast<void*>(static_cast<std::uintptr_t>(handle));
 }
 

@@ -6,12 +6,12 @@ namespace PlenxC {
 namespace {
 
 alignas(Layer) unsigned char storage[sizeof(Layer)];
-Layer* const layer = new (storage) Layer;
+Layer* const kLayer = new (storage) Layer;
 
 }  // namespace
 
 Layer& Layer::Get() noexcept {
-    return *layer;
+    return *kLayer;
 }
 
 void* Layer::Open(const std::shared_ptr<Listener>& listener) {

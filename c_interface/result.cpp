@@ -10,17 +10,17 @@ namespace PlenxC {
 namespace {
 
 void Append(PlenxThreadState& state, std::string_view text) noexcept {
-    const std::size_t room = PLENXSDK_C_ERROR_CAPACITY - state.error_length;
+    const std::size_t room = PLENXSDK_C_ERROR_CAPACITY - state.errorLength;
     const std::size_t length = std::min(text.size(), room);
-    std::memcpy(state.error + state.error_length, text.data(), length);
-    state.error_length += length;
+    std::memcpy(state.error + state.errorLength, text.data(), length);
+    state.errorLength += length;
 }
 
 }  // namespace
 
 void RememberError(const char* function, std::string_view subject, std::string_view why) noexcept {
     PlenxThreadState& state = *PlenxThreadStateOfCaller();
-    state.error_length = 0;
+    state.errorLength = 0;
     Append(state, function);
     Append(state, ": ");
     Append(state, subject);
@@ -30,7 +30,7 @@ void RememberError(const char* function, std::string_view subject, std::string_v
 
 std::string_view RememberedError() noexcept {
     const PlenxThreadState& state = *PlenxThreadStateOfCaller();
-    return {state.error, state.error_length};
+    return {state.error, state.errorLength};
 }
 
 }  // namespace PlenxC

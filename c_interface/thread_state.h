@@ -16,7 +16,7 @@ enum { PLENXSDK_C_ERROR_CAPACITY = 512 };
 
 struct PlenxThreadState {
     unsigned callbacks; /* how many functions of observers are running on this thread */
-    size_t error_length;
+    size_t errorLength;
     char error[PLENXSDK_C_ERROR_CAPACITY];
 };
 

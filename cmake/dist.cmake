@@ -56,4 +56,5 @@ install(FILES ${PROJECT_SOURCE_DIR}/src/rpc/interface/service.idl
   ${PROJECT_SOURCE_DIR}/src/rpc/interface/manager.idl DESTINATION idl)
 install(FILES ${PROJECT_SOURCE_DIR}/cmake/mingw-w64-host.cmake
   ${PROJECT_SOURCE_DIR}/cmake/mingw-w64-x86-64.cmake DESTINATION cmake)
-install(DIRECTORY ${PROJECT_SOURCE_DIR}/examples DESTINATION . PATTERN __pycache__ EXCLUDE)
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/examples DESTINATION .
+  PATTERN __pycache__ EXCLUDE PATTERN .clang-tidy EXCLUDE)

@@ -12,7 +12,7 @@ check_format() {
 }
 
 # The folders whose sources clang-tidy checks. HeaderFilterRegex in .clang-tidy names those of headers.
-tidy_folders=(src support devservice kit)
+tidy_folders=(src support devservice kit c_interface companion examples)
 
 # check_tidy [COMMIT]: checks what has changed since the commit, or everything. A source that was
 # clean before is checked again only when it or something that it reads has changed. tidy.py reads what

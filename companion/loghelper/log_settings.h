@@ -23,7 +23,7 @@ struct LogSettings {
 
     std::filesystem::path file;
     int leastLevel = kEveryLevel;
-    std::size_t maxBytes = 10 * 1024 * 1024;
+    std::size_t maxBytes = std::size_t{10} * 1024 * 1024;
     std::size_t files = 5;
 };
 

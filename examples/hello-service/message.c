@@ -11,7 +11,7 @@ enum { TYPE_INT32 = 2, TYPE_INT64 = 3, TYPE_STRING = 4, TYPE_INT8_ARRAY = 5 };
 static const struct {
     int32_t id;
     const char* arguments;
-} requests[] = {
+} kRequests[] = {
     {CREATE_GROUP, "s2s"},
     {1, "s"},
     {2, "ssiia"},
@@ -90,9 +90,9 @@ static int IsWellFormed(const char* kinds, const unsigned char* message, uint32_
 
 int32_t Judge(int32_t id, const unsigned char* message, uint32_t size) {
     size_t i;
-    for (i = 0; i < sizeof requests / sizeof *requests; ++i) {
-        if (requests[i].id == id) {
-            return IsWellFormed(requests[i].arguments, message, size) ? TAKEN : BROKEN_MESSAGE;
+    for (i = 0; i < sizeof kRequests / sizeof *kRequests; ++i) {
+        if (kRequests[i].id == id) {
+            return IsWellFormed(kRequests[i].arguments, message, size) ? TAKEN : BROKEN_MESSAGE;
         }
     }
     return UNKNOWN_REQUEST;
