@@ -28,7 +28,7 @@ LAST_GROUP = "The project, in its sources"
 NAVIGATION = {
     "Begin": ["docs/index.md", "docs/getting-started.md", "docs/your-project.md",
               "docs/life-of-a-call.md", "docs/services.md", "package/SHIP.md",
-              "bindings/python/README.md"],
+              "bindings/python/README.md", "bindings/dotnet/README.md"],
     "Look up": ["docs/result-codes.md", "docs/configuration.md", "docs/log-lines.md",
                 "docs/troubleshooting.md", "docs/security.md", "docs/driver-upgrade.md"],
     "Write a service": ["docs/wire-protocol.md", "devservice/README.md"],
@@ -51,6 +51,7 @@ SHORT_TITLES = {
     "README.md": "About the project",
     "package/SHIP.md": "What to ship",
     "bindings/python/README.md": "Python",
+    "bindings/dotnet/README.md": ".NET",
     "devservice/README.md": "The development service",
     "docs/kit-host-json.md": "plenxkit host --json",
     "kit/host/README.md": "plenxkit host, its sources",

@@ -56,6 +56,7 @@ make_package() {
     step "write the checksums" write_checksums
     step "pack it" write_zip
     make_wheel
+    make_nupkg
     make_recipes
 }
 
@@ -113,14 +114,19 @@ sign_package() {
         make_test_certificate
         sign=$package_dir/test-certificate.pfx password=$package_dir/test-certificate.password
     fi
-    local file signed=$package_dir/signed
+    local file
+    for file in $(our_binaries); do
+        sign_file "$package_folder/bin/$file"
+    done
+}
+
+sign_file() {
+    local signed=$package_dir/signed
     local -a how=(-pkcs12 "$sign" -h sha256 -n plenxsdk)
     [ -z "$password" ] || how+=(-readpass "$password")
     [ -z "$timestamp" ] || how+=(-ts "$timestamp")
-    for file in $(our_binaries); do
-        osslsigncode sign "${how[@]}" -in "$package_folder/bin/$file" -out "$signed"
-        mv "$signed" "$package_folder/bin/$file"
-    done
+    osslsigncode sign "${how[@]}" -in "$1" -out "$signed"
+    mv "$signed" "$1"
 }
 
 # This is for tests only: nobody trusts this certificate, and each run makes a new one.
@@ -197,6 +203,7 @@ test_package() {
     local prefix status=0 log=$log_dir/package-tests.txt sign= password= timestamp=
     need_packages "${package_packages[@]}"
     compile_windows product
+    fetch_windows_dotnet
     make_package
     local plain=$package_zip plain_bindings=$bindings_dir
     sign=test
@@ -204,7 +211,7 @@ test_package() {
     make_prefix_template
     prefix=$(new_prefix package)
     WINEPREFIX=$prefix PLENX_PACKAGE=$plain PLENX_SIGNED_PACKAGE=$package_zip \
-        PLENX_BINDINGS=$plain_bindings \
+        PLENX_BINDINGS=$plain_bindings PLENX_WINDOWS_DOTNET=$windows_dotnet_dir \
         PLENX_TEST_CERTIFICATE=$package_dir/test-certificate.pem \
         PYTHONDONTWRITEBYTECODE=1 timeout 900 pytest-3 -q -p no:cacheprovider "$root/tests/package" \
         -o python_files='*_test.py' --junitxml="$results_dir/package.xml" >"$log" 2>&1 </dev/null ||

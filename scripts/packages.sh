@@ -11,9 +11,10 @@ native_packages=("${base_packages[@]}" "${schema_packages[@]}" g++ clang libclan
     googletest libspdlog-dev libfmt-dev libcli11-dev libtomlplusplus-dev nlohmann-json3-dev
     librapidxml-dev libutfcpp-dev)
 browser_packages=(chromium chromium-driver python3-selenium)
+dotnet_packages=(python3 g++ mono-mcs mono-runtime)
 python_packages=(python3 python3-pytest mypy g++)
 package_packages=(zip unzip osslsigncode openssl pkg-config python3-pip golang-go
-    "${python_packages[@]}")
+    "${python_packages[@]}" "${dotnet_packages[@]}")
 # Later releases have no standard library of Rust for Windows.
 if grep -qs '^VERSION_ID="12"' /etc/os-release; then
     package_packages+=(rustc cargo libstd-rust-dev-windows)

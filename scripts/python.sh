@@ -17,7 +17,8 @@ check_python_types() {
         /usr/bin/mypy --strict --cache-dir="$build_dir/mypy" --python-version 3.9 --platform $platform \
             bindings/python/plenxsdk
     done
-    MYPYPATH=package:bindings/python /usr/bin/mypy --strict --cache-dir="$build_dir/mypy" package/wheel.py package/recipes.py
+    MYPYPATH=package:bindings/python /usr/bin/mypy --strict --cache-dir="$build_dir/mypy" \
+        package/wheel.py package/nupkg.py package/recipes.py
 }
 
 # The bindings' tests load this library.

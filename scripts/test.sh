@@ -224,7 +224,8 @@ check_sources() {
 test_all() {
     need_packages "${native_packages[@]}" "${windows_packages[@]}" "${coverage_packages[@]}" \
         "${mutate_packages[@]}" "${docs_packages[@]}" "${browser_packages[@]}" \
-        "${package_packages[@]}" "${lint_packages[@]}" "${python_packages[@]}"
+        "${package_packages[@]}" "${lint_packages[@]}" "${python_packages[@]}" \
+        "${dotnet_packages[@]}"
     check_sources
     in_lane busy_lane
     in_lane waiting_lane
@@ -236,6 +237,7 @@ busy_lane() {
     test_native plain
     check_native_coverage
     test_python
+    test_dotnet
     in_lane test_browser
     test_native address thread
     check_tidy "$(base_commit)"
@@ -335,9 +337,10 @@ command_test() {
     windows) test_windows "$@" ;;
     browser) test_browser ;;
     python) test_python ;;
+    dotnet) test_dotnet ;;
     *)
         echo "plenx: 'test' does not know '$which'; it takes all, quick, one NAME, native," \
-            "windows, browser, python and package" >&2
+            "windows, browser, python, dotnet and package" >&2
         exit 2
         ;;
     esac

@@ -2,7 +2,7 @@
 
 import re
 
-from conftest import TRIPLE, run
+from conftest import TRIPLE, run, windows_path
 
 # Loads the DLL as the bindings let Windows load it: by its absolute path, without PATH and without
 # the current folder. Ends with 7 when a call came back.
@@ -40,5 +40,5 @@ def expect_loads(folder, tmp_path):
     built = run(f"{TRIPLE}-gcc", "-Wall", "-Wextra", "-Werror", "loader.c", "-o", "loader.exe",
                 cwd=tmp_path)
     assert built.returncode == 0, built.stdout
-    dll = "Z:" + str(folder / "plenxsdk_c.dll").replace("/", "\\")
+    dll = windows_path(folder / "plenxsdk_c.dll")
     assert run("wine", "loader.exe", dll, cwd=tmp_path).returncode == 7

@@ -25,11 +25,15 @@ def windows_path(path):
                           encoding="utf-8").stdout.strip()
 
 
-def unpack(archive, folder):
-    """Unpacks as a user does, and names the package's one folder."""
+def unpack_into(archive, folder):
     with zipfile.ZipFile(archive) as file:
         file.extractall(folder)
-    (inner,) = folder.iterdir()
+    return folder
+
+
+def unpack(archive, folder):
+    """Unpacks as a user does, and names the package's one folder."""
+    (inner,) = unpack_into(archive, folder).iterdir()
     return inner
 
 

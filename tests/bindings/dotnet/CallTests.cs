@@ -1,0 +1,207 @@
+// Each call reaches the library with its arguments, and tells in an exception why it did not.
+
+using System;
+using System.Linq;
+using System.Text;
+using PlenxSdk;
+
+public sealed class CallTests
+{
+    private const string Text = "n\u00e4me\0\U0001F600";
+
+    private static readonly byte[] AsBytes = Encoding.UTF8.GetBytes(Text);
+
+    public CallTests()
+    {
+        Services.Start();
+    }
+
+    private static void Reaches(Action call, params byte[][] parts)
+    {
+        call();
+        Check.True(Services.HaveReceived(parts), "no request holds the arguments");
+    }
+
+    private static byte[] Utf8(string text)
+    {
+        return Encoding.UTF8.GetBytes(text);
+    }
+
+    [Test]
+    public void StartReachesTheService()
+    {
+        Reaches(() => Plenx.Start(PlenxService.Pc, Text, "argument"), AsBytes, Utf8("argument"));
+    }
+
+    [Test]
+    public void StopReachesTheService()
+    {
+        Reaches(() => Plenx.Stop(PlenxService.Pc, Text), AsBytes);
+    }
+
+    [Test]
+    public void LocalDeviceOnlineReachesTheService()
+    {
+        Reaches(() => Plenx.LocalDeviceOnline(PlenxService.Pc, "g", Text, new byte[] { 0, 255 }),
+            AsBytes, new byte[] { 0, 255 });
+    }
+
+    [Test]
+    public void LocalDeviceOnlineMayHaveNoBytes()
+    {
+        Reaches(() => Plenx.LocalDeviceOnline(PlenxService.Pc, "g", Text, new byte[0]), AsBytes);
+    }
+
+    [Test]
+    public void RemoteDeviceOnlineReachesTheService()
+    {
+        Reaches(() => Plenx.RemoteDeviceOnline(PlenxService.Pc, Text, "device"), AsBytes,
+            Utf8("device"));
+    }
+
+    [Test]
+    public void LocalDeviceOfflineReachesTheService()
+    {
+        Reaches(() => Plenx.LocalDeviceOffline(PlenxService.Pc, "g", Text, -5), AsBytes,
+            BitConverter.GetBytes(-5));
+    }
+
+    [Test]
+    public void RemoteDeviceOfflineReachesTheService()
+    {
+        Reaches(() => Plenx.RemoteDeviceOffline(PlenxService.Pc, "g", Text, 99), AsBytes,
+            BitConverter.GetBytes(99));
+    }
+
+    [Test]
+    public void DeviceNameChangedReachesTheService()
+    {
+        Reaches(() => Plenx.DeviceNameChanged(Text), AsBytes);
+    }
+
+    [Test]
+    public void RecvRemoteMessageReachesTheService()
+    {
+        Reaches(() => Plenx.RecvRemoteMessage(-4, 4000000000, new byte[] { 0, 254, 7 }),
+            BitConverter.GetBytes(-4), BitConverter.GetBytes(4000000000), new byte[] { 0, 254, 7 });
+    }
+
+    [Test]
+    public void SettingsReachTheServiceAtItsNextStart()
+    {
+        Plenx.SetInt64(PlenxService.Pc, PlenxKey.Integer2, -9000000000);
+        Plenx.SetString(PlenxService.Pc, PlenxKey.Locale, Text);
+        Plenx.Start(PlenxService.Pc, "g", "a");
+        string received = string.Concat(Services.Received());
+        Check.True(received.Contains(Hexadecimal(BitConverter.GetBytes(-9000000000))), "no integer");
+        Check.True(received.Contains(Hexadecimal(AsBytes)), "no text");
+    }
+
+    [Test]
+    public void GetInt64TellsWhetherAServiceRuns()
+    {
+        Check.Equal(0L, Plenx.GetInt64(PlenxService.Pc, PlenxKey.NotRunning));
+        Check.Equal(1L, Plenx.GetInt64(PlenxService.Phone, PlenxKey.NotRunning));
+    }
+
+    [Test]
+    public void GetStringGivesTheEmptyText()
+    {
+        Check.Equal("", Plenx.GetString(PlenxService.Pc, PlenxKey.Locale));
+    }
+
+    [Test]
+    public void DestroyReachesTheCompanionLibrary()
+    {
+        Plenx.Destroy();
+        Check.True(Services.Received().Contains("UninstallPackages()"), "nothing was uninstalled");
+    }
+
+    [Test]
+    public void GetOfficeDirGivesTheFolderAndTheCode()
+    {
+        Services.SetOfficeDir("C:\\n\u00e4me", -7);
+        int code;
+        Check.Equal("C:\\n\u00e4me\\r\0s", Plenx.GetOfficeDir("g", "d", "r\0s", out code));
+        Check.Equal(-7, code);
+        Check.True(Services.Received().Contains("GetGroupNeighborDistributedDir(g, d)"), "no call");
+    }
+
+    [Test]
+    public void ATextOfAnyLengthComesOut()
+    {
+        foreach (int length in new[] { 0, 1021, 1022, 1023, 100000 })
+        {
+            Services.SetOfficeDir(new string('d', length), 0);
+            int code;
+            Check.Equal(new string('d', length) + "\\r", Plenx.GetOfficeDir("g", "d", "r", out code));
+        }
+    }
+
+    [Test]
+    public void AnEmptyTextThrowsTheLibrarysOwnCode()
+    {
+        PlenxException e = Check.Throws<PlenxException>(() => Plenx.Start(PlenxService.Pc, "", "a"));
+        Check.Equal(PlenxResult.InvalidParameter, e.Result);
+        Check.Equal("A text that must not be empty is empty. (26)", e.Message);
+    }
+
+    [Test]
+    public void AFailureOfTheLayerHasItsNumberSentenceAndDetail()
+    {
+        var queue = new PlenxQueue();
+        queue.Dispose();
+        PlenxException e = Check.Throws<PlenxException>(queue.Cancel);
+        Check.Equal(PlenxResult.Handle, e.Result);
+        const string sentence =
+            "The handle was closed, was never opened, or is of the other kind.";
+        const string detail =
+            "plenx_queue_cancel: the handle was closed, was never opened, or is of the other kind";
+        Check.Equal(sentence, e.Sentence);
+        Check.Equal(detail, e.Detail);
+        Check.Equal(sentence + " " + detail + " (-5)", e.Message);
+    }
+
+    [Test]
+    public void NullThrowsAndNamesTheArgument()
+    {
+        Check.Equal("group", Check.Throws<ArgumentNullException>(
+            () => Plenx.Stop(PlenxService.Pc, null)).ParamName);
+        Check.Equal("data", Check.Throws<ArgumentNullException>(
+            () => Plenx.LocalDeviceOnline(PlenxService.Pc, "g", "d", null)).ParamName);
+        Check.Equal("message", Check.Throws<ArgumentNullException>(
+            () => Plenx.RecvRemoteMessage(1, 2, null)).ParamName);
+        Check.Equal("install", Check.Throws<ArgumentNullException>(
+            () => Plenx.Init(null, "C:\\Data")).ParamName);
+    }
+
+    [Test]
+    public void ATextWithoutUtf8ThrowsAndCallsNothing()
+    {
+        Check.Throws<EncoderFallbackException>(() => Plenx.Stop(PlenxService.Pc, "a\uD800b"));
+        Check.Equal(0, Services.Received().Count(line => !line.StartsWith("PLENXPCService 4 ")));
+    }
+
+    [Test]
+    public void AtTheEndOfTheProcessEveryCallThrowsEnding()
+    {
+        Services.SetEnding(true);
+        try
+        {
+            Check.Equal(PlenxResult.Ending, Check.Throws<PlenxException>(
+                () => Plenx.Stop(PlenxService.Pc, "g")).Result);
+            Check.Equal(PlenxResult.Ending, Check.Throws<PlenxException>(
+                () => new PlenxQueue()).Result);
+            Plenx.Destroy();
+        }
+        finally
+        {
+            Services.SetEnding(false);
+        }
+    }
+
+    private static string Hexadecimal(byte[] bytes)
+    {
+        return string.Concat(bytes.Select(one => one.ToString("x2")));
+    }
+}
