@@ -42,7 +42,8 @@ bench_native() {
         often=(--benchmark_repetitions=9 --benchmark_min_time=0.002)
         export PLENX_BENCH_QUICK=1
     fi
-    build_bench_native
+    configure "$bench_build" -DPLENX_BENCH=ON -DCMAKE_BUILD_TYPE=RelWithDebInfo
+    step "build the native benchmarks" ninja -C "$bench_build" bench
     for program in "${bench_programs[@]}"; do
         folder=$bench_build/bench/native/$program
         step "measure natively: $program" in_folder "$bench_dir" "$folder/bench_$program" \
@@ -53,11 +54,6 @@ bench_native() {
             "$folder/bench_$program" --benchmark_min_time=0 --benchmark_filter=-^12 \
             --benchmark_out="$bench_dir/$program-allocations.json"
     done
-}
-
-build_bench_native() {
-    configure "$bench_build" -DPLENX_BENCH=ON -DCMAKE_BUILD_TYPE=RelWithDebInfo
-    step "build the native benchmarks" ninja -C "$bench_build" bench
 }
 
 # in_folder FOLDER COMMAND...

@@ -11,23 +11,16 @@ check_format() {
     our_sources | xargs clang-format-19 --dry-run -Werror
 }
 
-# The folders whose sources clang-tidy checks. HeaderFilterRegex in .clang-tidy names those of headers.
+# The folders whose sources clang-tidy checks so far. HeaderFilterRegex in .clang-tidy names those of headers.
 tidy_folders=(src support devservice kit c_interface companion examples)
 
 # check_tidy [COMMIT]: checks what has changed since the commit, or everything. A source that was
 # clean before is checked again only when it or something that it reads has changed. tidy.py reads what
-# the builds have compiled, so both worlds are built first, and the benchmarks if they are concerned.
+# the builds have compiled, so both worlds are built first.
 check_tidy() {
-    local -a builds=("$build_dir/native-plain" "$windows_build")
     compile_windows all
-    if [ $# -eq 0 ] || ! git diff --quiet "$1" -- bench; then
-        need_packages "${bench_packages[@]}"
-        build_bench_native
-        compile_windows bench_windows
-        builds+=("$bench_build")
-    fi
     step "run clang-tidy" python3 scripts/tidy.py clang-tidy-19 "$build_dir/tidy" "${1:-all}" \
-        "${builds[@]}" -- "${tidy_folders[@]}"
+        "$build_dir/native-plain" "$windows_build" -- "${tidy_folders[@]}"
 }
 
 # Prints the commit to compare with: the one where this branch left main, or on main itself the one
