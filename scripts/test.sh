@@ -227,6 +227,7 @@ test_all() {
         "${package_packages[@]}" "${lint_packages[@]}" "${python_packages[@]}" \
         "${dotnet_packages[@]}"
     check_sources
+    prepare_node
     in_lane busy_lane
     in_lane waiting_lane
     finish_lanes
@@ -238,6 +239,7 @@ busy_lane() {
     check_native_coverage
     test_python
     test_dotnet
+    test_node_natively
     in_lane test_browser
     test_native address thread
     check_tidy "$(base_commit)"
@@ -338,9 +340,10 @@ command_test() {
     browser) test_browser ;;
     python) test_python ;;
     dotnet) test_dotnet ;;
+    node) test_node ;;
     *)
         echo "plenx: 'test' does not know '$which'; it takes all, quick, one NAME, native," \
-            "windows, browser, python, dotnet and package" >&2
+            "windows, browser, python, dotnet, node and package" >&2
         exit 2
         ;;
     esac
