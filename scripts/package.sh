@@ -24,6 +24,7 @@ command_package() {
     done
     [ -z "$sign" ] || [ "$sign" = test ] || [ -e "$sign" ] || fail "there is no file '$sign'"
     need_packages "${package_packages[@]}"
+    need_node
     compile_windows product
     command_docs
     make_package
@@ -58,6 +59,7 @@ make_package() {
     make_wheel
     make_nupkg
     make_recipes
+    make_npm_package
 }
 
 fill_package() {
@@ -202,6 +204,7 @@ compare_builds() {
 test_package() {
     local prefix status=0 log=$log_dir/package-tests.txt sign= password= timestamp=
     need_packages "${package_packages[@]}"
+    prepare_node
     compile_windows product
     fetch_windows_dotnet
     make_package
@@ -212,6 +215,7 @@ test_package() {
     prefix=$(new_prefix package)
     WINEPREFIX=$prefix PLENX_PACKAGE=$plain PLENX_SIGNED_PACKAGE=$package_zip \
         PLENX_BINDINGS=$plain_bindings PLENX_WINDOWS_DOTNET=$windows_dotnet_dir \
+        PLENX_NODE_MODULES=$node_dir/node_modules \
         PLENX_TEST_CERTIFICATE=$package_dir/test-certificate.pem \
         PYTHONDONTWRITEBYTECODE=1 timeout 900 pytest-3 -q -p no:cacheprovider "$root/tests/package" \
         -o python_files='*_test.py' --junitxml="$results_dir/package.xml" >"$log" 2>&1 </dev/null ||
