@@ -26,7 +26,7 @@ LAST_GROUP = "The project, in its sources"
 
 # In reading order. Pages of docs/ that are not named here join the last group.
 NAVIGATION = {
-    "Begin": ["docs/index.md", "docs/getting-started.md", "docs/your-project.md",
+    "Begin": ["docs/index.md", "docs/getting-started.md", "docs/your-project.md", "docs/your-language.md",
               "docs/life-of-a-call.md", "docs/services.md", "package/SHIP.md",
               "bindings/python/README.md", "bindings/dotnet/README.md"],
     "Look up": ["docs/result-codes.md", "docs/configuration.md", "docs/log-lines.md",

@@ -9,6 +9,7 @@ usage: docs/check_pages.py
 - docs/result-codes.md has a heading for each code of src/common/result_code.h and for no other.
 - docs/configuration.md names the settings and the defaults of src/engine/config_tables.cpp.
 - The code that docs/getting-started.md quotes is that of examples/hello-host.
+- Each piece of code in docs/your-language.md names the file that it was copied from.
 
 Ends with 1 and says where if anything does not hold.
 """
@@ -138,6 +139,20 @@ def check_getting_started():
                 yield f"getting-started.md: not in {file}: {block.splitlines()[0].strip()} ..."
 
 
+def check_copies():
+    """Code below "copied from FILE" is in that file; a header has it in a comment."""
+    page = DOCS / "your-language.md"
+    copies = re.findall(r"^<!-- copied from (\S+) -->\n```\w+\n(.*?)^```",
+                        page.read_text(encoding="utf-8"), re.MULTILINE | re.DOTALL)
+    for name, code in copies:
+        text = (ROOT / name).read_text(encoding="utf-8")
+        text = re.sub(r"^///(?: {5})?", "", text, flags=re.MULTILINE)
+        if code not in text:
+            yield f"{page.name}: not in {name}: {code.splitlines()[0].strip()} ..."
+    if len(copies) != len(re.findall(r"^```\w", page.read_text(encoding="utf-8"), re.MULTILINE)):
+        yield f"{page.name}: has code that does not say where it was copied from"
+
+
 def commands(page):
     """All blocks of the language sh, in order: one script."""
     return "".join(re.findall(r"^```sh\n(.*?)^```", page.read_text(encoding="utf-8"),
@@ -150,7 +165,7 @@ def main():
         return 0
     log = Log()
     problems = [*check_log_lines(log), *check_quotations(log), *check_result_codes(),
-                *check_configuration(), *check_getting_started()]
+                *check_configuration(), *check_getting_started(), *check_copies()]
     for problem in problems:
         print(problem)
     print(f"pages: {len(log.heads)} texts of the log, {len(problems)} problems")
