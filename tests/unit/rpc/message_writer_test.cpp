@@ -213,6 +213,14 @@ TEST(RpcMessageWriter, IndexIsNotCheckedAgainstTheCount) {
     EXPECT_THAT(Texts(), IsEmpty());
 }
 
+TEST(RpcMessageWriter, DescriptorMayEndWithTheMessage) {
+    RpcMessageWriter writer(32, 1);
+    EXPECT_EQ(writer.WriteInt8Array(0, nullptr, 0), 0);
+    EXPECT_EQ(writer.WriteInt8Array(1, nullptr, 0), 0);
+    EXPECT_EQ(Written(writer), FromHex("20000000 01000000 05000000 14000000 00000000"
+                                       "05000000 14000000 00000000"));
+}
+
 TEST(RpcMessageWriter, DescriptorThatWouldEndOutsideTheMessageFails) {
     RpcMessageWriter writer(24, 1);
     EXPECT_EQ(writer.WriteInt32(0, 5), 0);
