@@ -24,9 +24,12 @@ void* NewBlock(std::size_t size, std::size_t alignment) noexcept {
 }
 
 void* Allocate(std::size_t size, std::size_t alignment = alignof(std::max_align_t)) noexcept {
-    if (countdown != 0 && !FakeScope::IsInside() && --countdown == 0) {
-        hit = true;
-        return nullptr;
+    if (countdown != 0 && !FakeScope::IsInside()) {
+        --countdown;
+        if (countdown == 0) {
+            hit = true;
+            return nullptr;
+        }
     }
     void* const block = NewBlock(size, alignment);
     if (block != nullptr) {

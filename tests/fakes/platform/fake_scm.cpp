@@ -113,6 +113,7 @@ std::optional<FakeServiceView> FakeScm::Find(const std::wstring& name) const {
 std::vector<std::wstring> FakeScm::Names() const {
     const Lock lock(mutex_);
     std::vector<std::wstring> names;
+    names.reserve(services_.size());
     for (const auto& [key, service] : services_) {
         names.push_back(service->config.name);
     }

@@ -4,9 +4,9 @@
 
 #include <gmock/gmock.h>
 
-#include <cstdlib>
 #include <functional>
 #include <ostream>
+#include <string>
 
 #include "facade/facade_fixture.h"
 #include "rpc/manager_calls.h"
@@ -89,7 +89,7 @@ public:
         const std::string begin = "L4 [PLENXSDK] " + text;
         for (const std::string& line : RecordedLog::Get().Texts()) {
             if (line.compare(0, begin.size(), begin) == 0) {
-                return std::atoi(line.c_str() + begin.size());
+                return std::stoi(line.substr(begin.size()));
             }
         }
         return -1;

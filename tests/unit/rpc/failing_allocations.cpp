@@ -21,8 +21,12 @@ void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
     return std::malloc(size);
 }
 void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
-    if (goodArrays != kEvery && goodArrays-- == 0) {
+    if (goodArrays == 0) {
+        goodArrays = kEvery;
         return nullptr;
+    }
+    if (goodArrays != kEvery) {
+        --goodArrays;
     }
     return std::malloc(size);
 }

@@ -58,6 +58,7 @@ public:
 
 }  // namespace
 
+// NOLINTBEGIN(misc-use-internal-linkage): the linker joins them with the library by these names.
 std::int32_t RealInt32(RpcMessageWriter*, std::uint32_t, std::int32_t) asm("__real_" WRITE_INT32);
 std::int32_t RealInt64(RpcMessageWriter*, std::uint32_t, std::int64_t) asm("__real_" WRITE_INT64);
 std::int32_t RealString(RpcMessageWriter*, std::uint32_t, std::string*) asm("__real_" WRITE_STRING);
@@ -72,6 +73,7 @@ std::int32_t WrappedString(RpcMessageWriter*, std::uint32_t,
                            std::string*) asm("__wrap_" WRITE_STRING);
 std::int32_t WrappedInt8Array(RpcMessageWriter*, std::uint32_t, const std::uint8_t*,
                               std::int32_t) asm("__wrap_" WRITE_INT8_ARRAY);
+// NOLINTEND(misc-use-internal-linkage)
 
 std::int32_t WrappedInt32(RpcMessageWriter* writer, std::uint32_t index, std::int32_t value) {
     return Refuses() ? kRefused : RealInt32(writer, index, value);

@@ -31,7 +31,7 @@ std::wstring Deep(std::wstring path, int levels, const std::wstring& name) {
 
 // Runs the action on a thread whose stack is smaller than any stack of the library.
 void RunOnSmallStack(std::function<void()> action) {
-    constexpr std::size_t kStack = 512 * 1024;
+    constexpr std::size_t kStack = std::size_t{512} * 1024;
     pthread_attr_t attributes;
     ASSERT_EQ(pthread_attr_init(&attributes), 0);
     ASSERT_EQ(pthread_attr_setstacksize(&attributes, kStack), 0);

@@ -103,6 +103,6 @@ private:
     HANDLE file_;
 };
 
-const LateCaller lateCaller;
+const LateCaller kLateCaller;
 
 }  // namespace

@@ -13,7 +13,7 @@
 namespace DistributedFs {
 namespace {
 
-const plenx::Library sdk = plenx::Library::linked();
+const plenx::Library kSdk = plenx::Library::linked();
 
 ServiceType Service(std::uint32_t number) {
     return static_cast<ServiceType>(number);
@@ -57,7 +57,7 @@ private:
 
 struct Registered {
     explicit Registered(PLENXServiceObserver& observer)
-        : adapter(observer), subscription(sdk.observe(adapter).or_throw()) {}
+        : adapter(observer), subscription(kSdk.observe(adapter).or_throw()) {}
     Adapter adapter;
     plenx::Subscription subscription;
 };
@@ -83,57 +83,57 @@ PLENXManager& PLENXManager::GetInstance() {
 
 void PLENXManager::Init(const std::string& first, const std::string& second, std::string third,
                         bool flag) {
-    sdk.init(first, second, third, flag).or_throw();
+    kSdk.init(first, second, third, flag).or_throw();
 }
 void PLENXManager::Destroy() {
-    sdk.destroy().or_throw();
+    kSdk.destroy().or_throw();
 }
 std::int64_t PLENXManager::GetInt64Config(ServiceType svcType, ConfigType cfgType) {
-    return sdk.get_int64(svcType, cfgType).or_throw();
+    return kSdk.get_int64(svcType, cfgType).or_throw();
 }
 std::string PLENXManager::GetStringConfig(ServiceType svcType, ConfigType cfgType) {
-    return sdk.get_string(svcType, cfgType).or_throw();
+    return kSdk.get_string(svcType, cfgType).or_throw();
 }
 void PLENXManager::SetConfig(ServiceType svcType, ConfigType cfgType, std::string cfgValue) {
-    sdk.set_string(svcType, cfgType, cfgValue).or_throw();
+    kSdk.set_string(svcType, cfgType, cfgValue).or_throw();
 }
 void PLENXManager::SetConfig(ServiceType svcType, ConfigType cfgType, std::int64_t cfgValue) {
-    sdk.set_int64(svcType, cfgType, cfgValue).or_throw();
+    kSdk.set_int64(svcType, cfgType, cfgValue).or_throw();
 }
 int PLENXManager::Start(ServiceType svcType, const std::string& first, const std::string& second) {
-    return ResultOf(sdk.start(svcType, first, second));
+    return ResultOf(kSdk.start(svcType, first, second));
 }
 int PLENXManager::Stop(ServiceType svcType, const std::string& first) {
-    return ResultOf(sdk.stop(svcType, first));
+    return ResultOf(kSdk.stop(svcType, first));
 }
 int PLENXManager::LocalDeviceOnline(ServiceType svcType, const std::string& first,
                                     const std::string& second, std::uint64_t size,
                                     const unsigned char* data) {
     const std::string_view block(reinterpret_cast<const char*>(data), size);
-    return ResultOf(sdk.local_device_online(svcType, first, second, block));
+    return ResultOf(kSdk.local_device_online(svcType, first, second, block));
 }
 int PLENXManager::RemoteDeviceOnline(ServiceType svcType, const std::string& first,
                                      const std::string& second) {
-    return ResultOf(sdk.remote_device_online(svcType, first, second));
+    return ResultOf(kSdk.remote_device_online(svcType, first, second));
 }
 int PLENXManager::LocalDeviceOffline(ServiceType svcType, const std::string& first,
                                      const std::string& second, TriggerType trigger) {
-    return ResultOf(sdk.local_device_offline(svcType, first, second, trigger));
+    return ResultOf(kSdk.local_device_offline(svcType, first, second, trigger));
 }
 int PLENXManager::RemoteDeviceOffline(ServiceType svcType, const std::string& first,
                                       const std::string& second, TriggerType trigger) {
-    return ResultOf(sdk.remote_device_offline(svcType, first, second, trigger));
+    return ResultOf(kSdk.remote_device_offline(svcType, first, second, trigger));
 }
 int PLENXManager::DeviceNameChanged(const std::string& name) {
-    return ResultOf(sdk.device_name_changed(name));
+    return ResultOf(kSdk.device_name_changed(name));
 }
 int PLENXManager::RecvRemoteMessage(PLENXMessageType msgType, unsigned int msgLen,
                                     const std::string& message) {
-    return ResultOf(sdk.recv_remote_message(msgType, msgLen, message));
+    return ResultOf(kSdk.recv_remote_message(msgType, msgLen, message));
 }
 int PLENXManager::GetOfficeDir(const std::string& first, const std::string& second,
                                std::string& dir) {
-    auto answer = sdk.get_office_dir(first, second, dir).or_throw();
+    auto answer = kSdk.get_office_dir(first, second, dir).or_throw();
     dir = answer.second;
     return answer.first;
 }

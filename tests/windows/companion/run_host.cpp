@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <string>
 
 #include "companion/logging_hosts.h"
 #include "support/wide_text.h"
@@ -32,7 +33,7 @@ void RunHost(const std::string& mode) {
 
 int Repetitions() {
     const char* const text = std::getenv("PLENX_TEST_ENDINGS");
-    return text != nullptr ? std::atoi(text) : 50;
+    return text != nullptr ? std::stoi(text) : 50;
 }
 
 }  // namespace PlenxTest

@@ -1,7 +1,7 @@
 #include "devservice/service_client.h"
 
-#include <cstdlib>
 #include <limits>
+#include <string>
 
 #include "rpc/interface/rpc_memory.h"
 #include "rpc/interface/service_call.h"
@@ -57,7 +57,7 @@ std::optional<int> RunCaller(int argc, char** argv) {
         return std::nullopt;
     }
     const ServiceAnswer answer =
-        CallService(PlenxSupport::ToWide(argv[2]), std::atoi(argv[3]), {std::string("g_1")});
+        CallService(PlenxSupport::ToWide(argv[2]), std::stoi(argv[3]), {std::string("g_1")});
     return static_cast<int>(answer.exception);
 }
 

@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <cstdlib>
+#include <string>
 
 #include "support/child_process.h"
 #include "support/service_state.h"
@@ -23,7 +24,7 @@ bool WaitUntilGone(const wchar_t* service) {
 
 int Repetitions() {
     const char* const text = std::getenv("PLENX_TEST_ENDINGS");
-    return text != nullptr ? std::atoi(text) : 50;
+    return text != nullptr ? std::stoi(text) : 50;
 }
 
 Endings::Endings() {

@@ -84,7 +84,7 @@ private:
     const HANDLE file_;
 };
 
-const LateCaller lateCaller;
+const LateCaller kLateCaller;
 
 }  // namespace
 }  // namespace PlenxTest

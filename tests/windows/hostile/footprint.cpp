@@ -14,7 +14,7 @@ namespace {
 
 constexpr DWORD kRestMilliseconds = 20000;
 constexpr std::size_t kMoreHandles = 8;
-constexpr std::size_t kMoreBytes = 4 * 1024 * 1024;
+constexpr std::size_t kMoreBytes = std::size_t{4} * 1024 * 1024;
 
 std::size_t Handles() {
     return HandlesOf(GetCurrentProcessId());

@@ -13,7 +13,7 @@ namespace {
 
 using PlenxWire::Arguments;
 
-constexpr std::size_t kHugeSize = 16 * 1024 * 1024;
+constexpr std::size_t kHugeSize = std::size_t{16} * 1024 * 1024;
 constexpr std::int32_t kFirstId = PlenxWire::kSendLocalMessage;
 constexpr std::size_t kIds = 10;
 

@@ -30,8 +30,8 @@ constexpr std::size_t kFewestSamples = 8;
 constexpr std::uint64_t kBytesOfAWineRecord = 384;
 
 /// The figures may grow by this much between the two quarters.
-constexpr std::uint64_t kPrivateBytesTolerance = 1024 * 1024;
-constexpr std::uint64_t kHeapBytesTolerance = 32 * 1024;
+constexpr std::uint64_t kPrivateBytesTolerance = std::uint64_t{1024} * 1024;
+constexpr std::uint64_t kHeapBytesTolerance = std::uint64_t{32} * 1024;
 constexpr std::uint64_t kHandlesTolerance = 8;
 constexpr std::uint64_t kThreadsTolerance = 0;
 constexpr std::uint64_t kServiceHandlesTolerance = 0;

@@ -21,7 +21,7 @@
 namespace PlenxSoak {
 namespace {
 
-constexpr std::uint64_t kMebibyte = 1024 * 1024;
+constexpr std::uint64_t kMebibyte = std::uint64_t{1024} * 1024;
 constexpr Sample kFlat{30 * kMebibyte, kMebibyte, 100, 12, 0, 0, 0};
 
 std::vector<Sample> FlatSeries(std::size_t count = 40) {

@@ -9,7 +9,7 @@
 namespace PlenxTest {
 namespace {
 
-constexpr auto kExtendedHandleInformation = static_cast<SYSTEM_INFORMATION_CLASS>(64);
+const auto kExtendedHandleInformation = static_cast<SYSTEM_INFORMATION_CLASS>(64);
 constexpr auto kLengthMismatch = static_cast<NTSTATUS>(0xC0000004);
 
 // The system gives the list of all handles of all processes in this form.
@@ -39,7 +39,7 @@ std::uint64_t PrivateBytes() {
 
 // GetProcessHandleCount would be simpler, but under Wine it gives 0.
 std::uint64_t HandlesOf(DWORD processId) {
-    std::vector<unsigned char> buffer(1024 * 1024);
+    std::vector<unsigned char> buffer(std::size_t{1024} * 1024);
     ULONG length = 0;
     NTSTATUS status = 0;
     while ((status = NtQuerySystemInformation(kExtendedHandleInformation, buffer.data(),

@@ -2,7 +2,7 @@
 
 #include <windows.h>
 
-#include <cstdlib>
+#include <string>
 
 namespace PlenxTest {
 
@@ -10,7 +10,7 @@ const SystemHabits& HabitsOfThisSystem() {
     using GetVersion = const char*(__cdecl*)();
     const FARPROC found = GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "wine_get_version");
     const auto version = reinterpret_cast<GetVersion>(reinterpret_cast<void*>(found));
-    return HabitsOfWine(version == nullptr ? 0 : std::atoi(version()));
+    return HabitsOfWine(version == nullptr ? 0 : std::stoi(version()));
 }
 
 }  // namespace PlenxTest

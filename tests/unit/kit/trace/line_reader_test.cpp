@@ -67,7 +67,7 @@ TEST(LineReader, CutsALineThatIsTooLong_AndSaysByHowMuch) {
 }
 
 TEST(LineReader, FindsLineEndsAtEveryPlaceOfItsBuffer) {
-    constexpr std::size_t kBuffer = 64 * 1024;
+    constexpr std::size_t kBuffer = std::size_t{64} * 1024;
     for (std::size_t length : {kBuffer - 2, kBuffer - 1, kBuffer, kBuffer + 1}) {
         std::string content(length, 'x');
         for (std::size_t i = 99; i < length; i += 100) {

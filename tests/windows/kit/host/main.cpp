@@ -12,7 +12,7 @@
 
 namespace {
 
-constexpr ULONGLONG kLongest = 60 * 1000;
+constexpr ULONGLONG kLongest = ULONGLONG{60} * 1000;
 
 // Looks at an endpoint as the doctor does, without a pause.
 void Look() {
