@@ -17,13 +17,15 @@ struct SystemHabits {
     bool emptyFolderNameIsInvalid;
     /// A service handle shows in the heap as a record with Wine's mark of a context handle.
     bool serviceHandlesShowInTheHeap;
+    /// A program may do everything although its token is not elevated.
+    bool hasAllRightsWithoutElevation;
 };
 
 /// The rows go from the newest to the oldest.
 inline constexpr SystemHabits kSystemHabits[] = {
-    {10, false, true, true, false},  // Debian 13
-    {8, true, true, true, true},     // Debian 12
-    {0, false, false, false, false},
+    {10, false, true, true, false, true},  // Debian 13
+    {8, true, true, true, true, false},    // Debian 12
+    {0, false, false, false, false, false},
 };
 
 constexpr const SystemHabits& HabitsOfWine(int version) {

@@ -10,7 +10,10 @@
 namespace PlenxHost {
 namespace {
 
+using testing::AllOf;
+using testing::EndsWith;
 using testing::HasSubstr;
+using testing::StartsWith;
 
 template <class Options>
 Options Parsed(CLI::App& (*declare)(CLI::App&, Options&), const std::vector<std::string>& words) {
@@ -56,8 +59,9 @@ TEST(Options, WrongOnesAreReported) {
     EXPECT_EQ(error({"doctor", "--install", "C:\\a"}), "--data is required" + more);
     EXPECT_EQ(error({"host", "--color", "pink"}),
               "--color: pink not in {auto,always,never}" + more);
-    EXPECT_EQ(error({"host", "--timeout", "-1"}),
-              "--timeout: Value -1 not in range 0.000000 to 86400.000000" + more);
+    // The versions of CLI11 write the two ends of a range differently.
+    EXPECT_THAT(error({"host", "--timeout", "-1"}),
+                AllOf(StartsWith("--timeout: Value -1 not in range "), EndsWith(more)));
     EXPECT_EQ(error({"host", "doctro"}), "The following argument was not expected: doctro" + more);
 }
 
