@@ -2,34 +2,18 @@
 
 #include <windows.h>
 
-#include <malloc.h>
 #include <tlhelp32.h>
 
 #include <cstring>
 #include <iterator>
 
+#include "soak/heap_bytes.h"
 #include "soak/service_handles.h"
 #include "support/handle.h"
 #include "support/process_size.h"
 
 namespace PlenxSoak {
 namespace {
-
-// This figure is exact, whereas private bytes also move with the shape of the heap. Every malloc
-// and new of the program, of the library and of the companions lies there.
-std::uint64_t HeapBytes() {
-    const HANDLE heap = reinterpret_cast<HANDLE>(_get_heap_handle());
-    std::uint64_t bytes = 0;
-    PROCESS_HEAP_ENTRY entry{};
-    HeapLock(heap);
-    while (HeapWalk(heap, &entry)) {
-        if ((entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) != 0) {
-            bytes += entry.cbData;
-        }
-    }
-    HeapUnlock(heap);
-    return bytes;
-}
 
 // When two threads use the service manager at once, Wine sometimes fails to close a service handle.
 // Its RPC client then keeps a record of that handle, with a binding and three strings.

@@ -15,6 +15,7 @@
 #include "plenxsdk/plenx_manager.h"
 #include "soak/closing_table.h"
 #include "soak/complaints.h"
+#include "soak/heap_bytes.h"
 #include "soak/host_thread.h"
 #include "soak/listener.h"
 #include "soak/measure.h"
@@ -115,6 +116,7 @@ int SoakRun::Execute() {
     std::printf("soak: %u s with seed %llu\n", plan_.seconds,
                 static_cast<unsigned long long>(plan_.seed));
     std::fflush(stdout);
+    CountHeapBytes();
     CountServiceHandles();
     manager_.RegisterPLENXServiceObserver(&bookKeeper_);
     manager_.Init(folder_.Install(), folder_.Data(), "third", true);

@@ -5,8 +5,12 @@
 
 #include <rpc.h>
 
+#include <algorithm>
+#include <cstdlib>
 #include <cstring>
+#include <vector>
 
+#include "soak/heap_bytes.h"
 #include "soak/judgement.h"
 #include "soak/listener.h"
 #include "soak/measure.h"
@@ -89,6 +93,22 @@ TEST(Judgement, OneServiceHandleMore_Fails) {
 
 TEST(Judgement, TooFewSamples_GiveNoJudgement) {
     EXPECT_EQ(Judge(FlatSeries(7)), std::vector<std::string>{"only 7 samples"});
+}
+
+TEST(Measure, HeapBytes_AreExact) {
+    constexpr std::size_t kBlocks = 1000;
+    constexpr std::size_t kBytes = 40;
+    CountHeapBytes();
+    std::vector<void*> blocks(kBlocks);
+    const std::uint64_t before = Measure().heapBytes;
+    std::generate(blocks.begin(), blocks.end(), [] { return std::malloc(kBytes); });
+    EXPECT_EQ(Measure().heapBytes, before + kBlocks * kBytes);
+    blocks.front() = std::realloc(blocks.front(), 2 * kBytes);
+    EXPECT_EQ(Measure().heapBytes, before + (kBlocks + 1) * kBytes);
+    for (void* const block : blocks) {
+        std::free(block);
+    }
+    EXPECT_EQ(Measure().heapBytes, before);
 }
 
 // Wine's record of a handle also exists while the handle is open. So it is safe to subtract records
