@@ -8,6 +8,7 @@
 #ifndef PLENXSDK_COMMON_PROCESS_LIFE_H
 #define PLENXSDK_COMMON_PROCESS_LIFE_H
 
+#include <exception>
 #include <new>
 
 namespace DistributedFs {
@@ -18,6 +19,15 @@ bool ProcessIsEnding() noexcept;
 /// Keeps this module loaded until the process ends. Call it before the first thread is started: a
 /// thread cannot be ended safely while its module is being unloaded.
 void PinModule() noexcept;
+
+/// Prepares what the C++ run time keeps for exceptions. Otherwise the first thread that needs it
+/// does so under a lock, and the run time takes this lock once more while the process ends. If the
+/// system ended that thread in the middle, the host would never exit. Call it before the first
+/// thread is started.
+inline void PrepareExceptions() noexcept {
+    // The compiler drops this call unless its result is used.
+    [[maybe_unused]] const volatile int underWay = std::uncaught_exceptions();
+}
 
 /// Holds a singleton for the life of the module. When the module is unloaded, this destroys the
 /// object. When the process ends, this leaves the object as it is and only calls its OnProcessEnd.

@@ -83,6 +83,7 @@ void PLENXManager::Init(const std::string& first, const std::string& second, std
     }
     LogInfo(kFunction, "[PLENXSDK] plenx manager Init");
     PinModule();
+    PrepareExceptions();
     {
         const std::lock_guard<std::mutex> lock(poolMutex);
         this->first = first;
