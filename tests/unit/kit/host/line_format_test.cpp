@@ -141,13 +141,14 @@ TEST_F(LineFormatTest, TextOfTheDoctor) {
               "           Install it.\n");
     Diagnosis diagnosis;
     diagnosis.problems = 1;
-    EXPECT_EQ(Text(DiagnosisReport{diagnosis, 1}),
-              "The doctor does not look at:\n"
-              "  the driver's signature, and whether Windows is in test mode\n"
-              "  what the services need beyond plenxservice.exe and the DLLs that Windows loads with it\n"
-              "\n"
-              "1 problem, 0 notes\n"
-              "exit code 1");
+    EXPECT_EQ(
+        Text(DiagnosisReport{diagnosis, 1}),
+        "The doctor does not look at:\n"
+        "  the driver's signature, and whether Windows is in test mode\n"
+        "  what the services need beyond plenxservice.exe and the DLLs that Windows loads with it\n"
+        "\n"
+        "1 problem, 0 notes\n"
+        "exit code 1");
 }
 
 TEST_F(LineFormatTest, JsonOfTheDoctorIsOneLineForEachFinding) {
