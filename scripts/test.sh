@@ -249,6 +249,7 @@ busy_lane() {
 waiting_lane() {
     compile_windows all
     PLENX_TEST_ENDINGS=$brief_endings run_windows
+    test_node_under_wine
     step "type at the host's prompt" test_dialogue
     step "hold the host's JSON against its schema" /usr/bin/python3 \
         docs/check_kit_host_json.py "$windows_build/bin/plenxkit-host.jsonl"

