@@ -46,6 +46,15 @@ make_system() {
     fi
     # The machine may have moved to another network since then.
     "${as_root[@]}" cp -L /etc/resolv.conf /etc/hosts "$system/etc/"
+    step "trust whom this machine trusts" bring_certificates "$system"
+}
+
+# A network may have a proxy with a certificate of its own, through which npm has to go, too.
+bring_certificates() {
+    local folder=/usr/local/share/ca-certificates
+    "${as_root[@]}" rm -rf "$1$folder"
+    [ ! -d "$folder" ] || "${as_root[@]}" cp -rL "$folder" "$1$folder"
+    "${as_root[@]}" chroot "$1" update-ca-certificates --fresh
 }
 
 fill_system() {
