@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "hex_bytes.h"
 #include "hostile.h"
 #include "reactions.h"
 #include "wire/catalog.h"
@@ -11,42 +10,8 @@
 namespace PlenxService {
 namespace {
 
-using PlenxWire::Bytes;
 using PlenxWire::Decoded;
 using PlenxWire::RenderId;
-
-constexpr std::size_t kReplySize = 24;
-constexpr std::size_t kLargeReply = std::size_t{1024} * 1024;
-
-Decoded DecodeRequest(std::int32_t request, const std::uint8_t* message, std::int32_t size) {
-    const PlenxWire::MessageShape* const shape = PlenxWire::FindMessage(request);
-    if (size < 0 || (size > 0 && !message)) {
-        return {{}, "size " + std::to_string(size) + " is invalid"};
-    }
-    const auto length = static_cast<std::size_t>(size);
-    return shape ? PlenxWire::DecodeAs(*shape, message, length)
-                 : PlenxWire::Decode(message, length);
-}
-
-// Changes the answer as the key "reply" says.
-void ShapeReply(const std::string& kind, Answer& answer) {
-    if (kind == "empty") {
-        answer.reply.reset();
-    } else if (kind == "garbage") {
-        answer.reply = Bytes(kReplySize, 0xee);
-    } else if (kind == "short" && answer.reply) {
-        answer.reply->resize(kReplySize - 4);
-    } else if (kind == "large") {
-        answer.reply = Bytes(kLargeReply, 0);
-    } else if (kind.compare(0, 4, "hex:") == 0) {
-        answer.reply.emplace();
-        ParseBytes(std::string_view(kind).substr(4), *answer.reply);
-    }
-    answer.statedSize = answer.reply ? static_cast<long>(answer.reply->size()) : 0;
-    if (kind == "lie") {
-        answer.reply.reset();
-    }
-}
 
 std::string Described(const Answer& answer) {
     if (answer.fault != 0) {
@@ -85,15 +50,9 @@ Answer Peer::AnswerTo(std::int32_t request, const std::uint8_t* message, std::in
         WaitForSingleObject(stop_.Get(), static_cast<DWORD>(delay));
     }
 
-    const std::int32_t honest = Judge(request, decoded);
+    const std::int32_t honest = HonestCode(request, decoded);
     const auto code = static_cast<std::int32_t>(told.Number("answer", honest));
-    Answer answer;
-    answer.fault = static_cast<unsigned long>(told.Number("fault"));
-    answer.result = static_cast<long>(told.Number("result"));
-    if (answer.result == 0 && answer.fault == 0) {
-        answer.reply = PlenxWire::Encode({code});
-        ShapeReply(told.Text("reply"), answer);
-    }
+    const Answer answer = AnswerWith(code, told);
     if (honest == kTaken && code == kTaken && answer.result == 0 && answer.fault == 0) {
         Take(request, decoded.arguments, told);
     }
@@ -105,14 +64,6 @@ Answer Peer::AnswerTo(std::int32_t request, const std::uint8_t* message, std::in
 std::string Peer::Summary() {
     const std::lock_guard<std::mutex> lock(mutex_);
     return state_.Summary();
-}
-
-std::int32_t Peer::Judge(std::int32_t request, const Decoded& decoded) const {
-    const PlenxWire::MessageShape* const shape = PlenxWire::FindMessage(request);
-    if (!shape || shape->direction != PlenxWire::Direction::kRequest) {
-        return kUnknownRequest;
-    }
-    return decoded.Ok() ? kTaken : kBrokenMessage;
 }
 
 // The Service Control Manager may not notice that a process is gone, so a crash first reports

@@ -6,9 +6,9 @@
 
 #include <cstdint>
 #include <mutex>
-#include <optional>
 #include <string>
 
+#include "answers.h"
 #include "identity.h"
 #include "notification_sender.h"
 #include "peer_state.h"
@@ -18,20 +18,6 @@
 #include "support/handle.h"
 
 namespace PlenxService {
-
-/// The service's own codes in the int32 of a reply.
-enum AnswerCode : std::int32_t {
-    kTaken = 0,
-    kBrokenMessage = 1001,
-    kUnknownRequest = 1002,
-};
-
-struct Answer {
-    long result = 0;                        // the result of the procedure
-    long statedSize = 0;                    // may be wrong on purpose
-    std::optional<PlenxWire::Bytes> reply;  // a null pointer when empty
-    unsigned long fault = 0;                // raised instead of any answer
-};
 
 class Peer {
 public:
@@ -45,8 +31,6 @@ public:
     std::string Summary();
 
 private:
-    /// Returns the code of an honest answer.
-    std::int32_t Judge(std::int32_t request, const PlenxWire::Decoded& decoded) const;
     void EndIfTold(std::int32_t request, const Values& told);
     void Take(std::int32_t request, const PlenxWire::Arguments& arguments, const Values& told);
 

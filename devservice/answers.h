@@ -1,0 +1,40 @@
+// How the service reads a request and answers it, without its process: portable.
+
+#ifndef PLENXSERVICE_ANSWERS_H
+#define PLENXSERVICE_ANSWERS_H
+
+#include <cstdint>
+#include <optional>
+
+#include "values.h"
+#include "wire/message.h"
+
+namespace PlenxService {
+
+/// The service's own codes in the int32 of a reply.
+enum AnswerCode : std::int32_t {
+    kTaken = 0,
+    kBrokenMessage = 1001,
+    kUnknownRequest = 1002,
+};
+
+struct Answer {
+    long result = 0;                        // the result of the procedure
+    long statedSize = 0;                    // may be wrong on purpose
+    std::optional<PlenxWire::Bytes> reply;  // a null pointer when empty
+    unsigned long fault = 0;                // raised instead of any answer
+};
+
+/// message may be null when size is 0 or negative.
+PlenxWire::Decoded DecodeRequest(std::int32_t request, const std::uint8_t* message,
+                                 std::int32_t size);
+
+/// The code of an honest answer.
+std::int32_t HonestCode(std::int32_t request, const PlenxWire::Decoded& decoded);
+
+/// The answer with this code, changed as [[on]] tells.
+Answer AnswerWith(std::int32_t code, const Values& told);
+
+}  // namespace PlenxService
+
+#endif  // PLENXSERVICE_ANSWERS_H
