@@ -17,19 +17,19 @@ constexpr std::size_t kMoreHandles = 8;
 constexpr std::size_t kMoreBytes = std::size_t{4} * 1024 * 1024;
 
 std::size_t Handles() {
-    return HandlesOf(GetCurrentProcessId());
+    return PlenxSupport::HandlesOf(GetCurrentProcessId());
 }
 
 }  // namespace
 
 Footprint MeasureFootprint() {
-    return {PrivateBytes(), Handles()};
+    return {PlenxSupport::PrivateBytes(), Handles()};
 }
 
 void ExpectNothingMore(const Footprint& before) {
     const std::size_t mostHandles = before.handles + kMoreHandles;
     const std::size_t mostBytes = before.privateBytes + kMoreBytes;
-    WaitFor([&] { return Handles() <= mostHandles && PrivateBytes() <= mostBytes; },
+    WaitFor([&] { return Handles() <= mostHandles && PlenxSupport::PrivateBytes() <= mostBytes; },
             kRestMilliseconds);
     const Footprint after = MeasureFootprint();
     std::cout << "before: " << before.privateBytes << " bytes, " << before.handles

@@ -54,10 +54,10 @@ std::uint64_t Threads() {
 
 Sample Measure() {
     const std::uint64_t records = WineRecords();
-    const std::uint64_t measured = PlenxTest::PrivateBytes();
+    const std::uint64_t measured = PlenxSupport::PrivateBytes();
     return {measured - records * kBytesOfAWineRecord,
             HeapBytes(),
-            PlenxTest::HandlesOf(GetCurrentProcessId()),
+            PlenxSupport::HandlesOf(GetCurrentProcessId()),
             Threads(),
             ServiceHandles(),
             records,

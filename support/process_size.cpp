@@ -6,7 +6,7 @@
 #include <cstring>
 #include <vector>
 
-namespace PlenxTest {
+namespace PlenxSupport {
 namespace {
 
 const auto kExtendedHandleInformation = static_cast<SYSTEM_INFORMATION_CLASS>(64);
@@ -31,10 +31,14 @@ struct HandleListEntry {
 }  // namespace
 
 // Reads the commit charge. PrivateUsage says the same, but Wine leaves it at 0.
-std::uint64_t PrivateBytes() {
+std::uint64_t PrivateBytesOf(HANDLE process) {
     PROCESS_MEMORY_COUNTERS counters{};
-    K32GetProcessMemoryInfo(GetCurrentProcess(), &counters, sizeof(counters));
+    K32GetProcessMemoryInfo(process, &counters, sizeof(counters));
     return counters.PagefileUsage;
+}
+
+std::uint64_t PrivateBytes() {
+    return PrivateBytesOf(GetCurrentProcess());
 }
 
 // GetProcessHandleCount would be simpler, but under Wine it gives 0.
@@ -58,4 +62,4 @@ std::uint64_t HandlesOf(DWORD processId) {
     return handles;
 }
 
-}  // namespace PlenxTest
+}  // namespace PlenxSupport
