@@ -7,6 +7,7 @@
 #include "completion/candidates.h"
 #include "doctor/command.h"
 #include "host/command.h"
+#include "judge/command.h"
 #include "message/command.h"
 #include "scenario/command.h"
 #include "trace/command.h"
@@ -20,6 +21,8 @@ struct Options {
     PlenxMessage::Options message;
     PlenxTrace::Request trace;
     PlenxScenario::Options scenario;
+    PlenxJudge::Options judge;
+    PlenxJudge::CallerOptions judgeCaller;
 };
 
 struct Command {
@@ -58,6 +61,10 @@ std::vector<Command> Declare(CLI::App& app, Options& options, const Streams& str
          [&] { return PlenxTrace::Run(options.trace, streams); }},
         {PlenxScenario::Declare(app, options.scenario),
          [&] { return PlenxScenario::Run(options.scenario, streams); }},
+        {PlenxJudge::Declare(app, options.judge),
+         [&] { return PlenxJudge::Run(options.judge, streams); }},
+        {PlenxJudge::DeclareCaller(app, options.judgeCaller),
+         [&] { return PlenxJudge::RunCaller(options.judgeCaller, streams); }},
     };
 }
 

@@ -44,7 +44,8 @@ private:
     const char* Kept(std::string text) {
         std::replace_if(
             text.begin(), text.end(),
-            [](char letter) { return static_cast<unsigned char>(letter) < 0x20; }, '?');
+            [](char letter) { return static_cast<unsigned char>(letter) < 0x20 && letter != '\n'; },
+            '?');
         return xml_.allocate_string(text.c_str());
     }
 
@@ -57,20 +58,33 @@ std::string Tenths(double seconds) {
     return text;
 }
 
+// A line break in an attribute would be read as a blank.
+std::string InOneLine(std::string text) {
+    std::replace(text.begin(), text.end(), '\n', ' ');
+    return text;
+}
+
+std::size_t CountOf(const std::vector<JunitCase>& cases, std::string JunitCase::* member) {
+    return static_cast<std::size_t>(std::count_if(
+        cases.begin(), cases.end(), [&](const JunitCase& one) { return !(one.*member).empty(); }));
+}
+
 }  // namespace
 
 std::string JunitOf(const std::string& suite, const std::vector<JunitCase>& cases) {
     double seconds = 0;
-    std::size_t failures = 0;
     for (const JunitCase& one : cases) {
         seconds += one.seconds;
-        failures += one.failure.empty() ? 0 : 1;
     }
+    const std::size_t skipped = CountOf(cases, &JunitCase::skipped);
     Document document;
     Node& top = document.Add(document.Top(), "testsuite");
     document.Put(top, "name", suite);
     document.Put(top, "tests", std::to_string(cases.size()));
-    document.Put(top, "failures", std::to_string(failures));
+    document.Put(top, "failures", std::to_string(CountOf(cases, &JunitCase::failure)));
+    if (skipped != 0) {
+        document.Put(top, "skipped", std::to_string(skipped));
+    }
     document.Put(top, "time", Tenths(seconds));
     for (const JunitCase& one : cases) {
         Node& node = document.Add(top, "testcase");
@@ -78,7 +92,10 @@ std::string JunitOf(const std::string& suite, const std::vector<JunitCase>& case
         document.Put(node, "name", one.name);
         document.Put(node, "time", Tenths(one.seconds));
         if (!one.failure.empty()) {
-            document.Put(document.Add(node, "failure"), "message", one.failure);
+            document.Put(document.Add(node, "failure", one.details), "message",
+                         InOneLine(one.failure));
+        } else if (!one.skipped.empty()) {
+            document.Put(document.Add(node, "skipped"), "message", InOneLine(one.skipped));
         } else if (!one.remark.empty()) {
             document.Add(node, "system-out", one.remark);
         }

@@ -2,6 +2,8 @@
 
 #include "doctor/command.h"
 #include "host/command.h"
+#include "judge/bring_up.h"
+#include "judge/command.h"
 #include "scenario/command.h"
 #include "streams.h"
 
@@ -24,4 +26,13 @@ int PlenxHost::RunDoctor(const DoctorOptions&, const PlenxKit::Streams& streams)
 
 int PlenxScenario::Run(const Options&, const PlenxKit::Streams& streams) {
     return NeedsWindows("scenario", streams);
+}
+
+// The judge lists its checks and compares earlier runs everywhere.
+std::unique_ptr<PlenxJudge::Program> PlenxJudge::BringUp(const Way&) {
+    throw Refusal("this command needs Windows");
+}
+
+int PlenxJudge::RunCaller(const CallerOptions&, const PlenxKit::Streams& streams) {
+    return NeedsWindows("judge-caller", streams);
 }

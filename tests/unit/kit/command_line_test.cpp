@@ -12,7 +12,7 @@ namespace {
 using testing::HasSubstr;
 using testing::StartsWith;
 
-constexpr const char* kCommands[] = {"host", "doctor", "message", "trace", "scenario"};
+constexpr const char* kCommands[] = {"host", "doctor", "message", "trace", "scenario", "judge"};
 
 TEST(CommandLine, HelpNamesEachCommand) {
     const Outcome outcome = OutcomeOf({"--help"});

@@ -24,7 +24,7 @@ expect() {
     fi
 }
 
-expect 'host doctor message trace scenario' ''
+expect 'host doctor message trace scenario judge' ''
 expect '--help --version' -
 expect 'decode encode log list' message ''
 expect 'decode' message d
@@ -39,6 +39,8 @@ expect 'auto always never' host --color ''
 expect '' host --script ''
 expect 'list show run' scenario ''
 expect '--host' scenario run --ho
+expect 'office pc phone' judge --role ''
+expect '--service --strict --soak' judge --s
 
 # Nothing is offered where a file belongs: bash then offers files itself.
 expect '' message log "${2%sh}"
@@ -46,8 +48,8 @@ expect '' message decode --file "${2%sh}"
 
 # Every option that the help knows is offered.
 for command in host doctor 'message decode' 'message encode' 'message log' 'message list' trace \
-    scenario 'scenario run'; do
-    for option in $("$program" $command --help | grep -o -- '^  [^ ]*--[a-z]*' | sed 's/.*--/--/'); do
+    scenario 'scenario run' judge; do
+    for option in $("$program" $command --help | grep -o -- '^  [^ ]*--[a-z-]*' | sed 's/.*--/--/'); do
         expect "$option" $command "$option"
     done
 done

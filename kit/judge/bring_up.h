@@ -1,0 +1,40 @@
+// Brings the program under judgement up. It exists on Windows only.
+
+#ifndef PLENXKIT_JUDGE_BRING_UP_H
+#define PLENXKIT_JUDGE_BRING_UP_H
+
+#include <chrono>
+#include <memory>
+#include <stdexcept>
+#include <string>
+
+#include "judge/program.h"
+
+namespace PlenxJudge {
+
+/// The judge does not begin, because it would disturb somebody or could not judge anything.
+class Refusal : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+struct Way {
+    enum class Kind { kEndpoint, kService, kConsole };
+
+    Kind kind = Kind::kEndpoint;
+    std::string target;  // the endpoint, the program or the command
+    int role = 1;
+    std::string work;  // a folder; empty for the usual one
+    std::chrono::milliseconds patience{5000};
+
+    /// "PLENXPCService".
+    std::string Endpoint() const;
+};
+
+/// Prepares everything, but starts the program only when a check needs it.
+/// @throws Refusal
+std::unique_ptr<Program> BringUp(const Way& way);
+
+}  // namespace PlenxJudge
+
+#endif  // PLENXKIT_JUDGE_BRING_UP_H

@@ -1,0 +1,87 @@
+#include "judge/launcher.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <system_error>
+
+#include "judge/manager_endpoint.h"
+#include "support/wide_text.h"
+
+namespace PlenxJudge {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const wchar_t* kRoles[] = {L"office", L"pc", L"phone"};
+constexpr DWORD kUntilServed = 10000;
+constexpr DWORD kBetweenLooks = 20;
+constexpr DWORD kUntilFree = 3000;
+
+fs::path UsualWork() {
+    const char* const drive = std::getenv("SystemDrive");
+    return fs::path(drive != nullptr ? drive : "C:") / "\\plenxkit";
+}
+
+class Attached : public Launcher {
+public:
+    explicit Attached(const Way& way) : endpoint_(way.Endpoint()) {
+        if (!IsServed(endpoint_)) {
+            throw Refusal("nobody serves " + endpoint_);
+        }
+    }
+
+    bool IsUp() override { return IsServed(endpoint_); }
+    // Somebody may start it again.
+    bool Restart() override { return IsUp(); }
+    HANDLE Process() override { return nullptr; }
+    std::string CleanUp() override { return {}; }
+
+private:
+    const std::string endpoint_;
+};
+
+}  // namespace
+
+Folders MakeFolders(const Way& way) {
+    const fs::path work =
+        (way.work.empty() ? UsualWork() : fs::absolute(fs::u8path(way.work))) / "judge";
+    std::error_code error;
+    fs::remove_all(work, error);
+    fs::create_directories(work, error);
+    if (!fs::is_directory(work)) {
+        throw Refusal("cannot make the folder " + work.u8string());
+    }
+    return {work.wstring(), (work / kRoles[way.role]).wstring()};
+}
+
+std::string RemoveFolder(const std::wstring& folder) {
+    std::error_code error;
+    const ULONGLONG end = GetTickCount64() + kUntilFree;
+    do {
+        fs::remove_all(folder, error);
+        if (!error) {
+            return {};
+        }
+        Sleep(kBetweenLooks);
+    } while (GetTickCount64() < end);
+    return PlenxSupport::ToUtf8(folder) + " cannot be removed: " + error.message();
+}
+
+bool WaitUntilServed(const std::string& endpoint, HANDLE process) {
+    const ULONGLONG end = GetTickCount64() + kUntilServed;
+    while (GetTickCount64() < end) {
+        if (IsServed(endpoint)) {
+            return true;
+        }
+        if (WaitForSingleObject(process, kBetweenLooks) == WAIT_OBJECT_0) {
+            return false;
+        }
+    }
+    return false;
+}
+
+std::unique_ptr<Launcher> MakeAttached(const Way& way) {
+    return std::make_unique<Attached>(way);
+}
+
+}  // namespace PlenxJudge

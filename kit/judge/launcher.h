@@ -1,0 +1,50 @@
+// How the program under judgement comes up and goes down.
+
+#ifndef PLENXKIT_JUDGE_LAUNCHER_H
+#define PLENXKIT_JUDGE_LAUNCHER_H
+
+#include <windows.h>
+
+#include <memory>
+#include <string>
+
+#include "judge/bring_up.h"
+#include "judge/program.h"
+#include "support/handle.h"
+
+namespace PlenxJudge {
+
+class Launcher {
+public:
+    virtual ~Launcher() = default;
+
+    virtual bool IsUp() = 0;
+    /// Ends what is left of it and brings it up.
+    virtual bool Restart() = 0;
+    virtual Service* AsService() { return nullptr; }
+    /// Null when it is not known.
+    virtual HANDLE Process() = 0;
+    /// Removes everything. @return what is left, or nothing.
+    virtual std::string CleanUp() = 0;
+};
+
+/// For the endpoint of a program that somebody else has started.
+std::unique_ptr<Launcher> MakeAttached(const Way& way);
+std::unique_ptr<Launcher> MakeConsole(const Way& way);
+std::unique_ptr<Launcher> MakeService(const Way& way);
+
+/// A fresh folder for the run: the work folder, and the data folder in it that is not made.
+struct Folders {
+    std::wstring work;
+    std::wstring data;
+};
+
+Folders MakeFolders(const Way& way);
+/// @return why it cannot be removed, or nothing.
+std::string RemoveFolder(const std::wstring& folder);
+/// Waits until somebody listens at the endpoint.
+bool WaitUntilServed(const std::string& endpoint, HANDLE process);
+
+}  // namespace PlenxJudge
+
+#endif  // PLENXKIT_JUDGE_LAUNCHER_H

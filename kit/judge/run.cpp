@@ -1,0 +1,234 @@
+#include <algorithm>
+#include <chrono>
+#include <filesystem>
+#include <fstream>
+
+#include "judge/bring_up.h"
+#include "judge/command.h"
+#include "judge/report.h"
+#include "judge/runner.h"
+#include "judge/selection.h"
+#include "message/columns.h"
+#include "support/file.h"
+
+namespace PlenxJudge {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr int kAsExpected = 0;
+constexpr int kFailed = 1;
+constexpr int kRefused = 3;
+constexpr int kLeftBehind = 4;
+
+constexpr std::size_t kNumberWidth = 26;
+constexpr std::size_t kLevelWidth = 8;
+constexpr std::size_t kBarWidth = 30;
+
+const char* const kRoles[] = {"office", "pc", "phone"};
+const char* const kEndpoints[] = {"PLENXOfficeService", "PLENXPCService", "PLENXPhoneService"};
+
+int RoleNamed(const std::string& name) {
+    return static_cast<int>(std::find(std::begin(kRoles), std::end(kRoles), name) -
+                            std::begin(kRoles));
+}
+
+// An endpoint of the system says itself which role it is for.
+int RoleOf(const Options& options) {
+    const auto* const found =
+        std::find(std::begin(kEndpoints), std::end(kEndpoints), options.endpoint);
+    return found == std::end(kEndpoints) ? RoleNamed(options.role)
+                                         : static_cast<int>(found - std::begin(kEndpoints));
+}
+
+Way WayOf(const Options& options) {
+    Way way;
+    way.role = RoleOf(options);
+    way.work = options.work;
+    way.patience = std::chrono::milliseconds(static_cast<int>(options.patience * 1000));
+    if (!options.service.empty()) {
+        way.kind = Way::Kind::kService;
+        way.target = options.service;
+    } else if (!options.console.empty()) {
+        way.kind = Way::Kind::kConsole;
+        way.target = options.console;
+    } else {
+        way.target = options.endpoint;
+    }
+    return way;
+}
+
+std::string Described(const Way& way) {
+    switch (way.kind) {
+    case Way::Kind::kService:
+        return way.target + " as " + kRoles[way.role] + " service";
+    case Way::Kind::kConsole:
+        return way.target + " at " + way.Endpoint();
+    case Way::Kind::kEndpoint:
+        break;
+    }
+    return "whoever serves " + way.Endpoint();
+}
+
+std::string ReadText(const std::string& file) {
+    const std::optional<std::string> text = PlenxSupport::ReadWholeFile(fs::u8path(file));
+    if (!text) {
+        throw UsageError("cannot read " + file);
+    }
+    return *text;
+}
+
+void WriteText(const std::string& file, const std::string& text) {
+    if (file.empty()) {
+        return;
+    }
+    std::ofstream stream(fs::u8path(file), std::ios::binary);
+    stream << text;
+    stream.flush();
+    if (!stream) {
+        throw UsageError("cannot write " + file);
+    }
+}
+
+std::string LineOf(const Check& check, const std::string& remark) {
+    return PlenxMessage::Hanging(PlenxMessage::PadRight(check.number, kNumberWidth) +
+                                     PlenxMessage::PadRight(NameOf(check.level), kLevelWidth),
+                                 check.sentence + remark);
+}
+
+int List(const std::vector<const Check*>& checks, std::ostream& out) {
+    for (const Check* const check : checks) {
+        out << LineOf(*check, "");
+    }
+    return kAsExpected;
+}
+
+int DryRun(const Way& way, const Options& options, const std::vector<const Check*>& checks,
+           std::ostream& out) {
+    out << "would judge " << Described(way) << "\n";
+    for (const Check* const check : checks) {
+        const std::string why =
+            WhyNotRun(*check, way.kind == Way::Kind::kService, options.soak != 0);
+        out << LineOf(*check, why.empty() ? "" : " Not judged: " + why + ".");
+    }
+    return kAsExpected;
+}
+
+// Prints each area when it is done, and on a terminal a bar while it runs.
+class Progress {
+public:
+    Progress(const RunRecord& run, const std::vector<const Check*>& checks, std::ostream& out,
+             bool isTerminal)
+        : run_(run), checks_(checks), out_(out), isTerminal_(isTerminal) {}
+
+    Listener AsListener() {
+        return {[this](const Check& check, std::size_t index) { Begin(check, index); },
+                [this](const Record& record) { pending_.push_back(record); }};
+    }
+    void Finish() {
+        RemoveBar();
+        PrintArea();
+    }
+
+private:
+    void Begin(const Check& check, std::size_t index) {
+        RemoveBar();
+        if (!pending_.empty() && pending_.front().Area() != AreaOf(check)) {
+            PrintArea();
+        }
+        if (isTerminal_) {
+            const std::size_t done = index * kBarWidth / checks_.size();
+            out_ << "  [" << std::string(done, '#') << std::string(kBarWidth - done, '.') << "] "
+                 << index + 1 << "/" << checks_.size() << " " << check.number << std::flush;
+        }
+    }
+    void RemoveBar() {
+        if (isTerminal_) {
+            out_ << "\r\x1b[K";
+        }
+    }
+    void PrintArea() {
+        if (!pending_.empty()) {
+            out_ << AreaText(run_, pending_) << std::flush;
+            pending_.clear();
+        }
+    }
+
+    const RunRecord& run_;
+    const std::vector<const Check*>& checks_;
+    std::ostream& out_;
+    const bool isTerminal_;
+    std::vector<Record> pending_;
+};
+
+RunRecord Judge(const Way& way, const Options& options, const std::vector<const Check*>& checks,
+                const PlenxKit::Streams& streams) {
+    const std::set<std::string> known =
+        options.known.empty() ? std::set<std::string>() : KnownFailures(ReadText(options.known));
+    RunRecord run{Described(way), PLENXKIT_VERSION, options.strict};
+    const std::unique_ptr<Program> program = BringUp(way);
+    streams.out << "plenxkit judge: " << run.program << "\n" << std::flush;
+    Trial trial(*program, std::chrono::seconds(options.soak));
+    Progress progress(run, checks, streams.out, streams.process.OutputIsTerminal());
+    run.records = RunChecks(checks, trial, known, progress.AsListener());
+    progress.Finish();
+    run.leftBehind = program->CleanUp();
+    streams.out << SummaryText(run) << std::flush;
+    return run;
+}
+
+int CodeOf(const RunRecord& run) {
+    if (!run.leftBehind.empty()) {
+        return kLeftBehind;
+    }
+    const bool fails = std::any_of(run.records.begin(), run.records.end(),
+                                   [&](const Record& record) { return run.Fails(record); });
+    return fails ? kFailed : kAsExpected;
+}
+
+int JudgeAndReport(const Options& options, const PlenxKit::Streams& streams) {
+    const std::vector<const Check*> checks = Selected(options.only);
+    if (options.list) {
+        return List(checks, streams.out);
+    }
+    std::vector<RunRecord> runs;
+    runs.reserve(options.with.size() + 1);
+    for (const std::string& file : options.with) {
+        runs.push_back(RunFromJson(ReadText(file), file));
+    }
+    const Way way = WayOf(options);
+    int code = kAsExpected;
+    if (!way.target.empty()) {
+        if (options.dryRun) {
+            return DryRun(way, options, checks, streams.out);
+        }
+        runs.push_back(Judge(way, options, checks, streams));
+        code = CodeOf(runs.back());
+        WriteText(options.json, JsonOf(runs.back()));
+        WriteText(options.junit, JunitOf(runs.back()));
+    } else if (runs.empty() || options.html.empty()) {
+        throw UsageError("give --endpoint, --service or --console, or --with and --html");
+    }
+    WriteText(options.html, HtmlOf(runs));
+    return code;
+}
+
+}  // namespace
+
+std::string Way::Endpoint() const {
+    return kind == Kind::kEndpoint ? target : kEndpoints[role];
+}
+
+int Run(const Options& options, const PlenxKit::Streams& streams) {
+    try {
+        return JudgeAndReport(options, streams);
+    } catch (const Refusal& refusal) {
+        streams.err << "plenxkit judge: refused to begin: " << refusal.what() << "\n";
+        return kRefused;
+    } catch (const std::exception& error) {
+        streams.err << "plenxkit judge: " << error.what() << "\n";
+        return PlenxKit::kWrongUsage;
+    }
+}
+
+}  // namespace PlenxJudge

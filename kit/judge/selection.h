@@ -1,0 +1,31 @@
+// Which checks run, and which failures are known.
+
+#ifndef PLENXKIT_JUDGE_SELECTION_H
+#define PLENXKIT_JUDGE_SELECTION_H
+
+#include <set>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "judge/check.h"
+
+namespace PlenxJudge {
+
+/// The request of the user cannot be carried out.
+class UsageError : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+/// words: numbers ("reply/1") or areas ("reply"), some to a word with commas. None means all.
+/// @throws UsageError for a word that fits nothing.
+std::vector<const Check*> Selected(const std::vector<std::string>& words);
+
+/// The numbers in a list of known failures: one to a line, with a remark behind "#".
+/// @throws UsageError for a number that no check has.
+std::set<std::string> KnownFailures(const std::string& text);
+
+}  // namespace PlenxJudge
+
+#endif  // PLENXKIT_JUDGE_SELECTION_H

@@ -1,0 +1,64 @@
+// The judge's end of the endpoint "Manager".
+
+#include "judge/inbox.h"
+
+#include <gtest/gtest.h>
+
+#include <thread>
+
+#include "wire/catalog.h"
+
+namespace PlenxJudge {
+namespace {
+
+using std::chrono::milliseconds;
+
+std::int32_t CodeIn(const ManagerAnswer& answer) {
+    const auto decoded = PlenxWire::DecodeReply(answer.reply.data(), answer.reply.size());
+    return decoded.Ok() ? std::get<std::int32_t>(decoded.arguments[0]) : -1;
+}
+
+TEST(JudgeInbox, AnswersAsTheLibraryDoes) {
+    Inbox inbox;
+    EXPECT_EQ(CodeIn(inbox.Take(PlenxWire::kConnectNotify, {1, 2})), 0);
+    EXPECT_EQ(CodeIn(inbox.Take(PlenxWire::kLinkTypeQuery, {})), 7);
+    ASSERT_EQ(inbox.Count(), 2u);
+    EXPECT_EQ(inbox.Since(0)[0].message, (PlenxWire::Bytes{1, 2}));
+    EXPECT_EQ(inbox.Since(1)[0].id, PlenxWire::kLinkTypeQuery);
+    EXPECT_TRUE(inbox.Since(7).empty());
+}
+
+TEST(JudgeInbox, AnswersWorseOnDemand) {
+    Inbox inbox;
+    inbox.Behave(Manner::kRefusing);
+    EXPECT_EQ(inbox.Take(10, {}).result, 20);
+    inbox.Behave(Manner::kRaising);
+    EXPECT_EQ(inbox.Take(10, {}).fault, 1726u);
+    inbox.Behave(Manner::kHollow);
+    const ManagerAnswer hollow = inbox.Take(10, {});
+    EXPECT_EQ(hollow.size, 24);
+    EXPECT_TRUE(hollow.reply.empty());
+}
+
+TEST(JudgeInbox, HoldsACallUntilTheMannerChanges) {
+    Inbox inbox;
+    inbox.Behave(Manner::kHeld);
+    std::thread caller([&] { inbox.Take(10, {}); });
+    ASSERT_TRUE(inbox.WaitForMoreThan(0, milliseconds(5000)));
+    std::thread other([&] { inbox.Take(11, {}); });
+    ASSERT_TRUE(inbox.WaitForMoreThan(1, milliseconds(5000)));
+    inbox.Behave(Manner::kHonest);
+    caller.join();
+    other.join();
+    EXPECT_FALSE(inbox.Since(0)[0].overlapped);
+    EXPECT_TRUE(inbox.Since(0)[1].overlapped);
+}
+
+TEST(JudgeInbox, WaitsForQuiet) {
+    Inbox inbox;
+    inbox.WaitForQuiet(milliseconds(1), milliseconds(1000));
+    EXPECT_FALSE(inbox.WaitForMoreThan(0, milliseconds(1)));
+}
+
+}  // namespace
+}  // namespace PlenxJudge

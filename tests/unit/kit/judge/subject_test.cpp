@@ -1,0 +1,94 @@
+// What the judge says of a peer that is honest, and of one that misbehaves in its replies.
+
+#include <gmock/gmock.h>
+
+#include "judge/piped_program.h"
+#include "judge/runner.h"
+#include "judge/selection.h"
+
+namespace PlenxJudge {
+namespace {
+
+using testing::ElementsAre;
+
+// It sends no notifications and is no service, so most of the others only wait.
+const std::vector<std::string> kRequests = {
+    "serve,reply,create-group,delete-group,device-online,device-offline,name-changed",
+    "recv-remote-message,set-string-config,set-int64-config,ping,text,flag,message,call,refuse"};
+
+std::vector<Record> Judged(const std::vector<std::string>& misbehaviour,
+                           const std::vector<std::string>& only = kRequests) {
+    std::vector<std::string> command = {JUDGE_SUBJECT};
+    command.insert(command.end(), misbehaviour.begin(), misbehaviour.end());
+    PipedProgram program(command);
+    Trial trial(program, std::chrono::seconds(0));
+    return RunChecks(Selected(only), trial, {},
+                     {[](const Check&, std::size_t) {}, [](const Record&) {}});
+}
+
+std::vector<std::string> FailuresOf(const std::vector<Record>& records) {
+    std::vector<std::string> numbers;
+    for (const Record& record : records) {
+        if (record.Failed()) {
+            numbers.push_back(record.number);
+        }
+    }
+    return numbers;
+}
+
+TEST(Subject, ThatIsHonest_PassesAllChecksOfRequests) {
+    for (const Record& record : Judged({})) {
+        EXPECT_TRUE(record.Passed()) << record.number << ": " << record.outcome.why;
+    }
+}
+
+TEST(Subject, ThatSendsNoNotification_IsNotJudgedByThem) {
+    for (const Record& record : Judged({}, {"notify", "manager", "status-notify"})) {
+        EXPECT_FALSE(record.WasJudged()) << record.number;
+    }
+}
+
+TEST(Subject, WithRepliesOfItsOwn_FailsTheChecksOfReplies) {
+    EXPECT_THAT(FailuresOf(Judged({"reply=empty"})), ElementsAre("reply/1"));
+    EXPECT_THAT(FailuresOf(Judged({"reply=garbage"})), ElementsAre("reply/2"));
+    EXPECT_THAT(FailuresOf(Judged({"reply=short"})), ElementsAre("reply/2"));
+    EXPECT_THAT(FailuresOf(Judged({"reply=lie"})), ElementsAre("reply/3"));
+    EXPECT_THAT(
+        FailuresOf(Judged({"reply=hex:19000000010000000200000014000000040000000000000000"})),
+        ElementsAre("reply/2"));
+}
+
+TEST(Subject, ThatRefusesEverything_FailsEachRequest) {
+    EXPECT_THAT(FailuresOf(Judged({"answer=5"}, {"reply", "create-group/1", "ping/1"})),
+                ElementsAre("reply/4", "create-group/1", "ping/1"));
+    EXPECT_THAT(FailuresOf(Judged({"answer=1005"}, {"reply", "create-group/1", "ping/1"})),
+                ElementsAre("create-group/1", "ping/1"));
+    EXPECT_THAT(FailuresOf(Judged({"result=5"}, {"reply", "ping/1"})),
+                ElementsAre("reply/5", "ping/1"));
+}
+
+TEST(Subject, ThatTakesEverything_FailsTheChecksOfBrokenMessages) {
+    EXPECT_THAT(FailuresOf(Judged({"answer=0"})),
+                ElementsAre("refuse/1", "refuse/2", "refuse/3", "refuse/4", "refuse/5", "refuse/6",
+                            "refuse/7", "refuse/8", "refuse/9", "refuse/10", "refuse/11"));
+}
+
+TEST(Subject, ThatRaises_FailsTheCheckOfExceptions) {
+    const std::vector<Record> records = Judged({"fault=998"}, {"call/1", "message/1"});
+    EXPECT_THAT(FailuresOf(records), ElementsAre("call/1"));
+    EXPECT_EQ(records[1].outcome.faults.front().came,
+              "PingService: the call raised exception 998 (access violation in the program)");
+}
+
+TEST(Subject, ThatCannotRun_IsNotJudged) {
+    PipedProgram program({"/nonexistent"});
+    Trial trial(program, std::chrono::seconds(0));
+    const std::vector<Record> records =
+        RunChecks(Selected({"reply", "ping"}), trial, {},
+                  {[](const Check&, std::size_t) {}, [](const Record&) {}});
+    EXPECT_FALSE(trial.Over().empty());
+    EXPECT_FALSE(records.back().WasJudged());
+}
+
+}  // namespace
+}  // namespace PlenxJudge

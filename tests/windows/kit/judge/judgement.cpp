@@ -1,0 +1,79 @@
+#include "kit/judge/judgement.h"
+
+#include <nlohmann/json.hpp>
+
+#include "support/child_process.h"
+#include "support/install_folder.h"
+
+namespace PlenxTest {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr DWORD kPatience = 300000;
+const fs::path kResults = L"C:\\judgement.json";
+const fs::path kOutput = L"C:\\judgement.txt";
+
+}  // namespace
+
+std::set<std::string> Judgement::Failed() const {
+    std::set<std::string> numbers;
+    for (const auto& [number, verdict] : verdicts) {
+        if (verdict.compare(0, 6, "failed") == 0) {
+            numbers.insert(number);
+        }
+    }
+    return numbers;
+}
+
+std::set<std::string> Judgement::Judged() const {
+    std::set<std::string> numbers;
+    for (const auto& [number, verdict] : verdicts) {
+        if (verdict != "not judged") {
+            numbers.insert(number);
+        }
+    }
+    return numbers;
+}
+
+Judgement RunJudge(const std::string& arguments) {
+    std::error_code ignored;
+    fs::remove(kResults, ignored);
+    ChildProcess shell(L"cmd.exe /s /c \"\"" + ProgramFolder() + L"\\plenxkit.exe\" judge --json " +
+                       kResults.wstring() + L" " +
+                       std::wstring(arguments.begin(), arguments.end()) + L" <nul >" +
+                       kOutput.wstring() + L" 2>&1\"");
+    Judgement judgement;
+    judgement.code = static_cast<int>(shell.WaitForExit(kPatience).value_or(DWORD(-1)));
+    judgement.output = ReadFile(kOutput);
+    if (fs::exists(kResults)) {
+        const auto json = nlohmann::json::parse(ReadFile(kResults));
+        for (const auto& check : json.at("checks")) {
+            judgement.verdicts[check.at("check")] = check.at("verdict");
+        }
+    }
+    return judgement;
+}
+
+JudgeFolder::JudgeFolder() {
+    fs::remove_all(path_);
+    fs::create_directories(path_);
+}
+
+JudgeFolder::~JudgeFolder() {
+    std::error_code ignored;
+    fs::remove_all(path_, ignored);
+}
+
+std::string JudgeFolder::Write(const std::string& name, const std::string& text) const {
+    WriteFile(path_ / name, text);
+    return (path_ / name).string();
+}
+
+std::string JudgeFolder::Copy(const std::string& program) const {
+    fs::copy_file(fs::path(ProgramFolder()) / program, path_ / "plenxservice.exe",
+                  fs::copy_options::overwrite_existing);
+    return (path_ / "plenxservice.exe").string();
+}
+
+}  // namespace PlenxTest

@@ -1,0 +1,46 @@
+// Runs plenxkit judge, and tells what it found.
+
+#ifndef PLENXSDK_TESTS_WINDOWS_KIT_JUDGE_JUDGEMENT_H
+#define PLENXSDK_TESTS_WINDOWS_KIT_JUDGE_JUDGEMENT_H
+
+#include <filesystem>
+#include <map>
+#include <set>
+#include <string>
+
+namespace PlenxTest {
+
+struct Judgement {
+    int code = -1;  // of the process; -1 when it did not end
+    std::string output = {};
+    std::map<std::string, std::string> verdicts = {};  // by the number of the check
+
+    /// The checks that failed.
+    std::set<std::string> Failed() const;
+    /// The checks that were judged.
+    std::set<std::string> Judged() const;
+};
+
+/// Arguments: as on the command line, in ASCII.
+Judgement RunJudge(const std::string& arguments);
+
+/// A folder for files of the test, in a path without blanks; removed when the object goes.
+class JudgeFolder {
+public:
+    JudgeFolder();
+    ~JudgeFolder();
+    JudgeFolder(const JudgeFolder&) = delete;
+    JudgeFolder& operator=(const JudgeFolder&) = delete;
+
+    const std::filesystem::path& Path() const { return path_; }
+    std::string Write(const std::string& name, const std::string& text) const;
+    /// Copies a program of this build. @return its path.
+    std::string Copy(const std::string& program) const;
+
+private:
+    const std::filesystem::path path_ = L"C:\\judged";
+};
+
+}  // namespace PlenxTest
+
+#endif  // PLENXSDK_TESTS_WINDOWS_KIT_JUDGE_JUDGEMENT_H
