@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <future>
@@ -116,6 +117,26 @@ TEST(ProcessEnd, WithAHostThreadInsideTheCompanionLeavesThatAlone) {
             EndProcess();
         },
         kWell, "companions left: 1; services deleted: 2; handles open: 0");
+}
+
+// The threads go on while the statics are destroyed, as nowhere on Windows.
+TEST(Destruction, WaitsForTheWorkerBeforeTheCompanionIsReleased) {
+    EXPECT_EXIT(
+        {
+            InitAll();
+            static std::promise<void> reached;
+            FakeFileManager::Get().SetHook([](const std::string&) {
+                FakeFileManager::Get().SetHook(nullptr);
+                reached.set_value();
+                std::this_thread::sleep_for(std::chrono::milliseconds(200));
+                std::fprintf(stderr, "companions during the call: %zu\n",
+                             FakeFileManager::Get().Live());
+            });
+            Facade().Start(Type(0), "g", "a");
+            reached.get_future().wait();
+            std::exit(0);
+        },
+        kWell, "companions during the call: 1");
 }
 
 }  // namespace
