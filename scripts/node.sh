@@ -14,6 +14,12 @@ need_node() {
 
 # Makes node_dir/node_modules: what the lock file names, and the binding itself.
 prepare_node() {
+    fetch_node_modules
+    rm -rf "$node_dir/node_modules/plenxsdk"
+    fill_node_package "$node_dir/node_modules/plenxsdk"
+}
+
+fetch_node_modules() {
     need_node
     mkdir -p "$node_dir"
     if ! cmp -s "$node_source/package-lock.json" "$node_dir/node_modules/.plenx-lock"; then
@@ -21,8 +27,6 @@ prepare_node() {
         step "fetch the npm packages" npm --prefix "$node_dir" ci
         cp "$node_source/package-lock.json" "$node_dir/node_modules/.plenx-lock"
     fi
-    rm -rf "$node_dir/node_modules/plenxsdk"
-    fill_node_package "$node_dir/node_modules/plenxsdk"
 }
 
 # fill_node_package FOLDER: everything but the DLLs

@@ -204,7 +204,7 @@ compare_builds() {
 test_package() {
     local prefix status=0 log=$log_dir/package-tests.txt sign= password= timestamp=
     need_packages "${package_packages[@]}"
-    prepare_node
+    fetch_node_modules
     compile_windows product
     fetch_windows_dotnet
     make_package
