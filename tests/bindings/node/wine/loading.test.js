@@ -48,6 +48,32 @@ test('the DLLs may lie in a folder of the application', async () => {
   assert.deepEqual(await load(place, package_, own), ['version 1']);
 });
 
+test('a process has one set of DLLs', async () => {
+  const place = new Place('second');
+  const own = path.join(place.folder, 'native');
+  fs.cpSync(dlls, own, { recursive: true });
+  assert.deepEqual(await load(place, package_, own, own, dlls), [
+    'version 1',
+    'version 1',
+    'PLENX_ALREADY_OPEN',
+    `plenxsdk is open already, from ${windowsPath(own)}`,
+  ]);
+});
+
+test('without koffi for this system, the package says what to do', async () => {
+  const place = new Place('no-koffi');
+  const folder = path.join(place.folder, 'plenxsdk');
+  const koffi = path.join(folder, 'node_modules', 'koffi');
+  layOut(folder, folder);
+  fs.mkdirSync(koffi, { recursive: true });
+  fs.writeFileSync(path.join(koffi, 'index.js'), "throw new Error('no native module');\n");
+  assert.deepEqual(await load(place, folder), [
+    'PLENX_KOFFI',
+    'koffi cannot be loaded: no native module (an application that is packed on another system ' +
+      'needs npm install --os=win32 --cpu=x64)',
+  ]);
+});
+
 // The folder in which a host is started is one that Windows looks into, unless it is told not to.
 test('DLLs of the same names elsewhere are not taken', async () => {
   const place = new Place('elsewhere');

@@ -1,14 +1,21 @@
 'use strict';
 
-// Prints what loading the package of that folder gives.
+// Prints what loading the package of that folder gives. The arguments are that folder and, each for
+// one call, the folders of the DLLs.
 
 const { open } = require(process.argv[2]);
 
-try {
-  const sdk = open(process.argv[3] && { folder: process.argv[3] });
-  sdk.openQueue().close();
-  console.log(`version ${sdk.abi}`);
-} catch (error) {
-  console.log(error.code);
-  console.log(error.message);
+function load(options) {
+  try {
+    const sdk = open(options);
+    sdk.openQueue().close();
+    console.log(`version ${sdk.abi}`);
+  } catch (error) {
+    console.log(error.code);
+    console.log(error.message);
+  }
 }
+
+const folders = process.argv.slice(3);
+if (folders.length === 0) load();
+for (const folder of folders) load({ folder });
