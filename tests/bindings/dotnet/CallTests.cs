@@ -9,92 +9,98 @@ public sealed class CallTests
 {
     private const string Text = "n\u00e4me\0\U0001F600";
 
-    private static readonly byte[] AsBytes = Encoding.UTF8.GetBytes(Text);
-
     public CallTests()
     {
         Services.Start();
     }
 
-    private static void Reaches(Action call, params byte[][] parts)
+    private static void Reaches(Action call, int request, params byte[][] arguments)
     {
         call();
-        Check.True(Services.HaveReceived(parts), "no request holds the arguments");
+        Check.True(Services.HaveReceived(request, arguments), "the service got no such request");
     }
 
-    private static byte[] Utf8(string text)
+    private static byte[] InMessage(string text)
     {
-        return Encoding.UTF8.GetBytes(text);
+        return Encoding.UTF8.GetBytes(text + "\0");
+    }
+
+    private static byte[] InMessage(int number)
+    {
+        return BitConverter.GetBytes(number);
     }
 
     [Test]
     public void StartReachesTheService()
     {
-        Reaches(() => Plenx.Start(PlenxService.Pc, Text, "argument"), AsBytes, Utf8("argument"));
+        Reaches(() => Plenx.Start(PlenxService.Pc, Text, "argument"), 0, InMessage(Text + "_1"),
+            InMessage(2), InMessage("argument"));
     }
 
     [Test]
     public void StopReachesTheService()
     {
-        Reaches(() => Plenx.Stop(PlenxService.Pc, Text), AsBytes);
+        Reaches(() => Plenx.Stop(PlenxService.Pc, Text), 1, InMessage(Text + "_1"));
     }
 
     [Test]
     public void LocalDeviceOnlineReachesTheService()
     {
-        Reaches(() => Plenx.LocalDeviceOnline(PlenxService.Pc, "g", Text, new byte[] { 0, 255 }),
-            AsBytes, new byte[] { 0, 255 });
+        Reaches(() => Plenx.LocalDeviceOnline(PlenxService.Pc, "g", Text, new byte[] { 0, 255 }), 2,
+            InMessage("g_1"), InMessage(Text), InMessage(0), InMessage(2), new byte[] { 0, 255 });
     }
 
     [Test]
     public void LocalDeviceOnlineMayHaveNoBytes()
     {
-        Reaches(() => Plenx.LocalDeviceOnline(PlenxService.Pc, "g", Text, new byte[0]), AsBytes);
+        Reaches(() => Plenx.LocalDeviceOnline(PlenxService.Pc, "g", Text, new byte[0]), 2,
+            InMessage("g_1"), InMessage(Text), InMessage(0), InMessage(0));
     }
 
     [Test]
     public void RemoteDeviceOnlineReachesTheService()
     {
-        Reaches(() => Plenx.RemoteDeviceOnline(PlenxService.Pc, Text, "device"), AsBytes,
-            Utf8("device"));
+        Reaches(() => Plenx.RemoteDeviceOnline(PlenxService.Pc, Text, "device"), 2,
+            InMessage(Text + "_1"), InMessage("device"), InMessage(1), InMessage(0));
     }
 
     [Test]
     public void LocalDeviceOfflineReachesTheService()
     {
-        Reaches(() => Plenx.LocalDeviceOffline(PlenxService.Pc, "g", Text, -5), AsBytes,
-            BitConverter.GetBytes(-5));
+        Reaches(() => Plenx.LocalDeviceOffline(PlenxService.Pc, "g", Text, -5), 3,
+            InMessage("g_1"), InMessage(Text), InMessage(0), InMessage(-5));
     }
 
     [Test]
     public void RemoteDeviceOfflineReachesTheService()
     {
-        Reaches(() => Plenx.RemoteDeviceOffline(PlenxService.Pc, "g", Text, 99), AsBytes,
-            BitConverter.GetBytes(99));
+        Reaches(() => Plenx.RemoteDeviceOffline(PlenxService.Pc, "g", Text, 99), 3,
+            InMessage("g_1"), InMessage(Text), InMessage(1), InMessage(99));
     }
 
     [Test]
     public void DeviceNameChangedReachesTheService()
     {
-        Reaches(() => Plenx.DeviceNameChanged(Text), AsBytes);
+        Reaches(() => Plenx.DeviceNameChanged(Text), 4, InMessage(Text));
     }
 
     [Test]
     public void RecvRemoteMessageReachesTheService()
     {
-        Reaches(() => Plenx.RecvRemoteMessage(-4, 4000000000, new byte[] { 0, 254, 7 }),
-            BitConverter.GetBytes(-4), BitConverter.GetBytes(4000000000), new byte[] { 0, 254, 7 });
+        Reaches(() => Plenx.RecvRemoteMessage(-4, 4000000000, new byte[] { 0, 254, 7 }), 5,
+            InMessage(-4), BitConverter.GetBytes(4000000000), new byte[] { 0, 254, 7, 0 });
     }
 
     [Test]
     public void SettingsReachTheServiceAtItsNextStart()
     {
         Plenx.SetInt64(PlenxService.Pc, PlenxKey.Integer2, -9000000000);
+        Plenx.Start(PlenxService.Pc, "g", "a");
+        Check.True(Services.HaveReceived(8, InMessage(2), BitConverter.GetBytes(-9000000000)),
+            "no integer");
         Plenx.SetString(PlenxService.Pc, PlenxKey.Locale, Text);
         Plenx.Start(PlenxService.Pc, "g", "a");
-        string received = string.Concat(Services.Received());
-        Check.True(received.Contains(Hexadecimal(BitConverter.GetBytes(-9000000000))), "no integer");
-        Check.True(received.Contains(Hexadecimal(AsBytes)), "no text");
+        Check.True(Services.HaveReceived(7, InMessage(1), InMessage(Text)), "no text");
     }
 
     [Test]
@@ -198,10 +204,5 @@ public sealed class CallTests
         {
             Services.SetEnding(false);
         }
-    }
-
-    private static string Hexadecimal(byte[] bytes)
-    {
-        return string.Concat(bytes.Select(one => one.ToString("x2")));
     }
 }

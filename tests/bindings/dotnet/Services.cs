@@ -49,10 +49,13 @@ public static class Services
         return text.Split(new[] { '\n' }, StringSplitOptions.RemoveEmptyEntries).ToList();
     }
 
-    /// <summary>Whether one request holds all these bytes.</summary>
-    public static bool HaveReceived(params byte[][] parts)
+    /// <summary>Whether the PC service got this request; the arguments are the end of a message.
+    /// </summary>
+    public static bool HaveReceived(int request, params byte[][] arguments)
     {
-        return Received().Any(line => parts.All(part => line.Contains(Hexadecimal(part))));
+        string head = "PLENXPCService " + request + " ";
+        string end = string.Concat(arguments.Select(Hexadecimal));
+        return Received().Any(line => line.StartsWith(head) && line.EndsWith(end));
     }
 
     public static void SetOfficeDir(string folder, int code)

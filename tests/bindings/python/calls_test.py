@@ -8,46 +8,52 @@ import pytest
 from plenxsdk import PlenxError, Result, Service, native
 
 TEXT = "näme\0\U0001f600"
-AS_BYTES = TEXT.encode()
 
 
-def little_endian(number, size=4):
-    return (number % 2**(8 * size)).to_bytes(size, "little")
+def number(value, size=4):
+    return (value % 2**(8 * size)).to_bytes(size, "little")
 
 
+def text(value):
+    return value.encode() + b"\0"
+
+
+# Each call, the number of the request that the service gets, and what is in it.
 CALLS = {
-    "start": (lambda plenx: plenx.start(Service.PC, TEXT, "argument"), [AS_BYTES, b"argument"]),
-    "stop": (lambda plenx: plenx.stop(Service.PC, TEXT), [AS_BYTES]),
+    "start": (lambda plenx: plenx.start(Service.PC, TEXT, "argument"), 0,
+              [text(TEXT + "_1"), number(2), text("argument")]),
+    "stop": (lambda plenx: plenx.stop(Service.PC, TEXT), 1, [text(TEXT + "_1")]),
     "local_device_online": (
-        lambda plenx: plenx.local_device_online(1, "g", TEXT, b"\0\xff"), [AS_BYTES, b"\0\xff"]),
+        lambda plenx: plenx.local_device_online(1, "g", TEXT, b"\0\xff"), 2,
+        [text("g_1"), text(TEXT), number(0), number(2), b"\0\xff"]),
     "remote_device_online": (
-        lambda plenx: plenx.remote_device_online(1, TEXT, "device"), [AS_BYTES, b"device"]),
+        lambda plenx: plenx.remote_device_online(1, TEXT, "device"), 2,
+        [text(TEXT + "_1"), text("device"), number(1), number(0)]),
     "local_device_offline": (
-        lambda plenx: plenx.local_device_offline(1, "g", TEXT, -5), [AS_BYTES, little_endian(-5)]),
+        lambda plenx: plenx.local_device_offline(1, "g", TEXT, -5), 3,
+        [text("g_1"), text(TEXT), number(0), number(-5)]),
     "remote_device_offline": (
-        lambda plenx: plenx.remote_device_offline(1, "g", TEXT, 99), [AS_BYTES, little_endian(99)]),
-    "device_name_changed": (lambda plenx: plenx.device_name_changed(TEXT), [AS_BYTES]),
+        lambda plenx: plenx.remote_device_offline(1, "g", TEXT, 99), 3,
+        [text("g_1"), text(TEXT), number(1), number(99)]),
+    "device_name_changed": (lambda plenx: plenx.device_name_changed(TEXT), 4, [text(TEXT)]),
     "recv_remote_message": (
-        lambda plenx: plenx.recv_remote_message(-4, 4000000000, TEXT),
-        [AS_BYTES, little_endian(-4), little_endian(4000000000)]),
+        lambda plenx: plenx.recv_remote_message(-4, 4000000000, TEXT), 5,
+        [number(-4), number(4000000000), text(TEXT)]),
+    "set_string": (
+        lambda plenx: (plenx.set_string(Service.PC, plenxsdk.Key.LOCALE, TEXT),
+                       plenx.start(Service.PC, "g", "a")), 7, [number(1), text(TEXT)]),
+    "set_int64": (
+        lambda plenx: (plenx.set_int64(Service.PC, plenxsdk.Key.INTEGER_2, -9000000000),
+                       plenx.start(Service.PC, "g", "a")), 8, [number(2), number(-9000000000, 8)]),
 }
 
 
 @pytest.mark.parametrize("name", CALLS)
 def test_a_call_brings_its_arguments_to_the_service(plenx, dll, services, name):
     dll.fake_wait_for_init()  # the PC service runs, whatever an earlier test has stopped
-    call, texts = CALLS[name]
+    call, request, arguments = CALLS[name]
     call(plenx)
-    assert services.received_texts(*texts)
-
-
-def test_settings_reach_the_service_at_its_next_start(plenx, dll, services):
-    dll.fake_wait_for_init()
-    plenx.set_int64(Service.PC, plenxsdk.Key.INTEGER_2, -9000000000)
-    plenx.set_string(Service.PC, plenxsdk.Key.LOCALE, TEXT)
-    plenx.start(Service.PC, "g", "a")
-    received = "\n".join(services.received())
-    assert little_endian(-9000000000, 8).hex() in received and AS_BYTES.hex() in received
+    assert services.has_received(request, *arguments)
 
 
 def test_get_int64_tells_whether_a_service_runs(plenx, dll):
@@ -145,11 +151,11 @@ def test_an_observer_hears_everything_through_the_native_functions(plenx, servic
             return 0
         return function
 
-    def text(address, length):
+    def heard_text(address, length):
         return ctypes.string_at(address, length).decode()
 
     def answer(user, service, group, length, link, status):
-        heard.append(("link", user, service, text(group, length), link))
+        heard.append(("link", user, service, heard_text(group, length), link))
         status[0] = 77
         return 0
 
@@ -157,20 +163,20 @@ def test_an_observer_hears_everything_through_the_native_functions(plenx, servic
         size=ctypes.sizeof(native.Observer), user=5,
         send_local_message=native.SendLocalMessage(
             lambda user, kind, length, message, size: hear("message")(
-                user, kind, length, text(message, size))),
+                user, kind, length, heard_text(message, size))),
         notify_connect=native.NotifyGroup(
-            lambda user, service, group, size: hear("connect")(user, service, text(group, size))),
+            lambda user, service, group, size: hear("connect")(user, service, heard_text(group, size))),
         notify_disconnect=native.NotifyGroup(
-            lambda user, service, group, size: hear("disconnect")(user, service, text(group, size))),
+            lambda user, service, group, size: hear("disconnect")(user, service, heard_text(group, size))),
         notify_reconnect=native.NotifyGroup(
-            lambda user, service, group, size: hear("reconnect")(user, service, text(group, size))),
+            lambda user, service, group, size: hear("reconnect")(user, service, heard_text(group, size))),
         query_link_status=native.QueryLinkStatus(answer),
         notify_status=native.NotifyStatus(
             lambda user, service, group, size, kind, value: hear("status")(
-                user, service, text(group, size), kind, value)),
+                user, service, heard_text(group, size), kind, value)),
         notify_error=native.NotifyError(hear("error")),
         notify_disk_name=native.NotifyDiskName(
-            lambda user, name, size: hear("disk")(user, text(name, size))))
+            lambda user, name, size: hear("disk")(user, heard_text(name, size))))
     subscription = ctypes.c_void_p()
     assert plenx.dll.plenx_observe(observer, subscription) == 0
     services.notify(9, "m\0", -4, 7)

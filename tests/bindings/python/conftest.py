@@ -32,9 +32,10 @@ class Services:
     def received(self):
         return self.dll.fake_received().decode().splitlines()
 
-    def received_texts(self, *texts):
-        """Whether one request holds all the texts."""
-        return any(all(text.hex() in line for text in texts) for line in self.received())
+    def has_received(self, request, *arguments):
+        """Whether the PC service got this request; the arguments are the end of a message."""
+        head, end = f"PLENXPCService {request} ", b"".join(arguments).hex()
+        return any(line.startswith(head) and line.endswith(end) for line in self.received())
 
 
 @pytest.fixture(scope="session")
