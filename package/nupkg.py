@@ -12,14 +12,10 @@ from __future__ import annotations
 import sys
 from pathlib import Path
 
+import sdk_files
 import stable_zip
 
 BINDING = Path(__file__).resolve().parents[1] / "bindings" / "dotnet"
-sys.path.insert(0, str(BINDING.parent / "python"))
-
-from plenxsdk.native import DLLS  # noqa: E402
-
-LICENSES = ("gcc-mingw-w64-base.txt", "mingw-w64-common.txt")
 
 NUSPEC = """<?xml version="1.0" encoding="utf-8"?>
 <package xmlns="http://schemas.microsoft.com/packaging/2013/05/nuspec.xsd">
@@ -64,10 +60,9 @@ def content(package: Path, built: Path, version: str) -> dict[str, bytes]:
              "build/net461/plenxsdk.targets": (BINDING / "plenxsdk.targets").read_bytes()}
     for name in ("plenxsdk.net.dll", "plenxsdk.net.xml"):
         files[f"lib/netstandard2.0/{name}"] = (built / name).read_bytes()
-    for name in LICENSES:
-        files[f"licenses/{name}"] = (package / "licenses" / name).read_bytes()
-    for name in sorted(DLLS):
-        files[f"runtimes/win-x64/native/{name}"] = (package / "bin" / name).read_bytes()
+    files.update(sdk_files.dlls(package, "runtimes/win-x64/native"))
+    files.update(sdk_files.development(package, "development"))
+    files.update(sdk_files.licenses(package, "licenses"))
     return {"[Content_Types].xml": content_types(list(files)).encode(), **files}
 
 

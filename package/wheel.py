@@ -14,16 +14,11 @@ import hashlib
 import sys
 from pathlib import Path
 
+import sdk_files
 import stable_zip
 
 BINDING = Path(__file__).resolve().parents[1] / "bindings" / "python"
-sys.path.insert(0, str(BINDING))
-
-from plenxsdk import native  # noqa: E402
-
 TAG = "py3-none-win_amd64"
-# These are the licences of the C++ run time, which the wheel passes on.
-LICENSES = ("gcc-mingw-w64-base.txt", "mingw-w64-common.txt")
 
 
 def metadata(version: str) -> str:
@@ -39,14 +34,13 @@ def metadata(version: str) -> str:
 def content(package: Path, version: str) -> dict[str, bytes]:
     files = {f"plenxsdk/{file.name}": file.read_bytes()
              for file in sorted((BINDING / "plenxsdk").iterdir()) if file.is_file()}
-    files.update((f"plenxsdk/{name}", (package / "bin" / name).read_bytes())
-                 for name in sorted(native.DLLS))
+    files.update(sdk_files.dlls(package, "plenxsdk"))
+    files.update(sdk_files.development(package, "plenxsdk/development"))
     info = f"plenxsdk-{version}.dist-info"
     files[f"{info}/METADATA"] = metadata(version).encode()
     files[f"{info}/WHEEL"] = (f"Wheel-Version: 1.0\nGenerator: plenxsdk\nRoot-Is-Purelib: false\n"
                               f"Tag: {TAG}\n").encode()
-    for name in LICENSES:
-        files[f"{info}/licenses/{name}"] = (package / "licenses" / name).read_bytes()
+    files.update(sdk_files.licenses(package, f"{info}/licenses"))
     files[f"{info}/RECORD"] = record(files, f"{info}/RECORD")
     return files
 

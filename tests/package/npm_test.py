@@ -9,7 +9,7 @@ import tarfile
 
 import pytest
 
-from binding_dlls import expect_those_of_the_sdk
+from binding_files import expect_those_of_the_sdk
 from conftest import run
 from contents_test import SOURCES
 

@@ -11,8 +11,9 @@ import zipfile
 
 import pytest
 
-from binding_dlls import expect_loads, expect_those_of_the_sdk
-from conftest import APP_FILES, run, unpack_into, windows_path
+from binding_files import (expect_all_licences, expect_development_files, expect_loads,
+                           expect_those_of_the_sdk)
+from conftest import run, unpack_into, windows_path
 from contents_test import SOURCES
 
 README = os.path.join(SOURCES, "bindings", "dotnet", "README.md")
@@ -141,13 +142,11 @@ def run_on_windows(tmp_path, program, unpacked, version):
 
 
 @pytest.fixture
-def install_folder(package):
+def install_folder(unpacked):
     """What the README asks for before a host can run."""
     plenx = pathlib.Path(os.environ["WINEPREFIX"]) / "drive_c" / "Plenx"
     (plenx / "Data").mkdir(parents=True)
-    (plenx / "App").mkdir()
-    for name in APP_FILES:
-        shutil.copy(package / "bin" / name, plenx / "App")
+    shutil.copytree(unpacked / "development", plenx / "App")
     yield plenx
     shutil.rmtree(plenx)
 
@@ -182,7 +181,8 @@ def test_the_dlls_are_those_of_the_sdk(unpacked, package):
 
 def test_no_dll_has_the_name_of_the_assembly(unpacked):
     """They would lie in one folder, where Windows takes no notice of capitals."""
-    names = [path.name.lower() for path in unpacked.rglob("*.dll")]
+    names = [path.name.lower() for path in unpacked.rglob("*.dll")
+             if path.parent.name != "development"]
     assert len(names) == len(set(names)) == 8
 
 
@@ -199,10 +199,12 @@ def test_the_file_for_dotnet_framework_names_the_folder_of_the_dlls(unpacked):
         unpacked / "runtimes" / "win-x64" / "native").resolve()
 
 
-def test_the_licences_of_the_run_time_are_there(unpacked, package):
-    for name in ("gcc-mingw-w64-base.txt", "mingw-w64-common.txt"):
-        assert (unpacked / "licenses" / name).read_bytes() == (
-            package / "licenses" / name).read_bytes()
+def test_all_licences_are_there(unpacked, package):
+    expect_all_licences(unpacked / "licenses", package)
+
+
+def test_the_files_for_development_are_those_of_the_sdk(unpacked, package):
+    expect_development_files(unpacked / "development", package)
 
 
 def test_the_page_of_the_package_is_its_readme(unpacked):

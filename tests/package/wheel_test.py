@@ -11,9 +11,12 @@ import zipfile
 
 import pytest
 
-from binding_dlls import expect_loads, expect_those_of_the_sdk
+from binding_files import (expect_all_licences, expect_development_files, expect_loads,
+                           expect_those_of_the_sdk)
 from conftest import run
 from contents_test import SOURCES
+
+README = os.path.join(SOURCES, "bindings", "python", "README.md")
 
 
 @pytest.fixture(scope="module")
@@ -66,17 +69,25 @@ def test_the_installed_files_are_those_of_the_sources_and_of_the_sdk(installed, 
     expect_those_of_the_sdk(folder, package)
 
 
-def test_the_licences_of_the_run_time_are_there(installed, package):
+def test_all_licences_are_there(installed, package):
     (folder,) = installed.glob("plenxsdk-*.dist-info/licenses")
-    for name in ("gcc-mingw-w64-base.txt", "mingw-w64-common.txt"):
-        assert (folder / name).read_bytes() == (package / "licenses" / name).read_bytes()
+    expect_all_licences(folder, package)
+
+
+def test_the_command_of_the_readme_makes_an_install_folder(installed, package, tmp_path):
+    with open(README, encoding="utf-8") as file:
+        (program,) = re.findall(r'python -c "(.*)"', file.read())
+    program = program.replace("C:/Plenx/App", str(tmp_path / "App"))
+    result = run("/usr/bin/python3", "-c", program, env={"PYTHONPATH": str(installed)})
+    assert result.returncode == 0, result.stdout
+    expect_development_files(tmp_path / "App", package)
 
 
 def test_the_page_of_the_package_is_its_readme(wheel):
     with zipfile.ZipFile(wheel) as file:
         (name,) = [name for name in file.namelist() if name.endswith("/METADATA")]
         page = file.read(name).decode()
-    with open(os.path.join(SOURCES, "bindings", "python", "README.md"), encoding="utf-8") as file:
+    with open(README, encoding="utf-8") as file:
         readme = file.read()
     assert page.split("\n\n", 1)[1] == readme
     assert not re.search(r"\]\((?!https?://)", readme), "a link that leads nowhere from there"

@@ -1,8 +1,8 @@
-"""Shows that the DLLs in a language's package are those of the SDK, and that they load from there."""
+"""Shows that the files in a language's package are those of the SDK, and that the DLLs load there."""
 
 import re
 
-from conftest import TRIPLE, run, windows_path
+from conftest import APP_FILES, TRIPLE, run, windows_path
 
 # Loads the DLL as the bindings let Windows load it: by its absolute path, without PATH and without
 # the current folder. Ends with 7 when a call came back.
@@ -33,6 +33,17 @@ def expect_those_of_the_sdk(folder, package):
         assert dll.read_bytes() == (package / "bin" / dll.name).read_bytes(), dll.name
     needed = set().union(*(imports(dll) for dll in dlls)) - SYSTEM
     assert needed | {"plenxsdk_c.dll"} == {dll.name.lower() for dll in dlls}
+
+
+def expect_development_files(folder, package):
+    assert sorted(path.name for path in folder.iterdir()) == sorted(APP_FILES)
+    for name in APP_FILES:
+        assert (folder / name).read_bytes() == (package / "bin" / name).read_bytes(), name
+
+
+def expect_all_licences(folder, package):
+    told = {path.name: path.read_bytes() for path in folder.iterdir()}
+    assert told == {path.name: path.read_bytes() for path in (package / "licenses").iterdir()}
 
 
 def expect_loads(folder, tmp_path):
