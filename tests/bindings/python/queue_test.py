@@ -78,10 +78,9 @@ def test_the_outcome_of_a_call_comes_as_an_event(plenx, dll, queue):
 
 
 def test_next_without_an_event_gives_none_in_time(queue):
-    start = time.monotonic()
     assert queue.next(0) is None
-    assert time.monotonic() - start < 0.4
-    assert queue.next(0.6) is None
+    start = time.monotonic()
+    assert queue.next(0.6) is None  # longer than one wait inside
     assert time.monotonic() - start >= 0.6
 
 
@@ -100,11 +99,13 @@ def test_a_waiting_thread_gets_the_event(queue, services, timeout):
 
 
 def test_a_wait_lets_other_threads_run(queue):
-    join = in_thread(lambda: queue.next(0.5))
+    join = in_thread(lambda: queue._take(20000))
+    time.sleep(0.1)
     start = time.monotonic()
-    sum(range(1000))
-    assert time.monotonic() - start < 0.4
-    join()
+    queue.cancel()
+    with pytest.raises(PlenxError):
+        join()
+    assert time.monotonic() - start < 10
 
 
 def test_ten_threads_take_every_event_once(queue, services):
