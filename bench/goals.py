@@ -61,6 +61,15 @@ def at_most(most, text):
     return Goal(text, check)
 
 
+def allocations(most):
+    def check(results, row, world):
+        ours = results.get(row, world, "ours")
+        if ours is None or ours.allocations is None:
+            return None
+        return number(ours.allocations), ours.allocations <= most
+    return Goal(f"calls of the allocator: at most {most}", check)
+
+
 def more_than(contender, most, text):
     def check(results, row, world):
         ours, other = results.get(row, world, "ours"), results.get(row, world, contender)
@@ -151,6 +160,8 @@ ROWS = (
     Row("16 queue event", "pushed, a thread wakes, takes and frees it",
         (of_limit(1.2), allocations(1))),
     Row("16 memory after events", "still in use after a million of them", (MEMORY_BACK,)),
+    Row("17 Node call", "a call with a text through the npm package, in a second"),
+    Row("17 Node event", "events that wait in a queue, taken through the npm package, in a second"),
     Row("14 CPU", "used in 60 s after Start", (at_most(0, "none"),)),
     Row("14 wake-ups", "in 60 s after Start", (at_most(0, "none"),)),
     Row("14 growth", "of private bytes in 60 s after Start", (at_most(0, "none"),)),

@@ -80,4 +80,5 @@ bench_windows() {
             --json "$(windows_path "$bench_dir/$name.json")"
         drop_prefix "$prefix"
     done
+    bench_node
 }
