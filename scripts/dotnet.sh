@@ -41,10 +41,12 @@ test_dotnet() {
     step "compare the two assemblies" \
         cmp "$dotnet_build/$dotnet_assembly.dll" "$dotnet_build/again/$dotnet_assembly.dll"
     step "build the tests of the binding for .NET" build_dotnet_tests
-    LD_LIBRARY_PATH=$(dirname "$c_interface_for_linux") \
+    # The icons of the services go into the current folder.
+    mkdir -p "$dotnet_build/tests/machine"
+    (cd "$dotnet_build/tests/machine" && LD_LIBRARY_PATH=$(dirname "$c_interface_for_linux") \
         PLENX_DECLARATIONS=$dotnet_build/tests/declarations.txt timeout -k 10 300 \
         mono --debug "$dotnet_build/tests/tests.exe" "$results_dir/dotnet.xml" \
-        >"$log" 2>&1 </dev/null || status=$?
+        >"$log" 2>&1 </dev/null) || status=$?
     report dotnet "the binding for .NET" $status "$log"
 }
 

@@ -2,7 +2,6 @@
 
 using System;
 using System.Collections.Generic;
-using System.IO;
 using System.Linq;
 using System.Runtime.InteropServices;
 using System.Text;
@@ -20,10 +19,6 @@ public static class Services
         {
             if (!ready)
             {
-                // The icons of the services go into the current folder.
-                string folder = Path.Combine(Path.GetTempPath(), "plenx-test-" + Guid.NewGuid());
-                Directory.CreateDirectory(folder);
-                Directory.SetCurrentDirectory(folder);
                 fake_machine();
                 Plenx.Init("C:\\App", "C:\\Data", "third", true);
                 ready = true;
