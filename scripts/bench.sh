@@ -32,6 +32,11 @@ command_bench() {
     python3 -B bench/table.py "${table[@]}" "$bench_dir"/*.json
 }
 
+compile_native_benches() {
+    configure "$bench_build" -DPLENX_BENCH=ON -DCMAKE_BUILD_TYPE=RelWithDebInfo
+    step "build the native benchmarks" ninja -C "$bench_build" bench
+}
+
 # Runs every benchmark in an order that changes from one repetition to the next, then all once more to
 # count the calls of the allocator.
 bench_native() {
@@ -42,8 +47,7 @@ bench_native() {
         often=(--benchmark_repetitions=9 --benchmark_min_time=0.002)
         export PLENX_BENCH_QUICK=1
     fi
-    configure "$bench_build" -DPLENX_BENCH=ON -DCMAKE_BUILD_TYPE=RelWithDebInfo
-    step "build the native benchmarks" ninja -C "$bench_build" bench
+    compile_native_benches
     for program in "${bench_programs[@]}"; do
         folder=$bench_build/bench/native/$program
         step "measure natively: $program" in_folder "$bench_dir" "$folder/bench_$program" \

@@ -12,15 +12,23 @@ check_format() {
 }
 
 # The folders whose sources clang-tidy checks so far. HeaderFilterRegex in .clang-tidy names those of headers.
-tidy_folders=(src support devservice kit c_interface companion examples)
+tidy_folders=(src support devservice kit c_interface companion examples bench)
 
 # check_tidy [COMMIT]: checks what has changed since the commit, or everything. A source that was
 # clean before is checked again only when it or something that it reads has changed. tidy.py reads what
-# the builds have compiled, so both worlds are built first.
+# the builds have compiled, so both worlds are built first. The benchmarks are built only to check
+# everything, because they need packages that nothing else needs.
 check_tidy() {
-    compile_windows all
+    local -a builds=("$build_dir/native-plain" "$windows_build")
+    if [ "${1:-all}" = all ]; then
+        compile_native_benches
+        compile_windows all bench_windows
+        builds+=("$bench_build")
+    else
+        compile_windows all
+    fi
     step "run clang-tidy" python3 scripts/tidy.py clang-tidy-19 "$build_dir/tidy" "${1:-all}" \
-        "$build_dir/native-plain" "$windows_build" -- "${tidy_folders[@]}"
+        "${builds[@]}" -- "${tidy_folders[@]}"
 }
 
 # Prints the commit to compare with: the one where this branch left main, or on main itself the one
@@ -54,7 +62,7 @@ check_for_msvc() {
 }
 
 command_lint() {
-    need_packages "${native_packages[@]}" "${windows_packages[@]}" "${lint_packages[@]}"
+    need_packages "${bench_packages[@]}" "${lint_packages[@]}"
     warnings_are_errors=true
     step "check the format" check_format
     build_native plain

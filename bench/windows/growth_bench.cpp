@@ -61,7 +61,7 @@ double Jobs(std::size_t count) {
 }
 
 const std::vector<std::uint8_t>& Bytes() {
-    static const std::vector<std::uint8_t> bytes(64 * kKibibyte * kKibibyte, 1);
+    static const std::vector<std::uint8_t> bytes(std::size_t{64} << 20, 1);
     return bytes;
 }
 

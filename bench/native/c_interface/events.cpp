@@ -56,8 +56,8 @@ void MemoryAfterEvents(benchmark::State& state) {
     state.counters["bytes_left"] = static_cast<double>(BytesInUse()) - static_cast<double>(before);
 }
 
-[[maybe_unused]] const int events = RegisterEvents<Ours>("ours");
-[[maybe_unused]] const auto* const memory =
+[[maybe_unused]] const int kRegisteredEvents = RegisterEvents<Ours>("ours");
+[[maybe_unused]] const auto* const kRegisteredMemory =
     benchmark::RegisterBenchmark("16 memory after events/ours", MemoryAfterEvents)
         ->Iterations(1)
         ->Repetitions(1);

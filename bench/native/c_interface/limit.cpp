@@ -57,7 +57,7 @@ private:
     bool stopped_ = false;
 };
 
-[[maybe_unused]] const int registered = RegisterEvents<Limit>("limit");
+[[maybe_unused]] const int kRegistered = RegisterEvents<Limit>("limit");
 
 }  // namespace
 }  // namespace bench

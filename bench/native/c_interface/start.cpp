@@ -34,8 +34,8 @@ int Register(const std::string& contender) {
     return 0;
 }
 
-[[maybe_unused]] const int ours = Register<Ours>("ours");
-[[maybe_unused]] const int theClass = Register<ClassOfTexts>("the class");
+[[maybe_unused]] const int kOurs = Register<Ours>("ours");
+[[maybe_unused]] const int kTheClass = Register<ClassOfTexts>("the class");
 
 }  // namespace
 }  // namespace bench

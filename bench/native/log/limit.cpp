@@ -85,7 +85,7 @@ private:
     Clock clock_;
 };
 
-[[maybe_unused]] const int registered = RegisterLogger<Limit>("limit");
+[[maybe_unused]] const int kRegistered = RegisterLogger<Limit>("limit");
 
 }  // namespace
 }  // namespace bench

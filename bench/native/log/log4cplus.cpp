@@ -68,7 +68,7 @@ private:
     log4cplus::Logger logger_;
 };
 
-[[maybe_unused]] const int registered = RegisterLogger<Log4cplus>("log4cplus");
+[[maybe_unused]] const int kRegistered = RegisterLogger<Log4cplus>("log4cplus");
 
 }  // namespace
 }  // namespace bench

@@ -48,7 +48,7 @@ public:
     }
 };
 
-[[maybe_unused]] const int registered = RegisterLogger<Ours>("ours");
+[[maybe_unused]] const int kRegistered = RegisterLogger<Ours>("ours");
 
 }  // namespace
 }  // namespace bench

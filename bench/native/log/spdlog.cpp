@@ -57,7 +57,7 @@ private:
     spdlog::logger logger_;
 };
 
-[[maybe_unused]] const int registered = RegisterLogger<Spdlog>("spdlog");
+[[maybe_unused]] const int kRegistered = RegisterLogger<Spdlog>("spdlog");
 
 }  // namespace
 }  // namespace bench

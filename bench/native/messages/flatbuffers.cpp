@@ -113,7 +113,7 @@ struct Fresh : Decoder {
     };
 };
 
-[[maybe_unused]] const int registered = RegisterMessages<Fresh>("flatbuffers");
+[[maybe_unused]] const int kRegistered = RegisterMessages<Fresh>("flatbuffers");
 
 }  // namespace
 }  // namespace bench

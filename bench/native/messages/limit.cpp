@@ -120,7 +120,7 @@ struct Limit {
     }
 };
 
-[[maybe_unused]] const int registered =
+[[maybe_unused]] const int kRegistered =
     RegisterMessages<Limit>("limit") + RegisterGrowth<Limit>("12 messages, the limit");
 
 }  // namespace

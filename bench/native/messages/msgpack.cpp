@@ -100,7 +100,7 @@ private:
     }
 };
 
-[[maybe_unused]] const int registered = RegisterMessages<MessagePack>("msgpack");
+[[maybe_unused]] const int kRegistered = RegisterMessages<MessagePack>("msgpack");
 
 }  // namespace
 }  // namespace bench

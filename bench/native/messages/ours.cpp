@@ -118,7 +118,7 @@ void MemoryAfterMessages(benchmark::State& state) {
     state.counters["bytes_left"] = static_cast<double>(BytesInUse()) - static_cast<double>(before);
 }
 
-[[maybe_unused]] const int registered = [] {
+[[maybe_unused]] const int kRegistered = [] {
     RegisterMessages<Ours>("ours");
     RegisterGrowth<Ours>("12 messages");
     benchmark::RegisterBenchmark("12 memory after messages/ours", MemoryAfterMessages)

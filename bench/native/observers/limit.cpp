@@ -32,7 +32,7 @@ private:
     std::vector<PLENXServiceObserver*> observers_;
 };
 
-[[maybe_unused]] const int registered = RegisterFanOut<Limit>("limit");
+[[maybe_unused]] const int kRegistered = RegisterFanOut<Limit>("limit");
 
 }  // namespace
 }  // namespace bench

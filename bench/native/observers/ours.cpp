@@ -87,7 +87,7 @@ void MemoryAfterObservers(benchmark::State& state) {
     state.counters["bytes_left"] = static_cast<double>(BytesInUse()) - static_cast<double>(before);
 }
 
-[[maybe_unused]] const int registered = [] {
+[[maybe_unused]] const int kRegistered = [] {
     RegisterFanOut<Ours>("(ours with its lines)");
     benchmark::RegisterBenchmark("5 three lines/ours", ThreeLines);
     benchmark::RegisterBenchmark("6 notification/ours", Notification);

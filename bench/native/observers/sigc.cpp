@@ -43,7 +43,7 @@ private:
         signal_;
 };
 
-[[maybe_unused]] const int registered = RegisterFanOut<Sigc>("sigc++");
+[[maybe_unused]] const int kRegistered = RegisterFanOut<Sigc>("sigc++");
 
 }  // namespace
 }  // namespace bench

@@ -39,7 +39,7 @@ private:
         signal_;
 };
 
-[[maybe_unused]] const int registered = RegisterFanOut<Signals2>("Boost.Signals2");
+[[maybe_unused]] const int kRegistered = RegisterFanOut<Signals2>("Boost.Signals2");
 
 }  // namespace
 }  // namespace bench

@@ -12,7 +12,7 @@ public:
     }
 };
 
-[[maybe_unused]] const int registered = RegisterQueue<Asio>("Boost.Asio");
+[[maybe_unused]] const int kRegistered = RegisterQueue<Asio>("Boost.Asio");
 
 }  // namespace
 }  // namespace bench

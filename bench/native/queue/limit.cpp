@@ -12,7 +12,7 @@ public:
     }
 };
 
-[[maybe_unused]] const int registered = RegisterQueue<Limit>("limit");
+[[maybe_unused]] const int kRegistered = RegisterQueue<Limit>("limit");
 
 }  // namespace
 }  // namespace bench

@@ -24,7 +24,7 @@ public:
     template <class Function>
     void Post(Function function) {
         std::packaged_task<void()> task(std::move(function));
-        const std::future<void> future = task.get_future();
+        static_cast<void>(task.get_future());
         tasks_.enqueue(std::move(task));
     }
 
@@ -42,7 +42,7 @@ private:
     std::thread worker_{[this] { Work(); }};
 };
 
-[[maybe_unused]] const int registered = RegisterQueue<Moodycamel>("moodycamel");
+[[maybe_unused]] const int kRegistered = RegisterQueue<Moodycamel>("moodycamel");
 
 }  // namespace
 }  // namespace bench

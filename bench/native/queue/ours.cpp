@@ -63,7 +63,7 @@ void MemoryAfterJobs(benchmark::State& state) {
     state.counters["bytes_left"] = static_cast<double>(BytesInUse()) - static_cast<double>(before);
 }
 
-[[maybe_unused]] const int registered = [] {
+[[maybe_unused]] const int kRegistered = [] {
     RegisterQueue<Ours>("ours");
     RegisterGrowth("1,000", 1000);
     RegisterGrowth("32,000", 32000);

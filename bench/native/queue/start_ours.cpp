@@ -15,7 +15,7 @@ public:
     }
 };
 
-[[maybe_unused]] const int registered = RegisterStart<Ours>("ours");
+[[maybe_unused]] const int kRegistered = RegisterStart<Ours>("ours");
 
 }  // namespace
 }  // namespace bench

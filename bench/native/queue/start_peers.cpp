@@ -76,8 +76,9 @@ public:
     }
 };
 
-[[maybe_unused]] const int registered = RegisterStart<Peer<AsioQueue, SpdlogLine>>("asio, spdlog") +
-                                        RegisterStart<Peer<LimitQueue, PrintedLine>>("limit");
+[[maybe_unused]] const int kRegistered =
+    RegisterStart<Peer<AsioQueue, SpdlogLine>>("asio, spdlog") +
+    RegisterStart<Peer<LimitQueue, PrintedLine>>("limit");
 
 }  // namespace
 }  // namespace bench

@@ -28,7 +28,7 @@ def main():
     names = imports(sys.argv[1], sys.argv[2], [name.lower() for name in sys.argv[3:]])
     for name in names:
         print(f"extern void* __imp_{name};")
-    print("void** const imports[] = {")
+    print("void** const kImports[] = {")
     for name in names:
         print(f"    &__imp_{name},")
     print("};")

@@ -3,7 +3,7 @@
 
 #include <string>
 
-extern "C" void** const imports[];
+extern "C" void** const kImports[];
 
 namespace DistributedFs {
 
@@ -13,7 +13,7 @@ public:
 
 private:
     std::string text_ = std::string(32, 'x');
-    void* const* imports_ = *imports;  // so that the linker keeps them
+    void* const* imports_ = *kImports;  // so that the linker keeps them
 };
 
 PLENXManager& PLENXManager::GetInstance() {
