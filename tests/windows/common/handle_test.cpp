@@ -25,7 +25,7 @@ TEST(Handle, MovesToANewOwner) {
     Handle first = MakeEvent();
     const HANDLE raw = first.Get();
     Handle second(std::move(first));
-    EXPECT_FALSE(first);
+    EXPECT_FALSE(first);  // NOLINT(bugprone-use-after-move): that it is empty now is the point
     EXPECT_EQ(second.Get(), raw);
     Handle third;
     third = std::move(second);
@@ -43,7 +43,7 @@ TEST(Handle, IsClosedWhenAnotherMovesOntoIt) {
     const HANDLE kept = second.Get();
     first = std::move(second);
     EXPECT_FALSE(IsOpen(old));
-    EXPECT_FALSE(second);
+    EXPECT_FALSE(second);  // NOLINT(bugprone-use-after-move): as above
     EXPECT_EQ(first.Get(), kept);
     EXPECT_TRUE(IsOpen(kept));
 }
