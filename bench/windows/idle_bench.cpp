@@ -75,7 +75,7 @@ Cost CostOf(const fs::path& process, DWORD processId) {
     }
     const std::string status = ReadAll(process / L"status");
     cost.bytes = (NumberOf("RssAnon", status) + NumberOf("VmSwap", status)) * 1024;
-    cost.handles = static_cast<std::int64_t>(PlenxTest::HandlesOf(processId));
+    cost.handles = static_cast<std::int64_t>(PlenxSupport::HandlesOf(processId));
     if (cost.nanoseconds == 0 || cost.switches == 0 || cost.bytes == 0 || cost.handles == 0) {
         throw std::runtime_error("the system does not tell what a process costs");
     }
