@@ -12,6 +12,12 @@ command_mutate() {
     build_native plain
     python3 tests/mutation/mutate.py "$build_dir/native-plain" --count "${1:-420}" \
         --seed "${2:-1}" --jobs "$(nproc)"
+    mutate_what_is_judged
+}
+
+# The judge of service programs must notice what is wrong with one.
+mutate_what_is_judged() {
+    python3 tests/mutation/mutate_judge.py "$build_dir/native-plain" --jobs "$(nproc)"
 }
 
 check_some_mutants() {

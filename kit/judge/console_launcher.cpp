@@ -1,6 +1,6 @@
 // Runs the program under judgement as an ordinary process, by a command of the user.
 
-#include <system_error>
+#include <chrono>
 
 #include "judge/launcher.h"
 #include "judge/manager_endpoint.h"
@@ -13,6 +13,7 @@ using PlenxSupport::Handle;
 
 constexpr DWORD kEnded = 0xDEAD;
 constexpr DWORD kEndOfProcess = 5000;
+constexpr std::chrono::milliseconds kUntilFree(3000);
 
 void Tell(const wchar_t* variable, const std::wstring& value) {
     SetEnvironmentVariableW(variable, value.c_str());
@@ -73,7 +74,7 @@ public:
         if (!End()) {
             return "the process of " + command_;
         }
-        return RemoveFolder(folders_.work);
+        return RemoveFolder(folders_.work, kUntilFree);
     }
 
 private:

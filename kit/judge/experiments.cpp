@@ -113,7 +113,7 @@ const Watched& FirstStart(Trial& trial) {
     return trial.Remember<Watched>("start", [&] {
         Service& service = *trial.Subject().AsService();
         service.End();
-        service.RemoveDataFolder();
+        service.RemoveDataFolder(kLongestLife);
         const Watched watched = service.Start({true, trial.Role()});
         PingAfterFirstStart(trial);
         return watched;

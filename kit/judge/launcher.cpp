@@ -15,7 +15,6 @@ namespace fs = std::filesystem;
 constexpr const wchar_t* kRoles[] = {L"office", L"pc", L"phone"};
 constexpr DWORD kUntilServed = 10000;
 constexpr DWORD kBetweenLooks = 20;
-constexpr DWORD kUntilFree = 3000;
 
 fs::path UsualWork() {
     const char* const drive = std::getenv("SystemDrive");
@@ -54,9 +53,9 @@ Folders MakeFolders(const Way& way) {
     return {work.wstring(), (work / kRoles[way.role]).wstring()};
 }
 
-std::string RemoveFolder(const std::wstring& folder) {
+std::string RemoveFolder(const std::wstring& folder, std::chrono::milliseconds longest) {
     std::error_code error;
-    const ULONGLONG end = GetTickCount64() + kUntilFree;
+    const ULONGLONG end = GetTickCount64() + static_cast<ULONGLONG>(longest.count());
     do {
         fs::remove_all(folder, error);
         if (!error) {

@@ -5,6 +5,7 @@
 
 #include <windows.h>
 
+#include <chrono>
 #include <memory>
 #include <string>
 
@@ -40,8 +41,8 @@ struct Folders {
 };
 
 Folders MakeFolders(const Way& way);
-/// @return why it cannot be removed, or nothing.
-std::string RemoveFolder(const std::wstring& folder);
+/// Tries for that long. @return why it cannot be removed, or nothing.
+std::string RemoveFolder(const std::wstring& folder, std::chrono::milliseconds longest);
 /// Waits until somebody listens at the endpoint.
 bool WaitUntilServed(const std::string& endpoint, HANDLE process);
 

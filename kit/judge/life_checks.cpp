@@ -11,6 +11,7 @@ namespace {
 using std::chrono::milliseconds;
 
 constexpr milliseconds kProcessEnds(1000);
+constexpr milliseconds kFolderIsFree(500);
 constexpr milliseconds kUntilANotification(1500);
 constexpr std::size_t kRequestsDuringTheStop = 10;
 
@@ -111,11 +112,14 @@ Outcome LifeChecks::LeavesItsFolder(Trial& trial) {
     if (!HasStopped(ServiceOf(trial).Stop())) {
         return Outcome::NotJudged("it has not reported stopped");
     }
-    const std::string reason = ServiceOf(trial).RemoveDataFolder();
+    const std::string reason = ServiceOf(trial).RemoveDataFolder(kFolderIsFree);
     if (reason.empty()) {
         return Outcome::Of({});
     }
-    return Outcome::Of({{"a data folder that can be removed", reason}});
+    return Outcome::Of(
+        {{"a data folder that can be removed: no file in it is open, and it is nobody's current "
+          "folder",
+          reason}});
 }
 
 Outcome LifeChecks::StartsAgain(Trial& trial) {

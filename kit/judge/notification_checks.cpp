@@ -23,7 +23,7 @@ constexpr milliseconds kQuiet(300);
 constexpr milliseconds kLongest(5000);
 constexpr std::int32_t kLeastOwnKind = 100;
 constexpr std::int32_t kMostFlushType = 2;
-const char* const kNone = "the program sent no such notification";
+const char* const kNone = "the program sent no exact notification of this kind";
 const char* const kSendsNone = "the program sends no notification after CreateGroup";
 
 bool IsNotification(std::int32_t id) {
@@ -130,7 +130,8 @@ Outcome NotificationChecks::SendsKnownIds(Trial& trial) {
                               Shown(notification.id, notification.message)});
         }
     }
-    return all.empty() ? Outcome::NotJudged(kNone) : Outcome::Of(std::move(faults));
+    return all.empty() ? Outcome::NotJudged("the program sent no notification")
+                       : Outcome::Of(std::move(faults));
 }
 
 Outcome NotificationChecks::SendsExactMessages(Trial& trial) {
@@ -150,7 +151,8 @@ Outcome NotificationChecks::SendsExactMessages(Trial& trial) {
                               Shown(notification.id, notification.message)});
         }
     }
-    return some ? Outcome::Of(std::move(faults)) : Outcome::NotJudged(kNone);
+    return some ? Outcome::Of(std::move(faults))
+                : Outcome::NotJudged("the program sent no notification");
 }
 
 Outcome NotificationChecks::NamesGroupsWithADigit(Trial& trial) {

@@ -87,8 +87,8 @@ public:
     /// Whether somebody serves the endpoint of that role.
     virtual bool Serves(int role) const = 0;
     virtual bool HasDataFolder() const = 0;
-    /// The reason why the data folder cannot be removed; empty when it is gone.
-    virtual std::string RemoveDataFolder() = 0;
+    /// Tries for that long. @return why the data folder cannot be removed; empty when it is gone.
+    virtual std::string RemoveDataFolder(std::chrono::milliseconds longest) = 0;
 };
 
 class Program {

@@ -17,13 +17,15 @@ constexpr char kHead[] = R"(<!DOCTYPE html>
 <meta name="color-scheme" content="light dark">
 <title>plenxkit judge</title>
 <style>
-body { font: 15px/1.5 system-ui, sans-serif; margin: 2rem auto; max-width: 76rem; padding: 0 1rem; }
+body { font: 15px/1.5 system-ui, sans-serif; margin: 2rem auto; max-width: 100rem; padding: 0 1rem; }
 h1 { font-size: 1.4rem; }
-table { border-collapse: collapse; width: 100%; }
+table { border-collapse: collapse; width: 100%; table-layout: fixed; }
 th, td { text-align: left; vertical-align: top; padding: .3rem .6rem;
   border-bottom: 1px solid #8885; }
 th { position: sticky; top: 0; background: Canvas; }
 td:first-child { white-space: nowrap; font-family: ui-monospace, monospace; }
+th:nth-child(1) { width: 13rem; } th:nth-child(2) { width: 4rem; } th:nth-child(3) { width: 18rem; }
+td, th { overflow-wrap: break-word; }
 .area td { font-weight: 600; padding-top: 1.2rem; }
 .passed { color: #1a7f37; } .failed { color: #cf222e; font-weight: 600; }
 .noted { color: #9a6700; } .notjudged { color: #888; }

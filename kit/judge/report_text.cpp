@@ -19,8 +19,19 @@ std::string Indented(const std::string& text, const std::string& indent) {
     return result;
 }
 
+// A line that was cut may end with a blank.
+std::string WithoutBlanksAtEnds(const std::string& text) {
+    std::istringstream stream(text);
+    std::string result;
+    for (std::string line; std::getline(stream, line);) {
+        result += line.substr(0, line.find_last_not_of(' ') + 1) + "\n";
+    }
+    return result;
+}
+
 std::string Labelled(const std::string& label, const std::string& text) {
-    return PlenxMessage::Hanging("    " + PlenxMessage::PadRight(label, kLabelWidth), text);
+    return WithoutBlanksAtEnds(
+        PlenxMessage::Hanging("    " + PlenxMessage::PadRight(label, kLabelWidth), text));
 }
 
 std::string MarkOf(const RunRecord& run, const Record& record) {
@@ -33,15 +44,22 @@ std::string MarkOf(const RunRecord& run, const Record& record) {
     return run.Fails(record) ? "FAIL" : "note";
 }
 
+// Says what came at the first of them that shows something else.
+std::string OtherThan(const Fault& first, const std::vector<Fault>& faults) {
+    const auto other = std::find_if(faults.begin(), faults.end(),
+                                    [&](const Fault& fault) { return fault.came != first.came; });
+    return other == faults.end() ? "" : ", such as: " + other->came;
+}
+
 std::string FaultsText(const std::vector<Fault>& faults) {
     const Fault& first = faults.front();
     std::string text = Labelled("expected", first.expected) + Labelled("came", first.came);
     if (!first.message.empty()) {
         text += "\n" + Indented(first.message, "        ") + "\n";
     }
-    const std::size_t more = faults.size() - 1;
-    if (more != 0) {
-        text += Labelled("", "and " + std::to_string(more) + " more, the next: " + faults[1].came);
+    if (faults.size() > 1) {
+        text += Labelled(
+            "", "and " + std::to_string(faults.size() - 1) + " more" + OtherThan(first, faults));
     }
     return text;
 }

@@ -22,6 +22,7 @@ constexpr const char* kEndpoints[] = {"PLENXOfficeService", "PLENXPCService", "P
 constexpr DWORD kStopPatience = 2000;  // the library's, while there is no larger checkpoint
 constexpr DWORD kBetweenLooks = 5;
 constexpr DWORD kEndOfProcess = 5000;
+constexpr milliseconds kUntilFree(3000);
 constexpr DWORD kUntilStopped = 1500;
 
 ServiceState StateOf(DWORD state) {
@@ -127,7 +128,7 @@ public:
         if (process_ && WaitForSingleObject(process_.Get(), 0) == WAIT_TIMEOUT) {
             return "the process of " + program_.u8string();
         }
-        return RemoveFolder(folders_.work);
+        return RemoveFolder(folders_.work, kUntilFree);
     }
 
     // Service
@@ -187,7 +188,9 @@ public:
 
     bool Serves(int role) const override { return IsServed(kEndpoints[role]); }
     bool HasDataFolder() const override { return fs::is_directory(folders_.data); }
-    std::string RemoveDataFolder() override { return RemoveFolder(folders_.data); }
+    std::string RemoveDataFolder(milliseconds longest) override {
+        return RemoveFolder(folders_.data, longest);
+    }
 
 private:
     void Register() {

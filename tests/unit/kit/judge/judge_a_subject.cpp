@@ -1,5 +1,5 @@
-// Judges the requests of the program that the arguments name, strictly, and prints the numbers of
-// the checks that failed. Exits with 1 when there are any.
+// Judges the requests and the notifications of the program that the arguments name, strictly, and
+// prints the numbers of the checks that failed. Exits with 1 when there are any.
 
 #include <iostream>
 
@@ -11,7 +11,8 @@ namespace {
 
 const std::vector<std::string> kRequests = {
     "serve,reply,create-group,delete-group,device-online,device-offline,name-changed",
-    "recv-remote-message,set-string-config,set-int64-config,ping,text,flag,message,call,refuse"};
+    "recv-remote-message,set-string-config,set-int64-config,ping,text,flag,message,call,refuse",
+    "notify,status-notify,send-local-message,update-windows-explore,explore-flush-notify"};
 
 }  // namespace
 

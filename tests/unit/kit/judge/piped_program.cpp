@@ -111,7 +111,7 @@ bool PipedProgram::Send(const std::vector<Request>& requests) const {
     return sent;
 }
 
-bool PipedProgram::Receive(Answer& answer) const {
+bool PipedProgram::Receive(Answer& answer) {
     AnswerHead head;
     if (!ReadAll(fromIt_, &head, sizeof head)) {
         return false;
@@ -122,7 +122,20 @@ bool PipedProgram::Receive(Answer& answer) const {
     answer.statedSize = head.statedSize;
     answer.hasReply = head.hasReply != 0;
     answer.reply.resize(head.size);
-    return ReadAll(fromIt_, answer.reply.data(), answer.reply.size());
+    return ReadAll(fromIt_, answer.reply.data(), answer.reply.size()) && ReceiveNotifications();
+}
+
+bool PipedProgram::ReceiveNotifications() {
+    std::uint32_t count = 0;
+    bool all = ReadAll(fromIt_, &count, sizeof count);
+    for (; all && count != 0; --count) {
+        RequestHead head;
+        all = ReadAll(fromIt_, &head, sizeof head);
+        PlenxWire::Bytes message(head.size);
+        all = all && ReadAll(fromIt_, message.data(), message.size());
+        inbox_.Take(head.id, std::move(message));
+    }
+    return all;
 }
 
 }  // namespace PlenxJudge

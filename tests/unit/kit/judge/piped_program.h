@@ -34,7 +34,8 @@ public:
 private:
     void End();
     bool Send(const std::vector<Request>& requests) const;
-    bool Receive(Answer& answer) const;
+    bool Receive(Answer& answer);
+    bool ReceiveNotifications();
 
     const std::vector<std::string> command_;
     Inbox inbox_;

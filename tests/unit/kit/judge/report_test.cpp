@@ -73,7 +73,7 @@ TEST(JudgeText, ShowsWhatWasExpectedAndWhatCame) {
               "\n"
               "        BROKEN\n"
               "\n"
-              "                and 1 more, the next: 21 bytes\n"
+              "                and 1 more, such as: 21 bytes\n"
               "      page      wire-protocol.html#the-reply\n");
     EXPECT_THAT(AreaText(run, {run.records[2]}), HasSubstr("note reply/4 (should)"));
     EXPECT_EQ(AreaText(run, {run.records[3]}),

@@ -1,6 +1,8 @@
-// A peer without Windows: it reads requests from its input and answers as the development service
-// does. "subject reply=garbage" makes it misbehave as [[on]] would.
+// A peer without Windows: it reads requests from its input, answers as the development service
+// does, and adds the notifications that follow. "subject reply=garbage" makes it misbehave as
+// [[on]] would, and "subject quiet" makes it send no notifications.
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdio>
 #include <iostream>
@@ -9,6 +11,8 @@
 
 #include "answers.h"
 #include "judge/caller_wire.h"
+#include "peer_state.h"
+#include "reactions.h"
 
 namespace {
 
@@ -23,10 +27,16 @@ void Write(const Value& value) {
 }
 
 PlenxService::Answer AnswerTo(std::int32_t id, const PlenxWire::Bytes& bytes,
-                              const PlenxService::Values& told) {
+                              const PlenxService::Values& told,
+                              PlenxService::Notifications& notifications) {
+    static PlenxService::PeerState state;
     const auto decoded =
         PlenxService::DecodeRequest(id, bytes.data(), static_cast<std::int32_t>(bytes.size()));
     const std::int32_t honest = PlenxService::HonestCode(id, decoded);
+    if (honest == PlenxService::kTaken && !told.Has("quiet")) {
+        state.Apply(id, decoded.arguments);
+        notifications = PlenxService::ReactionsTo(id, decoded.arguments, state, L"C:\\data");
+    }
     return PlenxService::AnswerWith(static_cast<std::int32_t>(told.Number("answer", honest)), told);
 }
 
@@ -37,11 +47,22 @@ void WriteAnswer(const PlenxService::Answer& answer) {
     head.result = static_cast<std::int32_t>(answer.result);
     head.statedSize = static_cast<std::int32_t>(answer.statedSize);
     head.hasReply = answer.reply ? 1 : 0;
-    head.size = answer.reply ? static_cast<std::uint32_t>(answer.reply->size()) : 0;
+    // The runtime sends as many bytes as are stated.
+    head.size = answer.reply ? static_cast<std::uint32_t>(answer.statedSize) : 0;
     Write(head);
     if (answer.reply) {
         std::cout.write(reinterpret_cast<const char*>(answer.reply->data()),
-                        static_cast<std::streamsize>(answer.reply->size()));
+                        static_cast<std::streamsize>(head.size));
+    }
+}
+
+void WriteNotifications(const PlenxService::Notifications& notifications) {
+    Write(static_cast<std::uint32_t>(notifications.size()));
+    for (const PlenxService::Notification& notification : notifications) {
+        const auto size = static_cast<std::uint32_t>(notification.message.size());
+        Write(PlenxJudge::RequestHead{notification.id, size});
+        std::cout.write(reinterpret_cast<const char*>(notification.message.data()),
+                        static_cast<std::streamsize>(size));
     }
 }
 
@@ -50,9 +71,9 @@ PlenxService::Values Told(int count, char** words) {
     PlenxService::Values::Map map;
     for (int i = 1; i < count; ++i) {
         const std::string word = words[i];
-        const std::size_t equals = word.find('=');
-        const std::string value = word.substr(equals + 1);
-        if (value.find_first_not_of("0123456789") == std::string::npos) {
+        const std::size_t equals = std::min(word.find('='), word.size());
+        const std::string value = word.substr(std::min(equals + 1, word.size()));
+        if (!value.empty() && value.find_first_not_of("0123456789") == std::string::npos) {
             map.emplace(word.substr(0, equals), std::int64_t{std::stoll(value)});
         } else {
             map.emplace(word.substr(0, equals), value);
@@ -72,7 +93,9 @@ int main(int count, char** words) {
             PlenxWire::Bytes bytes(head.size);
             std::cin.read(reinterpret_cast<char*>(bytes.data()),
                           static_cast<std::streamsize>(head.size));
-            WriteAnswer(AnswerTo(head.id, bytes, told));
+            PlenxService::Notifications notifications;
+            WriteAnswer(AnswerTo(head.id, bytes, told, notifications));
+            WriteNotifications(notifications);
         }
         std::cout << std::flush;
     }

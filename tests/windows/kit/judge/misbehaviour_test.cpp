@@ -73,7 +73,7 @@ constexpr char kRequests[] =
 constexpr char kFew[] = "--patience 1 --only serve,reply,create-group,ping,call,message/1,refuse/1";
 
 const Misbehaviour kMisbehaviours[] = {
-    {"none", "title = \"honest\"\n", {}},
+    {"none", "title = \"honest\"\n", {}, kFew},
     {"no_reply", "[[on]]\nreply = \"empty\"\n", {"reply/1"}, kRequests},
     {"garbage", "[[on]]\nreply = \"garbage\"\n", {"reply/2"}, kFew},
     {"short", "[[on]]\nrequest = \"NameChanged\"\nreply = \"short\"\n", {"reply/2"}, kRequests},
@@ -99,7 +99,10 @@ const Misbehaviour kMisbehaviours[] = {
      {"reply/5", "ping/1", "ping/2"},
      kFew},
     {"fault", "[[on]]\nrequest = \"NameChanged\"\nfault = 1005\n", {"call/1"}, kFew},
-    {"late", "[[on]]\nrequest = \"NameChanged\"\ntimes = 1\ndelay_ms = 1300\n", {"serve/2"}, ""},
+    {"late",
+     "[[on]]\nrequest = \"NameChanged\"\ntimes = 1\ndelay_ms = 1300\n",
+     {"serve/2"},
+     "--only serve,reply,name-changed"},
     {"never",
      "[[on]]\nrequest = \"NameChanged\"\ndelay_ms = 60000\n",
      {"serve/1", "message/1"},
