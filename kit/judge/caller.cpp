@@ -16,6 +16,7 @@ constexpr DWORD kEndOfCaller = 5000;
 constexpr std::size_t kMostAtOnce = std::size_t{1024} * 1024;
 constexpr int kMostStarts = 3;
 constexpr DWORD kIntoTheCall = 5;
+constexpr std::chrono::milliseconds kUntilItCalls(60000);
 
 struct Pipe {
     Handle read;
@@ -67,10 +68,9 @@ std::vector<Answer> Caller::Call(const std::vector<Request>& requests,
     if (!Begin()) {
         return answers;
     }
-    bool allCameBack = Send(requests);
+    bool allCameBack = Send(requests) && AwaitTheCalls();
     if (allCameBack) {
         const Deadline deadline(process_.Get(), patience);
-        allCameBack = AwaitTheCalls();
         for (std::size_t i = 0; allCameBack && i < answers.size(); ++i) {
             allCameBack = Receive(answers[i]);
         }
@@ -141,7 +141,9 @@ bool Caller::Send(const std::vector<Request>& requests) {
     return sent;
 }
 
+// The start of the process is no part of the program's time.
 bool Caller::AwaitTheCalls() {
+    const Deadline deadline(process_.Get(), kUntilItCalls);
     char calling = 0;
     return Read(&calling, sizeof calling) && calling == kCalling;
 }
