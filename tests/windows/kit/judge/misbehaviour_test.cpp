@@ -74,7 +74,7 @@ constexpr char kFew[] = "--patience 1 --only serve,reply,create-group,ping,call,
 
 const Misbehaviour kMisbehaviours[] = {
     {"none", "title = \"honest\"\n", {}, kFew},
-    {"no_reply", "[[on]]\nreply = \"empty\"\n", {"reply/1"}, kRequests},
+    {"no_reply", "[[on]]\nreply = \"empty\"\n", {"reply/1"}, kFew},
     {"garbage", "[[on]]\nreply = \"garbage\"\n", {"reply/2"}, kFew},
     {"short", "[[on]]\nrequest = \"NameChanged\"\nreply = \"short\"\n", {"reply/2"}, kRequests},
     {"large", "[[on]]\nrequest = \"PingService\"\nreply = \"large\"\n", {"reply/2"}, kFew},
