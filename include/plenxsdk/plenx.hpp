@@ -52,6 +52,7 @@ namespace plenx {
 
 /// The addresses of the functions, either linked with the host or found in a loaded DLL.
 struct Functions {
+// NOLINTNEXTLINE(bugprone-macro-parentheses): the name of a member cannot have any.
 #define PLENX_HPP_MEMBER(name) decltype(&::plenx_##name) name;
     PLENX_HPP_EACH(PLENX_HPP_MEMBER)  // NOLINT(readability-identifier-naming)
 #undef PLENX_HPP_MEMBER

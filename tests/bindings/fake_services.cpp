@@ -49,6 +49,7 @@ std::string Hexadecimal(const Bytes& bytes) {
 
 }  // namespace
 
+// NOLINTBEGIN(readability-identifier-naming): other languages call them under these names.
 extern "C" {
 
 /// Makes the folders that plenx_init needs. They are "C:\App" and "C:\Data".
@@ -110,3 +111,4 @@ void fake_ending(std::int32_t ending) {
 }
 
 }  // extern "C"
+// NOLINTEND(readability-identifier-naming)

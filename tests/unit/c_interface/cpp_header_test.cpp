@@ -19,7 +19,7 @@ namespace {
 
 using testing::ElementsAre;
 
-const plenx::Library sdk = plenx::Library::linked();
+const plenx::Library kSdk = plenx::Library::linked();
 
 class CppHeader : public ReadyFacade {};
 
@@ -28,7 +28,7 @@ TEST_F(CppHeader, FailureIsAValueWithItsWords) {
     EXPECT_FALSE(result);
     EXPECT_EQ(result.code(), PLENX_INVALID_PARAMETER);
     EXPECT_EQ(result.words(), "A text that must not be empty is empty.");
-    const auto queue = sdk.open_queue(0);
+    const auto queue = kSdk.open_queue(0);
     EXPECT_FALSE(queue);
     EXPECT_EQ(queue.result().code(), PLENX_E_ARGUMENT);
     EXPECT_EQ(queue.result().words(), "plenx_queue_open: capacity is 0");
@@ -36,32 +36,32 @@ TEST_F(CppHeader, FailureIsAValueWithItsWords) {
 
 TEST_F(CppHeader, FailureIsAnExceptionForThoseWhoAsk) {
     try {
-        sdk.open_queue(0).or_throw();
+        kSdk.open_queue(0).or_throw();
         FAIL() << "nothing was thrown";
     } catch (const plenx::Error& error) {
         EXPECT_EQ(error.code(), PLENX_E_ARGUMENT);
         EXPECT_STREQ(error.what(), "plenx_queue_open: capacity is 0");
     }
-    EXPECT_THROW(sdk.stop(1, "").or_throw(), plenx::Error);
-    sdk.stop(0, "g").or_throw();
+    EXPECT_THROW(kSdk.stop(1, "").or_throw(), plenx::Error);
+    kSdk.stop(0, "g").or_throw();
 }
 
 TEST_F(CppHeader, OperationsAreThoseOfTheLibrary) {
-    EXPECT_TRUE(sdk.open());
-    EXPECT_TRUE(sdk.init("C:\\App", "C:\\Data", "third", true));
-    EXPECT_TRUE(sdk.destroy());
-    EXPECT_EQ(sdk.get_int64(PLENX_PC, PLENX_KEY_NOT_RUNNING).or_throw(), 0);
-    EXPECT_EQ(sdk.get_string(1, 1).or_throw(), "");
-    EXPECT_TRUE(sdk.set_int64(3, 0, 5));
-    EXPECT_TRUE(sdk.set_string(3, 1, "de_DE"));
-    EXPECT_TRUE(sdk.start(0, "g", "a"));
-    EXPECT_TRUE(sdk.local_device_online(0, "g", "d", std::string_view("\1\2", 2)));
-    EXPECT_TRUE(sdk.remote_device_online(0, "g", "d"));
-    EXPECT_TRUE(sdk.local_device_offline(0, "g", "d", 1));
-    EXPECT_TRUE(sdk.remote_device_offline(0, "g", "d", 1));
-    EXPECT_TRUE(sdk.device_name_changed("name"));
-    EXPECT_TRUE(sdk.recv_remote_message(1, 2, "m"));
-    EXPECT_TRUE(sdk.stop(0, "g"));
+    EXPECT_TRUE(kSdk.open());
+    EXPECT_TRUE(kSdk.init("C:\\App", "C:\\Data", "third", true));
+    EXPECT_TRUE(kSdk.destroy());
+    EXPECT_EQ(kSdk.get_int64(PLENX_PC, PLENX_KEY_NOT_RUNNING).or_throw(), 0);
+    EXPECT_EQ(kSdk.get_string(1, 1).or_throw(), "");
+    EXPECT_TRUE(kSdk.set_int64(3, 0, 5));
+    EXPECT_TRUE(kSdk.set_string(3, 1, "de_DE"));
+    EXPECT_TRUE(kSdk.start(0, "g", "a"));
+    EXPECT_TRUE(kSdk.local_device_online(0, "g", "d", std::string_view("\1\2", 2)));
+    EXPECT_TRUE(kSdk.remote_device_online(0, "g", "d"));
+    EXPECT_TRUE(kSdk.local_device_offline(0, "g", "d", 1));
+    EXPECT_TRUE(kSdk.remote_device_offline(0, "g", "d", 1));
+    EXPECT_TRUE(kSdk.device_name_changed("name"));
+    EXPECT_TRUE(kSdk.recv_remote_message(1, 2, "m"));
+    EXPECT_TRUE(kSdk.stop(0, "g"));
     WaitForJobs();
     EXPECT_THAT(FakeFileManager::Get().Calls(),
                 ElementsAre("UninstallPackages()", "Start()", "LocalDeviceOnline(g, d, 1, 0102, 2)",
@@ -73,7 +73,7 @@ TEST_F(CppHeader, LongFolderComesInOnePiece) {
     const std::string dir(5000, 'd');
     FakeFileManager::Get().SetNeighbourDir(dir);
     FakeFileManager::Get().SetResult("GetGroupNeighborDistributedDir", 17);
-    const auto [code, folder] = sdk.get_office_dir("g", "d", "r").or_throw();
+    const auto [code, folder] = kSdk.get_office_dir("g", "d", "r").or_throw();
     EXPECT_EQ(code, 17);
     EXPECT_EQ(folder, dir + "\\r");
 }
@@ -81,7 +81,7 @@ TEST_F(CppHeader, LongFolderComesInOnePiece) {
 TEST_F(CppHeader, QueueIsClosedInTheEndAndCanBeMoved) {
     plenx_queue* handle = nullptr;
     {
-        plenx::Queue queue = sdk.open_queue(10).or_throw();
+        plenx::Queue queue = kSdk.open_queue(10).or_throw();
         handle = queue.handle();
         plenx::Queue moved = std::move(queue);
         EXPECT_EQ(moved.handle(), handle);
@@ -101,7 +101,7 @@ TEST_F(CppHeader, QueueIsClosedInTheEndAndCanBeMoved) {
 }
 
 TEST_F(CppHeader, AssigningAnEventFreesTheFormerOne) {
-    plenx::Queue queue = sdk.open_queue(10).or_throw();
+    plenx::Queue queue = kSdk.open_queue(10).or_throw();
     Connect("a");
     Connect("b");
     plenx::Event event = queue.next(0).or_throw();
@@ -113,9 +113,9 @@ class Listening : public plenx::Observer {
 public:
     std::vector<std::string> heard;
 
-    std::int32_t send_local_message(std::int32_t type, std::uint32_t msg_len,
+    std::int32_t send_local_message(std::int32_t type, std::uint32_t msgLen,
                                     std::string_view message) override {
-        return Hear("message", message, type, msg_len);
+        return Hear("message", message, type, msgLen);
     }
     std::int32_t notify_connect(std::uint32_t service, std::string_view group) override {
         if (group == "throw") {
@@ -154,7 +154,7 @@ private:
 TEST_F(CppHeader, ObserverHearsEverythingUntilItsSubscriptionGoes) {
     Listening listening;
     {
-        const plenx::Subscription subscription = sdk.observe(listening).or_throw();
+        const plenx::Subscription subscription = kSdk.observe(listening).or_throw();
         CallManager(9, MessageOf({Int32Arg(4), Int32Arg(5), StringArg("m")}));
         Connect("g");
         CallManager(11, MessageOf({StringArg("g_2")}));
@@ -173,7 +173,7 @@ TEST_F(CppHeader, ObserverHearsEverythingUntilItsSubscriptionGoes) {
 
 TEST_F(CppHeader, ExceptionOfAnObserverStaysOnItsOwnSideAndIsLogged) {
     Listening listening;
-    const plenx::Subscription subscription = sdk.observe(listening).or_throw();
+    const plenx::Subscription subscription = kSdk.observe(listening).or_throw();
     RecordedLog::Get().Clear();
     Connect("throw");
     EXPECT_THAT(RecordedLog::Get().Texts(),
@@ -183,7 +183,7 @@ TEST_F(CppHeader, ExceptionOfAnObserverStaysOnItsOwnSideAndIsLogged) {
 
 TEST_F(CppHeader, ObserverThatWantsNothingHandlesEverything) {
     plenx::Observer nothing;
-    const plenx::Subscription subscription = sdk.observe(nothing).or_throw();
+    const plenx::Subscription subscription = kSdk.observe(nothing).or_throw();
     EXPECT_EQ(CallManager(13, MessageOf({StringArg("g_1"), Int32Arg(2)})).bytes, Int32Message(0));
 }
 

@@ -1,5 +1,7 @@
 #include "fake_process.h"
 
+#include <new>
+
 #include "process.h"
 
 namespace {
@@ -37,8 +39,8 @@ WaitEvent::~WaitEvent() {
 
 void* WaitEvent::Handle(bool set) noexcept {
     if (handle_ == nullptr && LayerProcess::givesEvents) {
-        handle_ = new FakeEvent{{set}};
-        ++LayerProcess::liveEvents;
+        handle_ = new (std::nothrow) FakeEvent{{set}};
+        LayerProcess::liveEvents += handle_ != nullptr ? 1 : 0;
     }
     return handle_;
 }

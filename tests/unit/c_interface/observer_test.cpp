@@ -51,9 +51,9 @@ plenx_observer ObserverOf(Notebook& notebook) {
     plenx_observer observer{};
     observer.size = sizeof(observer);
     observer.user = &notebook;
-    observer.send_local_message = [](void* user, std::int32_t type, std::uint32_t msg_len,
+    observer.send_local_message = [](void* user, std::int32_t type, std::uint32_t msgLen,
                                      const char* text, std::size_t length) {
-        return Note(user, "message", text, length, type, msg_len);
+        return Note(user, "message", text, length, type, msgLen);
     };
     observer.notify_connect = [](void* user, std::uint32_t service, const char* text,
                                  std::size_t length) {

@@ -52,7 +52,8 @@ TEST(Threads, TenReadersOfOneQueueGetEachEventOnce) {
         }
     });
     service.join();
-    EXPECT_EQ(sum, std::int64_t{kThreads * kRounds} * (kThreads * kRounds + 1) / 2);
+    constexpr std::int64_t kLast = std::int64_t{kThreads} * kRounds;
+    EXPECT_EQ(sum, kLast * (kLast + 1) / 2);
 }
 
 class ThreadsOfAHost : public ReadyFacade {};

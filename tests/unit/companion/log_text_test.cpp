@@ -55,6 +55,7 @@ TEST(LogTextTest, ControlCharactersAreShown) {
     EXPECT_EQ(Text(std::wstring_view(L"a\r\nb\tc\0d", 8)), "a\\u000D\\u000Ab\\u0009c\\u0000d");
     EXPECT_EQ(Text(L"\x1B[31m"), "\\u001B[31m");
     EXPECT_EQ(Text(L"\x7E\x7F\x80\x85\x9F\xA0"), "~\\u007F\\u0080\\u0085\\u009F\xC2\xA0");
+    // NOLINTNEXTLINE(misc-misleading-bidirectional): the first character that is no line's end.
     EXPECT_EQ(Text(L"\x2027\x2028\x2029\x202A"), "\xE2\x80\xA7\\u2028\\u2029\xE2\x80\xAA");
 }
 

@@ -77,7 +77,7 @@ FaultTable WaitForAnswer() {
     FaultTable table = Ping(0).Table();
     for (FaultRow& row : table.rows) {
         row.outcome = [first = row.outcome](const Fault& fault) {
-            const Outcome ping = first(fault);
+            Outcome ping = first(fault);
             if (ping.code == 0) {
                 return ping;
             }

@@ -53,7 +53,10 @@ std::function<std::string()> Number(Call call) {
 
 const std::vector<Operation> kOperations = {
     {"GetInstance",
-     [] { return std::string(&Facade() == &Facade() ? "the instance" : "another one"); },
+     [] {
+         const auto* const first = &Facade();
+         return std::string(first == &Facade() ? "the instance" : "another one");
+     },
      "the instance"},
     {"Init", Nothing([] { Facade().Init("C:\\App", "C:\\Data", "third", true); }), "-"},
     {"Destroy", Nothing([] { Facade().Destroy(); }), "-"},

@@ -34,7 +34,7 @@ struct Report {
                      FakePlatform::Get().OpenHandles().size());
     }
 };
-__attribute__((init_priority(101))) const Report report;
+__attribute__((init_priority(101))) const Report kReport;
 
 [[noreturn]] void EndProcess() {
     reportWanted = true;

@@ -110,7 +110,7 @@ public:
     FakePlatform& platform = FakePlatform::Get();
     FakeScm& scm = platform.Scm();
     FakeFiles& files = platform.Files();
-    RecordingObserver& observer() { return observer_; }
+    RecordingObserver& Observer() { return observer_; }
 };
 
 struct Row {
@@ -147,7 +147,7 @@ const std::vector<Row>& Rows() {
              test.InitWithBothServicesRunning();
              test.scm.RefuseStop(L"PlenxPcSvc", ERROR_ACCESS_DENIED);
              EXPECT_EQ(Facade().Stop(Type(1), "g"), 0);
-             EXPECT_TRUE(test.observer().WaitFor("NotifyStatus(1, g, 1, false)"));
+             EXPECT_TRUE(test.Observer().WaitFor("NotifyStatus(1, g, 1, false)"));
              return test.CodeOf("plenx manager stop plenx service error ");
          }},
         {7, "DeleteServiceByIndex",
@@ -169,7 +169,7 @@ const std::vector<Row>& Rows() {
              test.InitWithBothServicesRunning();
              const unsigned char byte = 1;  // nothing is read with a negative length
              EXPECT_EQ(Facade().LocalDeviceOnline(Type(1), "g", "d", 0x80000000U, &byte), 0);
-             EXPECT_TRUE(test.observer().WaitFor("NotifyStatus(1, g, 2, false)"));
+             EXPECT_TRUE(test.Observer().WaitFor("NotifyStatus(1, g, 2, false)"));
              return test.CodeOf("plenx manager inner local device online error ");
          }},
         {20, "ErrorNotify of a service without its argument",

@@ -64,7 +64,7 @@ Bytes ReplyMaker::Block() {
     if (made_ % 500 == 20) {
         return Huge(random_);
     }
-    const Bytes good = PlenxWire::Encode({static_cast<std::int32_t>(random_.Word())});
+    Bytes good = PlenxWire::Encode({static_cast<std::int32_t>(random_.Word())});
     switch (random_.Below(8)) {
     case 0:
         return good;

@@ -124,7 +124,7 @@ Bytes RandomTable(Random& random) {
 }
 
 Bytes OfSpecialSize(Random& random) {
-    constexpr std::size_t kSizes[] = {0, 1, 7, 8, 24, 64 * 1024};
+    constexpr std::size_t kSizes[] = {0, 1, 7, 8, 24, 65536};
     const std::size_t size = random.OneOf(kSizes);
     switch (random.Below(3)) {
     case 0:

@@ -148,7 +148,7 @@ HOST_TEST(TenCallers, NotificationsOfAllTenKinds_ArriveOnceEach) {
             static_cast<int>(rounds));
     }
     Tally shellHeard;
-    for (const std::string& event : shell.Await(2 * kCallers * rounds)) {
+    for (const std::string& event : shell.Await(std::size_t{2} * kCallers * rounds)) {
         ++shellHeard[event];
     }
     EXPECT_EQ(Difference(shellExpected, shellHeard), "");

@@ -17,6 +17,8 @@ std::atomic<int> arraysDeleted{0};
 
 }  // namespace
 
+// NOLINTBEGIN(misc-new-delete-overloads, misc-use-internal-linkage): these replace the run time's
+// own.
 void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
     ++arraysMade;
     return std::malloc(size == 0 ? 1 : size);
@@ -30,6 +32,7 @@ void operator delete[](void* block) noexcept {
 void operator delete[](void* block, std::size_t) noexcept {
     operator delete[](block);
 }
+// NOLINTEND(misc-new-delete-overloads, misc-use-internal-linkage)
 
 namespace PlenxTest {
 namespace {

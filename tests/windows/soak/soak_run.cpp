@@ -233,7 +233,7 @@ void SoakRun::Watch() {
         Sleep(1000);
         for (const auto& host : hosts_) {
             const std::uint64_t since = host->callSince;
-            if (since != 0 && GetTickCount64() > since + kPatienceSeconds * 1000) {
+            if (since != 0 && GetTickCount64() > since + std::uint64_t{kPatienceSeconds} * 1000) {
                 GiveUp(std::string("a call does not return: ") + host->call.load());
             }
         }

@@ -239,7 +239,7 @@ HOST_TEST(BadInput, TextWithNulAndMalformedUtf8_ComesBackByteForByte) {
 
 class HugeText : public Host {
 protected:
-    const std::string huge = std::string(64 * 1024 * 1024, 'x');
+    const std::string huge = std::string(std::size_t{64} << 20, 'x');
 };
 
 HOST_TEST(HugeText, AsASetting_LeavesTheLogUsable) {

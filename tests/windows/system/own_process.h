@@ -44,6 +44,7 @@ int RunAllTests(unsigned long longestTest = 90 * 1000);
 
 }  // namespace PlenxTest
 
+// NOLINTBEGIN(bugprone-macro-parentheses): the name of a base class cannot have any.
 #define HOST_TEST(Suite, Name)                                                          \
     class Suite##_##Name : public Suite {                                               \
         void Run() override;                                                            \
@@ -56,5 +57,6 @@ int RunAllTests(unsigned long longestTest = 90 * 1000);
             });                                                                         \
         });                                                                             \
     void Suite##_##Name::Run()
+// NOLINTEND(bugprone-macro-parentheses)
 
 #endif  // PLENXSDK_TESTS_WINDOWS_SYSTEM_OWN_PROCESS_H

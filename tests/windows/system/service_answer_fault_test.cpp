@@ -182,7 +182,7 @@ HOST_TEST(ServiceAnswerFaults, HostileNotifications_AreRefusedAndTheLibraryGoesO
                     "NotifyDiskName(\x18" + nul + nul + ")",    // offset into the header
                     "NotifyDiskName(" + nul + nul + nul + ")",  // total size that lies
                     "SendLocalMessage(-1, 4294967295, )",
-                    "SendLocalMessage(1, 1, " + std::string(1024 * 1024, 'x') + ")",
+                    "SendLocalMessage(1, 1, " + std::string(std::size_t{1} << 20, 'x') + ")",
                     "SendLocalMessage(1, 2, \xff\xc0\x80)",
                     "NotifyError(1)",  // too many arguments
                     "NotifyStatus(1, g, 4294967295, 1)", "QueryLinkStatus(1, g, 2147483649)",

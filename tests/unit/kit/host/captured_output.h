@@ -24,7 +24,7 @@ public:
 
     std::vector<std::string> Lines() {
         std::vector<std::string> lines;
-        std::rewind(file_);
+        static_cast<void>(std::fseek(file_, 0, SEEK_SET));
         std::string line;
         for (int byte = std::getc(file_); byte != EOF; byte = std::getc(file_)) {
             if (byte == '\n') {
@@ -33,7 +33,7 @@ public:
                 line.push_back(static_cast<char>(byte));
             }
         }
-        std::fseek(file_, 0, SEEK_END);
+        static_cast<void>(std::fseek(file_, 0, SEEK_END));
         return lines;
     }
 

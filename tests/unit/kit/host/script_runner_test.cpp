@@ -263,7 +263,12 @@ TEST_F(ScriptTest, LinesRunAsTheyComeAndEndAtTheFirstThatIsWrong) {
     std::vector<std::string> lines = {"stop pc a", "nonsense", "stop pc b"};
     std::size_t next = 0;
     const auto read = [&](std::string& line) {
-        return next != lines.size() && (line = lines[next++], true);
+        if (next == lines.size()) {
+            return false;
+        }
+        line = lines[next];
+        ++next;
+        return true;
     };
     EXPECT_THROW(RunLines(read, nullptr, session_), ScriptError);
     EXPECT_THAT(RecordedManager::Calls(), ElementsAre(R"(Stop(1,"a"))"));

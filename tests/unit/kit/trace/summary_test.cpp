@@ -109,7 +109,8 @@ TEST(Summary, DoesNotGrowWithoutBounds) {
 TEST(Histogram, CountsEachLineOnce_HoweverLongItGets) {
     Histogram histogram;
     std::uint64_t total = 0;
-    for (std::int64_t time = kNoon; time < kNoon + 400LL * 24 * 3600 * 1000; time += 3600 * 1000) {
+    for (std::int64_t time = kNoon; time < kNoon + 400LL * 24 * 3600 * 1000;
+         time += 3600LL * 1000) {
         histogram.Add(time, time == kNoon);
         ++total;
     }

@@ -104,6 +104,7 @@ TEST_F(TextView, ThreeLogsAreOnePicture) {
     EXPECT_EQ(outcome.out,
               Joined({
                   " seconds |   host              |   library               |   service",
+                  // NOLINTNEXTLINE(bugprone-suspicious-missing-comma): one line of the view.
                   "---------+---------------------+-------------------------+----------------------"
                   "--------------------",
                   "   0.000 | -- the service starts, with a group",
