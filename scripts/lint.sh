@@ -11,8 +11,8 @@ check_format() {
     our_sources | xargs clang-format-19 --dry-run -Werror
 }
 
-# The folders whose sources clang-tidy checks so far. HeaderFilterRegex in .clang-tidy names those of headers.
-tidy_folders=(src support devservice kit c_interface companion examples bench)
+# The folders whose sources clang-tidy checks. HeaderFilterRegex in .clang-tidy names those of headers.
+tidy_folders=(src support devservice kit c_interface companion examples bench tests)
 
 # check_tidy [COMMIT]: checks what has changed since the commit, or everything. A source that was
 # clean before is checked again only when it or something that it reads has changed. tidy.py reads what
