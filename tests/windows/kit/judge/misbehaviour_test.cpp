@@ -11,7 +11,6 @@ namespace PlenxTest {
 namespace {
 
 using testing::ElementsAreArray;
-using testing::HasSubstr;
 using testing::IsEmpty;
 
 using Numbers = std::set<std::string>;
