@@ -15,7 +15,7 @@
 #include "event.h"
 #include "listener.h"
 #include "lock.h"
-#include "process.h"
+#include "own_process.h"
 
 namespace PlenxC {
 

@@ -10,8 +10,8 @@
 #include "event.h"
 #include "event_queue.h"
 #include "layer.h"
+#include "own_process.h"
 #include "plenxsdk/plenx.h"
-#include "process.h"
 #include "result.h"
 #include "subscription.h"
 

@@ -5,9 +5,9 @@
 #include <string>
 
 #include "arguments.h"
+#include "own_process.h"
 #include "plenxsdk/plenx.h"
 #include "plenxsdk/plenx_manager.h"
-#include "process.h"
 #include "result.h"
 #include "subscription.h"
 

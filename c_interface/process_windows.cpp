@@ -1,4 +1,4 @@
-#include "process.h"
+#include "own_process.h"
 
 #include <windows.h>
 

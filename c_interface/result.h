@@ -8,8 +8,8 @@
 #include <new>
 #include <string_view>
 
+#include "own_process.h"
 #include "plenxsdk/plenx.h"
-#include "process.h"
 
 namespace PlenxC {
 

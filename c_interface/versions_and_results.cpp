@@ -5,8 +5,8 @@
 #include <cstdint>
 
 #include "arguments.h"
+#include "own_process.h"
 #include "plenxsdk/plenx.h"
-#include "process.h"
 #include "result.h"
 
 using namespace PlenxC;

@@ -2,7 +2,7 @@
 
 #include <new>
 
-#include "process.h"
+#include "own_process.h"
 
 namespace {
 
