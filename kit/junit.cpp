@@ -1,6 +1,27 @@
 #include "junit.h"
 
 #include <rapidxml/rapidxml.hpp>
+
+// RapidXML as it is published calls these before it declares them. Debian has mended its copy.
+namespace rapidxml::internal {
+template <class Out, class Letter>
+Out print_children(Out out, const xml_node<Letter>* node, int flags, int indent);
+template <class Out, class Letter>
+Out print_element_node(Out out, const xml_node<Letter>* node, int flags, int indent);
+template <class Out, class Letter>
+Out print_data_node(Out out, const xml_node<Letter>* node, int flags, int indent);
+template <class Out, class Letter>
+Out print_cdata_node(Out out, const xml_node<Letter>* node, int flags, int indent);
+template <class Out, class Letter>
+Out print_declaration_node(Out out, const xml_node<Letter>* node, int flags, int indent);
+template <class Out, class Letter>
+Out print_comment_node(Out out, const xml_node<Letter>* node, int flags, int indent);
+template <class Out, class Letter>
+Out print_doctype_node(Out out, const xml_node<Letter>* node, int flags, int indent);
+template <class Out, class Letter>
+Out print_pi_node(Out out, const xml_node<Letter>* node, int flags, int indent);
+}  // namespace rapidxml::internal
+
 #include <rapidxml/rapidxml_print.hpp>
 
 #include <algorithm>
