@@ -105,12 +105,19 @@ void CheckPath(const std::string& install, System& system, Findings& findings) {
     }
 }
 
+std::string InstallRedistributable(const std::string& consequence) {
+    return "Install Microsoft's Visual C++ Redistributable for x64; without it " + consequence;
+}
+
 void CheckDllsOfServices(const std::string& install, System& system, Findings& findings) {
     for (const NeededDll& dll : NeededDlls(install, kServiceProgram, system)) {
         if (!dll.isThere) {
+            const std::string consequence = "Windows cannot start the services.";
             findings.Problem(dll.name + " is missing: " + dll.neededBy + " needs it",
-                             "Install it beside " + std::string(kServiceProgram) +
-                                 "; without it Windows cannot start the services.");
+                             IsOfVisualCpp(dll.name)
+                                 ? InstallRedistributable(consequence)
+                                 : "Install it beside " + std::string(kServiceProgram) +
+                                       "; without it " + consequence);
         }
     }
 }
@@ -144,8 +151,9 @@ void CheckLibrary(const Patient& patient, System& system, Findings& findings) {
     }
     for (const std::string& name : names) {
         CheckFile(patient.program, name,
-                  "Copy it from the package's bin folder to " + patient.program +
-                      "; without it no host starts.",
+                  IsOfVisualCpp(name) ? InstallRedistributable("no host starts.")
+                                      : "Copy it from the package's bin folder to " +
+                                            patient.program + "; without it no host starts.",
                   system, findings);
     }
 }

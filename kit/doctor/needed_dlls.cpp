@@ -19,6 +19,11 @@ bool IsIn(const std::vector<NeededDll>& needed, const std::string& name) {
 
 }  // namespace
 
+bool IsOfVisualCpp(const std::string& dll) {
+    return HasPrefix(dll, "msvcp140") || HasPrefix(dll, "vcruntime140") ||
+           HasPrefix(dll, "concrt140");
+}
+
 std::vector<NeededDll> NeededDlls(const std::string& folder, const std::string& program,
                                   System& system) {
     std::vector<NeededDll> needed = {{program, "", true}};

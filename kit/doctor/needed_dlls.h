@@ -20,6 +20,10 @@ struct NeededDll {
 std::vector<NeededDll> NeededDlls(const std::string& folder, const std::string& program,
                                   System& system);
 
+/// Whether the DLL belongs to the C++ run time of Visual C++, which Microsoft's redistributable
+/// installs for the whole system. All other run times are shipped beside the program.
+bool IsOfVisualCpp(const std::string& dll);
+
 }  // namespace PlenxHost
 
 #endif  // PLENXKIT_DOCTOR_NEEDED_DLLS_H

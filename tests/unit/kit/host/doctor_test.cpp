@@ -124,7 +124,17 @@ TEST_F(DoctorTest, TheRunTimeIsWhatTheLibraryImports) {
                             "ok: LogHelper.dll, which has no version",
                             "ok: distributedfile.dll, which has no version",
                             "ok: MSVCP140.dll, which has no version",
-                            StartsWith("problem: VCRUNTIME140.dll is missing | Copy it from ")));
+                            "problem: VCRUNTIME140.dll is missing | Install Microsoft's Visual C++ "
+                            "Redistributable for x64; without it no host starts."));
+}
+
+TEST_F(DoctorTest, VisualCppsRunTimeOfTheServiceProgramComesFromMicrosoft) {
+    system_.imports["C:\\app\\plenxservice.exe"] = {"MSVCP140.dll", "KERNEL32.dll"};
+    EXPECT_THAT(
+        Run("install"),
+        Contains("problem: MSVCP140.dll is missing: plenxservice.exe needs it | Install "
+                 "Microsoft's Visual C++ Redistributable for x64; without it Windows cannot "
+                 "start the services."));
 }
 
 TEST_F(DoctorTest, DllsThatTheServiceProgramLacksAreReported) {
