@@ -1,5 +1,11 @@
-# Makes the same sources give the same bytes, in any folder and at any time. A debugger finds the sources
-# with: set substitute-path /plenxsdk <folder of the sources>
+# Makes the same sources give the same bytes, in any folder and at any time. gdb finds the sources
+# with: set substitute-path /plenxsdk <folder of the sources>. Visual C++ keeps the folder in its symbols.
+
+if(MSVC)
+  add_compile_options($<$<COMPILE_LANGUAGE:C,CXX>:/Brepro>)
+  add_link_options(/Brepro /incremental:no)
+  return()
+endif()
 
 if(NOT PLENX_COVERAGE)
   # The last option that fits counts, because the build folder may lie in the source folder.

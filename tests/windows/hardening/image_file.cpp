@@ -63,6 +63,11 @@ bool ImageFile::HasRelocations() const {
     return table.Size != 0 && first.SizeOfBlock > sizeof(IMAGE_BASE_RELOCATION);
 }
 
+IMAGE_LOAD_CONFIG_DIRECTORY64 ImageFile::LoadConfig() const {
+    const auto& table = headers_.OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_LOAD_CONFIG];
+    return At<IMAGE_LOAD_CONFIG_DIRECTORY64>(FileOffset(table.VirtualAddress));
+}
+
 // Long names are in the table of strings behind the symbols.
 std::optional<DWORD> ImageFile::AddressOf(const std::string& function) const {
     const std::size_t symbols = headers_.FileHeader.PointerToSymbolTable;

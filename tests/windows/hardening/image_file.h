@@ -24,6 +24,8 @@ public:
     std::vector<std::string> Imports() const;
     /// Returns whether the table of relocations has any entry.
     bool HasRelocations() const;
+    /// Returns what the file tells the loader about its guards; zeros if it tells nothing.
+    IMAGE_LOAD_CONFIG_DIRECTORY64 LoadConfig() const;
     /// Returns how many calls in the code go to the function of that name, or nullopt when the file
     /// names no such function.
     std::optional<int> CallsOf(const std::string& function) const;

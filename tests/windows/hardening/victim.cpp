@@ -4,6 +4,12 @@
 #include <cstring>
 #include <string>
 
+#ifdef _MSC_VER
+#define NOT_INLINE __declspec(noinline)
+#else
+#define NOT_INLINE __attribute__((noinline))
+#endif
+
 namespace PlenxTest {
 namespace {
 
@@ -12,7 +18,7 @@ constexpr std::size_t kBufferSize = 16;
 volatile char sink;
 
 // Writes byte by byte, so that only the frame's guard can notice.
-__attribute__((noinline)) void OverwriteFrame(std::size_t count) {
+NOT_INLINE void OverwriteFrame(std::size_t count) {
     char buffer[kBufferSize];
     volatile char* const target = buffer;
     for (std::size_t i = 0; i != count; ++i) {
@@ -22,7 +28,7 @@ __attribute__((noinline)) void OverwriteFrame(std::size_t count) {
 }
 
 // Copies more than the buffer holds. The buffer is static, so no frame is overwritten.
-__attribute__((noinline)) void Copy(const char* from, std::size_t count) {
+NOT_INLINE void Copy(const char* from, std::size_t count) {
     static char buffer[kBufferSize];
     std::memcpy(buffer, from, count);
     sink = buffer[0];

@@ -4,6 +4,14 @@
 #include <cstddef>
 #include <utility>
 
+#include "rpc/interface/rpc_memory.h"
+
+// The interfaces' own routines. Here the build gives them these names.
+extern "C" {
+void* OwnAllocate(std::size_t size);
+void OwnFree(void* block);
+}
+
 namespace PlenxTest {
 namespace {
 
@@ -29,17 +37,14 @@ AllocationReplacement::~AllocationReplacement() {
     replacement = nullptr;
 }
 
-// The linker replaces every use of the two routines by the __wrap_ ones.
-extern "C" {
+}  // namespace PlenxTest
 
-void* __real_MIDL_user_allocate(std::size_t size);
-void __real_MIDL_user_free(void* block);
-
-void* __wrap_MIDL_user_allocate(std::size_t size) {
+void* MIDL_user_allocate(std::size_t size) {
+    using namespace PlenxTest;
     if (replacement) {
         return replacement();
     }
-    void* const block = __real_MIDL_user_allocate(size);
+    void* const block = OwnAllocate(size);
     if (block != nullptr) {
         ++blocksOut;
         ++blocksEver;
@@ -47,13 +52,9 @@ void* __wrap_MIDL_user_allocate(std::size_t size) {
     return block;
 }
 
-void __wrap_MIDL_user_free(void* block) {
+void MIDL_user_free(void* block) {
     if (block != nullptr) {
-        --blocksOut;
+        --PlenxTest::blocksOut;
     }
-    __real_MIDL_user_free(block);
+    OwnFree(block);
 }
-
-}  // extern "C"
-
-}  // namespace PlenxTest

@@ -1,6 +1,6 @@
-// Wraps MIDL_user_allocate and MIDL_user_free: counts the blocks that are out, and makes an
-// allocation misbehave when told to. The runtime allocates replies on the client's own thread, so a
-// misbehaving allocation is a failure in the middle of a call.
+// Takes the place of MIDL_user_allocate and MIDL_user_free: counts the blocks that are out, and
+// makes an allocation misbehave when told to. The runtime allocates replies on the client's own
+// thread, so a misbehaving allocation is a failure in the middle of a call.
 
 #ifndef PLENXSDK_TESTS_WINDOWS_RPC_INTERFACE_ALLOCATION_COUNT_H
 #define PLENXSDK_TESTS_WINDOWS_RPC_INTERFACE_ALLOCATION_COUNT_H

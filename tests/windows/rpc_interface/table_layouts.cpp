@@ -53,8 +53,8 @@ TableLayout StubDescriptor(const char* name, TableKind descriptor, TableKind inf
              POINTER(T, NotifyRoutineTable, kOpaque),
              VALUE(T, mFlags),
              POINTER(T, CsRoutineTables, kOpaque),
-             POINTER(T, Reserved4, info),
-             VALUE(T, Reserved5)}};
+             POINTER(T, ProxyServerInfo, info),
+             VALUE(T, pExprInfo)}};
 }
 
 TableLayout ProxyInfo() {
@@ -92,11 +92,11 @@ TableLayout Syntaxes(const char* name, TableKind dispatch) {
          POINTER(Pair, ndr20.ProcString, kProcString),
          POINTER(Pair, ndr20.FmtStringOffset, kProcOffsets),
          POINTER(Pair, ndr20.TypeString, kTypeString),
-         POINTER(Pair, ndr20.aUserMarshalQuadruple, kOpaque), VALUE(Pair, ndr20.pReserved1),
+         POINTER(Pair, ndr20.aUserMarshalQuadruple, kOpaque), VALUE(Pair, ndr20.pMethodProperties),
          VALUE(Pair, ndr20.pReserved2), VALUE(Pair, ndr64.TransferSyntax),
          POINTER(Pair, ndr64.DispatchTable, dispatch), POINTER(Pair, ndr64.ProcString, kOpaque),
          POINTER(Pair, ndr64.FmtStringOffset, kProcTable), POINTER(Pair, ndr64.TypeString, kOpaque),
-         POINTER(Pair, ndr64.aUserMarshalQuadruple, kOpaque), VALUE(Pair, ndr64.pReserved1),
+         POINTER(Pair, ndr64.aUserMarshalQuadruple, kOpaque), VALUE(Pair, ndr64.pMethodProperties),
          VALUE(Pair, ndr64.pReserved2)}};
 }
 

@@ -14,6 +14,13 @@
 #include <string>
 #include <vector>
 
+// mingw-w64 gives members of the runtime's tables names that differ from those of the Windows SDK.
+#if defined(__MINGW32__)
+#define ProxyServerInfo Reserved4
+#define pExprInfo Reserved5
+#define pMethodProperties pReserved1
+#endif
+
 namespace PlenxTest {
 
 enum TableKind : int {

@@ -191,8 +191,8 @@ private:
         Null("stub notify routines", stub->NotifyRoutineTable);
         Equal("stub flags", stub->mFlags, 0x2000001);
         Null("stub code sets", stub->CsRoutineTables);
-        Same("stub information", stub->Reserved4, info);
-        Equal("stub end", stub->Reserved5, 0);
+        Same("stub information", stub->ProxyServerInfo, info);
+        Zero("stub end", stub->pExprInfo);
     }
 
     void Syntaxes(const MIDL_SYNTAX_INFO* syntaxes) {
@@ -204,7 +204,7 @@ private:
         Null("NDR64 types", syntaxes[1].TypeString);
         for (const int i : {0, 1}) {
             Null("syntax marshalled types", syntaxes[i].aUserMarshalQuadruple);
-            Equal("syntax reserved 1", syntaxes[i].pReserved1, 0);
+            Zero("syntax reserved 1", syntaxes[i].pMethodProperties);
             Equal("syntax reserved 2", syntaxes[i].pReserved2, 0);
         }
         const auto* const procedures =
@@ -272,6 +272,11 @@ private:
     }
     void Null(const std::string& what, const void* place) {
         Check(what + " is not null", place == nullptr);
+    }
+    // Some headers have an integer where others have a pointer.
+    template <typename Value>
+    void Zero(const std::string& what, Value value) {
+        Check(what + " is not zero", value == Value{});
     }
     void Same(const std::string& what, const void* place, const void* expected) {
         Check(what + " leads elsewhere", place == expected);

@@ -8,11 +8,17 @@
 #include <cstdint>
 #include <string>
 
+// The Windows SDK's header does not have it.
+extern "C" NTSTATUS NTAPI NtQueryInformationFile(HANDLE file, IO_STATUS_BLOCK* status, void* data,
+                                                 ULONG size, FILE_INFORMATION_CLASS which);
+
 namespace PlenxSoak {
 namespace {
 
-constexpr auto kFileName = static_cast<FILE_INFORMATION_CLASS>(9);
-constexpr auto kPipeState = static_cast<FILE_INFORMATION_CLASS>(24);
+// The header of the Windows SDK does not have these values of the enumeration, so that for its
+// compiler they are no constants.
+const auto kFileName = static_cast<FILE_INFORMATION_CLASS>(9);
+const auto kPipeState = static_cast<FILE_INFORMATION_CLASS>(24);
 
 struct FileName {
     ULONG bytes;

@@ -8,12 +8,16 @@
 #include <string>
 #include <vector>
 
+#include "support/exported_names.h"
+#include "support/known_dlls.h"
+
 namespace PlenxTest {
 namespace {
 
 using testing::AnyOf;
 using testing::Contains;
 using testing::Each;
+using testing::Truly;
 using testing::UnorderedElementsAre;
 
 /// The library as this process has loaded it.
@@ -56,42 +60,21 @@ private:
     const char* base_;
 };
 
-// The names of the operations as the compiler writes them; S is std::string.
-std::string Operation(const std::string& name, const std::string& arguments) {
-    return "_ZN13DistributedFs12PLENXManager" + std::to_string(name.size()) + name + "E" +
-           arguments;
-}
-
 TEST(Image, Exports_AreThe18OperationsAndNothingElse) {
-    const std::string s = "NSt7__cxx1112basic_stringIcSt11char_traitsIcESaIcEEE";
-    const std::string type = "NS_11ServiceTypeE";
-    const std::string config = "NS_10ConfigTypeE";
-    const std::string observer = "PNS_20PLENXServiceObserverE";
+    using namespace ExportedNames;
     EXPECT_THAT(
         Image().Exports(),
-        UnorderedElementsAre(
-            Operation("GetInstance", "v"), Operation("Init", "RK" + s + "S8_S6_b"),
-            Operation("Destroy", "v"), Operation("GetInt64Config", type + config),
-            "_ZN13DistributedFs12PLENXManager15GetStringConfigB5cxx11E" + type + config,
-            Operation("SetConfig", type + config + s), Operation("SetConfig", type + config + "x"),
-            Operation("Start", type + "RK" + s + "S9_"), Operation("Stop", type + "RK" + s),
-            Operation("LocalDeviceOnline", type + "RK" + s + "S9_yPKh"),
-            Operation("RemoteDeviceOnline", type + "RK" + s + "S9_"),
-            Operation("LocalDeviceOffline", type + "RK" + s + "S9_NS_11TriggerTypeE"),
-            Operation("RemoteDeviceOffline", type + "RK" + s + "S9_NS_11TriggerTypeE"),
-            Operation("DeviceNameChanged", "RK" + s),
-            Operation("RecvRemoteMessage", "NS_16PLENXMessageTypeEjRK" + s),
-            Operation("GetOfficeDir", "RK" + s + "S8_RS6_"),
-            Operation("RegisterPLENXServiceObserver", observer),
-            Operation("UnregisterPLENXServiceObserver", observer)));
+        UnorderedElementsAre(kGetInstance, kInit, kDestroy, kGetInt64Config, kGetStringConfig,
+                             kSetStringConfig, kSetInt64Config, kStart, kStop, kLocalDeviceOnline,
+                             kRemoteDeviceOnline, kLocalDeviceOffline, kRemoteDeviceOffline,
+                             kDeviceNameChanged, kRecvRemoteMessage, kGetOfficeDir,
+                             kRegisterObserver, kUnregisterObserver));
 }
 
 TEST(Image, Imports_AreTheSystemTheCompanionsAndTheRunTime) {
     const auto imports = Image().Imports();
-    EXPECT_THAT(imports,
-                Each(AnyOf("KERNEL32.dll", "ADVAPI32.dll", "RPCRT4.dll", "ntdll.dll", "msvcrt.dll",
-                           "LogHelper.dll", "distributedfile.dll", "libstdc++-6.dll",
-                           "libgcc_s_seh-1.dll", "libwinpthread-1.dll")));
+    EXPECT_THAT(imports, Each(AnyOf(Truly(IsSystemDll), Truly(IsRunTimeDll), "LogHelper.dll",
+                                    "distributedfile.dll")));
     EXPECT_THAT(imports, Contains("LogHelper.dll"));
     EXPECT_THAT(imports, Contains("distributedfile.dll"));
 }
