@@ -65,8 +65,8 @@
 /// reaches the caller.
 ///
 /// **Toolchain.** C++ classes and std::string cross the border of the DLL. The same compiler family
-/// must build the host and the library, and both must share one C++ runtime, which is why that
-/// runtime ships as a DLL beside this one.
+/// must build the host and the library, and both must share one C++ runtime. MinGW's is shipped as
+/// DLLs beside this one; Microsoft's redistributable installs that of Visual C++.
 
 #ifndef PLENXSDK_PLENX_MANAGER_H
 #define PLENXSDK_PLENX_MANAGER_H
