@@ -1,6 +1,7 @@
 # Checks the format of the sources, and runs clang-tidy.
 
 lint_packages=(clang-format-19 clang-tidy-19 python3)
+visual_cpp_packages=(clang-19 clang-tools-19 libc++-19-dev llvm-19 libwine-dev)
 
 # The fake Windows headers keep the layout of the real ones.
 our_sources() {
@@ -44,29 +45,60 @@ base_commit() {
     echo "$base"
 }
 
-msvc_options=(--target=x86_64-w64-mingw32 -fsyntax-only -fms-extensions
-    -Wall -Wextra -Wpedantic -Wmicrosoft -Wshorten-64-to-32 -Wimplicit-int-conversion
-    -Wsign-compare -Wnon-virtual-dtor -Woverloaded-virtual -Wno-language-extension-token -Werror
-    -D_WIN32_WINNT=0x0601 -DNOMINMAX -DWIN32_LEAN_AND_MEAN -DUNICODE -D_UNICODE -DPLENXSDK_BUILD
-    -Isrc -Iinclude -Icompanion/include)
+visual_cpp_build=$build_dir/visual-cpp
 
-# Compiles the library's sources as similarly to MSVC as possible here: with clang, Microsoft's
-# extensions, and the warnings that MSVC has at level 4 and gcc does not have in -Wextra.
-check_for_msvc() {
-    local headers
-    headers=$(x86_64-w64-mingw32-g++-posix -print-file-name=include/c++)
-    our_sources src | grep '\.cpp$' | xargs -n 1 -P "$(nproc)" \
-        clang++ -std=c++17 -femulated-tls "${msvc_options[@]}" \
-        -isystem "$headers" -isystem "$headers/x86_64-w64-mingw32"
-    our_sources src | grep '\.c$' | xargs -n 1 -P "$(nproc)" clang -std=c11 "${msvc_options[@]}"
+# Prepares the headers of the check that Wine has otherwise, or not at all: members of the RPC
+# runtime's tables have names and types of their own there.
+make_visual_cpp_headers() {
+    local wine=/usr/include/wine/wine/windows headers=$visual_cpp_build/headers
+    mkdir -p "$headers"
+    sed 's/defined(_MSC_VER) && !defined(__clang__)/defined(_MSC_VER)/' "$wine/winnt.h" \
+        >"$headers/winnt.h"
+    sed -E -e 's/ULONG_PTR( +Reserved4;)/void* ProxyServerInfo;/' \
+        -e 's/ULONG_PTR( +Reserved5;)/void* pExprInfo;/' \
+        -e 's/ULONG_PTR( +pReserved1;)/void* pMethodProperties;/' "$wine/rpcndr.h" >"$headers/rpcndr.h"
+    cp /usr/x86_64-w64-mingw32/include/ndr64types.h "$headers/"
+}
+
+configure_visual_cpp() {
+    [ -e "$visual_cpp_build/headers/winnt.h" ] || make_visual_cpp_headers
+    [ -e "$visual_cpp_build/build.ninja" ] ||
+        cmake -G Ninja -S "$root" -B "$visual_cpp_build" --toolchain "$root/cmake/visual-cpp/check.cmake" \
+            -DPLENX_CHECK_HEADERS="$visual_cpp_build/headers" \
+            -DCMAKE_BUILD_TYPE=RelWithDebInfo
+}
+
+# Compiles what Visual C++ would, tests and benchmarks included. Only what has changed is compiled again.
+check_for_visual_cpp() {
+    configure_visual_cpp
+    ninja -C "$visual_cpp_build" -k 0 all bench_windows
+}
+
+workflow_checker=$build_dir/workflow-checker
+
+# Holds the workflows for GitHub against the published schema of such files.
+check_workflows() {
+    local workflow
+    for workflow in .github/workflows/*.yml; do
+        "$workflow_checker/node_modules/.bin/action-validator" "$workflow"
+    done
+}
+
+fetch_workflow_checker() {
+    [ ! -e "$workflow_checker/node_modules/.bin/action-validator" ] || return 0
+    command -v npm >/dev/null || need_packages npm
+    step "fetch the checker of workflows" npm install --silent --no-audit --no-fund \
+        --prefix "$workflow_checker" @action-validator/core@0.6.0 @action-validator/cli@0.6.0
 }
 
 command_lint() {
-    need_packages "${bench_packages[@]}" "${lint_packages[@]}"
+    need_packages "${bench_packages[@]}" "${lint_packages[@]}" "${visual_cpp_packages[@]}"
     warnings_are_errors=true
     step "check the format" check_format
+    fetch_workflow_checker
+    step "hold the workflows against their schema" check_workflows
     build_native plain
     check_tidy
-    step "compile as near to MSVC as can be" check_for_msvc
+    step "compile as Visual C++ would" check_for_visual_cpp
     echo "The sources pass."
 }
