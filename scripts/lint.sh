@@ -52,9 +52,11 @@ visual_cpp_build=$build_dir/visual-cpp
 make_visual_cpp_headers() {
     local wine=/usr/include/wine/wine/windows headers=$visual_cpp_build/headers
     mkdir -p "$headers"
-    sed 's/defined(_MSC_VER) && !defined(__clang__)/defined(_MSC_VER)/' "$wine/winnt.h" \
-        >"$headers/winnt.h"
-    sed -E -e 's/ULONG_PTR( +Reserved4;)/void* ProxyServerInfo;/' \
+    sed -e 's/defined(_MSC_VER) && !defined(__clang__)/defined(_MSC_VER)/' \
+        -e '/ULONGLONG SEHandlerCount;/{n;s/^}/  ULONGLONG Guard[4]; DWORD GuardFlags;\n}/}' \
+        "$wine/winnt.h" >"$headers/winnt.h"
+    sed -E -e 's/ULONG_PTR( +Reserved3;)/const void* CsRoutineTables;/' \
+        -e 's/ULONG_PTR( +Reserved4;)/void* ProxyServerInfo;/' \
         -e 's/ULONG_PTR( +Reserved5;)/void* pExprInfo;/' \
         -e 's/ULONG_PTR( +pReserved1;)/void* pMethodProperties;/' "$wine/rpcndr.h" >"$headers/rpcndr.h"
     cp /usr/x86_64-w64-mingw32/include/ndr64types.h "$headers/"

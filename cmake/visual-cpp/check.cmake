@@ -34,6 +34,10 @@ string(CONCAT check "-fmsc-version=1944 /X -nobuiltininc${headers} /FI${CMAKE_CU
   " -Wmicrosoft -Wshorten-64-to-32 -Wimplicit-int-conversion -Wsign-compare"
   " -D_UCRT -D_MSVCR_VER=140 -DWINE_UNICODE_NATIVE -D__MINGW_EXTENSION="
   " -D_LIBCPP_NO_VCRUNTIME -D_LIBCPP_DISABLE_DEPRECATION_WARNINGS")
+file(STRINGS /usr/include/wine/wine/msvcrt/time.h has_new_times REGEX "struct timespec$")
+if(has_new_times)
+  string(APPEND check " -DPLENX_WINE_IS_NEW")
+endif()
 set(CMAKE_C_FLAGS_INIT "${check}")
 set(CMAKE_CXX_FLAGS_INIT "${check} -Wnon-virtual-dtor -Woverloaded-virtual")
 foreach(language IN ITEMS C CXX)

@@ -325,7 +325,7 @@ Forms UnknownIds(int role) {
 
 void AddTiny(const Model& model, Forms& forms) {
     forms.push_back(model.As({}, "of no bytes"));
-    for (const std::uint8_t byte : {0, 1, 8, 255}) {
+    for (const std::uint8_t byte : std::initializer_list<std::uint8_t>{0, 1, 8, 255}) {
         forms.push_back(model.As({byte}, "of one byte, " + std::to_string(byte)));
     }
     forms.push_back(model.As({8, 0, 0, 0, 0, 0, 0, 0}, "of a header alone"));
