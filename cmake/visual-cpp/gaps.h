@@ -35,6 +35,7 @@ errno_t __cdecl gmtime_s(struct tm* parts, const time_t* time);
 errno_t __cdecl _dupenv_s(char** value, size_t* length, const char* name);
 int __cdecl vsnprintf_s(char* text, size_t capacity, size_t most, const char* format,
                         va_list values);
+intptr_t __cdecl _get_heap_handle(void);
 int __cdecl _isupper_l(int character, _locale_t locale);
 double __cdecl _strtod_l(const char* text, char** end, _locale_t locale);
 #define _CRTDBG_FILE_STDERR ((void*)-5)

@@ -8,9 +8,11 @@
 #include <cstdint>
 #include <string>
 
-// The Windows SDK's header does not have it.
-extern "C" NTSTATUS NTAPI NtQueryInformationFile(HANDLE file, IO_STATUS_BLOCK* status, void* data,
-                                                 ULONG size, FILE_INFORMATION_CLASS which);
+#ifdef _MSC_VER  // The Windows SDK's header does not have it.
+extern "C" NTSYSAPI NTSTATUS NTAPI NtQueryInformationFile(HANDLE file, IO_STATUS_BLOCK* status,
+                                                          void* data, ULONG size,
+                                                          FILE_INFORMATION_CLASS which);
+#endif
 
 namespace PlenxSoak {
 namespace {
