@@ -147,7 +147,9 @@ public:
         }
         const SERVICE_STATUS_PROCESS first = Status();
         KeepTheProcess(first.dwProcessId);
-        watched.patience = first.dwWaitHint;
+        // A hint of 0 has a check of its own. Whether the library gives up then depends on which of
+        // the two is quicker, so nothing else is judged by it.
+        watched.patience = first.dwWaitHint != 0 ? first.dwWaitHint : kStopPatience;
         Watch(watched, begin,
               [](ServiceState state) { return state != ServiceState::kStartPending; });
         return watched;
