@@ -1,7 +1,9 @@
 #include "common/utf8.h"
 
+#include <array>
 #include <codecvt>
 #include <cstddef>
+#include <cstring>
 #include <locale>
 #include <stdexcept>
 
@@ -26,11 +28,20 @@ bool IsContinuation(char byte) {
     return (static_cast<unsigned char>(byte) & 0xC0) == 0x80;
 }
 
-// This is the fast path: nearly all text is ASCII. Returns false when the text is not.
+// This is the fast path: nearly all text is ASCII. Returns false when the text is not. The copy of
+// a block tells the compiler that writing cannot change the text, so it widens the block at once.
 bool WidenAscii(wchar_t* out, std::string_view text) noexcept {
+    std::array<unsigned char, 8> block;
     unsigned char bits = 0;
+    for (; text.size() >= block.size(); text.remove_prefix(block.size())) {
+        std::memcpy(block.data(), text.data(), block.size());
+        for (const unsigned char byte : block) {
+            *out++ = byte;
+            bits |= byte;
+        }
+    }
     for (const char character : text) {
-        *out++ = static_cast<wchar_t>(character);
+        *out++ = static_cast<unsigned char>(character);
         bits |= static_cast<unsigned char>(character);
     }
     return bits < 0x80;
