@@ -2,7 +2,8 @@
 
 windows_test_seconds=900
 windows_jobs=4        # at a time, because they mostly wait
-long_windows_tests=(endings_test system_test soak_test)  # begin first, so that none is left alone
+# These begin first, so that none is left alone.
+long_windows_tests=(system_test soak_test endings_test kit_judge_life_test kit_scenario_test)
 # Other commands run these at length.
 brief_endings=10
 brief_mutants=3
@@ -248,11 +249,16 @@ busy_lane() {
 
 waiting_lane() {
     compile_windows all
+    make_prefix_template
+    in_lane package_lane
     PLENX_TEST_ENDINGS=$brief_endings run_windows
     test_node_under_wine
     step "type at the host's prompt" test_dialogue
     step "hold the host's JSON against its schema" /usr/bin/python3 \
         docs/check_kit_host_json.py "$windows_build/bin/plenxkit-host.jsonl"
+}
+
+package_lane() {
     build_docs
     test_package
 }
