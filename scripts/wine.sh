@@ -4,6 +4,11 @@
 wine_dir=$build_dir/wine
 export WINEDEBUG=-all WINEDLLOVERRIDES="mscoree,mshtml="
 unset DISPLAY
+# Wine 10 looks for a Wayland display there, and says so on the error output when it is not set.
+if [ -z "${XDG_RUNTIME_DIR:-}" ]; then
+    mkdir -p -m 700 "$build_dir/run"
+    export XDG_RUNTIME_DIR=$build_dir/run
+fi
 
 make_prefix_template() {
     local template=$wine_dir/template

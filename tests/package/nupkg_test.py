@@ -46,6 +46,9 @@ class Host
         Task<PlenxEvent> read = queue.ReadAsync();
         Plenx.Stop(PlenxService.Pc, "home");
         Console.WriteLine("stop " + read.Result.Value + " of " + read.Result.Text);
+        while (queue.Next(1000) != null)
+        {
+        }
         read = queue.ReadAsync();
         queue.Dispose();
         Console.WriteLine("closed: " + ResultOf(read));
