@@ -3,73 +3,17 @@
 #include <charconv>
 #include <limits>
 
-#include "support/utf8.h"
+#include "support/escape.h"
 
 namespace PlenxHost {
-namespace {
-
-constexpr char kHexDigits[] = "0123456789abcdef";
-
-void AppendHexByte(std::string& out, char byte) {
-    const auto bits = static_cast<unsigned char>(byte);
-    out.push_back(kHexDigits[bits >> 4]);
-    out.push_back(kHexDigits[bits & 15]);
-}
-
-void AppendHexEscapes(std::string& out, std::string_view bytes) {
-    for (const char byte : bytes) {
-        out += "\\x";
-        AppendHexByte(out, byte);
-    }
-}
-
-void AppendEscaped(std::string& out, char byte) {
-    switch (byte) {
-    case '"':
-        out += "\\\"";
-        break;
-    case '\\':
-        out += "\\\\";
-        break;
-    case '\n':
-        out += "\\n";
-        break;
-    case '\r':
-        out += "\\r";
-        break;
-    case '\t':
-        out += "\\t";
-        break;
-    default:
-        if (static_cast<unsigned char>(byte) >= 0x20 && byte != 0x7F &&
-            static_cast<unsigned char>(byte) < 0x80) {
-            out.push_back(byte);
-        } else {
-            AppendHexEscapes(out, std::string_view(&byte, 1));
-        }
-    }
-}
-
-// Some terminals obey U+0080 to U+009F as control characters.
-bool IsControl(std::string_view character) {
-    return character.size() == 2 && character[0] == '\xC2' &&
-           static_cast<unsigned char>(character[1]) < 0xA0;
-}
-
-}  // namespace
 
 std::string Quote(std::string_view text, std::size_t maxBytes) {
     std::string_view rest = text;
     std::string out = "\"";
     while (!rest.empty() && text.size() - rest.size() < maxBytes) {
-        const std::size_t length = PlenxSupport::CharacterLength(rest);
-        if (length > 1 && !IsControl(rest.substr(0, length))) {
-            out.append(rest.substr(0, length));
-            rest.remove_prefix(length);
-        } else {
-            AppendEscaped(out, rest[0]);
-            rest.remove_prefix(1);
-        }
+        const std::string_view character = PlenxSupport::FirstCharacter(rest);
+        PlenxSupport::AppendQuotedCharacter(out, character);
+        rest.remove_prefix(character.size());
     }
     out.push_back('"');
     if (!rest.empty()) {
@@ -81,13 +25,11 @@ std::string Quote(std::string_view text, std::size_t maxBytes) {
 std::string Printable(std::string_view text) {
     std::string out;
     while (!text.empty()) {
-        const std::size_t length = PlenxSupport::CharacterLength(text);
-        const std::string_view character = text.substr(0, length == 0 ? 1 : length);
-        const bool plain = length == 1 && (text[0] == '\n' || (text[0] >= 0x20 && text[0] != 0x7F));
-        if (plain || (length > 1 && !IsControl(character))) {
+        const std::string_view character = PlenxSupport::FirstCharacter(text);
+        if (character == "\n" || PlenxSupport::IsShowable(character)) {
             out += character;
         } else {
-            AppendHexEscapes(out, character);
+            PlenxSupport::AppendHexEscapes(out, character);
         }
         text.remove_prefix(character.size());
     }
@@ -98,7 +40,7 @@ std::string ToHex(std::string_view bytes) {
     std::string digits;
     digits.reserve(bytes.size() * 2);
     for (const char byte : bytes) {
-        AppendHexByte(digits, byte);
+        PlenxSupport::AppendHexByte(digits, byte);
     }
     return digits;
 }
