@@ -4,6 +4,7 @@
 #include "support/install_folder.h"
 #include "support/service_state.h"
 #include "support/system_habits.h"
+#include "support/test_folder.h"
 
 namespace BothWorlds {
 
@@ -11,8 +12,8 @@ namespace fs = std::filesystem;
 
 namespace {
 
-const fs::path kFolder = L"C:\\plenx-scenario";
-const fs::path kApp = L"C:\\plenx-stage\\app";
+const fs::path kFolder = PlenxTest::TestFolder() / L"plenx-scenario";
+const fs::path kApp = PlenxTest::TestFolder() / L"plenx-stage" / L"app";
 
 // fs::remove_all alone would leave read-only files.
 void RemoveAll(const fs::path& folder) {
@@ -81,7 +82,7 @@ std::wstring Stage::DriverFile() {
 }
 
 std::vector<std::wstring> Stage::ServiceArguments() {
-    return {kApp.native(), L"C:\\plenx-stage\\data", L"1"};
+    return {kApp.native(), (kApp.parent_path() / L"data").native(), L"1"};
 }
 
 void Stage::LetServiceIgnoreStop() {

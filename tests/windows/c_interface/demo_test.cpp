@@ -48,7 +48,7 @@ protected:
         ChildProcess host(Quoted(fs::path(ProgramFolder()) / program) + L" host --install " +
                           Quoted(folder.InstallPath()) + L" --data " + Quoted(folder.DataPath()) +
                           L" --third demo --flag --timeout 60 --script " +
-                          Quoted(L"Z:" PLENX_DEMO_SCRIPT));
+                          Quoted(fs::path(ProgramFolder()) / L"demo.plenx"));
         EXPECT_TRUE(host.Started()) << "error " << host.StartError();
         EXPECT_EQ(host.WaitForExit(90000).value_or(0xDEAD), 0U) << "an expectation did not hold";
         SetEnvironmentVariableW(L"PLENX_LOG_FILE", nullptr);

@@ -10,6 +10,7 @@
 #include "devservice/service_under_test.h"
 #include "support/child_process.h"
 #include "support/install_folder.h"
+#include "support/test_folder.h"
 #include "wire/catalog.h"
 
 namespace PlenxTest {
@@ -40,7 +41,7 @@ protected:
         return {code ? static_cast<int>(*code) : -1, ReadFile(output), ReadFile(errors)};
     }
 
-    const std::filesystem::path folder_ = L"C:\\plenxkit \u00fc\u20ac\u65e5";
+    const std::filesystem::path folder_ = TestFolder() / L"plenxkit \u00fc\u20ac\u65e5";
 };
 
 TEST_F(MessageCommand, TextsOfTheCommandLine_AreUtf8InTheMessage) {

@@ -8,6 +8,7 @@
 #include "support/child_process.h"
 #include "support/install_folder.h"
 #include "support/service_state.h"
+#include "support/test_folder.h"
 #include "support/wait.h"
 
 namespace PlenxTest {
@@ -41,7 +42,7 @@ SC_HANDLE CreateOurService(SC_HANDLE manager) {
 }  // namespace
 
 ServiceUnderTest::ServiceUnderTest(int row, const std::string& control)
-    : root_(L"C:\\plenxdevtest"),
+    : root_(TestFolder() / L"plenxdevtest"),
       install_(root_ / L"app"),
       data_(root_ / L"data" / L"service"),
       row_(row) {

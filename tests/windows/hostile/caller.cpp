@@ -9,6 +9,7 @@
 #include "rpc/interface/manager_call.h"
 #include "rpc/interface/rpc_memory.h"
 #include "support/install_folder.h"
+#include "support/test_folder.h"
 #include "support/wide_text.h"
 #include "wire/catalog.h"
 #include "wire/local_binding.h"
@@ -25,7 +26,7 @@ constexpr DWORD kReadyMilliseconds = 60 * 1000;
 constexpr int kMostComplaints = 5;
 
 std::wstring ComplaintFile(unsigned caller) {
-    return L"C:\\plenx-system-logs\\caller" + std::to_wstring(caller) + L".txt";
+    return TestFolder() / L"plenx-system-logs" / (L"caller" + std::to_wstring(caller) + L".txt");
 }
 
 // Behind Wine's runtime no caller states a size that is larger than the bytes. The link would be

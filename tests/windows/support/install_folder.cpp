@@ -8,6 +8,7 @@
 #include "support/child_process.h"
 #include "support/file.h"
 #include "support/service_state.h"
+#include "support/test_folder.h"
 
 namespace PlenxTest {
 namespace {
@@ -41,7 +42,7 @@ void Copy(const fs::path& from, const fs::path& to) {
 }  // namespace
 
 InstallFolder::InstallFolder(const std::wstring& name)
-    : root_(L"C:\\" + name), install_(root_ / L"app"), data_(root_ / L"data") {
+    : root_(TestFolder() / name), install_(root_ / L"app"), data_(root_ / L"data") {
     RemoveServices();
     fs::remove_all(root_);
     for (const wchar_t* category : kCategories) {

@@ -12,7 +12,7 @@ namespace PlenxTest {
 
 class InstallFolder {
 public:
-    /// name: the name of a folder under C:\, without blanks.
+    /// name: the name of a folder in the folder for tests, without blanks.
     explicit InstallFolder(const std::wstring& name);
     ~InstallFolder();
     InstallFolder(const InstallFolder&) = delete;

@@ -7,6 +7,7 @@
 #include "support/child_process.h"
 #include "support/install_folder.h"
 #include "support/service_state.h"
+#include "support/test_folder.h"
 #include "support/wide_text.h"
 
 namespace PlenxTest {
@@ -17,8 +18,8 @@ namespace fs = std::filesystem;
 DWORD longestTest = 0;
 constexpr int kSkipped = 77;
 constexpr wchar_t kChildMark[] = L"PLENX_SYSTEM_TEST_CHILD";
-const fs::path kLogFolder = L"C:\\plenx-system-logs";
-const fs::path kInstallFolder = L"C:\\plenx-system";
+const fs::path kLogFolder = TestFolder() / L"plenx-system-logs";
+const fs::path kInstallFolder = TestFolder() / L"plenx-system";
 
 bool IsChild() {
     return GetEnvironmentVariableW(kChildMark, nullptr, 0) != 0;
@@ -68,6 +69,9 @@ void InOwnProcess::RunChild() {
     fs::remove(LibraryLogFile());
     fs::remove(ServiceLogFile());
     SetEnvironmentVariableW(kChildMark, L"1");
+    for (const wchar_t* const shard : {L"GTEST_TOTAL_SHARDS", L"GTEST_SHARD_INDEX"}) {
+        SetEnvironmentVariableW(shard, nullptr);  // the child has a single test
+    }
     SetEnvironmentVariableW(L"PLENX_LOG_FILE", LibraryLogFile().c_str());
     const std::string filter = "--gtest_brief=1 --gtest_filter=" + RunningTest();
     ChildProcess child(ChildProcess::Self(PlenxSupport::ToWide(filter)));
