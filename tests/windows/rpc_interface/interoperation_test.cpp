@@ -10,8 +10,10 @@
 
 #include "rpc_interface/allocation_count.h"
 #include "rpc_interface/calls.h"
+#include "rpc_interface/chosen_syntax.h"
 #include "rpc_interface/peer_process.h"
 #include "rpc_interface/server_routines.h"
+#include "support/system_habits.h"
 
 namespace PlenxTest {
 namespace {
@@ -214,6 +216,28 @@ INSTANTIATE_TEST_SUITE_P(Pairings, Interoperation,
                          testing::Combine(testing::Values(Interface::kService, Interface::kManager),
                                           testing::Values(Stubs::kOurs, Stubs::kWidl),
                                           testing::Values(Stubs::kOurs, Stubs::kWidl)),
+                         PairingName);
+
+class TransferSyntax : public Interoperation {};
+
+// Wine knows NDR 2.0 alone, and so do the clients that its IDL compiler makes. What two ends that
+// offer both choose on Windows is written down.
+TEST_P(TransferSyntax, OfACall_IsOneThatBothEndsOffer) {
+    const auto syntax = static_cast<Syntax>(NumberIn(Call(kSyntax, {}).bytes));
+    RecordProperty("transfer_syntax", NameOf(syntax));
+    const bool bothOfferNdr64 =
+        std::get<1>(GetParam()) == Stubs::kOurs && HabitsOfThisSystem().wineVersion == 0;
+    if (bothOfferNdr64) {
+        EXPECT_NE(syntax, kUnknownSyntax);
+    } else {
+        EXPECT_EQ(syntax, kNdr20);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Pairings, TransferSyntax,
+                         testing::Combine(testing::Values(Interface::kService, Interface::kManager),
+                                          testing::Values(Stubs::kOurs, Stubs::kWidl),
+                                          testing::Values(Stubs::kOurs)),
                          PairingName);
 
 }  // namespace

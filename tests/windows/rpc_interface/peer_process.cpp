@@ -2,6 +2,7 @@
 
 #include <atomic>
 
+#include "rpc_interface/chosen_syntax.h"
 #include "support/serve.h"
 #include "support/wide_text.h"
 
@@ -51,6 +52,9 @@ int RunPeer(const std::string& stubs, const std::string& which, const std::strin
     const RPC_IF_HANDLE served =
         ServerInterface(stubs == "ours" ? Stubs::kOurs : Stubs::kWidl,
                         which == "service" ? Interface::kService : Interface::kManager);
+    if (stubs == "ours") {
+        WatchSyntaxes(served);
+    }
     const PlenxSupport::Handle stop = EventOf(name, L"-stop");
     const RPC_STATUS status = Serve(served, name);
     if (status != RPC_S_OK) {

@@ -8,6 +8,7 @@
 #include "rpc/interface/rpc_memory.h"
 #include "rpc/interface/service_interface.h"
 #include "rpc_interface/allocation_count.h"
+#include "rpc_interface/chosen_syntax.h"
 
 namespace PlenxTest {
 namespace {
@@ -68,6 +69,8 @@ long Answer(long msgType, long msgSize, const unsigned char* msg, long* respSize
         return GiveReply(Number(entryState), respSize, resp);
     case kBlocksOut:
         return GiveReply(Number(static_cast<std::uint32_t>(BlocksOut())), respSize, resp);
+    case kSyntax:
+        return GiveReply(Number(SyntaxOfThisCall()), respSize, resp);
     default:
         return -1;
     }

@@ -24,6 +24,7 @@ enum MessageType : long {
     kCallManagerBack,   // calls the manager on the endpoint in the message, then echoes
     kEntryState,        // replies with 1 when size and block were 0 and null on entry, or 0
     kBlocksOut,         // replies with the number of blocks that are out in the server
+    kSyntax,            // replies with the transfer syntax of the call
 };
 
 inline Bytes Number(std::uint32_t number) {
