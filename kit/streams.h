@@ -23,6 +23,8 @@ struct Streams {
 
 /// The exit code of every command for a command line that it cannot use.
 constexpr int kWrongUsage = 2;
+/// The exit code of a command that was interrupted, and has removed everything.
+constexpr int kInterrupted = 5;
 
 }  // namespace PlenxKit
 

@@ -1,0 +1,40 @@
+// Somebody wants the program to end: Ctrl-C, Ctrl-Break, a console that is closed. A program that
+// has something to remove first looks at it in each of its waits, removes everything, and ends.
+
+#ifndef PLENXSUPPORT_INTERRUPTION_H
+#define PLENXSUPPORT_INTERRUPTION_H
+
+#include <chrono>
+#include <condition_variable>
+#include <mutex>
+
+#ifdef _WIN32
+#include "support/handle.h"
+#endif
+
+namespace PlenxSupport {
+
+/// Any thread may call it. Once raised, it stays so.
+class Interruption {
+public:
+    void Raise();
+    bool IsRaised() const;
+    /// Waits that long, or until it is raised. @return whether it is raised.
+    bool WaitFor(std::chrono::milliseconds longest) const;
+#ifdef _WIN32
+    /// It is set from then on, for waits for other things of the system, too.
+    HANDLE Event() const { return event_.Get(); }
+#endif
+
+private:
+    mutable std::mutex mutex_;
+    mutable std::condition_variable raised_;
+    bool isRaised_ = false;
+#ifdef _WIN32
+    const Handle event_ = MakeEvent();
+#endif
+};
+
+}  // namespace PlenxSupport
+
+#endif  // PLENXSUPPORT_INTERRUPTION_H
