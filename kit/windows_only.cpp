@@ -29,7 +29,7 @@ int PlenxScenario::Run(const Options&, const PlenxKit::Streams& streams) {
 }
 
 // The judge lists its checks and compares earlier runs everywhere.
-std::unique_ptr<PlenxJudge::Program> PlenxJudge::BringUp(const Way&) {
+std::unique_ptr<PlenxJudge::Program> PlenxJudge::BringUp(const Way&, PlenxSupport::Interruption&) {
     throw Refusal("this command needs Windows");
 }
 

@@ -183,11 +183,12 @@ run_windows_test() {
     return $status
 }
 
-test_dialogue() {
+# test_terminal SCRIPT: runs plenxkit on a terminal, as a script in Python plays it.
+test_terminal() {
     local prefix status=0
-    prefix=$(new_prefix dialogue)
-    timeout -k 10 $windows_test_seconds python3 tests/windows/kit/host/dialogue.py \
-        "$windows_build/bin" "$prefix" || status=$?
+    prefix=$(new_prefix terminal)
+    PYTHONPATH=tests/windows/kit PYTHONDONTWRITEBYTECODE=1 timeout -k 10 $windows_test_seconds \
+        python3 "tests/windows/kit/$1" "$windows_build/bin" "$prefix" || status=$?
     drop_prefix "$prefix"
     return $status
 }
@@ -253,7 +254,8 @@ waiting_lane() {
     in_lane package_lane
     PLENX_TEST_ENDINGS=$brief_endings run_windows
     test_node_under_wine
-    step "type at the host's prompt" test_dialogue
+    step "type at the host's prompt" test_terminal host/dialogue.py
+    step "interrupt the judge" test_terminal judge/interrupted.py
     step "hold the host's JSON against its schema" /usr/bin/python3 \
         docs/check_kit_host_json.py "$windows_build/bin/plenxkit-host.jsonl"
 }

@@ -5,17 +5,20 @@
 #include "judge/caller.h"
 #include "judge/launcher.h"
 #include "judge/manager_endpoint.h"
+#include "support/console_watch.h"
 #include "support/process_size.h"
 
 namespace PlenxJudge {
 namespace {
 
-std::unique_ptr<Launcher> MakeLauncher(const Way& way) {
+using PlenxSupport::Interruption;
+
+std::unique_ptr<Launcher> MakeLauncher(const Way& way, const Interruption& interruption) {
     switch (way.kind) {
     case Way::Kind::kService:
-        return MakeService(way);
+        return MakeService(way, interruption);
     case Way::Kind::kConsole:
-        return MakeConsole(way);
+        return MakeConsole(way, interruption);
     case Way::Kind::kEndpoint:
         break;
     }
@@ -24,23 +27,28 @@ std::unique_ptr<Launcher> MakeLauncher(const Way& way) {
 
 class RealProgram : public Program {
 public:
-    RealProgram(const Way& way, Inbox& inbox)
+    RealProgram(const Way& way, Inbox& inbox, Interruption& interruption)
         : role_(way.role),
           patience_(way.patience),
           inbox_(inbox),
-          caller_(way.Endpoint()),
-          launcher_(MakeLauncher(way)) {}
+          interruption_(interruption),
+          watch_(interruption),
+          caller_(way.Endpoint(), interruption),
+          launcher_(MakeLauncher(way, interruption)) {}
 
-    Answer Call(const Request& request) override {
-        return caller_.Call({request}, patience_).front();
-    }
+    Answer Call(const Request& request) override { return CallAtOnce({request}).front(); }
     std::vector<Answer> CallAtOnce(const std::vector<Request>& requests) override {
-        return caller_.Call(requests, patience_);
+        return interruption_.IsRaised() ? std::vector<Answer>(requests.size())
+                                        : caller_.Call(requests, patience_);
     }
-    void VanishDuring(const Request& request) override { caller_.VanishDuring(request); }
+    void VanishDuring(const Request& request) override {
+        if (!interruption_.IsRaised()) {
+            caller_.VanishDuring(request);
+        }
+    }
 
     bool IsUp() override { return launcher_->IsUp(); }
-    bool Restart() override { return launcher_->Restart(); }
+    bool Restart() override { return !interruption_.IsRaised() && launcher_->Restart(); }
     Service* AsService() override { return launcher_->AsService(); }
     std::string CleanUp() override { return launcher_->CleanUp(); }
 
@@ -63,17 +71,19 @@ private:
     const int role_;
     const std::chrono::milliseconds patience_;
     Inbox& inbox_;
+    const Interruption& interruption_;
+    const PlenxSupport::ConsoleWatch watch_;
     Caller caller_;
     const std::unique_ptr<Launcher> launcher_;
 };
 
 }  // namespace
 
-std::unique_ptr<Program> BringUp(const Way& way) {
+std::unique_ptr<Program> BringUp(const Way& way, Interruption& interruption) {
     // Calls may come in as long as the process lives.
-    static Inbox& inbox = *new Inbox;
+    static Inbox& inbox = *new Inbox(interruption);
     ServeManager(inbox);
-    return std::make_unique<RealProgram>(way, inbox);
+    return std::make_unique<RealProgram>(way, inbox, interruption);
 }
 
 }  // namespace PlenxJudge

@@ -9,6 +9,7 @@
 #include <string>
 
 #include "judge/program.h"
+#include "support/interruption.h"
 
 namespace PlenxJudge {
 
@@ -31,9 +32,9 @@ struct Way {
     std::string Endpoint() const;
 };
 
-/// Prepares everything, but starts the program only when a check needs it.
-/// @throws Refusal
-std::unique_ptr<Program> BringUp(const Way& way);
+/// Prepares everything, but starts the program only when a check needs it. From then on Ctrl-C and
+/// the like raise the interruption. It must live as long as the process. @throws Refusal
+std::unique_ptr<Program> BringUp(const Way& way, PlenxSupport::Interruption& interruption);
 
 }  // namespace PlenxJudge
 

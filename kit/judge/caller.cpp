@@ -39,22 +39,23 @@ std::wstring CommandLine(const std::string& endpoint) {
     return L"\"" + path + L"\" judge-caller \"" + PlenxSupport::ToWide(endpoint) + L"\"";
 }
 
-// Ends a process when its time is over, unless this object goes before.
+// Ends a process at an interruption or when its time is over, unless this object goes before.
 class Deadline {
 public:
-    Deadline(HANDLE process, std::chrono::milliseconds time) {
-        CreateTimerQueueTimer(&timer_, nullptr, EndProcess, process,
-                              static_cast<DWORD>(time.count()), 0, WT_EXECUTEONLYONCE);
+    Deadline(HANDLE process, std::chrono::milliseconds time,
+             const PlenxSupport::Interruption& interruption) {
+        RegisterWaitForSingleObject(&wait_, interruption.Event(), EndProcess, process,
+                                    static_cast<DWORD>(time.count()), WT_EXECUTEONLYONCE);
     }
     // Waits for an ending that is under way.
-    ~Deadline() { static_cast<void>(DeleteTimerQueueTimer(nullptr, timer_, INVALID_HANDLE_VALUE)); }
+    ~Deadline() { static_cast<void>(UnregisterWaitEx(wait_, INVALID_HANDLE_VALUE)); }
     Deadline(const Deadline&) = delete;
     Deadline& operator=(const Deadline&) = delete;
 
 private:
     static void CALLBACK EndProcess(void* process, BOOLEAN) { TerminateProcess(process, kEnded); }
 
-    HANDLE timer_ = nullptr;
+    HANDLE wait_ = nullptr;
 };
 
 }  // namespace
@@ -70,7 +71,7 @@ std::vector<Answer> Caller::Call(const std::vector<Request>& requests,
     }
     bool allCameBack = Send(requests) && AwaitTheCalls();
     if (allCameBack) {
-        const Deadline deadline(process_.Get(), patience);
+        const Deadline deadline(process_.Get(), patience, interruption_);
         for (std::size_t i = 0; allCameBack && i < answers.size(); ++i) {
             allCameBack = Receive(answers[i]);
         }
@@ -143,7 +144,7 @@ bool Caller::Send(const std::vector<Request>& requests) {
 
 // The start of the process is no part of the program's time.
 bool Caller::AwaitTheCalls() {
-    const Deadline deadline(process_.Get(), kUntilItCalls);
+    const Deadline deadline(process_.Get(), kUntilItCalls, interruption_);
     char calling = 0;
     return Read(&calling, sizeof calling) && calling == kCalling;
 }

@@ -12,12 +12,15 @@
 
 #include "judge/program.h"
 #include "support/handle.h"
+#include "support/interruption.h"
 
 namespace PlenxJudge {
 
 class Caller {
 public:
-    explicit Caller(std::string endpoint) : endpoint_(std::move(endpoint)) {}
+    /// An interruption ends a call.
+    Caller(std::string endpoint, const PlenxSupport::Interruption& interruption)
+        : endpoint_(std::move(endpoint)), interruption_(interruption) {}
     ~Caller() { End(); }
     Caller(const Caller&) = delete;
     Caller& operator=(const Caller&) = delete;
@@ -38,6 +41,7 @@ private:
     bool Write(const void* bytes, std::size_t size);
 
     const std::string endpoint_;
+    const PlenxSupport::Interruption& interruption_;
     PlenxSupport::Handle process_;
     PlenxSupport::Handle toIt_;
     PlenxSupport::Handle fromIt_;

@@ -6,9 +6,8 @@ namespace PlenxJudge {
 namespace {
 
 constexpr const char* kFooter =
-    "Exit codes: 0 as expected, 1 something failed, 2 wrong usage, 3 refused to begin, 4 "
-    "something\n"
-    "was left behind.\n"
+    "Exit codes: 0 as expected, 1 something failed, 2 wrong usage, 3 refused to begin,\n"
+    "4 something was left behind, 5 interrupted, and everything was removed.\n"
     "Do not run it while a host runs, and never twice at a time. --service needs an elevated\n"
     "prompt.\n"
     "Examples:\n"

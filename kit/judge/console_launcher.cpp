@@ -10,6 +10,7 @@ namespace PlenxJudge {
 namespace {
 
 using PlenxSupport::Handle;
+using PlenxSupport::Interruption;
 
 constexpr DWORD kEnded = 0xDEAD;
 constexpr DWORD kEndOfProcess = 5000;
@@ -45,8 +46,11 @@ Handle OutputFile(const std::wstring& path) {
 
 class Console : public Launcher {
 public:
-    explicit Console(const Way& way)
-        : endpoint_(way.Endpoint()), folders_(MakeFolders(way)), command_(way.target) {
+    Console(const Way& way, const Interruption& interruption)
+        : interruption_(interruption),
+          endpoint_(way.Endpoint()),
+          folders_(MakeFolders(way)),
+          command_(way.target) {
         if (IsServed(endpoint_)) {
             throw Refusal("somebody serves " + endpoint_ + " already");
         }
@@ -65,7 +69,7 @@ public:
 
     bool Restart() override {
         End();
-        return Start() && WaitUntilServed(endpoint_, process_.Get());
+        return Start() && WaitUntilServed(endpoint_, process_.Get(), interruption_);
     }
 
     HANDLE Process() override { return process_.Get(); }
@@ -74,7 +78,7 @@ public:
         if (!End()) {
             return "the process of " + command_;
         }
-        return RemoveFolder(folders_.work, kUntilFree);
+        return RemoveFolders(folders_, kUntilFree);
     }
 
 private:
@@ -112,6 +116,7 @@ private:
         return ended;
     }
 
+    const Interruption& interruption_;
     const std::string endpoint_;
     const Folders folders_;
     const std::string command_;
@@ -121,8 +126,8 @@ private:
 
 }  // namespace
 
-std::unique_ptr<Launcher> MakeConsole(const Way& way) {
-    return std::make_unique<Console>(way);
+std::unique_ptr<Launcher> MakeConsole(const Way& way, const Interruption& interruption) {
+    return std::make_unique<Console>(way, interruption);
 }
 
 }  // namespace PlenxJudge

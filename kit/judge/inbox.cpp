@@ -12,6 +12,7 @@ namespace {
 using std::chrono::milliseconds;
 using std::chrono::steady_clock;
 
+constexpr milliseconds kBetweenLooks(20);
 constexpr milliseconds kSlowAnswer(50);
 constexpr milliseconds kLongestHold(10000);
 constexpr std::uint32_t kFault = 1726;  // what an observer that throws leads to
@@ -80,14 +81,19 @@ std::vector<Notification> Inbox::Since(std::size_t count) const {
 }
 
 bool Inbox::WaitForMoreThan(std::size_t count, milliseconds longest) const {
+    const auto end = steady_clock::now() + longest;
     std::unique_lock<std::mutex> lock(mutex_);
-    return changed_.wait_for(lock, longest, [&] { return received_.size() > count; });
+    while (received_.size() <= count && steady_clock::now() < end && !interruption_.IsRaised()) {
+        changed_.wait_until(lock, std::min(end, steady_clock::now() + kBetweenLooks));
+    }
+    return received_.size() > count;
 }
 
 void Inbox::WaitForQuiet(milliseconds quiet, milliseconds longest) const {
     const auto end = steady_clock::now() + longest;
     std::size_t count = Count();
-    while (steady_clock::now() < end && WaitForMoreThan(count, quiet)) {
+    while (steady_clock::now() < end && WaitForMoreThan(count, quiet) &&
+           !interruption_.IsRaised()) {
         count = Count();
     }
 }

@@ -10,6 +10,7 @@
 #include <mutex>
 #include <vector>
 
+#include "support/interruption.h"
 #include "wire/message.h"
 
 namespace PlenxJudge {
@@ -39,6 +40,9 @@ struct ManagerAnswer {
 
 class Inbox {
 public:
+    /// An interruption ends all waits.
+    explicit Inbox(const PlenxSupport::Interruption& interruption) : interruption_(interruption) {}
+
     /// One call of the program. It may take as long as the manner says.
     ManagerAnswer Take(std::int32_t id, PlenxWire::Bytes message);
 
@@ -53,6 +57,7 @@ public:
     void WaitForQuiet(std::chrono::milliseconds quiet, std::chrono::milliseconds longest) const;
 
 private:
+    const PlenxSupport::Interruption& interruption_;
     mutable std::mutex mutex_;
     mutable std::condition_variable changed_;
     Manner manner_ = Manner::kHonest;

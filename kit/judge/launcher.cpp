@@ -21,6 +21,14 @@ fs::path UsualWork() {
     return fs::path(drive != nullptr ? drive : "C:") / "\\plenxkit";
 }
 
+// The folder or the one above it that has to be made first.
+fs::path HighestMissing(fs::path folder) {
+    while (folder.has_relative_path() && !fs::exists(folder.parent_path())) {
+        folder = folder.parent_path();
+    }
+    return folder;
+}
+
 class Attached : public Launcher {
 public:
     explicit Attached(const Way& way) : endpoint_(way.Endpoint()) {
@@ -46,11 +54,24 @@ Folders MakeFolders(const Way& way) {
         (way.work.empty() ? UsualWork() : fs::absolute(fs::u8path(way.work))) / "judge";
     std::error_code error;
     fs::remove_all(work, error);
+    const fs::path highest = HighestMissing(work);
     fs::create_directories(work, error);
     if (!fs::is_directory(work)) {
         throw Refusal("cannot make the folder " + work.u8string());
     }
-    return {work.wstring(), (work / kRoles[way.role]).wstring()};
+    return {work.wstring(), (work / kRoles[way.role]).wstring(), highest.wstring()};
+}
+
+std::string RemoveFolders(const Folders& folders, std::chrono::milliseconds longest) {
+    std::string reason = RemoveFolder(folders.work, longest);
+    // A folder above it that somebody else uses by now is not empty, and stays.
+    std::error_code ignored;
+    fs::path folder = folders.work;
+    while (reason.empty() && folder != folders.highest) {
+        folder = folder.parent_path();
+        fs::remove(folder, ignored);
+    }
+    return reason;
 }
 
 std::string RemoveFolder(const std::wstring& folder, std::chrono::milliseconds longest) {
@@ -66,9 +87,10 @@ std::string RemoveFolder(const std::wstring& folder, std::chrono::milliseconds l
     return PlenxSupport::ToUtf8(folder) + " cannot be removed: " + error.message();
 }
 
-bool WaitUntilServed(const std::string& endpoint, HANDLE process) {
+bool WaitUntilServed(const std::string& endpoint, HANDLE process,
+                     const PlenxSupport::Interruption& interruption) {
     const ULONGLONG end = GetTickCount64() + kUntilServed;
-    while (GetTickCount64() < end) {
+    while (GetTickCount64() < end && !interruption.IsRaised()) {
         if (IsServed(endpoint)) {
             return true;
         }

@@ -12,6 +12,7 @@
 #include "judge/bring_up.h"
 #include "judge/program.h"
 #include "support/handle.h"
+#include "support/interruption.h"
 
 namespace PlenxJudge {
 
@@ -31,20 +32,29 @@ public:
 
 /// For the endpoint of a program that somebody else has started.
 std::unique_ptr<Launcher> MakeAttached(const Way& way);
-std::unique_ptr<Launcher> MakeConsole(const Way& way);
-std::unique_ptr<Launcher> MakeService(const Way& way);
+/// An interruption ends their waits, but not those of the removal.
+std::unique_ptr<Launcher> MakeConsole(const Way& way,
+                                      const PlenxSupport::Interruption& interruption);
+std::unique_ptr<Launcher> MakeService(const Way& way,
+                                      const PlenxSupport::Interruption& interruption);
 
 /// A fresh folder for the run: the work folder, and the data folder in it that is not made.
 struct Folders {
     std::wstring work;
     std::wstring data;
+    std::wstring highest;  // of those that were not there before the run
 };
 
 Folders MakeFolders(const Way& way);
+/// Removes what MakeFolders has made, with all that is in the work folder. Tries for that long.
+/// @return why the work folder cannot be removed, or nothing.
+std::string RemoveFolders(const Folders& folders, std::chrono::milliseconds longest);
 /// Tries for that long. @return why it cannot be removed, or nothing.
 std::string RemoveFolder(const std::wstring& folder, std::chrono::milliseconds longest);
-/// Waits until somebody listens at the endpoint.
-bool WaitUntilServed(const std::string& endpoint, HANDLE process);
+/// Waits until somebody listens at the endpoint. @return false when the process ends, at an
+/// interruption, and when the time is over.
+bool WaitUntilServed(const std::string& endpoint, HANDLE process,
+                     const PlenxSupport::Interruption& interruption);
 
 }  // namespace PlenxJudge
 

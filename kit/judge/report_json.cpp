@@ -87,11 +87,9 @@ std::string JsonOf(const RunRecord& run) {
     for (const Record& record : run.records) {
         checks.push_back(RecordJson(run, record));
     }
-    const Json whole = {{"program", run.program},
-                        {"plenxkit", run.version},
-                        {"strict", run.strict},
-                        {"leftBehind", run.leftBehind},
-                        {"checks", std::move(checks)}};
+    const Json whole = {{"program", run.program},         {"plenxkit", run.version},
+                        {"strict", run.strict},           {"leftBehind", run.leftBehind},
+                        {"interrupted", run.interrupted}, {"checks", std::move(checks)}};
     return whole.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
 }
 
@@ -100,6 +98,7 @@ RunRecord RunFromJson(const std::string& text, const std::string& file) {
         const Json whole = Json::parse(text);
         RunRecord run{whole.at("program"), whole.at("plenxkit"), whole.at("strict")};
         run.leftBehind = whole.at("leftBehind");
+        run.interrupted = whole.at("interrupted");
         for (const Json& record : whole.at("checks")) {
             run.records.push_back(RecordIn(record));
         }

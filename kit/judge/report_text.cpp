@@ -153,6 +153,9 @@ std::string AreaText(const RunRecord& run, const std::vector<Record>& records) {
 std::string SummaryText(const RunRecord& run) {
     std::string text =
         std::to_string(run.records.size()) + " checks: " + CountsText(run, run.records) + "\n";
+    if (run.interrupted) {
+        text += "interrupted; the other checks were not judged\n";
+    }
     if (!run.leftBehind.empty()) {
         text += "left behind: " + run.leftBehind + "\n";
     }

@@ -114,12 +114,12 @@ int DryRun(const Way& way, const Options& options, const std::vector<const Check
     return kAsExpected;
 }
 
-// Prints each area when it is done, and on a terminal a bar while it runs.
+// Prints each area when it is done, and on a console a bar while it runs.
 class Progress {
 public:
     Progress(const RunRecord& run, const std::vector<const Check*>& checks, std::ostream& out,
-             bool isTerminal)
-        : run_(run), checks_(checks), out_(out), isTerminal_(isTerminal) {}
+             bool isConsole)
+        : run_(run), checks_(checks), out_(out), isConsole_(isConsole) {}
 
     Listener AsListener() {
         return {[this](const Check& check, std::size_t index) { Begin(check, index); },
@@ -136,15 +136,19 @@ private:
         if (!pending_.empty() && pending_.front().Area() != AreaOf(check)) {
             PrintArea();
         }
-        if (isTerminal_) {
+        if (isConsole_) {
             const std::size_t done = index * kBarWidth / checks_.size();
-            out_ << "  [" << std::string(done, '#') << std::string(kBarWidth - done, '.') << "] "
-                 << index + 1 << "/" << checks_.size() << " " << check.number << std::flush;
+            bar_ = "  [" + std::string(done, '#') + std::string(kBarWidth - done, '.') + "] " +
+                   std::to_string(index + 1) + "/" + std::to_string(checks_.size()) + " " +
+                   check.number;
+            out_ << bar_ << std::flush;
         }
     }
+    // With blanks, because not every console obeys escape sequences.
     void RemoveBar() {
-        if (isTerminal_) {
-            out_ << "\r\x1b[K";
+        if (!bar_.empty()) {
+            out_ << "\r" << std::string(bar_.size(), ' ') << "\r";
+            bar_.clear();
         }
     }
     void PrintArea() {
@@ -157,7 +161,8 @@ private:
     const RunRecord& run_;
     const std::vector<const Check*>& checks_;
     std::ostream& out_;
-    const bool isTerminal_;
+    const bool isConsole_;
+    std::string bar_;
     std::vector<Record> pending_;
 };
 
@@ -166,12 +171,14 @@ RunRecord Judge(const Way& way, const Options& options, const std::vector<const 
     const std::set<std::string> known =
         options.known.empty() ? std::set<std::string>() : KnownFailures(ReadText(options.known));
     RunRecord run{Described(way), PLENXKIT_VERSION, options.strict};
-    const std::unique_ptr<Program> program = BringUp(way);
+    static auto& interruption = *new PlenxSupport::Interruption;
+    const std::unique_ptr<Program> program = BringUp(way, interruption);
     streams.out << "plenxkit judge: " << run.program << "\n" << std::flush;
-    Trial trial(*program, std::chrono::seconds(options.soak));
-    Progress progress(run, checks, streams.out, streams.process.OutputIsTerminal());
+    Trial trial(*program, std::chrono::seconds(options.soak), interruption);
+    Progress progress(run, checks, streams.out, streams.process.OutputIsConsole());
     run.records = RunChecks(checks, trial, known, progress.AsListener());
     progress.Finish();
+    run.interrupted = interruption.IsRaised();
     run.leftBehind = program->CleanUp();
     streams.out << SummaryText(run) << std::flush;
     return run;
@@ -180,6 +187,9 @@ RunRecord Judge(const Way& way, const Options& options, const std::vector<const 
 int CodeOf(const RunRecord& run) {
     if (!run.leftBehind.empty()) {
         return kLeftBehind;
+    }
+    if (run.interrupted) {
+        return PlenxKit::kInterrupted;
     }
     const bool fails = std::any_of(run.records.begin(), run.records.end(),
                                    [&](const Record& record) { return run.Fails(record); });

@@ -34,6 +34,7 @@ struct RunRecord {
     bool strict = false;
     std::vector<Record> records = {};
     std::string leftBehind = {};
+    bool interrupted = false;
 
     /// Whether this result makes the run fail.
     bool Fails(const Record& record) const {

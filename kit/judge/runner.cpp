@@ -46,6 +46,9 @@ std::vector<Record> RunChecks(const std::vector<const Check*>& checks, Trial& tr
         listener.begins(*checks[i], i);
         const auto begin = std::chrono::steady_clock::now();
         Outcome outcome = RunOne(*checks[i], trial);
+        if (trial.IsInterrupted()) {
+            break;
+        }
         const std::chrono::duration<double> took = std::chrono::steady_clock::now() - begin;
         records.push_back(RecordOf(*checks[i], std::move(outcome), known, took.count()));
         listener.ends(records.back());

@@ -22,6 +22,7 @@ struct Listener {
 /// Why the check is not run at all; empty when it is.
 std::string WhyNotRun(const Check& check, bool asService, bool soaks);
 
+/// Stops at an interruption, without the check that was under way.
 std::vector<Record> RunChecks(const std::vector<const Check*>& checks, Trial& trial,
                               const std::set<std::string>& known, const Listener& listener);
 

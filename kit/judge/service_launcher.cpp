@@ -13,6 +13,7 @@ namespace {
 
 namespace fs = std::filesystem;
 using PlenxSupport::Handle;
+using PlenxSupport::Interruption;
 using PlenxSupport::ServiceHandle;
 using std::chrono::milliseconds;
 using std::chrono::steady_clock;
@@ -24,6 +25,8 @@ constexpr DWORD kBetweenLooks = 5;
 constexpr DWORD kEndOfProcess = 5000;
 constexpr milliseconds kUntilFree(3000);
 constexpr DWORD kUntilStopped = 1500;
+// Windows gives a process about 5 s when its console is closed.
+constexpr milliseconds kStopWhenInterrupted(2000);
 
 ServiceState StateOf(DWORD state) {
     switch (state) {
@@ -74,8 +77,9 @@ void CheckPath(const fs::path& program) {
 
 class ServiceLauncher final : public Launcher, public Service {
 public:
-    explicit ServiceLauncher(const Way& way)
-        : role_(way.role),
+    ServiceLauncher(const Way& way, const Interruption& interruption)
+        : interruption_(interruption),
+          role_(way.role),
           program_(fs::absolute(fs::u8path(way.target))),
           folders_((CheckPath(program_), MakeFolders(way))),
           manager_(OpenSCManagerW(nullptr, nullptr, SC_MANAGER_ALL_ACCESS)) {
@@ -118,17 +122,17 @@ public:
         if (!service_) {
             return {};
         }
-        Stop();
-        End();
-        const bool deleted = DeleteService(service_.Get()) != 0;
-        service_.Reset();
-        if (!deleted) {
-            return "the service " + PlenxSupport::ToUtf8(kNames[role_]);
-        }
-        if (process_ && WaitForSingleObject(process_.Get(), 0) == WAIT_TIMEOUT) {
+        StopWithin(kStopWhenInterrupted);
+        if (!EndTheProcess()) {
             return "the process of " + program_.u8string();
         }
-        return RemoveFolder(folders_.work, kUntilFree);
+        DeleteService(service_.Get());
+        service_.Reset();
+        if (!ServiceIsGone()) {
+            return "the service " + Name() +
+                   "; it goes when nobody has it open any more, such as the console \"Services\"";
+        }
+        return RemoveFolders(folders_, kUntilFree);
     }
 
     // Service
@@ -140,6 +144,10 @@ public:
         const wchar_t* const own[] = {install.c_str(), folders_.data.c_str(), role.c_str()};
         const auto begin = steady_clock::now();
         Watched watched;
+        if (interruption_.IsRaised()) {
+            watched.error = ERROR_CANCELLED;
+            return watched;
+        }
         if (!StartServiceW(service_.Get(), arguments.given ? 3 : 0,
                            arguments.given ? const_cast<const wchar_t**>(own) : nullptr)) {
             watched.error = GetLastError();
@@ -150,23 +158,12 @@ public:
         // A hint of 0 has a check of its own. Whether the library gives up then depends on which of
         // the two is quicker, so nothing else is judged by it.
         watched.patience = first.dwWaitHint != 0 ? first.dwWaitHint : kStopPatience;
-        Watch(watched, begin,
+        Watch(watched, begin, milliseconds(0),
               [](ServiceState state) { return state != ServiceState::kStartPending; });
         return watched;
     }
 
-    Watched Stop() override {
-        const auto begin = steady_clock::now();
-        Watched watched;
-        watched.patience = kStopPatience;
-        SERVICE_STATUS reply{};
-        if (!ControlService(service_.Get(), SERVICE_CONTROL_STOP, &reply)) {
-            watched.error = GetLastError();
-            return watched;
-        }
-        Watch(watched, begin, [](ServiceState state) { return state == ServiceState::kStopped; });
-        return watched;
-    }
+    Watched Stop() override { return StopWithin(milliseconds(0)); }
 
     void End() override {
         EndTheProcess();
@@ -202,13 +199,26 @@ private:
                            program_.c_str(), nullptr, nullptr, nullptr, nullptr, nullptr));
         if (!service_) {
             const DWORD error = GetLastError();
-            const std::string name = PlenxSupport::ToUtf8(kNames[role_]);
             throw Refusal(error == ERROR_SERVICE_EXISTS
-                              ? name + " is registered already; \"sc delete " + name +
+                              ? Name() + " is registered already; \"sc delete " + Name() +
                                     "\" removes it if no host needs it"
-                              : name + " cannot be registered, error " + std::to_string(error));
+                              : Name() + " cannot be registered, error " + std::to_string(error));
         }
     }
+
+    // A service that is deleted goes when the last of its handles is closed.
+    bool ServiceIsGone() const {
+        const ULONGLONG end = GetTickCount64() + static_cast<ULONGLONG>(kUntilFree.count());
+        while (ServiceHandle(OpenServiceW(manager_.Get(), kNames[role_], SERVICE_QUERY_STATUS))) {
+            if (GetTickCount64() > end) {
+                return false;
+            }
+            Sleep(kBetweenLooks);
+        }
+        return true;
+    }
+
+    std::string Name() const { return PlenxSupport::ToUtf8(kNames[role_]); }
 
     SERVICE_STATUS_PROCESS Status() const {
         SERVICE_STATUS_PROCESS status{};
@@ -218,9 +228,25 @@ private:
         return status;
     }
 
-    // Looks until the state is right, or until the library would give up.
+    Watched StopWithin(milliseconds whenInterrupted) {
+        const auto begin = steady_clock::now();
+        Watched watched;
+        watched.patience = kStopPatience;
+        SERVICE_STATUS reply{};
+        if (!ControlService(service_.Get(), SERVICE_CONTROL_STOP, &reply)) {
+            watched.error = GetLastError();
+            return watched;
+        }
+        Watch(watched, begin, whenInterrupted,
+              [](ServiceState state) { return state == ServiceState::kStopped; });
+        return watched;
+    }
+
+    // Looks until the state is right, or until the library would give up. At an interruption the
+    // program has only so long since the beginning.
     template <class Right>
-    void Watch(Watched& watched, steady_clock::time_point begin, Right isRight) {
+    void Watch(Watched& watched, steady_clock::time_point begin, milliseconds whenInterrupted,
+               Right isRight) {
         auto progress = begin;
         std::uint32_t checkPoint = 0;
         while (true) {
@@ -238,7 +264,9 @@ private:
             if (report.checkPoint > checkPoint) {
                 checkPoint = report.checkPoint;
                 progress = now;
-            } else if (now - progress > milliseconds(watched.patience)) {
+            }
+            if (now - progress > milliseconds(watched.patience) ||
+                (interruption_.IsRaised() && now - begin >= whenInterrupted)) {
                 watched.gaveUp = true;
                 return;
             }
@@ -255,14 +283,17 @@ private:
         }
     }
 
-    void EndTheProcess() {
+    // @return whether no process is left.
+    bool EndTheProcess() {
+        bool ended = true;
         KeepTheProcess(Status().dwProcessId);
         if (process_) {
             TerminateProcess(process_.Get(), 0);
-            WaitForSingleObject(process_.Get(), kEndOfProcess);
+            ended = WaitForSingleObject(process_.Get(), kEndOfProcess) == WAIT_OBJECT_0;
             process_.Reset();
         }
         processId_ = 0;
+        return ended;
     }
 
     bool StatusBecomesStopped() const {
@@ -276,6 +307,7 @@ private:
         return true;
     }
 
+    const Interruption& interruption_;
     const int role_;
     const fs::path program_;
     const Folders folders_;
@@ -287,8 +319,8 @@ private:
 
 }  // namespace
 
-std::unique_ptr<Launcher> MakeService(const Way& way) {
-    return std::make_unique<ServiceLauncher>(way);
+std::unique_ptr<Launcher> MakeService(const Way& way, const Interruption& interruption) {
+    return std::make_unique<ServiceLauncher>(way, interruption);
 }
 
 }  // namespace PlenxJudge

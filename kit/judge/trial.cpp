@@ -86,12 +86,12 @@ bool Trial::StaysUp(std::uint32_t exception) {
 
 Exchange Trial::Send(const Form& form) {
     Exchange exchange{form, {}, true};
-    if (!over_.empty()) {
+    if (!over_.empty() || IsInterrupted()) {
         return exchange;
     }
     KeepTheGroup(form.request);
     exchange.answer = program_.Call(form.request);
-    if (exchange.answer.way == Answer::Way::kReturned) {
+    if (exchange.answer.way == Answer::Way::kReturned || IsInterrupted()) {
         return exchange;
     }
     exchange.survived =

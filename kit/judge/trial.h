@@ -16,6 +16,7 @@
 #include "judge/check.h"
 #include "judge/forms.h"
 #include "judge/program.h"
+#include "support/interruption.h"
 
 namespace PlenxJudge {
 
@@ -29,7 +30,9 @@ using Exchanges = std::vector<Exchange>;
 
 class Trial {
 public:
-    Trial(Program& program, std::chrono::seconds soak) : program_(program), soak_(soak) {}
+    Trial(Program& program, std::chrono::seconds soak,
+          const PlenxSupport::Interruption& interruption)
+        : program_(program), soak_(soak), interruption_(interruption) {}
 
     Program& Subject() { return program_; }
     std::chrono::seconds SoakTime() const { return soak_; }
@@ -54,6 +57,8 @@ public:
         return std::any_cast<const Result&>(found->second);
     }
 
+    /// Whether somebody wants the run to end. Then a check may find what is not so.
+    bool IsInterrupted() const { return interruption_.IsRaised(); }
     /// Why nothing more can be judged; empty while something can.
     const std::string& Over() const { return over_; }
     void End(std::string why) { over_ = std::move(why); }
@@ -64,6 +69,7 @@ private:
 
     Program& program_;
     const std::chrono::seconds soak_;
+    const PlenxSupport::Interruption& interruption_;
     std::map<std::string, std::any> results_;
     std::set<std::string> groups_;
     int losses_ = 0;

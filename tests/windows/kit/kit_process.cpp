@@ -82,10 +82,10 @@ bool KitProcess::Prints(const std::string& text) const {
     return WaitFor([&] { return Output().find(text) != std::string::npos; }, kLongest);
 }
 
-int KitProcess::Wait() {
+int KitProcess::Wait(DWORD longest) {
     CloseInput();
     DWORD code = 0;
-    if (WaitForSingleObject(process_, kLongest) != WAIT_OBJECT_0 ||
+    if (WaitForSingleObject(process_, longest) != WAIT_OBJECT_0 ||
         !GetExitCodeProcess(process_, &code)) {
         return -1;
     }

@@ -22,8 +22,8 @@ public:
     void CloseInput();
     /// Whether it has printed the text, now or within a minute.
     bool Prints(const std::string& text) const;
-    /// Closes the input. The exit code; -1 when it has not ended within a minute.
-    int Wait();
+    /// Closes the input. The exit code; -1 when it has not ended in time.
+    int Wait(DWORD longest = 60000);
     /// All that was printed to both streams.
     std::string Output() const;
     /// To the output alone.

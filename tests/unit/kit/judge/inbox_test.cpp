@@ -11,7 +11,11 @@
 namespace PlenxJudge {
 namespace {
 
+using PlenxSupport::Interruption;
 using std::chrono::milliseconds;
+using std::chrono::steady_clock;
+
+const Interruption none;
 
 std::int32_t CodeIn(const ManagerAnswer& answer) {
     const auto decoded = PlenxWire::DecodeReply(answer.reply.data(), answer.reply.size());
@@ -19,7 +23,7 @@ std::int32_t CodeIn(const ManagerAnswer& answer) {
 }
 
 TEST(JudgeInbox, AnswersAsTheLibraryDoes) {
-    Inbox inbox;
+    Inbox inbox(none);
     EXPECT_EQ(CodeIn(inbox.Take(PlenxWire::kConnectNotify, {1, 2})), 0);
     EXPECT_EQ(CodeIn(inbox.Take(PlenxWire::kLinkTypeQuery, {})), 7);
     ASSERT_EQ(inbox.Count(), 2u);
@@ -29,7 +33,7 @@ TEST(JudgeInbox, AnswersAsTheLibraryDoes) {
 }
 
 TEST(JudgeInbox, AnswersWorseOnDemand) {
-    Inbox inbox;
+    Inbox inbox(none);
     inbox.Behave(Manner::kRefusing);
     EXPECT_EQ(inbox.Take(10, {}).result, 20);
     inbox.Behave(Manner::kRaising);
@@ -41,7 +45,7 @@ TEST(JudgeInbox, AnswersWorseOnDemand) {
 }
 
 TEST(JudgeInbox, HoldsACallUntilTheMannerChanges) {
-    Inbox inbox;
+    Inbox inbox(none);
     inbox.Behave(Manner::kHeld);
     std::thread caller([&] { inbox.Take(10, {}); });
     ASSERT_TRUE(inbox.WaitForMoreThan(0, milliseconds(5000)));
@@ -55,9 +59,21 @@ TEST(JudgeInbox, HoldsACallUntilTheMannerChanges) {
 }
 
 TEST(JudgeInbox, WaitsForQuiet) {
-    Inbox inbox;
+    Inbox inbox(none);
     inbox.WaitForQuiet(milliseconds(1), milliseconds(1000));
     EXPECT_FALSE(inbox.WaitForMoreThan(0, milliseconds(1)));
+}
+
+TEST(JudgeInbox, InterruptionEndsItsWaits) {
+    Interruption interruption;
+    const Inbox inbox(interruption);
+    constexpr std::chrono::minutes kTooLong(1);
+    const auto begin = steady_clock::now();
+    std::thread other([&] { interruption.Raise(); });
+    EXPECT_FALSE(inbox.WaitForMoreThan(0, kTooLong));
+    inbox.WaitForQuiet(kTooLong, kTooLong);
+    EXPECT_LT(steady_clock::now() - begin, kTooLong);
+    other.join();
 }
 
 }  // namespace

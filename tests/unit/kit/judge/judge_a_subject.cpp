@@ -18,8 +18,9 @@ const std::vector<std::string> kRequests = {
 
 int main(int count, char** words) {
     using namespace PlenxJudge;
-    PipedProgram program({words + 1, words + count});
-    Trial trial(program, std::chrono::seconds(0));
+    const PlenxSupport::Interruption none;
+    PipedProgram program({words + 1, words + count}, none);
+    Trial trial(program, std::chrono::seconds(0), none);
     bool failed = false;
     for (const Record& record :
          RunChecks(Selected(kRequests), trial, {},

@@ -14,7 +14,8 @@ namespace PlenxJudge {
 
 class PipedProgram : public Program {
 public:
-    explicit PipedProgram(std::vector<std::string> command) : command_(std::move(command)) {}
+    PipedProgram(std::vector<std::string> command, const PlenxSupport::Interruption& interruption)
+        : command_(std::move(command)), inbox_(interruption) {}
     ~PipedProgram() override { End(); }
     PipedProgram(const PipedProgram&) = delete;
     PipedProgram& operator=(const PipedProgram&) = delete;

@@ -93,13 +93,23 @@ TEST(JudgeText, TellsWhatIsKnownAndWhatHasGone) {
     EXPECT_THAT(SummaryText(run), HasSubstr("\nleft behind: the service PlenxPcSvc\n"));
 }
 
+TEST(JudgeText, TellsThatARunWasInterrupted) {
+    RunRecord run = Sample();
+    run.interrupted = true;
+    EXPECT_EQ(SummaryText(run),
+              "4 checks: 1 passed, 1 failed, 1 noted, 1 not judged\n"
+              "interrupted; the other checks were not judged\n");
+}
+
 TEST(JudgeJson, IsReadBackAsItWasWritten) {
     RunRecord run = Sample();
     run.records[1].known = true;
     run.leftBehind = "something";
+    run.interrupted = true;
     const std::string text = JsonOf(run);
     EXPECT_EQ(JsonOf(RunFromJson(text, "a.json")), text);
     const auto json = nlohmann::json::parse(text);
+    EXPECT_EQ(json["interrupted"], true);
     EXPECT_EQ(json["checks"][1]["verdict"], "failed, as is known");
     EXPECT_EQ(json["checks"][1]["section"], "wire-protocol.html#the-reply");
     EXPECT_EQ(json["checks"][3]["why"], "only with --soak");

@@ -22,8 +22,9 @@ std::vector<Record> Judged(const std::vector<std::string>& misbehaviour,
                            const std::vector<std::string>& only = kRequests) {
     std::vector<std::string> command = {JUDGE_SUBJECT};
     command.insert(command.end(), misbehaviour.begin(), misbehaviour.end());
-    PipedProgram program(command);
-    Trial trial(program, std::chrono::seconds(0));
+    const PlenxSupport::Interruption none;
+    PipedProgram program(command, none);
+    Trial trial(program, std::chrono::seconds(0), none);
     return RunChecks(Selected(only), trial, {},
                      {[](const Check&, std::size_t) {}, [](const Record&) {}});
 }
@@ -83,13 +84,31 @@ TEST(Subject, ThatRaises_FailsTheCheckOfExceptions) {
 }
 
 TEST(Subject, ThatCannotRun_IsNotJudged) {
-    PipedProgram program({"/nonexistent"});
-    Trial trial(program, std::chrono::seconds(0));
+    const PlenxSupport::Interruption none;
+    PipedProgram program({"/nonexistent"}, none);
+    Trial trial(program, std::chrono::seconds(0), none);
     const std::vector<Record> records =
         RunChecks(Selected({"reply", "ping"}), trial, {},
                   {[](const Check&, std::size_t) {}, [](const Record&) {}});
     EXPECT_FALSE(trial.Over().empty());
     EXPECT_FALSE(records.back().WasJudged());
+}
+
+TEST(Subject, InterruptedRun_KeepsWhatWasJudgedBefore) {
+    PlenxSupport::Interruption interruption;
+    PipedProgram program({JUDGE_SUBJECT}, interruption);
+    Trial trial(program, std::chrono::seconds(0), interruption);
+    const std::vector<Record> records = RunChecks(Selected({"reply", "ping"}), trial, {},
+                                                  {[&](const Check& check, std::size_t) {
+                                                       if (std::string(check.number) == "reply/3") {
+                                                           interruption.Raise();
+                                                       }
+                                                   },
+                                                   [](const Record&) {}});
+    ASSERT_EQ(records.size(), 2u);
+    EXPECT_EQ(records[0].number, "reply/1");
+    EXPECT_EQ(records[1].number, "reply/2");
+    EXPECT_TRUE(records[1].Passed());
 }
 
 }  // namespace

@@ -12,7 +12,13 @@ namespace fs = std::filesystem;
 
 constexpr DWORD kPatience = 300000;
 const fs::path kResults = L"C:\\judgement.json";
-const fs::path kOutput = L"C:\\judgement.txt";
+
+// An older file would count as the results of this run.
+std::string WithResults(const std::string& arguments) {
+    std::error_code ignored;
+    fs::remove(kResults, ignored);
+    return "judge --json " + kResults.string() + " " + arguments;
+}
 
 }  // namespace
 
@@ -37,15 +43,15 @@ std::set<std::string> Judgement::Judged() const {
 }
 
 Judgement RunJudge(const std::string& arguments) {
-    std::error_code ignored;
-    fs::remove(kResults, ignored);
-    ChildProcess shell(L"cmd.exe /s /c \"\"" + ProgramFolder() + L"\\plenxkit.exe\" judge --json " +
-                       kResults.wstring() + L" " +
-                       std::wstring(arguments.begin(), arguments.end()) + L" <nul >" +
-                       kOutput.wstring() + L" 2>&1\"");
+    return JudgeAtWork(arguments).Wait();
+}
+
+JudgeAtWork::JudgeAtWork(const std::string& arguments) : process_(WithResults(arguments)) {}
+
+Judgement JudgeAtWork::Wait() {
     Judgement judgement;
-    judgement.code = static_cast<int>(shell.WaitForExit(kPatience).value_or(DWORD(-1)));
-    judgement.output = ReadFile(kOutput);
+    judgement.code = process_.Wait(kPatience);
+    judgement.output = process_.Output();
     if (fs::exists(kResults)) {
         const auto json = nlohmann::json::parse(ReadFile(kResults));
         for (const auto& check : json.at("checks")) {

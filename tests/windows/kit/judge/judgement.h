@@ -8,6 +8,8 @@
 #include <set>
 #include <string>
 
+#include "kit/kit_process.h"
+
 namespace PlenxTest {
 
 struct Judgement {
@@ -23,6 +25,17 @@ struct Judgement {
 
 /// Arguments: as on the command line, in ASCII.
 Judgement RunJudge(const std::string& arguments);
+
+/// A judge that works while the test does something else.
+class JudgeAtWork {
+public:
+    explicit JudgeAtWork(const std::string& arguments);
+
+    Judgement Wait();
+
+private:
+    KitProcess process_;
+};
 
 /// A folder for files of the test, in a path without blanks; removed when the object goes.
 class JudgeFolder {
