@@ -3,6 +3,7 @@
 #include <rapidxml/rapidxml.hpp>
 
 // RapidXML as it is published calls these before it declares them. Debian has mended its copy.
+// NOLINTBEGIN(readability-identifier-naming)
 namespace rapidxml::internal {
 template <class Out, class Letter>
 Out print_children(Out out, const xml_node<Letter>* node, int flags, int indent);
@@ -21,6 +22,7 @@ Out print_doctype_node(Out out, const xml_node<Letter>* node, int flags, int ind
 template <class Out, class Letter>
 Out print_pi_node(Out out, const xml_node<Letter>* node, int flags, int indent);
 }  // namespace rapidxml::internal
+// NOLINTEND(readability-identifier-naming)
 
 #include <rapidxml/rapidxml_print.hpp>
 

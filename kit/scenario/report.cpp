@@ -71,6 +71,7 @@ std::string JsonOf(const std::vector<Result>& results) {
 
 std::string JunitOf(const std::vector<Result>& results) {
     std::vector<PlenxKit::JunitCase> cases;
+    cases.reserve(results.size());
     for (const Result& result : results) {
         cases.push_back({result.name, result.seconds, result.reason,
                          TextOfNotPlayed(result.notPlayed, result.tables)});
