@@ -15,7 +15,7 @@ using PlenxSupport::Interruption;
 using std::chrono::milliseconds;
 using std::chrono::steady_clock;
 
-const Interruption none;
+const Interruption kNone;
 
 std::int32_t CodeIn(const ManagerAnswer& answer) {
     const auto decoded = PlenxWire::DecodeReply(answer.reply.data(), answer.reply.size());
@@ -23,7 +23,7 @@ std::int32_t CodeIn(const ManagerAnswer& answer) {
 }
 
 TEST(JudgeInbox, AnswersAsTheLibraryDoes) {
-    Inbox inbox(none);
+    Inbox inbox(kNone);
     EXPECT_EQ(CodeIn(inbox.Take(PlenxWire::kConnectNotify, {1, 2})), 0);
     EXPECT_EQ(CodeIn(inbox.Take(PlenxWire::kLinkTypeQuery, {})), 7);
     ASSERT_EQ(inbox.Count(), 2u);
@@ -33,7 +33,7 @@ TEST(JudgeInbox, AnswersAsTheLibraryDoes) {
 }
 
 TEST(JudgeInbox, AnswersWorseOnDemand) {
-    Inbox inbox(none);
+    Inbox inbox(kNone);
     inbox.Behave(Manner::kRefusing);
     EXPECT_EQ(inbox.Take(10, {}).result, 20);
     inbox.Behave(Manner::kRaising);
@@ -45,7 +45,7 @@ TEST(JudgeInbox, AnswersWorseOnDemand) {
 }
 
 TEST(JudgeInbox, HoldsACallUntilTheMannerChanges) {
-    Inbox inbox(none);
+    Inbox inbox(kNone);
     inbox.Behave(Manner::kHeld);
     std::thread caller([&] { inbox.Take(10, {}); });
     ASSERT_TRUE(inbox.WaitForMoreThan(0, milliseconds(5000)));
@@ -59,7 +59,7 @@ TEST(JudgeInbox, HoldsACallUntilTheMannerChanges) {
 }
 
 TEST(JudgeInbox, WaitsForQuiet) {
-    Inbox inbox(none);
+    Inbox inbox(kNone);
     inbox.WaitForQuiet(milliseconds(1), milliseconds(1000));
     EXPECT_FALSE(inbox.WaitForMoreThan(0, milliseconds(1)));
 }
