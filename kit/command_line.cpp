@@ -11,6 +11,7 @@
 #include "message/command.h"
 #include "scenario/command.h"
 #include "trace/command.h"
+#include "verify/command.h"
 
 namespace PlenxKit {
 namespace {
@@ -23,6 +24,8 @@ struct Options {
     PlenxScenario::Options scenario;
     PlenxJudge::Options judge;
     PlenxJudge::CallerOptions judgeCaller;
+    PlenxVerify::Options verify;
+    PlenxVerify::WatcherOptions verifyWatcher;
 };
 
 struct Command {
@@ -65,6 +68,10 @@ std::vector<Command> Declare(CLI::App& app, Options& options, const Streams& str
          [&] { return PlenxJudge::Run(options.judge, streams); }},
         {PlenxJudge::DeclareCaller(app, options.judgeCaller),
          [&] { return PlenxJudge::RunCaller(options.judgeCaller, streams); }},
+        {PlenxVerify::Declare(app, options.verify),
+         [&] { return PlenxVerify::Run(options.verify, streams); }},
+        {PlenxVerify::DeclareWatcher(app, options.verifyWatcher),
+         [&] { return PlenxVerify::RunWatcher(options.verifyWatcher, streams); }},
     };
 }
 

@@ -6,6 +6,8 @@
 #include "judge/command.h"
 #include "scenario/command.h"
 #include "streams.h"
+#include "verify/command.h"
+#include "verify/system.h"
 
 namespace {
 
@@ -35,4 +37,13 @@ std::unique_ptr<PlenxJudge::Program> PlenxJudge::BringUp(const Way&, PlenxSuppor
 
 int PlenxJudge::RunCaller(const CallerOptions&, const PlenxKit::Streams& streams) {
     return NeedsWindows("judge-caller", streams);
+}
+
+// Verify lists its stages everywhere.
+std::unique_ptr<PlenxVerify::System> PlenxVerify::MakeSystem(PlenxSupport::Interruption&) {
+    throw Refusal("this command needs Windows");
+}
+
+int PlenxVerify::RunWatcher(const WatcherOptions&, const PlenxKit::Streams& streams) {
+    return NeedsWindows("verify-watcher", streams);
 }

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "bar.h"
 #include "judge/bring_up.h"
 #include "judge/command.h"
 #include "judge/report.h"
@@ -23,7 +24,6 @@ constexpr int kLeftBehind = 4;
 
 constexpr std::size_t kNumberWidth = 26;
 constexpr std::size_t kLevelWidth = 8;
-constexpr std::size_t kBarWidth = 30;
 
 const char* const kRoles[] = {"office", "pc", "phone"};
 const char* const kEndpoints[] = {"PLENXOfficeService", "PLENXPCService", "PLENXPhoneService"};
@@ -119,37 +119,24 @@ class Progress {
 public:
     Progress(const RunRecord& run, const std::vector<const Check*>& checks, std::ostream& out,
              bool isConsole)
-        : run_(run), checks_(checks), out_(out), isConsole_(isConsole) {}
+        : run_(run), checks_(checks), out_(out), bar_(out, isConsole) {}
 
     Listener AsListener() {
         return {[this](const Check& check, std::size_t index) { Begin(check, index); },
                 [this](const Record& record) { pending_.push_back(record); }};
     }
     void Finish() {
-        RemoveBar();
+        bar_.Remove();
         PrintArea();
     }
 
 private:
     void Begin(const Check& check, std::size_t index) {
-        RemoveBar();
+        bar_.Remove();
         if (!pending_.empty() && pending_.front().Area() != AreaOf(check)) {
             PrintArea();
         }
-        if (isConsole_) {
-            const std::size_t done = index * kBarWidth / checks_.size();
-            bar_ = "  [" + std::string(done, '#') + std::string(kBarWidth - done, '.') + "] " +
-                   std::to_string(index + 1) + "/" + std::to_string(checks_.size()) + " " +
-                   check.number;
-            out_ << bar_ << std::flush;
-        }
-    }
-    // With blanks, because not every console obeys escape sequences.
-    void RemoveBar() {
-        if (!bar_.empty()) {
-            out_ << "\r" << std::string(bar_.size(), ' ') << "\r";
-            bar_.clear();
-        }
+        bar_.Show(index, checks_.size(), check.number);
     }
     void PrintArea() {
         if (!pending_.empty()) {
@@ -161,8 +148,7 @@ private:
     const RunRecord& run_;
     const std::vector<const Check*>& checks_;
     std::ostream& out_;
-    const bool isConsole_;
-    std::string bar_;
+    PlenxKit::Bar bar_;
     std::vector<Record> pending_;
 };
 

@@ -4,6 +4,7 @@
 
 #include "scenario/ready_scenarios.h"
 #include "support/handle.h"
+#include "support/job.h"
 #include "support/wide_text.h"
 
 namespace PlenxScenario {
@@ -27,15 +28,6 @@ PlenxSupport::Handle Inheritable(const std::wstring& path, DWORD access, DWORD c
                                             creation, FILE_ATTRIBUTE_NORMAL, nullptr));
 }
 
-// All processes of a host end with the job.
-PlenxSupport::Handle MakeJob() {
-    PlenxSupport::Handle job(CreateJobObjectW(nullptr, nullptr));
-    JOBOBJECT_EXTENDED_LIMIT_INFORMATION limits = {};
-    limits.BasicLimitInformation.LimitFlags = JOB_OBJECT_LIMIT_KILL_ON_JOB_CLOSE;
-    SetInformationJobObject(job.Get(), JobObjectExtendedLimitInformation, &limits, sizeof limits);
-    return job;
-}
-
 }  // namespace
 
 std::optional<unsigned long> RunHost(const std::wstring& command,
@@ -57,7 +49,7 @@ std::optional<unsigned long> RunHost(const std::wstring& command,
     }
     const PlenxSupport::Handle process(started.hProcess);
     const PlenxSupport::Handle thread(started.hThread);
-    const PlenxSupport::Handle job = MakeJob();
+    const PlenxSupport::Handle job = PlenxSupport::MakeJob();
     AssignProcessToJobObject(job.Get(), process.Get());
     ResumeThread(thread.Get());
     if (WaitForSingleObject(process.Get(), static_cast<DWORD>(seconds * 1000)) != WAIT_OBJECT_0) {

@@ -13,8 +13,10 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr const wchar_t* kServices[] = {L"PlenxPcSvc", L"PlenxPhoneSvc"};
-constexpr const wchar_t* kDriver = L"Dokan1";
+constexpr const wchar_t* kReplacedServices[] = {L"PlenxPcSvc", L"PlenxPhoneSvc"};  // by Init
+constexpr const wchar_t* kServices[] = {L"PlenxPcSvc", L"PlenxPhoneSvc", L"PlenxOfficeSvc",
+                                        L"PlenxDevServiceTest"};
+constexpr const wchar_t* kDrivers[] = {L"Dokan1", L"PlenxDriverTest"};
 constexpr DWORD kEndOfService = 5000;
 
 PlenxSupport::ServiceHandle Open(const wchar_t* name) {
@@ -34,10 +36,15 @@ std::wstring ProgramOf(SC_HANDLE service) {
     return config->lpBinaryPathName;
 }
 
+// Windows puts a prefix in front of the paths of drivers.
 bool LiesIn(const std::wstring& program, const fs::path& folder) {
     const std::wstring begin = folder.wstring() + L"\\";
+    const std::wstring prefix = L"\\??\\";
     const bool quoted = !program.empty() && program[0] == L'"';
-    return _wcsnicmp(program.c_str() + (quoted ? 1 : 0), begin.c_str(), begin.size()) == 0;
+    const std::size_t skipped = program.compare(0, prefix.size(), prefix) == 0 ? prefix.size()
+                                : quoted                                       ? 1
+                                                                               : 0;
+    return _wcsnicmp(program.c_str() + skipped, begin.c_str(), begin.size()) == 0;
 }
 
 // One that hangs does not stop, so nobody asks it to.
@@ -64,6 +71,17 @@ void EndProcessOf(SC_HANDLE service, const fs::path& folder) {
 
 }  // namespace
 
+std::vector<std::string> ServiceNames() {
+    std::vector<std::string> names;
+    for (const wchar_t* const name : kServices) {
+        names.push_back(PlenxSupport::ToUtf8(name));
+    }
+    for (const wchar_t* const name : kDrivers) {
+        names.push_back(PlenxSupport::ToUtf8(name));
+    }
+    return names;
+}
+
 void RemoveServicesOf(const fs::path& folder) {
     for (const wchar_t* const name : kServices) {
         const PlenxSupport::ServiceHandle service = Open(name);
@@ -72,16 +90,18 @@ void RemoveServicesOf(const fs::path& folder) {
             DeleteService(service.Get());
         }
     }
-    const PlenxSupport::ServiceHandle driver = Open(kDriver);
-    if (driver && LiesIn(ProgramOf(driver.Get()), folder)) {
-        SERVICE_STATUS status = {};
-        ControlService(driver.Get(), SERVICE_CONTROL_STOP, &status);
-        DeleteService(driver.Get());
+    for (const wchar_t* const name : kDrivers) {
+        const PlenxSupport::ServiceHandle driver = Open(name);
+        if (driver && LiesIn(ProgramOf(driver.Get()), folder)) {
+            SERVICE_STATUS status = {};
+            ControlService(driver.Get(), SERVICE_CONTROL_STOP, &status);
+            DeleteService(driver.Get());
+        }
     }
 }
 
 std::string ServiceOfOthers(const fs::path& folder) {
-    for (const wchar_t* const name : kServices) {
+    for (const wchar_t* const name : kReplacedServices) {
         const PlenxSupport::ServiceHandle service = Open(name);
         const std::wstring program = service ? ProgramOf(service.Get()) : L"";
         if (!program.empty() && !LiesIn(program, folder)) {

@@ -6,8 +6,12 @@
 
 #include <filesystem>
 #include <string>
+#include <vector>
 
 namespace PlenxScenario {
+
+/// All names under which programs of ours register services and drivers, those of tests included.
+std::vector<std::string> ServiceNames();
 
 /// Ends and deletes the services whose program lies in the folder.
 void RemoveServicesOf(const std::filesystem::path& folder);

@@ -113,5 +113,17 @@ class Terminal:
         self.wait_for(part, lambda lines: any(part in line for line in lines))
 
     def exit_code(self):
-        _, status = os.waitpid(self.process, 0)
-        return os.waitstatus_to_exitcode(status)
+        """Reads on meanwhile, because a console that cannot show a text waits until it can."""
+        end = time.monotonic() + LONGEST
+        while time.monotonic() < end:
+            process, status = os.waitpid(self.process, os.WNOHANG)
+            if process != 0:
+                return os.waitstatus_to_exitcode(status)
+            ready, _, _ = select.select([self.terminal], [], [], 0.1)
+            try:
+                read = os.read(self.terminal, 65536) if ready else b""
+            except OSError:  # the other end is gone
+                read = b""
+                time.sleep(0.1)
+            self.screen.write(read.decode("utf-8", "replace"))
+        sys.exit("the program has not ended")

@@ -1,0 +1,49 @@
+// The stages of a verification. There is one table of them: everything else asks it.
+
+#ifndef PLENXKIT_VERIFY_STAGE_H
+#define PLENXKIT_VERIFY_STAGE_H
+
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace PlenxVerify {
+
+/// A part of a stage is a process with a limit.
+struct Part {
+    enum class Kind {
+        kTests,      // a test program of GoogleTest, which writes its results as JSON
+        kScenarios,  // plenxkit scenario run --all, which does so in a form of its own
+    };
+
+    Kind kind;
+    const char* name;     // "services/system": of its files, too
+    const char* program;  // beside plenxkit.exe
+    const char* filter;   // which of its tests; empty for all of them
+    unsigned seconds;     // the limit
+};
+
+struct Stage {
+    const char* name;      // "services"
+    const char* sentence;  // what is tried
+    std::vector<Part> parts;
+};
+
+/// In the order in which they run. What is left behind comes last, has no part, and always runs.
+const std::vector<Stage>& Stages();
+
+constexpr const char* kLeftBehindStage = "left-behind";
+
+/// The request of the user cannot be carried out.
+class UsageError : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+/// words: names, some to a word with commas. None means all.
+/// @throws UsageError for a name that no stage has.
+std::vector<const Stage*> Selected(const std::vector<std::string>& words);
+
+}  // namespace PlenxVerify
+
+#endif  // PLENXKIT_VERIFY_STAGE_H
