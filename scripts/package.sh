@@ -1,4 +1,5 @@
-# Packs the SDK as one ZIP, and the same DLLs for each language. The same sources give the same bytes.
+# Packs the SDK as one ZIP, the same DLLs for each language, and plenxverify. The same sources give the
+# same bytes.
 
 package_dir=$build_dir/package
 run_time_packages=(gcc-mingw-w64-base mingw-w64-common)
@@ -25,17 +26,19 @@ command_package() {
     [ -z "$sign" ] || [ "$sign" = test ] || [ -e "$sign" ] || fail "there is no file '$sign'"
     need_packages "${package_packages[@]}"
     need_node
-    compile_windows product
+    compile_windows verify_programs
     command_docs
     make_package
+    make_verify_package
     if $twice; then
         [ -n "$sign" ] || pack_again  # a signature contains its time
-        build_again product
+        build_again verify_programs
         step "compare the two builds" compare_builds
         echo "A second build, in another folder, gave the same programs, byte for byte."
     fi
     echo "The package is ${package_zip#"$root"/} ($(du -h "$package_zip" | cut -f1))."
     echo "The packages of the languages are in ${bindings_dir#"$root"/}."
+    echo "What a stranger takes to a Windows machine is ${verify_zip#"$root"/}."
 }
 
 # Needs the programs and the docs. Fills package_dir with the folder, its ZIP and the ZIP's
@@ -55,7 +58,7 @@ make_package() {
         step "sign the package" sign_package
     fi
     step "write the checksums" write_checksums
-    step "pack it" write_zip
+    step "pack it" write_zip "$package_folder"
     make_wheel
     make_nupkg
     make_recipes
@@ -73,7 +76,7 @@ fill_package() {
     mkdir -p "$package_folder/share/doc/plenxsdk"
     cp -r "$docs_dir/html" "$package_folder/share/doc/plenxsdk/html"
     point_to_html
-    copy_licenses
+    copy_licenses "$package_folder" "${run_time_packages[@]}" "${tool_packages[@]}"
     chmod -R u=rwX,go=rX "$package_folder"
 }
 
@@ -102,11 +105,13 @@ point_to_html() {
         's%\]\((\.\./\.\./)?docs/([a-z-]+)\.md%](\1share/doc/plenxsdk/html/\2.html%g' {} +
 }
 
+# copy_licenses FOLDER PACKAGE...
 copy_licenses() {
-    local package
-    mkdir -p "$package_folder/licenses"
-    for package in "${run_time_packages[@]}" "${tool_packages[@]}"; do
-        cp "/usr/share/doc/$package/copyright" "$package_folder/licenses/$package.txt"
+    local package licenses=$1/licenses
+    shift
+    mkdir -p "$licenses"
+    for package in "$@"; do
+        cp "/usr/share/doc/$package/copyright" "$licenses/$package.txt"
     done
 }
 
@@ -154,20 +159,44 @@ time_of_sources() {
 }
 
 # A ZIP stores the order and the times of its files, so they are sorted and get the time of the commit.
+# write_zip FOLDER: packs it as FOLDER.zip, with a checksum beside it.
 write_zip() {
-    find "$package_folder" -exec touch -d "@$(time_of_sources)" {} +
-    (cd "$package_dir" && find "$(basename "$package_folder")" -type f | LC_ALL=C sort |
-        TZ=UTC zip -X -q -9 -@ "$package_zip")
-    (cd "$package_dir" && sha256sum "$(basename "$package_zip")" >"$package_zip.sha256")
+    local name
+    name=$(basename "$1")
+    find "$1" -exec touch -d "@$(time_of_sources)" {} +
+    (cd "$package_dir" && find "$name" -type f | LC_ALL=C sort | TZ=UTC zip -X -q -9 -@ "$1.zip" &&
+        sha256sum "$name.zip" >"$1.zip.sha256")
+}
+
+# Needs the programs of the target verify_programs. Fills package_dir with the folder and its ZIP; names
+# them in verify_folder and verify_zip.
+make_verify_package() {
+    verify_folder=$package_dir/plenxverify-$(project_version)-win64
+    verify_zip=$verify_folder.zip
+    rm -rf "$verify_folder" "$verify_zip"
+    step "fill plenxverify" fill_verify_package
+    step "pack plenxverify" write_zip "$verify_folder"
+}
+
+# The symbols are not in it: 'package' with the same sources makes them again.
+fill_verify_package() {
+    cmake --install "$windows_build" --component verify --prefix "$verify_folder"
+    copy_run_time "$verify_folder/programs"
+    find "$verify_folder/programs" \( -name '*.dll' -o -name '*.exe' -o -name '*.sys' \) \
+        -exec x86_64-w64-mingw32-strip {} +
+    copy_licenses "$verify_folder" "${run_time_packages[@]}" "${tool_packages[@]}" googletest
+    chmod -R u=rwX,go=rX "$verify_folder"
 }
 
 pack_again() {
     local first=$package_dir/first
     rm -rf "$first"
     mkdir "$first"
-    mv "$package_zip" "$bindings_dir" "$first/"
+    mv "$package_zip" "$bindings_dir" "$verify_zip" "$first/"
     make_package
+    make_verify_package
     step "compare the two packages" cmp "$first/$(basename "$package_zip")" "$package_zip"
+    step "compare plenxverify with itself" cmp "$first/$(basename "$verify_zip")" "$verify_zip"
     step "compare the packages of the languages" \
         diff -r "$first/$(basename "$bindings_dir")" "$bindings_dir"
     rm -r "$first"
@@ -222,4 +251,18 @@ test_package() {
         status=$?
     drop_prefix "$prefix"
     report package "tests of the package" $status "$log"
+}
+
+# Unpacks plenxverify as a stranger does, and lets it verify this Wine, in short.
+test_verify() {
+    local prefix status=0 log=$log_dir/verify-tests.txt
+    need_packages "${package_packages[@]}"
+    make_verify_package
+    make_prefix_template
+    prefix=$(new_prefix verify)
+    WINEPREFIX=$prefix PLENX_VERIFY_PACKAGE=$verify_zip PYTHONDONTWRITEBYTECODE=1 timeout 900 \
+        pytest-3 -q -p no:cacheprovider "$root/tests/verify" -o python_files='*_test.py' \
+        --junitxml="$results_dir/verify.xml" >"$log" 2>&1 </dev/null || status=$?
+    drop_prefix "$prefix"
+    report verify "plenxverify under Wine" $status "$log"
 }

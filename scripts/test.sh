@@ -261,6 +261,7 @@ waiting_lane() {
 }
 
 package_lane() {
+    test_verify
     build_docs
     test_package
 }
@@ -344,6 +345,10 @@ command_test() {
         build_docs
         test_package
         ;;
+    verify)
+        compile_windows verify_programs
+        test_verify
+        ;;
     native) test_native "$@" ;;
     windows) test_windows "$@" ;;
     browser) test_browser ;;
@@ -352,7 +357,7 @@ command_test() {
     node) test_node ;;
     *)
         echo "plenx: 'test' does not know '$which'; it takes all, quick, one NAME, native," \
-            "windows, browser, python, dotnet, node and package" >&2
+            "windows, browser, python, dotnet, node, package and verify" >&2
         exit 2
         ;;
     esac
