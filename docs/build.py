@@ -34,8 +34,9 @@ NAVIGATION = {
     "Write a service": ["docs/wire-protocol.md", "devservice/README.md"],
     "Tools": ["docs/kit.md", "docs/kit-host.md", "docs/kit-host-json.md", "docs/kit-doctor.md",
               "docs/kit-message.md", "docs/kit-trace.md", "docs/kit-scenario.md",
-              "docs/kit-judge.md"],
+              "docs/kit-judge.md", "docs/kit-verify.md"],
     LAST_GROUP: ["README.md", "CHANGELOG.md", "CONTRIBUTING.md", "docs/building-on-windows.md",
+                 "docs/first-time-on-windows.md",
                  "docs/performance.md", "docs/reliability.md", "docs/conformance.md",
                  "kit/host/README.md", "companion/README.md", "tests/both_worlds/README.md"],
 }

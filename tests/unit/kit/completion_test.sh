@@ -24,7 +24,7 @@ expect() {
     fi
 }
 
-expect 'host doctor message trace scenario judge' ''
+expect 'host doctor message trace scenario judge verify' ''
 expect '--help --version' -
 expect 'decode encode log list' message ''
 expect 'decode' message d
