@@ -15,12 +15,7 @@ bool RaisedOnly(const Exchange& exchange) {
 }
 
 Fault FaultOf(const std::string& expected, const Exchange& exchange) {
-    return {expected, exchange.form.what + ": " + Told(exchange.answer),
-            Shown(exchange.form.request.id, exchange.form.request.bytes)};
-}
-
-std::string LossOf(const Exchange& exchange) {
-    return exchange.answer.way == Answer::Way::kHung ? "" : ", and the program was gone";
+    return {expected, Told(exchange), Shown(exchange.form.request.id, exchange.form.request.bytes)};
 }
 
 void AddRaised(const Exchanges& exchanges, std::vector<Fault>& faults) {
@@ -40,7 +35,6 @@ Outcome BrokenChecks::Survives(Trial& trial) {
     for (const Exchange& exchange : exchanges) {
         if (WasLost(exchange)) {
             faults.push_back(FaultOf("the program goes on", exchange));
-            faults.back().came += LossOf(exchange);
         }
     }
     return exchanges.empty() ? Outcome::NotJudged(trial.Over()) : Outcome::Of(std::move(faults));
@@ -82,6 +76,19 @@ template Outcome BrokenChecks::Refuses<Breakage::kDescription>(Trial&);
 template Outcome BrokenChecks::Refuses<Breakage::kUnknownId>(Trial&);
 template Outcome BrokenChecks::Refuses<Breakage::kTiny>(Trial&);
 // clang-format on
+
+Outcome BrokenChecks::GoesOnSending(Trial& trial) {
+    if (!SentBeforeBrokenRequests(trial)) {
+        return Outcome::NotJudged("the program sends no notification after CreateGroup");
+    }
+    AllBroken(trial);
+    trial.Subject().Revive();
+    if (SendsAfterCreateGroup(trial)) {
+        return Outcome::Of({});
+    }
+    return Outcome::Of({{"a notification after CreateGroup, as before the broken requests",
+                         "none, as if the thread that sends it hung or had ended"}});
+}
 
 Outcome BrokenChecks::RaisesNothing(Trial& trial) {
     std::vector<Fault> faults;

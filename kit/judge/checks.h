@@ -53,6 +53,7 @@ template <Breakage breakage>
 Outcome Survives(Trial& trial);
 template <Breakage breakage>
 Outcome Refuses(Trial& trial);
+Outcome GoesOnSending(Trial& trial);
 Outcome RaisesNothing(Trial& trial);
 }  // namespace BrokenChecks
 

@@ -1,5 +1,6 @@
 // Requests in good form, with usual and unusual values.
 
+#include <algorithm>
 #include <limits>
 
 #include "judge/checks.h"
@@ -71,11 +72,30 @@ void Append(Forms& all, const Forms& more) {
     all.insert(all.end(), more.begin(), more.end());
 }
 
+// A request that is not answered with 0 in its usual form fails a check of its own. Its other forms
+// would only say the same once more.
+bool IsTakenAsUsual(Trial& trial, std::int32_t id) {
+    const Exchanges usual = OfRequest(Usual(trial), id);
+    return std::all_of(usual.begin(), usual.end(), [](const Exchange& exchange) {
+        return exchange.answer.way == Answer::Way::kReturned &&
+               ResultForLibrary(exchange.answer) == 0;
+    });
+}
+
+Outcome AllFormsAreTaken(Trial& trial, Forms forms) {
+    forms.erase(
+        std::remove_if(forms.begin(), forms.end(),
+                       [&](const Form& form) { return !IsTakenAsUsual(trial, form.request.id); }),
+        forms.end());
+    return forms.empty() ? Outcome::NotJudged("the usual request is not answered with 0 either")
+                         : AllAreTaken(trial.SendUntilLost(forms));
+}
+
 // The group of the usual requests is there while these are judged, because a program may refuse
 // what concerns a group that it does not know.
 Outcome AllAreTakenInAGroup(Trial& trial, const Forms& forms) {
     CauseANotification(trial);
-    Outcome outcome = AllAreTaken(trial.SendUntilLost(forms));
+    Outcome outcome = AllFormsAreTaken(trial, forms);
     trial.Send(
         FormOf(PlenxWire::kDeleteGroup, UsualArguments(PlenxWire::kDeleteGroup, trial.Role()), ""));
     return outcome;
@@ -117,7 +137,7 @@ Outcome RequestChecks::TakesRisingPings(Trial& trial) {
         forms.push_back(
             FormOf(PlenxWire::kPingService, {number}, "with the number " + std::to_string(number)));
     }
-    return AllAreTaken(trial.SendUntilLost(forms));
+    return AllFormsAreTaken(trial, forms);
 }
 
 Outcome RequestChecks::TakesAnySetting(Trial& trial) {
@@ -126,7 +146,7 @@ Outcome RequestChecks::TakesAnySetting(Trial& trial) {
         forms.push_back(Changed(PlenxWire::kSetInt64Config, trial.Role(), 1, value,
                                 "with the value " + std::to_string(value)));
     }
-    return AllAreTaken(trial.SendUntilLost(forms));
+    return AllFormsAreTaken(trial, forms);
 }
 
 Outcome RequestChecks::TakesTheSameGroupAgain(Trial& trial) {
@@ -137,8 +157,8 @@ Outcome RequestChecks::TakesTheSameGroupAgain(Trial& trial) {
 
 Outcome RequestChecks::TakesAnUnknownGroup(Trial& trial) {
     const std::string unknown = "nobody_" + std::to_string(trial.Role());
-    return AllAreTaken(trial.SendUntilLost(
-        {Changed(PlenxWire::kDeleteGroup, trial.Role(), 0, unknown, "of an unknown group")}));
+    return AllFormsAreTaken(
+        trial, {Changed(PlenxWire::kDeleteGroup, trial.Role(), 0, unknown, "of an unknown group")});
 }
 
 Outcome RequestChecks::TakesLargeData(Trial& trial) {

@@ -100,8 +100,7 @@ Outcome ServingChecks::ComesBack(Trial& trial) {
     for (const Exchange& exchange : Usual(trial)) {
         const bool gone = exchange.answer.way == Answer::Way::kRaised && !exchange.survived;
         if (exchange.answer.way == Answer::Way::kHung || gone) {
-            faults.push_back({"an answer", exchange.form.what + ": " + Told(exchange.answer) +
-                                               (gone ? ", and the program was gone" : "")});
+            faults.push_back({"an answer", Told(exchange)});
         }
     }
     return Outcome::Of(std::move(faults));

@@ -85,12 +85,13 @@ bool Trial::StaysUp(std::uint32_t exception) {
 }
 
 Exchange Trial::Send(const Form& form) {
-    Exchange exchange{form, {}, true};
+    Exchange exchange{form, {}, true, {}};
     if (!over_.empty() || IsInterrupted()) {
         return exchange;
     }
     KeepTheGroup(form.request);
     exchange.answer = program_.Call(form.request);
+    std::string before = std::exchange(before_, form.what + ": " + Told(exchange.answer));
     if (exchange.answer.way == Answer::Way::kReturned || IsInterrupted()) {
         return exchange;
     }
@@ -99,6 +100,8 @@ Exchange Trial::Send(const Form& form) {
     if (exchange.survived) {
         return exchange;
     }
+    exchange.before = std::move(before);
+    before_.clear();
     ++losses_;
     if (losses_ == kMostLosses) {
         over_ = "the program was lost " + std::to_string(losses_) + " times";
@@ -142,6 +145,14 @@ std::string Told(const Answer& answer) {
         break;
     }
     return "the program was gone";
+}
+
+std::string Told(const Exchange& exchange) {
+    std::string text = exchange.form.what + ": " + Told(exchange.answer);
+    if (!exchange.survived && exchange.answer.way == Answer::Way::kRaised) {
+        text += ", and the program was gone";
+    }
+    return exchange.before.empty() ? text : text + "; the request before it was " + exchange.before;
 }
 
 std::string Shown(std::int32_t id, const PlenxWire::Bytes& bytes) {

@@ -25,6 +25,7 @@ struct Exchange {
     Form form;
     Answer answer;
     bool survived = true;  // the program went on
+    std::string before;    // when it did not: the request before this one, and what came of it
 };
 using Exchanges = std::vector<Exchange>;
 
@@ -72,12 +73,15 @@ private:
     const PlenxSupport::Interruption& interruption_;
     std::map<std::string, std::any> results_;
     std::set<std::string> groups_;
+    std::string before_;  // the last request, and what came of it
     int losses_ = 0;
     std::string over_;
 };
 
 /// The answer in words, for Fault::came.
 std::string Told(const Answer& answer);
+/// The request and its answer in words. The cause of a loss may be the request before it.
+std::string Told(const Exchange& exchange);
 /// The bytes of a message, decoded as plenxkit message shows them.
 std::string Shown(std::int32_t id, const PlenxWire::Bytes& bytes);
 std::string ShownReply(const PlenxWire::Bytes& bytes);

@@ -1,6 +1,7 @@
 // A peer without Windows: it reads requests from its input, answers as the development service
 // does, and adds the notifications that follow. "subject reply=garbage" makes it misbehave as
-// [[on]] would, and "subject quiet" makes it send no notifications.
+// [[on]] would, "subject quiet" makes it send no notifications, and "subject mute" makes it send
+// none once a broken request has come.
 
 #include <algorithm>
 #include <cstdint>
@@ -33,7 +34,9 @@ PlenxService::Answer AnswerTo(std::int32_t id, const PlenxWire::Bytes& bytes,
     const auto decoded =
         PlenxService::DecodeRequest(id, bytes.data(), static_cast<std::int32_t>(bytes.size()));
     const std::int32_t honest = PlenxService::HonestCode(id, decoded);
-    if (honest == PlenxService::kTaken && !told.Has("quiet")) {
+    static bool isMute = told.Has("quiet");
+    isMute = isMute || (honest != PlenxService::kTaken && told.Has("mute"));
+    if (honest == PlenxService::kTaken && !isMute) {
         state.Apply(id, decoded.arguments);
         notifications = PlenxService::ReactionsTo(id, decoded.arguments, state, L"C:\\data");
     }

@@ -76,6 +76,37 @@ TEST(Subject, ThatTakesEverything_FailsTheChecksOfBrokenMessages) {
                             "refuse/7", "refuse/8", "refuse/9", "refuse/10", "refuse/11"));
 }
 
+TEST(Subject, ThatSendsNothingAfterABrokenRequest_FailsTheCheckOfThat) {
+    EXPECT_THAT(FailuresOf(Judged({"mute"}, {"reply", "message", "refuse", "notify"})),
+                ElementsAre("message/12"));
+}
+
+TEST(Subject, ThatRefusesTheUsualRequest_IsNotJudgedByItsOtherForms) {
+    for (const Record& record :
+         Judged({"answer=1005"}, {"create-group/2", "device-online/2", "text", "flag", "ping/2"})) {
+        EXPECT_EQ(record.outcome.why, "the usual request is not answered with 0 either")
+            << record.number;
+    }
+}
+
+TEST(Exchange, ThatWasLost_IsToldWithTheRequestBefore) {
+    Answer hung;
+    hung.way = Answer::Way::kHung;
+    hung.took = std::chrono::milliseconds(5000);
+    EXPECT_EQ(Told(Exchange{{"NameChanged", {}}, hung, false, {}}),
+              "NameChanged: no answer within 5000 ms");
+    EXPECT_EQ(
+        Told(Exchange{{"NameChanged", {}}, hung, false, "PingService: result 0"}),
+        "NameChanged: no answer within 5000 ms; the request before it was PingService: result "
+        "0");
+    Answer raised;
+    raised.way = Answer::Way::kRaised;
+    raised.exception = 1726;
+    EXPECT_EQ(Told(Exchange{{"NameChanged", {}}, raised, false, {}}),
+              "NameChanged: the call raised exception 1726 (the call failed: the program has ended "
+              "in it, or an exception has left it), and the program was gone");
+}
+
 TEST(Subject, ThatRaises_FailsTheCheckOfExceptions) {
     const std::vector<Record> records = Judged({"fault=998"}, {"call/1", "message/1"});
     EXPECT_THAT(FailuresOf(records), ElementsAre("call/1"));
