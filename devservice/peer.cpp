@@ -46,6 +46,7 @@ Answer Peer::AnswerTo(std::int32_t request, const std::uint8_t* message, std::in
 
     const Values told = scenario_.StepFor(request);
     EndIfTold(request, told);
+    LeakIfTold(told);
     if (const std::int64_t delay = told.Number("delay_ms"); delay > 0) {
         WaitForSingleObject(stop_.Get(), static_cast<DWORD>(delay));
     }
@@ -77,6 +78,18 @@ void Peer::EndIfTold(std::int32_t request, const Values& told) {
     if (told.Flag("die")) {
         log_.Write("dies at " + RenderId(request));
         TerminateProcess(GetCurrentProcess(), 3);
+    }
+}
+
+// What is kept here counts as lost, as in a service that forgets to release it.
+void Peer::LeakIfTold(const Values& told) {
+    constexpr std::size_t kKib = 1024;
+    const std::lock_guard<std::mutex> lock(mutex_);
+    for (std::int64_t count = told.Number("leak_handles"); count > 0; --count) {
+        lostHandles_.push_back(PlenxSupport::MakeEvent());
+    }
+    if (const std::int64_t size = told.Number("leak_kib"); size > 0) {
+        lostBlocks_.emplace_back(static_cast<std::size_t>(size) * kKib, std::uint8_t{1});
     }
 }
 

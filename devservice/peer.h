@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <mutex>
 #include <string>
+#include <vector>
 
 #include "answers.h"
 #include "identity.h"
@@ -32,6 +33,7 @@ public:
 
 private:
     void EndIfTold(std::int32_t request, const Values& told);
+    void LeakIfTold(const Values& told);
     void Take(std::int32_t request, const PlenxWire::Arguments& arguments, const Values& told);
 
     const Identity& identity_;
@@ -43,6 +45,8 @@ private:
 
     std::mutex mutex_;
     PeerState state_;
+    std::vector<PlenxSupport::Handle> lostHandles_;
+    std::vector<std::vector<std::uint8_t>> lostBlocks_;
 };
 
 }  // namespace PlenxService

@@ -38,10 +38,10 @@ const std::vector<Key> kStopKeys = {
 };
 
 const std::vector<Key> kOnKeys = {
-    {"answer", Kind::kCode}, {"crash", Kind::kFlag},   {"delay_ms", Kind::kTime},
-    {"die", Kind::kFlag},    {"fault", Kind::kCode},   {"hostile", Kind::kFlag},
-    {"notify", Kind::kFlag}, {"repeat", Kind::kCount}, {"reply", Kind::kReply},
-    {"result", Kind::kCode},
+    {"answer", Kind::kCode},        {"crash", Kind::kFlag},     {"delay_ms", Kind::kTime},
+    {"die", Kind::kFlag},           {"fault", Kind::kCode},     {"hostile", Kind::kFlag},
+    {"leak_handles", Kind::kCount}, {"leak_kib", Kind::kCount}, {"notify", Kind::kFlag},
+    {"repeat", Kind::kCount},       {"reply", Kind::kReply},    {"result", Kind::kCode},
 };
 
 const std::vector<std::string> kServices = {"office", "pc", "phone"};

@@ -40,7 +40,8 @@ TEST(ScenarioMistakes, UnknownKeys_AreReportedWithTheKnownOnes) {
               "linger_ms, runs and service\n");
     EXPECT_EQ(MistakesIn("[[on]]\n\nanswers = 5\n"),
               "file.toml:3: unknown key answers in [[on]]; there are answer, crash, delay_ms, die, "
-              "fault, hostile, notify, repeat, reply, request, result, runs, service, skip and "
+              "fault, hostile, leak_handles, leak_kib, notify, repeat, reply, request, result, "
+              "runs, service, skip and "
               "times\n");
     EXPECT_EQ(MistakesIn("[[notify]]\nsend = \"ErrorNotify\"\nerrCode = 5\ncode = 5\n"),
               "file.toml:4: unknown key code in [[notify]]; there are after_ms, errCode, every_ms, "

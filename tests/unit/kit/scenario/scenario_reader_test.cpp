@@ -131,6 +131,8 @@ crash = true
 die = true
 notify = false
 repeat = 8
+leak_handles = 9
+leak_kib = 10
 hostile = true
 [[on]]
 request = 99
@@ -151,6 +153,8 @@ request = 99
                                    {"die", true},
                                    {"notify", false},
                                    {"repeat", 8_n},
+                                   {"leak_handles", 9_n},
+                                   {"leak_kib", 10_n},
                                    {"hostile", true}}));
     EXPECT_EQ(scenario.steps[1].request, 99) << "a number need not be one that is in use";
 }
