@@ -1,0 +1,61 @@
+// The development service misbehaves, and the judge says so: a table has a row for each
+// misbehaviour.
+
+#ifndef PLENXSDK_TESTS_WINDOWS_KIT_JUDGE_MISBEHAVIOUR_H
+#define PLENXSDK_TESTS_WINDOWS_KIT_JUDGE_MISBEHAVIOUR_H
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <set>
+#include <string>
+
+#include "kit/judge/judgement.h"
+#include "support/child_process.h"
+
+namespace PlenxTest {
+
+using Numbers = std::set<std::string>;
+
+struct Misbehaviour {
+    const char* name;
+    const char* scenario;
+    Numbers failed;
+    const char* options = "";  // none: all checks of a program without the service manager
+};
+
+// The checks of how a program calls "Manager" mostly wait. They run only in rows that concern them.
+constexpr char kAllButManager[] =
+    "--only serve,reply,create-group,delete-group,device-online,device-offline,name-changed,"
+    "recv-remote-message,set-string-config,set-int64-config,ping,text,flag,message,call,refuse,"
+    "notify,status-notify,send-local-message,update-windows-explore,explore-flush-notify";
+
+inline std::string NameOfRow(const testing::TestParamInfo<Misbehaviour>& info) {
+    return info.param.name;
+}
+
+class JudgedMisbehaviour : public testing::TestWithParam<Misbehaviour> {
+protected:
+    JudgeFolder folder;
+
+    void ExpectTheChecksOfTheRowAndNoOther() const {
+        const Judgement judgement =
+            RunJudge("--strict " + std::string(GetParam().options) + " " + Console());
+        EXPECT_THAT(judgement.Failed(), testing::ElementsAreArray(GetParam().failed))
+            << judgement.output;
+        EXPECT_EQ(judgement.code, GetParam().failed.empty() ? 0 : 1) << judgement.output;
+        EXPECT_THAT(judgement.Judged(), testing::Not(testing::IsEmpty()));
+    }
+
+private:
+    std::string Console() const {
+        const std::wstring programs = ProgramFolder();
+        return "--console \"" + std::string(programs.begin(), programs.end()) +
+               "\\plenxservice.exe --console pc --data C:\\judged\\data --scenario " +
+               folder.Write("mine.toml", GetParam().scenario) + "\"";
+    }
+};
+
+}  // namespace PlenxTest
+
+#endif  // PLENXSDK_TESTS_WINDOWS_KIT_JUDGE_MISBEHAVIOUR_H
