@@ -81,7 +81,7 @@ workflow_checker=$build_dir/workflow-checker
 # Holds the workflows for GitHub against the published schema of such files.
 check_workflows() {
     local workflow
-    for workflow in .github/workflows/*.yml; do
+    for workflow in .github/workflows/*.yml examples/*/*.yml; do
         "$workflow_checker/node_modules/.bin/action-validator" "$workflow"
     done
 }

@@ -54,6 +54,18 @@ def package(archive, tmp_path_factory):
     return unpack(archive, tmp_path_factory.mktemp("a host folder"))
 
 
+@pytest.fixture(scope="session")
+def hello(package, tmp_path_factory):
+    """The service of the example, built from the package alone."""
+    folder = tmp_path_factory.mktemp("hello")
+    result = run("cmake", "-G", "Ninja", "-S", package / "examples" / "hello-service", "-B", folder,
+                 "--toolchain", package / "cmake" / "mingw-w64-x86-64.cmake")
+    assert result.returncode == 0, result.stdout
+    result = run("cmake", "--build", folder)
+    assert result.returncode == 0, result.stdout
+    return folder / "hello_service.exe"
+
+
 @pytest.fixture
 def stage(package, tmp_path):
     """The DLLs in a folder for the host's program, an install folder and a data folder."""
