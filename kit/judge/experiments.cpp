@@ -11,6 +11,8 @@ using std::chrono::milliseconds;
 
 constexpr milliseconds kUntilANotification(1500);
 constexpr milliseconds kQuiet(250);
+// On a busy machine there may be pauses between the notifications.
+constexpr milliseconds kQuietAfterALife(800);
 constexpr milliseconds kLongestLife(5000);
 
 constexpr Breakage kBreakages[] = {
@@ -117,7 +119,7 @@ const std::vector<Notification>& NotificationsOfALife(Trial& trial) {
         manager.WaitForQuiet(kQuiet, kLongestLife);
         const std::size_t before = manager.Count();
         trial.SendUntilLost(FormsOfALife(trial.Role()));
-        manager.WaitForQuiet(kQuiet, kLongestLife);
+        manager.WaitForQuiet(kQuietAfterALife, kLongestLife);
         return manager.Since(before);
     });
 }
