@@ -312,7 +312,6 @@ one_native() {
         step "build $folder" ninja -C "$build_dir/native-plain" "$folder/all"
         found=true
     done
-    forget_counts "$build_dir/native-plain"
     if $found && (cd "$build_dir/native-plain" && ctest -N "${which[@]}") | grep -q 'Test *#1'; then
         run_native plain "${which[@]}"
     fi
