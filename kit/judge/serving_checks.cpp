@@ -1,6 +1,7 @@
 // How the program serves: in time, many callers at once, in any order, for long.
 
 #include <algorithm>
+#include <iterator>
 
 #include "judge/checks.h"
 #include "judge/experiments.h"
