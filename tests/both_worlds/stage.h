@@ -42,6 +42,8 @@ protected:
     static std::wstring ServiceProgram();
     static std::wstring DriverFile();
     static std::vector<std::wstring> ServiceArguments();
+    /// Returns whether the driver is one that Windows would load.
+    static bool DriverIsSigned();
     /// From now on the service "PlenxPcSvc" accepts the request to stop but goes on running.
     void LetServiceIgnoreStop();
     /// Removes a service even if its process hangs.
@@ -49,9 +51,6 @@ protected:
 
     /// A process that runs until somebody ends it.
     DWORD StartProcess();
-
-    /// The fake platform follows Windows where a Wine does not.
-    static const PlenxTest::SystemHabits& Habits();
 
 private:
     struct World;

@@ -58,6 +58,10 @@ std::vector<std::wstring> Stage::ServiceArguments() {
     return {L"C:\\plenx-stage\\app", L"C:\\plenx-stage\\data", L"1"};
 }
 
+bool Stage::DriverIsSigned() {
+    return true;
+}
+
 void Stage::LetServiceIgnoreStop() {
     world_->platform.Scm().ScriptStop(L"PlenxPcSvc", {});
 }
@@ -66,10 +70,6 @@ void Stage::RemoveService(const std::wstring&) {}
 
 DWORD Stage::StartProcess() {
     return world_->platform.Processes().Start();
-}
-
-const PlenxTest::SystemHabits& Stage::Habits() {
-    return PlenxTest::HabitsOfWine(0);
 }
 
 }  // namespace BothWorlds

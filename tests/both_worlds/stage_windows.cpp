@@ -3,7 +3,6 @@
 #include "support/handle.h"
 #include "support/install_folder.h"
 #include "support/service_state.h"
-#include "support/system_habits.h"
 #include "support/test_folder.h"
 
 namespace BothWorlds {
@@ -15,15 +14,6 @@ namespace {
 const fs::path kFolder = PlenxTest::TestFolder() / L"plenx-scenario";
 const fs::path kApp = PlenxTest::TestFolder() / L"plenx-stage" / L"app";
 
-// fs::remove_all alone would leave read-only files.
-void RemoveAll(const fs::path& folder) {
-    std::error_code ignored;
-    for (const auto& entry : fs::recursive_directory_iterator(folder, ignored)) {
-        SetFileAttributesW(entry.path().c_str(), FILE_ATTRIBUTE_NORMAL);
-    }
-    fs::remove_all(folder, ignored);
-}
-
 }  // namespace
 
 struct Stage::World {
@@ -33,13 +23,13 @@ struct Stage::World {
 };
 
 Stage::Stage() : world_(std::make_unique<World>()) {
-    RemoveAll(kFolder);
+    PlenxTest::RemoveFolder(kFolder);
     fs::create_directories(kFolder);
 }
 
 Stage::~Stage() {
     Release();
-    RemoveAll(kFolder);
+    PlenxTest::RemoveFolder(kFolder);
 }
 
 std::wstring Stage::Folder() const {
@@ -85,26 +75,22 @@ std::vector<std::wstring> Stage::ServiceArguments() {
     return {kApp.native(), (kApp.parent_path() / L"data").native(), L"1"};
 }
 
+bool Stage::DriverIsSigned() {
+    return false;
+}
+
 void Stage::LetServiceIgnoreStop() {
     world_->install.SetServiceControl("[stop]\nhow = 'ignore'\n");
 }
 
-// The next scenario needs the same name.
 void Stage::RemoveService(const std::wstring& name) {
     PlenxTest::EndService(name);
-    for (int i = 0; i != 200 && PlenxTest::IsRegistered(name); ++i) {
-        Sleep(50);
-    }
 }
 
 DWORD Stage::StartProcess() {
     world_->processes.push_back(std::make_unique<PlenxTest::ChildProcess>(
         PlenxTest::ChildProcess::Self(L"--wait-to-be-ended")));
     return world_->processes.back()->Id();
-}
-
-const PlenxTest::SystemHabits& Stage::Habits() {
-    return PlenxTest::HabitsOfThisSystem();
 }
 
 }  // namespace BothWorlds

@@ -7,8 +7,9 @@
 #include <plenxsdk/plenx.h>
 
 __declspec(dllimport) void __cdecl exit(int code);
-__declspec(dllimport) char* __cdecl getenv(const char* name);
 __declspec(dllimport) int __cdecl strcmp(const char* left, const char* right);
+__declspec(dllimport) unsigned long __stdcall GetEnvironmentVariableA(const char* name, char* value,
+                                                                      unsigned long size);
 __declspec(dllimport) unsigned long __stdcall WaitForSingleObject(void* handle,
                                                                   unsigned long milliseconds);
 
@@ -74,6 +75,8 @@ void Main(void) {
     plenx_queue* queue = NULL;
     int64_t gone = -1;
     char text[128];
+    char install[128] = "";
+    char data[128] = "";
 #ifdef OBSERVES
     plenx_subscription* subscription = NULL;
     plenx_observer observer = {
@@ -82,9 +85,10 @@ void Main(void) {
 #endif
     Require(plenx_open(PLENX_ABI) == 0, 2);
     Require(plenx_queue_open(1000, &queue) == 0, 3);
-    Require(plenx_init(PLENX_TEXT(getenv("INSTALL")), PLENX_TEXT(getenv("DATA")), PLENX_TEXT(""),
-                       0) == 0,
-            4);
+    /* Nothing has begun the C run time here, so that getenv would find nothing. */
+    GetEnvironmentVariableA("INSTALL", install, sizeof(install));
+    GetEnvironmentVariableA("DATA", data, sizeof(data));
+    Require(plenx_init(PLENX_TEXT(install), PLENX_TEXT(data), PLENX_TEXT(""), 0) == 0, 4);
     Require(plenx_start(PLENX_PC, NULL, 4, PLENX_TEXT("argument")) == PLENX_E_ARGUMENT, 5);
     Require(plenx_last_error(text, sizeof(text), NULL) == 0, 6);
     Require(strcmp(text, "plenx_start: group is null, but its length is not 0") == 0, 7);

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "support/imports.h"
+
 namespace PlenxSupport {
 namespace {
 
@@ -71,13 +73,27 @@ TEST(Handle, OfAnEventTellsWhetherItIsSet) {
     EXPECT_TRUE(IsSet(event));
 }
 
+SC_HANDLE closed = nullptr;
+
+BOOL WINAPI NoteClosed(SC_HANDLE handle) {
+    closed = handle;
+    return TRUE;
+}
+
+// A second closing would touch memory that the system has freed.
 TEST(ServiceHandle, IsClosedWithItsOwner) {
     ServiceHandle owner(OpenSCManagerW(nullptr, nullptr, SC_MANAGER_CONNECT));
     const SC_HANDLE raw = owner.Get();
     ASSERT_TRUE(owner);
+    constexpr char kClose[] = "CloseServiceHandle";
+    const HMODULE program = GetModuleHandleW(nullptr);
+    void* const close =
+        PlenxTest::RedirectImport(program, kClose, reinterpret_cast<void*>(NoteClosed));
+    ASSERT_NE(close, nullptr);
     owner.Reset();
-    EXPECT_FALSE(CloseServiceHandle(raw));
-    EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_INVALID_HANDLE));
+    PlenxTest::RedirectImport(program, kClose, close);
+    EXPECT_EQ(closed, raw);
+    EXPECT_TRUE(CloseServiceHandle(raw));
 }
 
 }  // namespace

@@ -17,7 +17,7 @@ namespace {
 class OfficeServiceTest : public testing::Test {
 protected:
     void SetUp() override {
-        std::filesystem::remove_all(folder_);
+        RemoveFolder(folder_);
         std::filesystem::create_directories(folder_);
         SetEnvironmentVariableW(L"PLENX_OFFICE_LOG", log_.c_str());
     }
@@ -26,7 +26,7 @@ protected:
                                           L"PLENX_LATE_OFFICE_LOG", L"PLENX_LOG_LEVEL"}) {
             SetEnvironmentVariableW(name, nullptr);
         }
-        std::filesystem::remove_all(folder_);
+        RemoveFolder(folder_);
     }
 
     const std::filesystem::path folder_ =

@@ -22,7 +22,7 @@ namespace {
 class LogHelperTest : public testing::Test {
 protected:
     void SetUp() override {
-        std::filesystem::remove_all(folder_);
+        RemoveFolder(folder_);
         std::filesystem::create_directories(folder_);
         Set(L"PLENX_LOG_FILE", file_.wstring());
     }
@@ -31,7 +31,7 @@ protected:
              {L"PLENX_LOG_FILE", L"PLENX_LOG_LEVEL", L"PLENX_LOG_MAX_BYTES", L"PLENX_LOG_FILES"}) {
             SetEnvironmentVariableW(name, nullptr);
         }
-        std::filesystem::remove_all(folder_);
+        RemoveFolder(folder_);
     }
 
     static void Set(const wchar_t* name, const std::wstring& value) {

@@ -8,6 +8,7 @@
 #include "devservice/service_under_test.h"
 #include "support/child_process.h"
 #include "support/handle.h"
+#include "support/system_habits.h"
 #include "wire/catalog.h"
 
 namespace PlenxTest {
@@ -126,9 +127,12 @@ TEST(Life, ServiceThatDoesNotServe_RunsAndItsEndpointIsAbsent) {
 TEST(Life, Stop_IsDoneInTimeAndTheEndpointGoesWithIt) {
     ServiceUnderTest service(1);
     ASSERT_TRUE(service.StartAndRun());
+    const PlenxSupport::Handle process(
+        OpenProcess(SYNCHRONIZE, FALSE, service.Status().dwProcessId));
     EXPECT_EQ(service.SendStop(), NO_ERROR);
     EXPECT_TRUE(service.Reaches(SERVICE_STOPPED, kStopLimit));
     EXPECT_EQ(service.Status().dwWin32ExitCode, NO_ERROR);
+    EXPECT_EQ(WaitForSingleObject(process.Get(), 10000), DWORD{WAIT_OBJECT_0});
     EXPECT_EQ(ExceptionOfCall(kEndpoints[1], PlenxWire::kPingService),
               DWORD{RPC_S_SERVER_UNAVAILABLE});
 }
@@ -176,7 +180,7 @@ TEST(Life, StopThatNeverEnds_StaysStopPending) {
 TEST(Life, StopThatIsNotAccepted_IsRefused) {
     ServiceUnderTest service(1, "[stop]\naccept = false\n");
     ASSERT_TRUE(service.StartAndRun());
-    EXPECT_NE(service.SendStop(), DWORD{NO_ERROR});
+    EXPECT_TRUE(Shows(Habits::kStopThatIsNotAccepted, service.SendStop()));
     EXPECT_EQ(service.Status().dwCurrentState, SERVICE_RUNNING);
 }
 

@@ -30,7 +30,7 @@ struct Told {
 class MessageCommand : public testing::Test {
 protected:
     MessageCommand() { std::filesystem::create_directories(folder_); }
-    ~MessageCommand() override { std::filesystem::remove_all(folder_); }
+    ~MessageCommand() override { RemoveFolder(folder_); }
 
     Told Run(const std::wstring& arguments) const {
         const std::wstring output = folder_ / L"output.txt";

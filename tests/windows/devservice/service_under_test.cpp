@@ -27,7 +27,7 @@ PlenxSupport::ServiceHandle Checked(SC_HANDLE handle, const char* what) {
 
 // The service manager keeps a deleted service until it has seen the process of the service end.
 SC_HANDLE CreateOurService(SC_HANDLE manager) {
-    const std::wstring program = ProgramFolder() + L"\\plenxservice.exe";
+    const std::wstring program = L"\"" + ProgramFolder() + L"\\plenxservice.exe\"";
     SC_HANDLE service = nullptr;
     WaitFor([&] {
         service =
@@ -47,7 +47,7 @@ ServiceUnderTest::ServiceUnderTest(int row, const std::string& control)
       data_(root_ / L"data" / L"service"),
       row_(row) {
     RemoveService(kName);
-    fs::remove_all(root_);
+    RemoveFolder(root_);
     fs::create_directories(install_);
     Control(control);
     manager_ = Checked(OpenSCManagerW(nullptr, nullptr, SC_MANAGER_ALL_ACCESS), "open manager");
@@ -69,8 +69,7 @@ ServiceUnderTest::~ServiceUnderTest() {
         }
     }
     DeleteService(service_.Get());
-    std::error_code ignored;
-    fs::remove_all(root_, ignored);
+    RemoveFolder(root_);
 }
 
 void ServiceUnderTest::Control(const std::string& toml) const {

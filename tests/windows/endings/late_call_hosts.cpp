@@ -13,6 +13,7 @@
 #include "endings/host_steps.h"
 #include "endings/loaded_library.h"
 #include "log_helper.h"
+#include "support/exported_names.h"
 #include "support/imports.h"
 
 namespace PlenxTest {
@@ -62,10 +63,7 @@ bool Redirect(const char* function, void* other, Log* own = nullptr) {
 // A thread writes the line while it holds the lock of the place where it is.
 bool StayAtLine(const wchar_t* text) {
     stayAtLine = text;
-    return Redirect(
-        "_ZN8OvLogger3LogE17LOG_MESSAGE_LEVELRKNSt7__cxx1119basic_ostringstreamIwSt11"
-        "char_traitsIwESaIwEEE",
-        reinterpret_cast<void*>(LogOrStay), &ownLog);
+    return Redirect(ExportedNames::kLog, reinterpret_cast<void*>(LogOrStay), &ownLog);
 }
 
 bool WorkerInNotification(const Library& library) {
@@ -81,8 +79,7 @@ bool RpcThreadInNotification(const Library& library) {
 }
 
 bool WorkerInCompanion(const Library& library) {
-    if (!Redirect("_ZN22DistributedFileManager5StartEv",
-                  reinterpret_cast<void*>(StayInFileManager))) {
+    if (!Redirect(ExportedNames::kStartOfFileManager, reinterpret_cast<void*>(StayInFileManager))) {
         return false;
     }
     library.Start(DistributedFs::kOfficeService);

@@ -48,7 +48,7 @@ expect-none NotifyStatus pc photos offline for 1
 )";
 
 TEST(HelloService, ServesAHostAsPcAndAsPhoneService) {
-    const InstallFolder folder(L"hello");
+    const InstallFolder folder(L"plenx-hello");
     const std::wstring service = (folder.InstallPath() / L"plenxservice.exe").wstring();
     ASSERT_TRUE(CopyFileW((ProgramFolder() + L"\\hello_service.exe").c_str(), service.c_str(), 0));
     const std::wstring script = (folder.InstallPath() / L"hello.plenx").wstring();

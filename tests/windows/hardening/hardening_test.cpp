@@ -122,6 +122,7 @@ TEST(Guard, NothingOverwritten_GoesOn) {
 
 int main(int argc, char** argv) {
     if (argc == 2 && std::strncmp(argv[1], "--gtest", 7) != 0) {
+        SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOGPFAULTERRORBOX);  // nobody answers a window
         return PlenxTest::RunVictim(argv[1]);
     }
     testing::InitGoogleTest(&argc, argv);

@@ -5,8 +5,10 @@
 #include <windows.h>
 
 #include <iostream>
+#include <string>
 
 #include "support/process_size.h"
+#include "support/system_habits.h"
 #include "support/wait.h"
 
 namespace PlenxTest {
@@ -37,8 +39,13 @@ void ExpectNothingMore(const Footprint& before) {
               << " handles\n";
     EXPECT_NE(after.handles, 0u) << "the system does not tell";
     EXPECT_NE(after.privateBytes, 0u) << "the system does not tell";
-    EXPECT_LE(after.handles, mostHandles);
-    EXPECT_LE(after.privateBytes, mostBytes);
+    const bool flat = after.handles <= mostHandles && after.privateBytes <= mostBytes;
+    EXPECT_TRUE(Shows(Habits::kFootprintOfAStorm,
+                      flat ? "nothing"
+                           : "from " + std::to_string(before.privateBytes) + " bytes and " +
+                                 std::to_string(before.handles) + " handles to " +
+                                 std::to_string(after.privateBytes) + " and " +
+                                 std::to_string(after.handles)));
 }
 
 }  // namespace PlenxTest

@@ -16,8 +16,8 @@ struct Footprint {
 Footprint MeasureFootprint();
 
 /// Fails the test when the process holds more now than before, beyond the 4 MiB and 8 handles that
-/// come and go. It waits, with a deadline, for things that end by themselves, and prints what it
-/// found.
+/// come and go, unless nobody knows what this system keeps. It waits, with a deadline, for things
+/// that end by themselves, and prints what it found.
 void ExpectNothingMore(const Footprint& before);
 
 }  // namespace PlenxTest

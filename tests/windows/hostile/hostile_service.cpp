@@ -8,6 +8,7 @@
 #include "hostile/expectation.h"
 #include "hostile/message_maker.h"
 #include "hostile/scale.h"
+#include "support/system_habits.h"
 
 namespace PlenxTest {
 namespace {
@@ -97,14 +98,17 @@ ServiceReply ReplyMaker::WithoutBlock() {
     return reply;
 }
 
-// The reply has more bytes than its size says, and the size may be negative. The RPC runtime should
-// refuse a size that is larger than the bytes, but Wine's does not.
+// The reply has more bytes than its size says, and the size may be negative.
 ServiceReply ReplyMaker::Understated() {
     const Bytes block = PlenxWire::Encode({1, std::string("more")});
     const auto size = static_cast<std::int32_t>(random_.Below(block.size() + 1)) - 1;
     ServiceReply reply;
     reply.raw.bytes = AnswerBytes(size, block, 0);
-    reply.number = NumberInReply(block.data(), size > 0 ? static_cast<std::size_t>(size) : 0);
+    if (RuntimeComparesSizes()) {
+        reply.exception = RPC_X_BAD_STUB_DATA;
+    } else {
+        reply.number = NumberInReply(block.data(), size > 0 ? static_cast<std::size_t>(size) : 0);
+    }
     return reply;
 }
 
@@ -121,6 +125,9 @@ ServiceReply ReplyMaker::Fault() {
     constexpr unsigned long kCodes[] = {5, RPC_S_CALL_FAILED, 0xE0001234, 0x7fffffff, 0xffffffff};
     ServiceReply reply;
     reply.raw.fault = random_.OneOf(kCodes);
+    if (IsOpen(Habits::kCodeThatTheServerRaises)) {
+        reply.raw.fault = RPC_S_CALL_FAILED;
+    }
     reply.exception = reply.raw.fault;
     return reply;
 }

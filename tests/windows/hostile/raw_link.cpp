@@ -9,6 +9,7 @@
 
 #include "hostile/raw_routine.h"
 #include "rpc/interface/interface_identity.h"
+#include "support/system_habits.h"
 #include "wire/local_binding.h"
 
 namespace PlenxTest {
@@ -100,7 +101,7 @@ RawAnswer Parse(const void* data, std::size_t length) {
 }  // namespace
 
 bool RuntimeComparesSizes() {
-    return GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "wine_get_version") == nullptr;
+    return !IsUsual(Habits::kSizeBeyondTheBytes, "0");
 }
 
 Bytes RequestBytes(std::int32_t id, std::int32_t size, std::uint32_t count, const Bytes& message) {

@@ -18,8 +18,8 @@ namespace PlenxTest {
 
 using PlenxWire::Bytes;
 
-/// Windows compares the size that a caller states with the number of bytes that it sends, and
-/// refuses the call if they differ. Wine does not: there the receiver sees the size, but not the
+/// Returns whether this system compares the size that a caller states with the number of bytes that
+/// it sends, and refuses the call if they differ. Otherwise the receiver sees the size, but not the
 /// number.
 bool RuntimeComparesSizes();
 

@@ -3,6 +3,7 @@
 #include "support/child_process.h"
 #include "support/install_folder.h"
 #include "support/wait.h"
+#include "support/wide_text.h"
 
 namespace PlenxTest {
 namespace {
@@ -46,8 +47,8 @@ KitProcess::KitProcess(const std::string& arguments)
     startup.hStdOutput = output;
     startup.hStdError = errors;
     PROCESS_INFORMATION process{};
-    std::wstring command = L"\"" + ProgramFolder() + L"\\plenxkit.exe\" " +
-                           std::wstring(arguments.begin(), arguments.end());
+    std::wstring command =
+        L"\"" + ProgramFolder() + L"\\plenxkit.exe\" " + PlenxSupport::ToWide(arguments);
     if (StartProcess(command, true, 0, startup, process)) {
         CloseHandle(process.hThread);
         process_ = process.hProcess;

@@ -8,6 +8,7 @@
 #include "rpc_interface/faulting_client.h"
 #include "rpc_interface/peer_process.h"
 #include "rpc_interface/server_routines.h"
+#include "support/system_habits.h"
 
 namespace PlenxTest {
 namespace {
@@ -34,10 +35,13 @@ protected:
         EXPECT_FALSE(reply.hasBlock);
     }
 
-    std::optional<DWORD> RunFaultingClient(const std::wstring& fault) {
+    /// The client's last filter must see the fault.
+    testing::AssertionResult EndsTheProcess(const std::wstring& fault, DWORD expected) {
         ChildProcess client(
             ChildProcess::Self(L"--faulting-client " + fault + L" " + peer_.Endpoint()));
-        return client.WaitForExit(30000);
+        const DWORD code = client.WaitForExit(30000).value_or(0);
+        return Shows(Habits::kFaultInACall,
+                     code == expected ? "ends the process" : "exit code " + std::to_string(code));
     }
 
     PeerProcess peer_{Stubs::kOurs, GetParam()};
@@ -95,17 +99,16 @@ INSTANTIATE_TEST_SUITE_P(Interfaces, Guard,
 class FaultOfOurOwn : public Guard {};
 
 TEST_P(FaultOfOurOwn, UnreadableMessage_EndsTheProcess) {
-    EXPECT_EQ(RunFaultingClient(L"message"), static_cast<DWORD>(kFaultGotOut));
+    EXPECT_TRUE(EndsTheProcess(L"message", kFaultGotOut));
 }
 
 TEST_P(FaultOfOurOwn, FaultInTheAllocationOfTheReply_EndsTheProcess) {
-    EXPECT_EQ(RunFaultingClient(L"allocation"), static_cast<DWORD>(kFaultGotOut));
+    EXPECT_TRUE(EndsTheProcess(L"allocation", kFaultGotOut));
 }
 
 // What the runtime raises for a peer's fault has none, so this comes from somewhere else.
 TEST_P(FaultOfOurOwn, RaisedExceptionWithParameters_EndsTheProcess) {
-    EXPECT_EQ(RunFaultingClient(L"raised-with-parameters"),
-              static_cast<DWORD>(kOtherExceptionGotOut));
+    EXPECT_TRUE(EndsTheProcess(L"raised-with-parameters", kOtherExceptionGotOut));
 }
 
 INSTANTIATE_TEST_SUITE_P(Interfaces, FaultOfOurOwn, testing::Values(Interface::kService),

@@ -53,9 +53,15 @@ std::string UuidText(const GUID& id) {
     return text;
 }
 
-// In static data the address of an imported function is that of a jump through the import table.
+// In static data the address of an imported function is that of a jump through the import table,
+// and a linker that links again and again puts another jump in front of it.
 const void* BehindImportJump(const void* function) {
-    const auto* const code = static_cast<const unsigned char*>(function);
+    const auto* code = static_cast<const unsigned char*>(function);
+    if (code != nullptr && code[0] == 0xe9) {
+        std::int32_t distance = 0;
+        std::memcpy(&distance, code + 1, sizeof(distance));
+        code += 5 + distance;
+    }
     if (code == nullptr || code[0] != 0xff || code[1] != 0x25) {
         return function;
     }

@@ -11,6 +11,8 @@
 #include "support/child_process.h"
 #include "support/handle.h"
 #include "support/service_state.h"
+#include "support/system_habits.h"
+#include "support/wait.h"
 
 namespace PlenxSoak {
 namespace {
@@ -36,6 +38,10 @@ std::vector<DWORD> ServiceProcesses() {
     return processes;
 }
 
+bool SystemNotices() {
+    return IsUsual(PlenxTest::Habits::kServiceWhoseProcessWasEnded, "stopped");
+}
+
 // Wine accepts a service's status from everybody who has opened the service for it.
 void ReportStopped(const wchar_t* name) {
     constexpr DWORD kSetStatus = 0x8000;
@@ -52,6 +58,9 @@ void ReportStopped(const wchar_t* name) {
 }  // namespace
 
 void Mender::MendDead() {
+    if (SystemNotices()) {
+        return;
+    }
     for (const wchar_t* service : kServices) {
         const DWORD process = PlenxTest::ProcessIdOf(service);
         if (process != 0 && HasEnded(process)) {
@@ -67,7 +76,12 @@ void Mender::EndAll() {
         PlenxTest::EndProcess(process);
     }
     for (const wchar_t* service : kServices) {
-        if (PlenxTest::StateOf(service).value_or(SERVICE_STOPPED) != SERVICE_STOPPED) {
+        const auto hasStopped = [service] {
+            return PlenxTest::StateOf(service).value_or(SERVICE_STOPPED) == SERVICE_STOPPED;
+        };
+        if (SystemNotices()) {
+            PlenxTest::WaitFor(hasStopped);
+        } else if (!hasStopped()) {
             ReportStopped(service);
             tally_.Count("mended", "at rest");
         }

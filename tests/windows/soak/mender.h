@@ -1,5 +1,5 @@
-// Does for a service what Windows does and Wine does not: when the service's process has ended, it
-// marks the service as stopped.
+// Where the system does not notice that the process of a service has ended, this marks the service
+// as stopped.
 
 #ifndef PLENXSDK_TESTS_WINDOWS_SOAK_MENDER_H
 #define PLENXSDK_TESTS_WINDOWS_SOAK_MENDER_H
@@ -16,7 +16,8 @@ public:
 
     /// Marks the services whose process has ended as stopped.
     void MendDead();
-    /// Ends every process of a service, and then mends the services.
+    /// Ends every process of a service, and then mends the services or waits for the system to
+    /// notice.
     void EndAll();
     /// Ends the process of one service and mends nothing.
     void Kill(std::size_t service);

@@ -1,5 +1,6 @@
-// The names under which plenxsdk.dll exports the operations of PLENXManager. Each family of
-// compilers writes the signature of an operation into its name in a way of its own.
+// The names under which plenxsdk.dll exports the operations of PLENXManager, and imports some of
+// its companions. Each family of compilers writes the signature of an operation into its name in a
+// way of its own.
 
 #ifndef PLENXSDK_TESTS_WINDOWS_SUPPORT_EXPORTED_NAMES_H
 #define PLENXSDK_TESTS_WINDOWS_SUPPORT_EXPORTED_NAMES_H
@@ -70,6 +71,19 @@ inline constexpr char kUnregisterObserver[] =
 
 #undef PLENX_EXPORTED
 #undef PLENX_STRING
+
+// What the library imports from its companions.
+#ifdef _MSC_VER
+inline constexpr char kLog[] =
+    "?Log@OvLogger@@QEAAXW4LOG_MESSAGE_LEVEL@@AEBV?$basic_ostringstream@_WU?$char_traits@_W@std@@"
+    "V?$allocator@_W@2@@std@@@Z";
+inline constexpr char kStartOfFileManager[] = "?Start@DistributedFileManager@@QEAAHXZ";
+#else
+inline constexpr char kLog[] =
+    "_ZN8OvLogger3LogE17LOG_MESSAGE_LEVELRKNSt7__cxx1119basic_ostringstreamIwSt11char_traitsIwE"
+    "SaIwEEE";
+inline constexpr char kStartOfFileManager[] = "_ZN22DistributedFileManager5StartEv";
+#endif
 
 }  // namespace PlenxTest::ExportedNames
 

@@ -2,13 +2,17 @@
 
 #include <windows.h>
 
+#include <aclapi.h>
+
 #include <fstream>
+#include <stdexcept>
 #include <system_error>
 
 #include "support/child_process.h"
 #include "support/file.h"
 #include "support/service_state.h"
 #include "support/test_folder.h"
+#include "support/wait.h"
 
 namespace PlenxTest {
 namespace {
@@ -39,12 +43,77 @@ void Copy(const fs::path& from, const fs::path& to) {
     }
 }
 
+// In this form a path may have more than 260 characters.
+std::wstring LongForm(const fs::path& path) {
+    return L"\\\\?\\" + path.wstring();
+}
+
+bool RemoveOnce(const std::wstring& path);
+
+void RemoveContent(const std::wstring& folder) {
+    WIN32_FIND_DATAW entry{};
+    const HANDLE listing = FindFirstFileW((folder + L"\\*").c_str(), &entry);
+    if (listing == INVALID_HANDLE_VALUE) {
+        return;
+    }
+    do {
+        const std::wstring name = entry.cFileName;
+        if (name != L"." && name != L"..") {
+            RemoveOnce(folder + L"\\" + name);
+        }
+    } while (FindNextFileW(listing, &entry));
+    FindClose(listing);
+}
+
+bool RemoveOnce(const std::wstring& path) {
+    const DWORD attributes = GetFileAttributesW(path.c_str());
+    if (attributes == INVALID_FILE_ATTRIBUTES) {
+        return true;
+    }
+    const bool isFolder = (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+    if (isFolder && (attributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0) {
+        RemoveContent(path);
+    }
+    if ((attributes & FILE_ATTRIBUTE_READONLY) != 0) {
+        SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_NORMAL);
+    }
+    return isFolder ? RemoveDirectoryW(path.c_str()) : DeleteFileW(path.c_str());
+}
+
 }  // namespace
+
+bool RemoveFolder(const fs::path& folder) {
+    return WaitFor([path = LongForm(folder)] { return RemoveOnce(path); }, 5000);
+}
+
+void LetOnlyAdministratorsWrite(const fs::path& folder) {
+    unsigned char list[256] = {};
+    auto* const acl = reinterpret_cast<PACL>(list);
+    InitializeAcl(acl, sizeof(list), ACL_REVISION);
+    for (const WELL_KNOWN_SID_TYPE kind : {WinLocalSystemSid, WinBuiltinAdministratorsSid}) {
+        unsigned char owner[SECURITY_MAX_SID_SIZE];
+        DWORD size = sizeof(owner);
+        CreateWellKnownSid(kind, nullptr, owner, &size);
+        AddAccessAllowedAceEx(acl, ACL_REVISION, OBJECT_INHERIT_ACE | CONTAINER_INHERIT_ACE,
+                              FILE_ALL_ACCESS, owner);
+    }
+    std::wstring path = folder.wstring();
+    const DWORD error =
+        SetNamedSecurityInfoW(path.data(), SE_FILE_OBJECT,
+                              DACL_SECURITY_INFORMATION | PROTECTED_DACL_SECURITY_INFORMATION,
+                              nullptr, nullptr, acl, nullptr);
+    if (error != ERROR_SUCCESS) {
+        throw std::system_error(static_cast<int>(error), std::system_category(),
+                                "cannot protect " + folder.string());
+    }
+}
 
 InstallFolder::InstallFolder(const std::wstring& name)
     : root_(TestFolder() / name), install_(root_ / L"app"), data_(root_ / L"data") {
     RemoveServices();
-    fs::remove_all(root_);
+    if (!RemoveFolder(root_)) {
+        throw std::runtime_error("cannot remove " + root_.string());
+    }
     for (const wchar_t* category : kCategories) {
         fs::create_directories(install_ / L"res" / L"plenx" / L"icon" / category);
     }
@@ -56,8 +125,7 @@ InstallFolder::InstallFolder(const std::wstring& name)
 
 InstallFolder::~InstallFolder() {
     RemoveServices();
-    std::error_code ignored;
-    fs::remove_all(root_, ignored);
+    RemoveFolder(root_);
 }
 
 void InstallFolder::AddUpgrade() const {

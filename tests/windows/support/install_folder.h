@@ -37,6 +37,16 @@ private:
     std::filesystem::path data_;
 };
 
+/// Removes a folder with all that is in it: read-only files, paths of any length, and links, whose
+/// targets stay. It tries again for some seconds, because a process that has just ended, or a virus
+/// scanner, may still hold a file.
+/// @return whether the folder is gone.
+bool RemoveFolder(const std::filesystem::path& folder);
+
+/// Lets only administrators and the system write to a folder and to what will be made in it, as in
+/// the folders of installed programs.
+void LetOnlyAdministratorsWrite(const std::filesystem::path& folder);
+
 /// Returns "" when there is no such file.
 std::string ReadFile(const std::filesystem::path& path);
 void WriteFile(const std::filesystem::path& path, const std::string& content);

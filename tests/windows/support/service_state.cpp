@@ -1,6 +1,8 @@
 #include "support/service_state.h"
 
 #include "support/child_process.h"
+#include "support/system_habits.h"
+#include "support/wait.h"
 
 namespace PlenxTest {
 namespace {
@@ -15,6 +17,11 @@ std::optional<SERVICE_STATUS_PROCESS> StatusOf(const std::wstring& name) {
         return std::nullopt;
     }
     return status;
+}
+
+// The system removes a deleted service once it has seen the process end, and all handles closed.
+void WaitUntilRemoved(const std::wstring& name) {
+    WaitFor([&] { return !IsRegistered(name); }, 5000);
 }
 
 }  // namespace
@@ -38,8 +45,12 @@ DWORD ProcessIdOf(const std::wstring& service) {
     return status ? status->dwProcessId : 0;
 }
 
+bool DriverStarts() {
+    return IsUsual(Habits::kStartOfTheDriver, "0");
+}
+
 void RemoveService(const std::wstring& name) {
-    const PlenxSupport::ServiceHandle service = OpenedService(name, SERVICE_ALL_ACCESS);
+    PlenxSupport::ServiceHandle service = OpenedService(name, SERVICE_ALL_ACCESS);
     if (!service) {
         return;
     }
@@ -49,6 +60,8 @@ void RemoveService(const std::wstring& name) {
         Sleep(50);
     }
     DeleteService(service.Get());
+    service.Reset();
+    WaitUntilRemoved(name);
 }
 
 void EndService(const std::wstring& name) {
@@ -58,6 +71,7 @@ void EndService(const std::wstring& name) {
     }
     EndProcess(status->dwProcessId);
     DeleteService(OpenedService(name, DELETE).Get());
+    WaitUntilRemoved(name);
 }
 
 }  // namespace PlenxTest

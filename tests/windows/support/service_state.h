@@ -23,10 +23,15 @@ std::optional<DWORD> StateOf(const std::wstring& service);
 /// Returns 0 when the service is not registered or not running.
 DWORD ProcessIdOf(const std::wstring& service);
 
-/// Stops the service (for up to 5 s) and deletes it. The service need not be registered.
+/// Returns whether this system starts the driver of these tests, which has no signature.
+bool DriverStarts();
+
+/// Stops the service (for up to 5 s), deletes it, and waits until the system has removed it. The
+/// service need not be registered.
 void RemoveService(const std::wstring& service);
 
-/// Ends the process of a service that may hang, and deletes the service without asking it to stop.
+/// Ends the process of a service that may hang, deletes the service without asking it to stop, and
+/// waits until the system has removed it.
 /// The service need not be registered.
 void EndService(const std::wstring& service);
 

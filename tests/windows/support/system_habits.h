@@ -1,44 +1,151 @@
-// Tells how the system that the tests run on differs from Windows. Each Wine that Debian brings has
-// one row in the table. Tests ask the table, and nothing else in them asks for a version.
+// Where the systems differ on which these tests run: Windows, and the two Wines that Debian brings.
+// A test that expects something else of one of them says so in this table, and nothing else in the
+// tests asks for a version.
+//
+//     EXPECT_TRUE(Shows(Habits::kTakenEndpoint, status));
+//
+// records what was seen as a property of the running test, and fails unless it is what this system
+// is known to do. A system that suddenly behaves like another one fails as well, so no row gets
+// stale. Where nothing that is published tells what Windows does, the cell is kOpen: the test
+// records, judges nothing, and must not depend on it further on.
 
 #ifndef PLENXSDK_TESTS_WINDOWS_SUPPORT_SYSTEM_HABITS_H
 #define PLENXSDK_TESTS_WINDOWS_SUPPORT_SYSTEM_HABITS_H
 
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <string>
+#include <type_traits>
+
 namespace PlenxTest {
 
-struct SystemHabits {
-    /// The first Wine that has these habits; 0 is Windows.
-    int wineVersion;
-    /// A service goes on "running" after somebody has ended its process.
-    bool endedProcessLeavesItsServiceRunning;
-    /// StartServiceW takes a service that is marked for deletion.
-    bool startsServicesMarkedForDeletion;
-    /// _wrmdir(L"") fails with 123 and EINVAL rather than with 3 and ENOENT.
-    bool emptyFolderNameIsInvalid;
-    /// A service handle shows in the heap as a record with Wine's mark of a context handle.
-    bool serviceHandlesShowInTheHeap;
-    /// A program may do everything although its token is not elevated.
-    bool hasAllRightsWithoutElevation;
-};
+/// Each Wine stands for the later ones too, up to the next in this list.
+enum class System { kWindows, kWine8, kWine10 };
 
-/// The rows go from the newest to the oldest.
-inline constexpr SystemHabits kSystemHabits[] = {
-    {10, false, true, true, false, true},  // Debian 13
-    {8, true, true, true, true, false},    // Debian 12
-    {0, false, false, false, false, false},
-};
+/// Nobody knows.
+inline constexpr const char* kOpen = nullptr;
 
-constexpr const SystemHabits& HabitsOfWine(int version) {
-    const SystemHabits* habits = kSystemHabits;
-    while (habits->wineVersion > version) {
-        ++habits;
+/// One thing to look at, and what each system shows there: a text, or several between bars where
+/// each is right. What the Wines show was measured.
+struct Habit {
+    /// windows: needs a source, unless it is open.
+    constexpr Habit(const char* nameText, const char* onWindows, const char* onWine8,
+                    const char* onWine10, const char* sourceText)
+        : name(nameText), windows(onWindows), wine8(onWine8), wine10(onWine10), source(sourceText) {
+        if (onWindows != kOpen && *sourceText == '\0') {
+            NoSource();
+        }
     }
-    return *habits;
-}
 
-#ifdef _WIN32
-const SystemHabits& HabitsOfThisSystem();
-#endif
+    const char* name;
+    const char* windows;
+    const char* wine8;
+    const char* wine10;
+    const char* source;  // the page that says what Windows does
+
+private:
+    static void NoSource() {}  // no constant can come from it, so such a row does not compile
+};
+
+#define PLENX_LEARN "https://learn.microsoft.com/en-us/"
+
+namespace Habits {
+
+// Services. The codes are those of GetLastError, and 0 is success.
+inline constexpr Habit kServiceWhoseProcessWasEnded{
+    "state of a service whose process was ended", "stopped", "running", "stopped",
+    PLENX_LEARN "windows/win32/api/winsvc/ns-winsvc-service_failure_actionsw"};
+inline constexpr Habit kStartOfAServiceThatGoes{
+    "code of starting a service that is marked for deletion", "1072", "0", "0",
+    PLENX_LEARN "windows/win32/api/winsvc/nf-winsvc-startservicew"};
+inline constexpr Habit kStopOfAServiceThatStarts{
+    "code of stopping a service that is starting", "1061", "1052", "1052",
+    PLENX_LEARN "windows/win32/api/winsvc/nf-winsvc-controlservice"};
+inline constexpr Habit kStopThatIsNotAccepted{
+    "code of a stop that the service does not accept", "1052", "1052", "1052",
+    PLENX_LEARN "windows/win32/api/winsvc/nf-winsvc-controlservice"};
+inline constexpr Habit kStartOfAMissingProgram{
+    "code of starting a service whose program is missing", "2|3", "2", "2",
+    PLENX_LEARN "windows/win32/api/winsvc/nf-winsvc-startservicew"};
+// The driver of these tests has no signature.
+inline constexpr Habit kStartOfTheDriver{"code of starting an unsigned driver", "577", "0", "0",
+                                         PLENX_LEARN
+                                         "windows-hardware/drivers/install/driver-signing"};
+inline constexpr Habit kElevation{"rights of a test", "elevated", "elevated", "all, not elevated",
+                                  PLENX_LEARN
+                                  "windows/win32/secauthz/running-with-special-privileges"};
+
+// Local RPC. The codes are statuses or exceptions, and 0 is success.
+inline constexpr Habit kTakenEndpoint{
+    "code of serving an endpoint that another process serves", "1740", "0", "0",
+    PLENX_LEARN "windows/win32/api/rpcdce/nf-rpcdce-rpcserveruseprotseqep"};
+inline constexpr Habit kRefusedEndpoint{
+    "code of serving an endpoint that is refused", "1740", "1720", "1720",
+    PLENX_LEARN "windows/win32/api/rpcdce/nf-rpcdce-rpcserveruseprotseqep"};
+inline constexpr Habit kEndpointIsAPipe{
+    "pipe of an endpoint of local RPC", "none", "there", "there",
+    PLENX_LEARN "windows/win32/rpc/selecting-a-protocol-sequence"};
+inline constexpr Habit kSizeBeyondTheBytes{"code of a call that states more bytes than it has",
+                                           "1734|1783", "0", "0",
+                                           PLENX_LEARN "windows/win32/midl/-robust"};
+inline constexpr Habit kServerThatEnds{"exception of a call whose server ends", "1726|1727",
+                                       "1726|1727", "1726|1727",
+                                       PLENX_LEARN "windows/win32/rpc/rpc-return-values"};
+inline constexpr Habit kSyntaxOfTwoThatOfferBoth{
+    "transfer syntax of two ends that offer NDR 2.0 and NDR64", kOpen, "NDR 2.0", "NDR 2.0", ""};
+inline constexpr Habit kCodeThatTheServerRaises{
+    "whether a code that the server raises is the exception", kOpen, "yes", "yes", ""};
+inline constexpr Habit kAccessViolationOfTheServer{
+    "exception of a call in which the server's routine has an access violation", kOpen, "998",
+    "998", ""};
+inline constexpr Habit kFaultInACall{"what a fault of the caller's own code in a call does", kOpen,
+                                     "ends the process", "ends the process", ""};
+
+// The rest.
+inline constexpr Habit kFolderWithoutAName{"errno of _wrmdir with an empty path", "2", "22", "22",
+                                           PLENX_LEARN
+                                           "cpp/c-runtime-library/reference/rmdir-wrmdir"};
+inline constexpr Habit kLinkInAFolderThatIsRemoved{
+    "link to a folder, once the folder that it is in was removed", "gone", "there", "there",
+    PLENX_LEARN "windows/win32/api/fileapi/nf-fileapi-removedirectoryw"};
+inline constexpr Habit kNewsOfTheShell{
+    "whether a listener hears each news of the shell, in order and nothing else", kOpen, "yes",
+    "yes", ""};
+inline constexpr Habit kFootprintOfAStorm{"what a storm of calls leaves in the process", kOpen,
+                                          "nothing", "nothing", ""};
+inline constexpr Habit kGrowthInASoak{"what grows in a soak", kOpen, "nothing", "nothing", ""};
+inline constexpr Habit kServiceHandlesInTheHeap{
+    "service handles that show in the heap with Wine's mark", kOpen, "2", "0", ""};
+
+}  // namespace Habits
+
+#undef PLENX_LEARN
+
+/// Returns the system that this process runs on. A process that is not for Windows runs over the
+/// fake platform, which follows Windows.
+System ThisSystem();
+
+/// Returns the habit's cell.
+const char* CellOf(const Habit& habit, System system);
+
+/// Returns what is wrong with what was seen, or nothing.
+std::optional<std::string> Complaint(const Habit& habit, const std::string& seen, System system);
+
+/// Returns whether nobody knows what this system does.
+bool IsOpen(const Habit& habit);
+
+/// Returns whether this system is known to show that, for a test that goes on in another way then.
+bool IsUsual(const Habit& habit, const std::string& seen);
+
+/// Records what was seen, and succeeds when this system shows it, or when nobody knows.
+testing::AssertionResult Shows(const Habit& habit, const std::string& seen);
+
+template <class Number>
+std::enable_if_t<std::is_integral_v<Number>, testing::AssertionResult> Shows(const Habit& habit,
+                                                                             Number seen) {
+    return Shows(habit, std::to_string(seen));
+}
 
 }  // namespace PlenxTest
 

@@ -49,7 +49,7 @@ HOST_TEST(DriverUpgrade, AllFiles_AreMovedInAndTheDriverStarts) {
         EXPECT_EQ(ReadFile(Installed(file)), Newer(file)) << file;
     }
     EXPECT_TRUE(fs::is_empty(folder.InstallPath() / "upgrade"));
-    EXPECT_EQ(StateOf(L"Dokan1"), DWORD{SERVICE_RUNNING});
+    EXPECT_EQ(StateOf(L"Dokan1") == DWORD{SERVICE_RUNNING}, DriverStarts());
 }
 
 HOST_TEST(DriverUpgrade, OneFile_IsMovedInAlone) {

@@ -6,6 +6,8 @@
 
 #include <string_view>
 
+#include "support/system_habits.h"
+
 namespace PlenxTest {
 namespace {
 
@@ -20,8 +22,11 @@ bool Serve() {
            RpcServerListen(1, 10, TRUE) == RPC_S_OK;
 }
 
-// A pipe that already has the one end that it may have.
+// Where an endpoint is a pipe, this is one that already has the one end that it may have.
 bool KeepOut() {
+    if (!IsUsual(Habits::kEndpointIsAPipe, "there")) {
+        return Serve();
+    }
     return CreateNamedPipeW(L"\\\\.\\pipe\\lrpc\\Manager", PIPE_ACCESS_DUPLEX,
                             PIPE_TYPE_MESSAGE | PIPE_READMODE_MESSAGE, 1, 4096, 4096, 0,
                             nullptr) != INVALID_HANDLE_VALUE;
@@ -31,7 +36,7 @@ bool KeepOut() {
 
 EndpointHolder::EndpointHolder(By how)
     : serving_(PlenxSupport::MakeEvent(kServing)),
-      process_(ChildProcess::Self(how == By::kServing ? L"--hold-endpoint" : L"--hold-pipe")) {}
+      process_(ChildProcess::Self(how == By::kServing ? L"--hold-endpoint" : L"--keep-out")) {}
 
 bool EndpointHolder::Holds() const {
     return WaitForSingleObject(serving_.Get(), 10000) == WAIT_OBJECT_0;
@@ -39,7 +44,7 @@ bool EndpointHolder::Holds() const {
 
 bool RunAsEndpointHolder(int argc, char** argv) {
     const std::string_view mode = argc == 2 ? argv[1] : "";
-    if (mode != "--hold-endpoint" && mode != "--hold-pipe") {
+    if (mode != "--hold-endpoint" && mode != "--keep-out") {
         return false;
     }
     if (mode == "--hold-endpoint" ? Serve() : KeepOut()) {

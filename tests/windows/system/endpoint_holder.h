@@ -12,8 +12,8 @@ namespace PlenxTest {
 class EndpointHolder {
 public:
     enum class By {
-        kServing,     // a made-up interface; Wine lets others serve there as well
-        kKeepingOut,  // the place of Wine's pipe for the endpoint: nobody else can serve
+        kServing,     // a made-up interface; some systems let others serve there as well
+        kKeepingOut,  // nobody else can serve there
     };
 
     explicit EndpointHolder(By how);

@@ -3,6 +3,9 @@
 #include <algorithm>
 #include <sstream>
 
+#include "support/service_state.h"
+#include "support/system_habits.h"
+
 namespace PlenxTest {
 namespace {
 
@@ -183,6 +186,19 @@ Lines LinesOfStart(ServiceType service, const std::string& name) {
                Info("RpcManager::CreateGroup", "rpc manager create group svcType:" + type),
            } +
            LinesOfStatus(service, 0, true);
+}
+
+Lines LinesOfDriverStart() {
+    const Lines begin = {Error("KillServiceProcess", "kill service process 0")};
+    if (DriverStarts()) {
+        return begin +
+               Lines{Info("ServiceManager::StartServiceByIndex", "start service successful"),
+                     Info("ServiceManager::StartDokanService", "start dokan service success")};
+    }
+    const std::string code = CellOf(Habits::kStartOfTheDriver, ThisSystem());
+    return begin +
+           Lines{Error("ServiceManager::StartServiceByIndex", "start service error " + code),
+                 Error("ServiceManager::StartDokanService", "start dokan service error 5")};
 }
 
 Lines operator+(Lines left, const Lines& right) {

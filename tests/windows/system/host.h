@@ -79,6 +79,8 @@ std::string StopIsInvoked(ServiceType service);
 /// Returns the worker's lines for the start of a service that finds everything in order.
 Lines LinesOfStart(ServiceType service, const std::string& name);
 Lines LinesOfStatus(ServiceType service, unsigned kind, bool value);
+/// Returns the worker's lines for the start of the driver, which this system may refuse.
+Lines LinesOfDriverStart();
 Lines operator+(Lines left, const Lines& right);
 
 }  // namespace PlenxTest

@@ -35,6 +35,17 @@ std::string Error(const std::string& function, const std::string& text) {
     return Line("error", function, text);
 }
 
+std::string NumberBehind(const std::string& text, const Lines& lines) {
+    for (const std::string& line : lines) {
+        const std::size_t at = line.find(text);
+        if (at != std::string::npos) {
+            const std::size_t begin = at + text.size();
+            return line.substr(begin, line.find_first_not_of("0123456789", begin) - begin);
+        }
+    }
+    return "0";
+}
+
 std::vector<LogLine> ReadLibraryLog(std::size_t from) {
     std::ifstream file(LibraryLogFile(), std::ios::binary);
     file.seekg(static_cast<std::streamoff>(from));

@@ -18,6 +18,9 @@ using Lines = std::vector<std::string>;
 std::string Info(const std::string& function, const std::string& text);
 std::string Error(const std::string& function, const std::string& text);
 
+/// Returns the number that stands behind the text in the first line that has it, or "0".
+std::string NumberBehind(const std::string& text, const Lines& lines);
+
 struct LogLine {
     std::string text;
     DWORD thread;

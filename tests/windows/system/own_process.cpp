@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <fstream>
 #include <iostream>
 
 #include "support/child_process.h"
@@ -30,6 +31,29 @@ std::string RunningTest() {
     return std::string(test.test_suite_name()) + "." + test.name();
 }
 
+fs::path PropertyFile() {
+    return kLogFolder / (RunningTest() + ".properties");
+}
+
+// What a test has recorded about itself would end with the child.
+void LeaveProperties() {
+    const testing::TestResult& result =
+        *testing::UnitTest::GetInstance()->current_test_info()->result();
+    std::ofstream file(PropertyFile());
+    for (int i = 0; i != result.test_property_count(); ++i) {
+        const testing::TestProperty& property = result.GetTestProperty(i);
+        file << property.key() << '\n' << property.value() << '\n';
+    }
+}
+
+void TakeProperties() {
+    std::ifstream file(PropertyFile());
+    std::string value;
+    for (std::string key; std::getline(file, key) && std::getline(file, value);) {
+        testing::Test::RecordProperty(key, value);
+    }
+}
+
 void PrintTail(const char* title, const fs::path& file) {
     constexpr std::size_t kMost = 12000;
     const std::string text = ReadFile(file);
@@ -42,8 +66,7 @@ void CleanUp() {
         EndService(name);
     }
     RemoveService(L"Dokan1");
-    std::error_code ignored;
-    fs::remove_all(kInstallFolder, ignored);
+    RemoveFolder(kInstallFolder);
 }
 
 }  // namespace
@@ -59,6 +82,7 @@ fs::path ServiceLogFile() {
 void InOwnProcess::TestBody() {
     if (IsChild()) {
         body_();
+        LeaveProperties();
     } else {
         RunChild();
     }
@@ -68,6 +92,7 @@ void InOwnProcess::RunChild() {
     fs::create_directories(kLogFolder);
     fs::remove(LibraryLogFile());
     fs::remove(ServiceLogFile());
+    fs::remove(PropertyFile());
     SetEnvironmentVariableW(kChildMark, L"1");
     for (const wchar_t* const shard : {L"GTEST_TOTAL_SHARDS", L"GTEST_SHARD_INDEX"}) {
         SetEnvironmentVariableW(shard, nullptr);  // the child has a single test
@@ -79,6 +104,7 @@ void InOwnProcess::RunChild() {
     const auto code = child.WaitForExit(longestTest);
     child.Kill();
     CleanUp();
+    TakeProperties();
     if (code == DWORD{kSkipped}) {
         GTEST_SKIP() << "see the output of the child";
     }

@@ -1,6 +1,7 @@
 // Makes tests that are host processes. HOST_TEST(Suite, Name) { ... } is a test whose body runs in
 // a process of its own. The parent starts this program again for that one test, with a log file of
-// its own, and takes over its outcome. Afterwards nothing of the services remains.
+// its own, and takes over its outcome and what it has recorded. Afterwards nothing of the services
+// remains.
 //
 // Suite is a class derived from HostTest. The body is a member of it. The body, the constructor and
 // the destructor run in the child only.

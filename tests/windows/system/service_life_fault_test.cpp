@@ -3,6 +3,7 @@
 
 #include "support/handle.h"
 #include "support/service_state.h"
+#include "support/system_habits.h"
 #include "system/host.h"
 
 namespace PlenxTest {
@@ -52,7 +53,11 @@ HOST_TEST(ServiceLifeFaults, ExecutableThatIsMissing_FailsTheStart) {
     Init();
     std::filesystem::rename(folder.InstallPath() / "plenxservice.exe",
                             folder.InstallPath() / "away.exe");
-    StartFailsWith({Error("ServiceManager::StartServiceByIndex", "start service error 2")});
+    EXPECT_FALSE(Start(kPcService));
+    Settle();
+    const std::string code = NumberBehind("start service error ", WorkerLines());
+    EXPECT_TRUE(Shows(Habits::kStartOfAMissingProgram, code));
+    StartFailsWith({Error("ServiceManager::StartServiceByIndex", "start service error " + code)});
     std::filesystem::rename(folder.InstallPath() / "away.exe",
                             folder.InstallPath() / "plenxservice.exe");
     EXPECT_TRUE(Start(kPcService));
@@ -196,8 +201,8 @@ HOST_TEST(ServiceLifeFaults, StopThatIsNotAccepted_IsReportedAllTheSame) {
     Settle();
     const Lines lines = WorkerLines();
     ASSERT_GT(lines.size(), 5u);
-    // The Service Control Manager itself chooses the error.
     EXPECT_THAT(lines[3], testing::StartsWith("error [PLENXSDK] stop service error "));
+    EXPECT_TRUE(Shows(Habits::kStopThatIsNotAccepted, NumberBehind("stop service error ", lines)));
     EXPECT_EQ(lines[4],
               Error("ServiceManager::StopPlenxService", "stop plenx service PlenxPcSvc error 6"));
     EXPECT_EQ(lines[5],

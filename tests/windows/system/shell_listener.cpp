@@ -1,9 +1,9 @@
 #include "system/shell_listener.h"
 
-#include <filesystem>
 #include <string>
 
 #include "support/wait.h"
+#include "support/wide_text.h"
 
 namespace PlenxTest {
 namespace {
@@ -36,10 +36,12 @@ void ShellListener::Pump() {
 }
 
 bool ShellListener::WaitForEvents(std::size_t count) {
-    return WaitFor([&] {
-        Pump();
-        return events_.size() >= count;
-    });
+    return WaitFor(
+        [&] {
+            Pump();
+            return events_.size() >= count;
+        },
+        Patience());
 }
 
 LRESULT CALLBACK ShellListener::OnMessage(HWND window, UINT message, WPARAM first, LPARAM second) {
@@ -60,7 +62,7 @@ void ShellListener::Take(HANDLE change, DWORD process) {
     if (items != nullptr && items[0] != nullptr) {
         SHGetPathFromIDListW(items[0], path);
     }
-    events_.push_back(std::to_string(event) + " " + std::filesystem::path(path).string());
+    events_.push_back(std::to_string(event) + " " + PlenxSupport::ToUtf8(path));
     SHChangeNotification_Unlock(lock);
 }
 

@@ -9,10 +9,21 @@
 #include <shlobj.h>
 
 #include <cstddef>
+#include <string>
 
+#include "support/system_habits.h"
 #include "system/library_log.h"
 
 namespace PlenxTest {
+
+/// Records whether the news are the right ones, and judges it where that is known.
+inline testing::AssertionResult ShowsNews(bool right, const Lines& events) {
+    std::string heard;
+    for (const std::string& event : events) {
+        heard += (heard.empty() ? "heard " : ", ") + event;
+    }
+    return Shows(Habits::kNewsOfTheShell, right ? "yes" : heard.empty() ? "heard nothing" : heard);
+}
 
 /// Writes down each event as "<event> <path>".
 class ShellListener {
@@ -30,6 +41,9 @@ public:
     bool WaitForEvents(std::size_t count);
 
     const Lines& Events() const { return events_; }
+
+    /// Returns how long to wait for news that may not come at all.
+    static DWORD Patience() { return IsOpen(Habits::kNewsOfTheShell) ? 2000 : 15000; }
 
 private:
     static LRESULT CALLBACK OnMessage(HWND window, UINT message, WPARAM first, LPARAM second);

@@ -7,16 +7,14 @@
 
 namespace PlenxTest {
 
-/// What the doctor says about the rights of a program that the tests start.
-inline const char* LineAboutElevation() {
-    return HabitsOfThisSystem().hasAllRightsWithoutElevation
-               ? "  problem  this program does not run as administrator\n"
-               : "  ok       this program runs as administrator\n";
+/// Whether the doctor misses the rights of an administrator, of which it has as many as the tests.
+inline bool MissesElevation() {
+    return IsUsual(Habits::kElevation, "all, not elevated");
 }
 
 /// Counts the problems that the doctor reports for a test that gives it this many.
 inline int ReportedProblems(int ofTheTest) {
-    return HabitsOfThisSystem().hasAllRightsWithoutElevation ? ofTheTest + 1 : ofTheTest;
+    return MissesElevation() ? ofTheTest + 1 : ofTheTest;
 }
 
 inline int DoctorsExitCode(int problemsOfTheTest) {

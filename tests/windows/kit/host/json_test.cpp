@@ -41,6 +41,7 @@ constexpr const char* kScript =
 
 TEST(Json, OfARealRunAndOfTheDoctor_IsThere) {
     const InstallFolder folder(L"PlenxJson");
+    LetOnlyAdministratorsWrite(folder.InstallPath().parent_path());
     const std::string arguments = "--install " + folder.Install() + " --data " + folder.Data();
     const std::filesystem::path script = folder.DataPath() / L"run.plenx";
     WriteFile(script, kScript);

@@ -11,7 +11,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr DWORD kPatience = 300000;
-const fs::path kResults = L"C:\\judgement.json";
+const fs::path kResults = L"C:\\plenx-judgement.json";
 
 // An older file would count as the results of this run.
 std::string WithResults(const std::string& arguments) {
@@ -62,13 +62,12 @@ Judgement JudgeAtWork::Wait() {
 }
 
 JudgeFolder::JudgeFolder() {
-    fs::remove_all(path_);
+    RemoveFolder(path_);
     fs::create_directories(path_);
 }
 
 JudgeFolder::~JudgeFolder() {
-    std::error_code ignored;
-    fs::remove_all(path_, ignored);
+    RemoveFolder(path_);
 }
 
 std::string JudgeFolder::Write(const std::string& name, const std::string& text) const {

@@ -23,7 +23,7 @@ struct Judgement {
     std::set<std::string> Judged() const;
 };
 
-/// Arguments: as on the command line, in ASCII.
+/// Arguments: as on the command line.
 Judgement RunJudge(const std::string& arguments);
 
 /// A judge that works while the test does something else.
@@ -51,7 +51,7 @@ public:
     std::string Copy(const std::string& program) const;
 
 private:
-    const std::filesystem::path path_ = L"C:\\judged";
+    const std::filesystem::path path_ = L"C:\\plenx-judged";
 };
 
 }  // namespace PlenxTest

@@ -12,6 +12,7 @@
 
 #include "kit/judge/judgement.h"
 #include "support/child_process.h"
+#include "support/wide_text.h"
 
 namespace PlenxTest {
 
@@ -49,9 +50,8 @@ protected:
 
 private:
     std::string Console() const {
-        const std::wstring programs = ProgramFolder();
-        return "--console \"" + std::string(programs.begin(), programs.end()) +
-               "\\plenxservice.exe --console pc --data C:\\judged\\data --scenario " +
+        return R"(--console "\")" + PlenxSupport::ToUtf8(ProgramFolder()) +
+               R"(\plenxservice.exe\" --console pc --data C:\plenx-judged\data --scenario )" +
                folder.Write("mine.toml", GetParam().scenario) + "\"";
     }
 };

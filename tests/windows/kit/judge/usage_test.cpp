@@ -7,6 +7,7 @@
 #include "support/child_process.h"
 #include "support/install_folder.h"
 #include "support/wait.h"
+#include "support/wide_text.h"
 
 namespace PlenxTest {
 namespace {
@@ -16,8 +17,7 @@ using testing::HasSubstr;
 constexpr DWORD kUntilItServes = 60000;
 
 std::string Program(const std::string& name) {
-    const std::wstring folder = ProgramFolder();
-    return std::string(folder.begin(), folder.end()) + "\\" + name;
+    return PlenxSupport::ToUtf8(ProgramFolder()) + "\\" + name;
 }
 
 class JudgeUsage : public testing::Test {
@@ -25,8 +25,8 @@ protected:
     JudgeFolder folder;
 
     std::string ServiceWith(const std::string& scenario) const {
-        return "--console \"" + Program("plenxservice.exe") +
-               " --console pc --data C:\\judged\\data --scenario " +
+        return R"(--console "\")" + Program("plenxservice.exe") +
+               R"(\" --console pc --data C:\plenx-judged\data --scenario )" +
                folder.Write("mine.toml", scenario) + "\"";
     }
 };
@@ -44,10 +44,11 @@ TEST_F(JudgeUsage, ProgramThatCannotBeStarted_IsRefused) {
 }
 
 TEST_F(JudgeUsage, ServedEndpoint_IsJudgedAndLeftRunning) {
-    ChildProcess service(L"\"" + ProgramFolder() +
-                             L"\\plenxservice.exe\" --console phone --install C:\\judged --data "
-                             L"C:\\judged\\data",
-                         DETACHED_PROCESS);
+    ChildProcess service(
+        L"\"" + ProgramFolder() +
+            L"\\plenxservice.exe\" --console phone --install C:\\plenx-judged --data "
+            L"C:\\plenx-judged\\data",
+        DETACHED_PROCESS);
     ASSERT_TRUE(
         WaitFor([] { return RunJudge("--endpoint PLENXPhoneService --only ping").code == 0; },
                 kUntilItServes));
@@ -84,7 +85,7 @@ TEST_F(JudgeUsage, ShouldCountsWhenStrict) {
 
 TEST_F(JudgeUsage, Reports_AreWritten) {
     const Judgement judgement =
-        RunJudge("--only reply --junit C:\\judged\\r.xml --html C:\\judged\\r.html " +
+        RunJudge("--only reply --junit C:\\plenx-judged\\r.xml --html C:\\plenx-judged\\r.html " +
                  ServiceWith("[[on]]\nreply = \"short\"\n"));
     EXPECT_EQ(judgement.code, 1);
     EXPECT_THAT(ReadFile(folder.Path() / "r.xml"), HasSubstr("failures=\"1\""));

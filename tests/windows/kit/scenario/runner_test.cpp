@@ -35,7 +35,7 @@ TEST_F(Runner, HostWhoseExpectationFails_IsTheReason) {
     EXPECT_EQ(run.code, 1u) << run.output;
     EXPECT_THAT(run.output, StartsWith("FAIL  mine "));
     EXPECT_THAT(run.output, HasSubstr("mine.plenx:4: expect NotifyError 5 within 10"));
-    EXPECT_THAT(run.output, HasSubstr("\n      logs in C:\\scenario_test\\work\\mine\n"));
+    EXPECT_THAT(run.output, HasSubstr("\n      logs in C:\\plenx-scenarios\\work\\mine\n"));
     EXPECT_THAT(run.output, HasSubstr("\nok    all-is-well "));
     EXPECT_THAT(run.output, HasSubstr("\n1 passed, 1 failed\n"));
     EXPECT_THAT(tool.Read("r.json"), HasSubstr("\"name\": \"mine\""));
@@ -84,7 +84,7 @@ TEST_F(Runner, OwnHost_LearnsItsFoldersAndItsExitCodeCounts) {
         L"slow-stop --host \"cmd /c echo %PLENX_SCENARIO% in %PLENX_INSTALL% & exit 3\"");
     EXPECT_EQ(run.code, 1u);
     EXPECT_THAT(run.output, HasSubstr("the host ended with 3, its last line: slow-stop in "
-                                      "C:\\scenario_test\\work\\slow-stop\\app"));
+                                      "C:\\plenx-scenarios\\work\\slow-stop\\app"));
 }
 
 TEST_F(Runner, HostThatStartsNoService_Fails) {
@@ -95,7 +95,7 @@ TEST_F(Runner, HostThatStartsNoService_Fails) {
 
 TEST_F(Runner, HostThatHangs_IsEndedWhenItsTimeIsOver) {
     tool.Write("hang.plenx", "sleep 60000\n");
-    const std::wstring host = ProgramFolder() + L"\\plenxkit.exe host --script " +
+    const std::wstring host = L"\\\"" + ProgramFolder() + L"\\plenxkit.exe\\\" host --script " +
                               (tool.Folder() / "hang.plenx").wstring();
     const ULONGLONG begin = GetTickCount64();
     const Tool::Outcome run = tool.RunScenario(L"slow-stop --timeout 2 --host \"" + host + L"\"");

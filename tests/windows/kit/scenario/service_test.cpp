@@ -64,7 +64,7 @@ TEST_F(ServiceOnConsole, ScenarioWithMistakes_IsNamedAndTheServiceIsHonest) {
     tool.Write("plenxservice.toml", "scenario = 'mine.toml'\n[stop]\nafter_ms = 1\n");
     tool.Write("mine.toml", "[start]\nserve = false\nfial = 5\n");
     const std::string log = Played();
-    EXPECT_THAT(log, HasSubstr(" pc scenario C:\\scenario_test\\mine.toml:3: unknown key fial in "
+    EXPECT_THAT(log, HasSubstr(" pc scenario C:\\plenx-scenarios\\mine.toml:3: unknown key fial in "
                                "[start]; there are "));
     EXPECT_THAT(log, HasSubstr(" pc does not play a scenario with mistakes\n"));
     EXPECT_THAT(log, HasSubstr(" pc serves PLENXPCService\n"));
@@ -73,7 +73,8 @@ TEST_F(ServiceOnConsole, ScenarioWithMistakes_IsNamedAndTheServiceIsHonest) {
 TEST_F(ServiceOnConsole, ScenarioThatIsMissing_IsNamedAndTheServiceIsHonest) {
     tool.Write("plenxservice.toml", "scenario = 'none.toml'\n[stop]\nafter_ms = 1\n");
     const std::string log = Played();
-    EXPECT_THAT(log, HasSubstr(" pc cannot read scenario \"C:\\\\scenario_test\\\\none.toml\"\n"));
+    EXPECT_THAT(log,
+                HasSubstr(" pc cannot read scenario \"C:\\\\plenx-scenarios\\\\none.toml\"\n"));
     EXPECT_THAT(log, HasSubstr(" pc runs\n"));
 }
 
@@ -87,12 +88,12 @@ TEST_F(ServiceOnConsole, CheckOfAFile_ReportsItsMistakesAndEndsWith2) {
     auto run = tool.Run(L"plenxservice", L"--check " + Mine());
     EXPECT_EQ(run.code, 2u);
     EXPECT_EQ(run.output,
-              "C:\\scenario_test\\mine.toml:3: skip = -1 in [[on]] must be an integer "
+              "C:\\plenx-scenarios\\mine.toml:3: skip = -1 in [[on]] must be an integer "
               "from 0 to 10000\n");
     tool.Write("mine.toml", "[[on]]\nskip = 1\n");
     run = tool.Run(L"plenxservice", L"--check " + Mine());
     EXPECT_EQ(run.code, 0u);
-    EXPECT_EQ(run.output, "C:\\scenario_test\\mine.toml: no mistakes\n");
+    EXPECT_EQ(run.output, "C:\\plenx-scenarios\\mine.toml: no mistakes\n");
     run = tool.Run(L"plenxservice", L"--check C:\\none.toml");
     EXPECT_EQ(run.code, 2u);
     EXPECT_EQ(run.output, "plenxservice: cannot read C:\\none.toml\n");

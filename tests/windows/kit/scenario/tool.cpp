@@ -20,19 +20,18 @@ std::string WithoutReturns(std::string text) {
 }  // namespace
 
 Tool::Tool() {
-    fs::remove_all(folder_);
+    RemoveFolder(folder_);
     fs::create_directories(folder_);
 }
 
 Tool::~Tool() {
-    std::error_code ignored;
-    fs::remove_all(folder_, ignored);
+    RemoveFolder(folder_);
 }
 
 Tool::Outcome Tool::Run(const std::wstring& program, const std::wstring& arguments) const {
     const fs::path output = folder_ / "output.txt";
-    ChildProcess shell(L"cmd /c " + ProgramFolder() + L"\\" + program + L".exe " + arguments +
-                       L" > " + output.wstring() + L" 2>&1");
+    ChildProcess shell(L"cmd /s /c \"\"" + ProgramFolder() + L"\\" + program + L".exe\" " +
+                       arguments + L" > " + output.wstring() + L" 2>&1\"");
     Outcome outcome;
     outcome.code = shell.WaitForExit(kPatience);
     outcome.output = WithoutReturns(ReadFile(output));

@@ -31,7 +31,7 @@ public:
     const std::filesystem::path& Folder() const { return folder_; }
 
 private:
-    const std::filesystem::path folder_ = L"C:\\scenario_test";
+    const std::filesystem::path folder_ = L"C:\\plenx-scenarios";
 };
 
 }  // namespace PlenxTest
