@@ -11,6 +11,12 @@
 namespace PlenxSoak {
 namespace {
 
+#ifdef _MSC_VER
+constexpr wchar_t kRunTime[] = L"ucrtbase.dll";
+#else
+constexpr wchar_t kRunTime[] = L"msvcrt.dll";
+#endif
+
 std::atomic<std::uint64_t> bytes{0};
 
 HANDLE RunTimesHeap() {
@@ -61,7 +67,7 @@ std::uint64_t BytesOfAllBlocks(HANDLE heap) {
 
 void CountHeapBytes() {
     bytes = BytesOfAllBlocks(RunTimesHeap());
-    const HMODULE runTime = GetModuleHandleW(L"msvcrt.dll");
+    const HMODULE runTime = GetModuleHandleW(kRunTime);
     PlenxTest::RedirectImport(runTime, "HeapAlloc", reinterpret_cast<void*>(Allocate));
     PlenxTest::RedirectImport(runTime, "HeapReAlloc", reinterpret_cast<void*>(Reallocate));
     PlenxTest::RedirectImport(runTime, "HeapFree", reinterpret_cast<void*>(Free));
