@@ -178,12 +178,12 @@ make_verify_package() {
     step "pack plenxverify" write_zip "$verify_folder"
 }
 
-# The symbols are not in it: 'package' with the same sources makes them again.
+# The names of functions stay, because a test of the guards looks for them.
 fill_verify_package() {
     cmake --install "$windows_build" --component verify --prefix "$verify_folder"
     copy_run_time "$verify_folder/programs"
     find "$verify_folder/programs" \( -name '*.dll' -o -name '*.exe' -o -name '*.sys' \) \
-        -exec x86_64-w64-mingw32-strip {} +
+        -exec x86_64-w64-mingw32-strip --strip-debug {} +
     copy_licenses "$verify_folder" "${run_time_packages[@]}" "${tool_packages[@]}" googletest
     chmod -R u=rwX,go=rX "$verify_folder"
 }

@@ -28,9 +28,9 @@ int Run(const Options& options, const PlenxKit::Streams& streams);
 
 /// The process that removes everything when a run cannot do so itself; not for people.
 struct WatcherOptions {
-    unsigned long long run = 0;   // handles that it inherits: the process of the run,
-    unsigned long long done = 0;  // an event
-    unsigned long long turn = 0;  // and the mutex
+    long run = 0;   // handles that it inherits: the process of the run,
+    long done = 0;  // an event
+    long turn = 0;  // and the mutex
 };
 
 CLI::App& DeclareWatcher(CLI::App& program, WatcherOptions& options);

@@ -58,7 +58,7 @@ bool IsLog(const fs::path& path) {
     return path.extension() == ".log" || path.extension() == ".txt";
 }
 
-class Machine : public System {
+class Machine final : public System {
 public:
     explicit Machine(PlenxSupport::Interruption& interruption)
         : interruption_(interruption), programs_(fs::u8path(PlenxHost::ProgramFolder())) {}

@@ -36,7 +36,8 @@ public:
         InitializeProcThreadAttributeList(nullptr, 1, 0, &size);
         memory_.resize(size);
         InitializeProcThreadAttributeList(Get(), 1, 0, &size);
-        UpdateProcThreadAttribute(Get(), 0, PROC_THREAD_ATTRIBUTE_HANDLE_LIST, handles_.data(),
+        UpdateProcThreadAttribute(Get(), 0, PROC_THREAD_ATTRIBUTE_HANDLE_LIST,
+                                  static_cast<void*>(handles_.data()),
                                   handles_.size() * sizeof(HANDLE), nullptr, nullptr);
     }
     ~InheritedHandles() { DeleteProcThreadAttributeList(Get()); }
@@ -52,12 +53,9 @@ private:
     std::vector<char> memory_;
 };
 
+// Only the lower 32 bits of a handle count.
 std::wstring NumberOf(const Handle& handle) {
-    return L" " + std::to_wstring(reinterpret_cast<std::uintptr_t>(handle.Get()));
-}
-
-HANDLE HandleOf(unsigned long long number) {
-    return reinterpret_cast<HANDLE>(static_cast<std::uintptr_t>(number));
+    return L" " + std::to_wstring(HandleToLong(handle.Get()));
 }
 
 }  // namespace
@@ -87,9 +85,9 @@ Watcher::~Watcher() {
 }
 
 int RunWatcher(const WatcherOptions& options, const PlenxKit::Streams&) {
-    const Handle run(HandleOf(options.run));
-    const Handle done(HandleOf(options.done));
-    const Handle turn(HandleOf(options.turn));
+    const Handle run(LongToHandle(options.run));
+    const Handle done(LongToHandle(options.done));
+    const Handle turn(LongToHandle(options.turn));
     const HANDLE ends[] = {done.Get(), run.Get()};
     if (WaitForMultipleObjects(2, ends, FALSE, INFINITE) != WAIT_OBJECT_0) {
         RemoveAllTraces();
