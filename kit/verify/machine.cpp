@@ -158,8 +158,8 @@ private:
         Tell(L"TEMP", temp);
         Tell(L"TMP", temp);
         Tell(L"PLENX_TEST_FOLDER", (RunFolder() / "work").wstring());
-        Suggest(L"PLENX_TEST_ENDINGS", L"3");
-        Suggest(L"PLENX_TEST_HOSTILE", L"300");
+        Suggest(L"PLENX_TEST_ENDINGS", L"2");
+        Suggest(L"PLENX_TEST_HOSTILE", L"200");
     }
 
     static std::wstring LineOf(const Launch& launch) {

@@ -131,7 +131,7 @@ std::string SummaryText(const RunRecord& run) {
 std::string ScreenText(const std::vector<const Stage*>& stages, const std::string& root,
                        const std::string& out) {
     std::string text = "plenxkit verify " PLENXKIT_VERSION
-                       " holds plenxsdk against this Windows, within five minutes.\n\n"
+                       " holds plenxsdk against this Windows, in about five minutes.\n\n"
                        "What will happen, stage by stage:\n";
     for (const Stage* const stage : stages) {
         text += Hanging(PadRight(stage->name, kNameWidth), stage->sentence);
@@ -139,9 +139,10 @@ std::string ScreenText(const std::vector<const Stage*>& stages, const std::strin
     text +=
         "\nThe programs are copied to " + root +
         " and run there. Services (PlenxPcSvc, PlenxPhoneSvc,\n"
-        "PlenxOfficeSvc, PlenxDriverTest) and the driver Dokan1 are registered and started. The\n"
-        "driver is not signed, so Windows should refuse it. Nothing goes over a network.\n\n"
-        "What is removed again: the services, the driver, the processes, and " +
+        "PlenxDevServiceTest) and drivers (Dokan1, PlenxDriverTest) are registered and started. "
+        "The\n"
+        "drivers are not signed, so Windows should refuse them. Nothing goes over a network.\n\n"
+        "What is removed again: the services, the drivers, the processes, and " +
         root + ".\nWhat stays: the results, in " + out + "\n";
     return text;
 }

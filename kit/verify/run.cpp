@@ -175,16 +175,18 @@ int Verify(const std::vector<const Stage*>& stages, System& system, const Option
     }
     PlenxKit::Bar bar(streams.out, streams.process.OutputIsConsole());
     std::vector<ZippedFile> files;
-    RunStages(
-        stages, system, run,
-        {[&](const Stage& stage, std::size_t index) { bar.Show(index, stages.size(), stage.name); },
-         [&](const StageRecord& record) {
-             bar.Remove();
-             streams.out << StageText(record) << std::flush;
-         },
-         [&](const LogFile& file) {
-             files.push_back({"logs/" + file.name, redaction.Of(file.text)});
-         }});
+    RunStages(stages, system, run,
+              {[&](const std::string& name, std::size_t index, std::size_t all) {
+                   bar.Remove();
+                   bar.Show(index, all, name);
+               },
+               [&](const StageRecord& record) {
+                   bar.Remove();
+                   streams.out << StageText(record) << std::flush;
+               },
+               [&](const LogFile& file) {
+                   files.push_back({"logs/" + file.name, redaction.Of(file.text)});
+               }});
     streams.out << SummaryText(run);
     WriteReports(redaction.Of(run), std::move(files), options, folder, begun, streams.out);
     return CodeOf(run);

@@ -99,9 +99,11 @@ void TellOfLogs(const Stage& stage, System& system, const Listener& listener) {
     }
 }
 
-StageRecord RunStage(const Stage& stage, System& system, const Listener& listener) {
+StageRecord RunStage(const Stage& stage, System& system, const Listener& listener,
+                     const std::function<void(const char* part)>& begins) {
     StageRecord record{stage.name, stage.sentence};
     for (const Part& part : stage.parts) {
+        begins(part.name);
         if (system.IsInterrupted()) {
             record.whyNotRun = record.parts.empty() ? kInterrupted : "";
             break;
@@ -143,10 +145,23 @@ StageRecord LookForTraces(const Stage& stage, System& system, RunRecord& run) {
 
 void RunStages(const std::vector<const Stage*>& stages, System& system, RunRecord& run,
                const Listener& listener) {
-    for (std::size_t i = 0; i != stages.size(); ++i) {
-        listener.begins(*stages[i], i);
-        run.stages.push_back(stages[i]->parts.empty() ? LookForTraces(*stages[i], system, run)
-                                                      : RunStage(*stages[i], system, listener));
+    std::size_t all = 0;
+    for (const Stage* const stage : stages) {
+        all += std::max<std::size_t>(stage->parts.size(), 1);
+    }
+    std::size_t index = 0;
+    for (const Stage* const stage : stages) {
+        const auto begins = [&](const std::string& part) {
+            listener.begins(stage->name + part, index++, all);
+        };
+        if (stage->parts.empty()) {
+            begins("");
+            run.stages.push_back(LookForTraces(*stage, system, run));
+        } else {
+            run.stages.push_back(RunStage(*stage, system, listener, [&](const char* part) {
+                begins(std::string("/") + part);
+            }));
+        }
         listener.ends(run.stages.back());
     }
     run.interrupted = system.IsInterrupted();

@@ -15,7 +15,8 @@ namespace PlenxVerify {
 
 /// Who hears of a run while it goes on.
 struct Listener {
-    std::function<void(const Stage& stage, std::size_t index)> begins;
+    /// name: "services/library". index: of this part, among all of them.
+    std::function<void(const std::string& name, std::size_t index, std::size_t all)> begins;
     std::function<void(const StageRecord& record)> ends;
     std::function<void(const LogFile& file)> logs;
 };

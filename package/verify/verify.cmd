@@ -10,10 +10,7 @@ if not exist "%kit%" (
     if "%~1"=="" pause
     exit /b 2
 )
-if not "%~1"=="" (
-    "%kit%" verify %*
-    exit /b
-)
+if not "%~1"=="" goto options
 rem Only an administrator may list the filters of the file systems.
 fltmc >nul 2>&1
 if not errorlevel 1 goto run
@@ -24,6 +21,9 @@ if errorlevel 1 (
     pause
 )
 exit /b
+:options
+"%kit%" verify %*
+exit /b %errorlevel%
 :run
 "%kit%" verify --out "%here%results"
 set code=%errorlevel%

@@ -146,6 +146,7 @@ def test_it_refuses_to_begin_beside_a_product(folder):
 
 
 def test_it_needs_somebody_to_ask(folder):
+    assert run(folder, "cmd", "/c", ".\\verify.cmd", "--only", "load").returncode == 2
     finished = verify(folder)
     assert (finished.returncode, finished.stdout) == (
         2, "plenxkit verify: give --yes, because there is nobody to ask\n")
@@ -162,7 +163,7 @@ def test_ctrl_c_removes_everything_and_writes_the_report(folder):
     shutil.rmtree(folder / "plenxverify-results", ignore_errors=True)
     terminal = on_a_terminal(folder, "--only", "load,services")
     answer(terminal, "y")
-    terminal.wait_for_part("] 2/3 services")
+    terminal.wait_for_part("] 3/6 services/service")
     until(services)
     second = verify(folder, "--yes")
     assert second.returncode == 3
@@ -176,7 +177,7 @@ def test_ctrl_c_removes_everything_and_writes_the_report(folder):
 
 def test_a_closed_window_removes_everything(folder):
     terminal = on_a_terminal(folder, "--yes", "--only", "services")
-    terminal.wait_for_part("] 1/2 services")
+    terminal.wait_for_part("] 1/4 services/service")
     until(services)
     os.close(terminal.terminal)
     until(nothing_is_left)

@@ -59,8 +59,9 @@ TEST(VerifyText, Summary_CountsAndJudges) {
 TEST(VerifyText, Screen_FitsAndSaysWhatIsRemoved) {
     const std::string screen = ScreenText(Selected({}), "C:\\root", "C:\\out");
     EXPECT_LE(std::count(screen.begin(), screen.end(), '\n'), 24);
-    EXPECT_THAT(screen, HasSubstr("What is removed again: the services, the driver, the processes, "
-                                  "and C:\\root.\nWhat stays: the results, in C:\\out\n"));
+    EXPECT_THAT(screen,
+                HasSubstr("What is removed again: the services, the drivers, the processes, "
+                          "and C:\\root.\nWhat stays: the results, in C:\\out\n"));
     EXPECT_THAT(screen, HasSubstr("  load          The DLLs load"));
 }
 
