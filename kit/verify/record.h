@@ -17,7 +17,7 @@ struct Case {
     Verdict verdict = Verdict::kPassed;
     double seconds = 0;
     std::string text = {};  // of a failure or a skip, in any number of lines
-    /// What a test has only written down, because nobody can say what is right.
+    /// What a test has written down, such as what this system does otherwise than others.
     std::vector<std::pair<std::string, std::string>> recorded = {};
 
     bool Failed() const { return verdict == Verdict::kFailed; }

@@ -1,4 +1,5 @@
 #include <cmath>
+#include <sstream>
 
 #include "trace/json_text.h"
 #include "verify/report.h"
@@ -36,6 +37,16 @@ pre { overflow-x: auto; background: #8882; padding: .6rem; font-size: 13px; whit
 
 std::string Marked(const char* style, const std::string& text) {
     return std::string("<span class=\"") + style + "\">" + HtmlText(text) + "</span>";
+}
+
+// Each by itself, because a text in HTML has no line breaks of its own.
+std::string LinesHtml(const std::string& text) {
+    std::istringstream stream(text);
+    std::string html;
+    for (std::string line; std::getline(stream, line);) {
+        html += HtmlText(line) + "\n";
+    }
+    return html;
 }
 
 std::string Row(const std::vector<std::string>& cells) {
@@ -80,7 +91,7 @@ std::string FailuresHtml(const PartRecord& part) {
     for (const Case& one : part.cases) {
         if (one.Failed()) {
             html += "<details open><summary>" + Marked("failed", one.name) + "</summary><pre>" +
-                    HtmlText(one.text) + "</pre></details>\n";
+                    LinesHtml(one.text) + "</pre></details>\n";
         }
     }
     return html;
@@ -93,7 +104,7 @@ std::string RecordedHtml(const PartRecord& part) {
             rows.emplace_back(one.name + ": " + name, value);
         }
     }
-    return rows.empty() ? "" : "<p>Recorded, and not judged:</p>\n" + PairsHtml(rows);
+    return rows.empty() ? "" : "<p>Recorded:</p>\n" + PairsHtml(rows);
 }
 
 std::string VerdictHtml(const Case& one) {

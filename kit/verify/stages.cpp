@@ -48,7 +48,8 @@ const std::vector<Stage>& Stages() {
           {Kind::kTests, "library", "system_test.exe", "*-Image.*:*Driver*", 900},
           {Kind::kTests, "both-worlds", "both_worlds_test.exe", "*-*Driver*", 120}}},
         {"driver",
-         "The driver is registered, asked to start and upgraded. It is not signed.",
+         "The driver is registered, asked to start (577 on Windows: it is not signed) and "
+         "upgraded.",
          {{Kind::kTests, "driver", "devservice_test.exe", "*Driver*", 60},
           {Kind::kTests, "upgrade", "system_test.exe", "*Driver*", 120},
           {Kind::kTests, "both-worlds", "both_worlds_test.exe", "*Driver*", 60}}},

@@ -52,6 +52,16 @@ std::string VersionText() {
            (version.wProductType == VER_NT_WORKSTATION ? "" : ", a server");
 }
 
+// Older ones do not have all of these texts.
+std::string WindowsText() {
+    std::string text = VersionText();
+    for (const wchar_t* const name : {L"ProductName", L"EditionID", L"DisplayVersion"}) {
+        const std::string more = RegisteredText(name);
+        text += more.empty() ? "" : ", " + more;
+    }
+    return text;
+}
+
 std::string WineVersion() {
     const auto getVersion = FunctionOf<const char*(__cdecl*)()>(L"ntdll.dll", "wine_get_version");
     return getVersion == nullptr ? "" : getVersion();
@@ -122,9 +132,7 @@ std::string FolderNameOf(const std::string& path) {
 
 Facts FactsOfThisSystem() {
     Facts facts = {
-        {"Windows", RegisteredText(L"ProductName") + ", " + RegisteredText(L"DisplayVersion") +
-                        ", " + VersionText()},
-        {"edition", RegisteredText(L"EditionID")},
+        {"Windows", WindowsText()},
         {"processors", ProcessorText()},
         {"memory", MemoryText()},
         {"locale", LocaleText()},

@@ -91,7 +91,7 @@ TEST(VerifyHtml, ShowsAllAndNeedsNoNetwork) {
     EXPECT_THAT(html,
                 HasSubstr("<p class=\"verdict\"><span class=\"failed\">Something failed.</span>"));
     EXPECT_THAT(html, HasSubstr("11 &lt;Pro&gt;"));
-    EXPECT_THAT(html, HasSubstr("Expected &lt;1&gt;"));
+    EXPECT_THAT(html, HasSubstr("<pre>a.cpp:9\nExpected &lt;1&gt;\n</pre>"));
     EXPECT_THAT(html, HasSubstr("<td>Wire.Echo: transfer syntax</td><td>NDR64</td>"));
     EXPECT_THAT(html, HasSubstr("not run: the run was interrupted"));
     EXPECT_THAT(html, Not(HasSubstr("http")));
