@@ -261,7 +261,7 @@ waiting_lane() {
 }
 
 package_lane() {
-    test_verify
+    in_lane test_verify
     build_docs
     test_package
 }
