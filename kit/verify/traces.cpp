@@ -2,11 +2,13 @@
 
 #include <windows.h>
 
+#include <sddl.h>
 #include <tlhelp32.h>
 
 #include <algorithm>
 #include <cstdlib>
 #include <fstream>
+#include <memory>
 
 #include "doctor/facts.h"
 #include "doctor/system.h"
@@ -21,6 +23,8 @@ namespace fs = std::filesystem;
 using PlenxSupport::Handle;
 
 constexpr const char* kMark = "made-by-plenxkit-verify.txt";
+// Services run from the folder with all rights, so only administrators may put anything there.
+constexpr wchar_t kForAdministrators[] = L"D:P(A;OICI;FA;;;SY)(A;OICI;FA;;;BA)";
 constexpr const char* kEndpoints[] = {"Manager", "PLENXOfficeService", "PLENXPCService",
                                       "PLENXPhoneService"};
 constexpr DWORD kEndOfProcess = 5000;
@@ -98,6 +102,21 @@ bool HasServices() {
                        [](const Trace& trace) { return trace.fromVerify; });
 }
 
+struct LocalMemoryCloser {
+    void operator()(void* memory) const noexcept { LocalFree(memory); }
+};
+
+bool MakeFolderForAdministrators(const fs::path& folder) {
+    PSECURITY_DESCRIPTOR descriptor = nullptr;
+    if (!ConvertStringSecurityDescriptorToSecurityDescriptorW(kForAdministrators, SDDL_REVISION_1,
+                                                              &descriptor, nullptr)) {
+        return false;
+    }
+    const std::unique_ptr<void, LocalMemoryCloser> owner(descriptor);
+    SECURITY_ATTRIBUTES attributes = {sizeof attributes, descriptor, FALSE};
+    return CreateDirectoryW(folder.c_str(), &attributes) != 0;
+}
+
 void RemovePatiently(const fs::path& path) {
     WaitUntil([&] {
         std::error_code error;
@@ -114,8 +133,7 @@ fs::path RunFolder() {
 }
 
 bool MakeRunFolder() {
-    std::error_code error;
-    if (!fs::create_directory(RunFolder(), error)) {
+    if (!MakeFolderForAdministrators(RunFolder())) {
         return false;
     }
     std::ofstream mark(RunFolder() / kMark);
