@@ -11,7 +11,6 @@
 #include "service/service_manager.h"
 
 using DistributedFs::ServiceManager;
-using testing::AnyOf;
 using testing::IsEmpty;
 using testing::SizeIs;
 

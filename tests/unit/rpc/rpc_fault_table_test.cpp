@@ -16,7 +16,6 @@ using DistributedFs::RpcManager;
 using DistributedFs::ServiceType;
 using testing::AnyOf;
 using testing::Contains;
-using testing::IsEmpty;
 
 namespace {
 

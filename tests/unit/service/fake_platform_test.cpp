@@ -9,7 +9,6 @@
 #include "service_room_test.h"
 
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 namespace {
 

@@ -18,8 +18,6 @@
 namespace PlenxTest {
 namespace {
 
-using PlenxWire::Arguments;
-
 constexpr wchar_t kReadyName[] = L"plenx-hostile-ready";
 constexpr wchar_t kGoName[] = L"plenx-hostile-go";
 constexpr DWORD kReadyMilliseconds = 60 * 1000;

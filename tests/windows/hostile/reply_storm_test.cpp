@@ -18,8 +18,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-using testing::ElementsAreArray;
-
 constexpr auto kTrigger = DistributedFs::TriggerType{1};
 constexpr unsigned kRequestsToOneOfWork = 20;
 

@@ -14,7 +14,6 @@ namespace {
 
 using testing::Contains;
 using testing::ElementsAre;
-using testing::ElementsAreArray;
 
 const std::string kConnected = "NotifyConnect(1, group)";
 const std::string kGroupStatus = "NotifyStatus(1, group, 100, 1)";

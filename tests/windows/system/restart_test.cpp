@@ -8,8 +8,6 @@
 namespace PlenxTest {
 namespace {
 
-namespace fs = std::filesystem;
-
 class Restarts : public Host {
 protected:
     /// Stops the PC service and starts it again, as an administrator might.

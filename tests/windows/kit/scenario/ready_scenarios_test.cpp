@@ -17,7 +17,6 @@ namespace {
 
 using testing::Each;
 using testing::IsSubsetOf;
-using testing::SizeIs;
 using testing::UnorderedElementsAreArray;
 
 std::vector<std::string> Names() {

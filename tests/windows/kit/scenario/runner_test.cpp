@@ -12,7 +12,6 @@ namespace PlenxTest {
 namespace {
 
 using testing::HasSubstr;
-using testing::MatchesRegex;
 using testing::StartsWith;
 
 constexpr char kScenario[] = "[[on]]\nrequest = \"CreateGroup\"\nanswer = 5\n";
