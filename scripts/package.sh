@@ -180,6 +180,9 @@ make_verify_package() {
 
 # The names of functions stay, because a test of the guards looks for them.
 fill_verify_package() {
+    # strip writes this time into a program.
+    local -x SOURCE_DATE_EPOCH
+    SOURCE_DATE_EPOCH=$(time_of_sources)
     cmake --install "$windows_build" --component verify --prefix "$verify_folder"
     copy_run_time "$verify_folder/programs"
     find "$verify_folder/programs" \( -name '*.dll' -o -name '*.exe' -o -name '*.sys' \) \
