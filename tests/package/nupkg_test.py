@@ -39,7 +39,7 @@ class Host
         Console.WriteLine("set: " + set.WaitOne(60000));
         PlenxEvent started = queue.ReadAsync().Result;
         Console.WriteLine("start " + started.Value + " of " + started.Text);
-        while (queue.Next(0) != null)
+        while (queue.Next(1000) != null)
         {
         }
         Console.WriteLine("reset: " + !set.WaitOne(0));
