@@ -2,6 +2,7 @@
 // happens, and that it always removes everything.
 
 #include <gmock/gmock.h>
+#include <unistd.h>
 
 #include <filesystem>
 #include <fstream>
@@ -24,7 +25,9 @@ class VerifyRun : public testing::Test {
 protected:
     VerifyRun() {
         options.yes = true;
-        options.out = (fs::path(testing::TempDir()) / "verify-results").u8string();
+        // The tests run at the same time, each in a process of its own.
+        const std::string name = "verify-results-" + std::to_string(getpid());
+        options.out = (fs::path(testing::TempDir()) / name).u8string();
         fs::remove_all(options.out);
     }
     ~VerifyRun() override { fs::remove_all(options.out); }
