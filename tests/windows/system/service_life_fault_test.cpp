@@ -89,7 +89,8 @@ HOST_TEST(ServiceLifeFaults, StartThatNeverLeavesStartPending_Fails) {
 }
 
 HOST_TEST(ServiceLifeFaults, ServiceThatStopsInsteadOfRunning_FailsTheStart) {
-    Control("[start]\nservice = 'pc'\nfail = 1234\n");
+    // Wine takes a service that is gone at once for one that never began, and answers 1053.
+    Control("[start]\nservice = 'pc'\ndelay_ms = 300\nfail = 1234\n");
     Init();
     StartFailsWith(NeverRan());
     Control("");
