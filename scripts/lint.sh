@@ -48,12 +48,13 @@ base_commit() {
 visual_cpp_build=$build_dir/visual-cpp
 
 # Prepares the headers of the check that Wine has otherwise, or not at all: members of the RPC
-# runtime's tables have names and types of their own there.
+# runtime's tables have names and types of their own there, and a flag of access lists is missing.
 make_visual_cpp_headers() {
     local wine=/usr/include/wine/wine/windows headers=$visual_cpp_build/headers
     mkdir -p "$headers"
     sed -e 's/defined(_MSC_VER) && !defined(__clang__)/defined(_MSC_VER)/' \
         -e '/ULONGLONG SEHandlerCount;/{n;s/^}/  ULONGLONG Guard[4]; DWORD GuardFlags;\n}/}' \
+        -e '/define DACL_SECURITY_INFORMATION/a #define PROTECTED_DACL_SECURITY_INFORMATION 0x80000000L' \
         "$wine/winnt.h" >"$headers/winnt.h"
     sed -E -e 's/ULONG_PTR( +Reserved3;)/const void* CsRoutineTables;/' \
         -e 's/ULONG_PTR( +Reserved4;)/void* ProxyServerInfo;/' \

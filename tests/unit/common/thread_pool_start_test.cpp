@@ -21,7 +21,7 @@ using Create = int(pthread_t*, const pthread_attr_t*, void* (*)(void*), void*);
 
 // A sanitizer that is linked into the program must learn of each thread, and this is its own name
 // for the function that this program replaces.
-extern "C" __attribute__((weak)) Create __interceptor_pthread_create;  // NOLINT(*-identifier)
+extern "C" __attribute__((weak)) Create __interceptor_pthread_create;  // NOLINT(*-identifier*)
 
 extern "C" int pthread_create(pthread_t* thread, const pthread_attr_t* attributes,
                               void* (*run)(void*), void* argument) noexcept {
