@@ -6,6 +6,7 @@
 
 #include "completion/candidates.h"
 #include "doctor/command.h"
+#include "ending.h"
 #include "host/command.h"
 #include "judge/command.h"
 #include "message/command.h"

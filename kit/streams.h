@@ -21,11 +21,6 @@ struct Streams {
     const StandardStreams& process;
 };
 
-/// The exit code of every command for a command line that it cannot use.
-constexpr int kWrongUsage = 2;
-/// The exit code of a command that was interrupted, and has removed everything.
-constexpr int kInterrupted = 5;
-
 }  // namespace PlenxKit
 
 #endif  // PLENXKIT_STREAMS_H

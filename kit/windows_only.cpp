@@ -1,6 +1,7 @@
 // On other systems these commands only report that they need Windows.
 
 #include "doctor/command.h"
+#include "ending.h"
 #include "host/command.h"
 #include "judge/bring_up.h"
 #include "judge/command.h"

@@ -21,4 +21,9 @@ bool Interruption::WaitFor(std::chrono::milliseconds longest) const {
     return raised_.wait_for(lock, longest, [this] { return isRaised_; });
 }
 
+Interruption& InterruptionOfThisProcess() {
+    static auto& interruption = *new Interruption;
+    return interruption;
+}
+
 }  // namespace PlenxSupport

@@ -35,6 +35,9 @@ private:
 #endif
 };
 
+/// It is never destroyed, because the thread that hears of an interruption may outlive all else.
+Interruption& InterruptionOfThisProcess();
+
 }  // namespace PlenxSupport
 
 #endif  // PLENXSUPPORT_INTERRUPTION_H

@@ -5,19 +5,15 @@
 
 #include <chrono>
 #include <memory>
-#include <stdexcept>
 #include <string>
 
+#include "ending.h"
 #include "judge/program.h"
 #include "support/interruption.h"
 
 namespace PlenxJudge {
 
-/// The judge does not begin, because it would disturb somebody or could not judge anything.
-class Refusal : public std::runtime_error {
-public:
-    using std::runtime_error::runtime_error;
-};
+using PlenxKit::Refusal;
 
 struct Way {
     enum class Kind { kEndpoint, kService, kConsole };

@@ -1,6 +1,7 @@
 #include <algorithm>
 
 #include "judge/report.h"
+#include "report_page.h"
 #include "trace/json_text.h"
 
 namespace PlenxJudge {
@@ -8,34 +9,16 @@ namespace {
 
 using PlenxTrace::HtmlText;
 
-// Where the page has only one run, its failures are open.
-constexpr char kHead[] = R"(<!DOCTYPE html>
-<html lang="en">
-<head>
-<meta charset="utf-8">
-<meta name="viewport" content="width=device-width, initial-scale=1">
-<meta name="color-scheme" content="light dark">
-<title>plenxkit judge</title>
-<style>
-body { font: 15px/1.5 system-ui, sans-serif; margin: 2rem auto; max-width: 100rem; padding: 0 1rem; }
-h1 { font-size: 1.4rem; }
-table { border-collapse: collapse; width: 100%; table-layout: fixed; }
-th, td { text-align: left; vertical-align: top; padding: .3rem .6rem;
-  border-bottom: 1px solid #8885; }
+constexpr char kStyle[] = R"(body { max-width: 100rem; }
+table { table-layout: fixed; }
 th { position: sticky; top: 0; background: Canvas; }
 td:first-child { white-space: nowrap; font-family: ui-monospace, monospace; }
 th:nth-child(1) { width: 13rem; } th:nth-child(2) { width: 4rem; } th:nth-child(3) { width: 18rem; }
 td, th { overflow-wrap: break-word; }
 .area td { font-weight: 600; padding-top: 1.2rem; }
-.passed { color: #1a7f37; } .failed { color: #cf222e; font-weight: 600; }
 .noted { color: #9a6700; } .notjudged { color: #888; }
-@media (prefers-color-scheme: dark) {
-  .passed { color: #3fb950; } .failed { color: #f85149; } .noted { color: #d29922; } }
-pre { overflow-x: auto; background: #8882; padding: .6rem; font-size: 13px; }
+@media (prefers-color-scheme: dark) { .noted { color: #d29922; } }
 dt { font-weight: 600; } dd { margin: 0 0 .4rem 1rem; }
-</style>
-</head>
-<body>
 )";
 
 struct Mark {
@@ -62,10 +45,10 @@ std::string FaultHtml(const Fault& fault) {
     return html;
 }
 
+// Where the page has only one run, its failures are open.
 std::string CellOf(const RunRecord& run, const Record& record, bool open) {
     const Mark mark = MarkOf(run, record);
-    const std::string head =
-        std::string("<span class=\"") + mark.style + "\">" + HtmlText(mark.text) + "</span>";
+    const std::string head = PlenxKit::Marked(mark.style, mark.text);
     if (!record.Failed()) {
         return head + (record.outcome.why.empty() ? "" : "<br>" + HtmlText(record.outcome.why));
     }
@@ -128,7 +111,8 @@ std::string HeadRow(const std::vector<RunRecord>& runs) {
 }  // namespace
 
 std::string HtmlOf(const std::vector<RunRecord>& runs) {
-    std::string html = std::string(kHead) + "<h1>plenxkit judge</h1>\n<table>\n" + HeadRow(runs);
+    std::string html = PlenxKit::PageHead("plenxkit judge", kStyle) +
+                       "<h1>plenxkit judge</h1>\n<table>\n" + HeadRow(runs);
     std::string area;
     for (const Record& check : AllChecks(runs)) {
         if (check.Area() != area) {
@@ -138,7 +122,7 @@ std::string HtmlOf(const std::vector<RunRecord>& runs) {
         }
         html += RowOf(runs, check);
     }
-    return html + "</table>\n</body>\n</html>\n";
+    return html + "</table>\n" + PlenxKit::kPageEnd;
 }
 
 }  // namespace PlenxJudge

@@ -1,7 +1,6 @@
 #include <algorithm>
 #include <chrono>
 #include <filesystem>
-#include <fstream>
 
 #include "bar.h"
 #include "judge/bring_up.h"
@@ -10,17 +9,14 @@
 #include "judge/runner.h"
 #include "judge/selection.h"
 #include "message/columns.h"
-#include "support/file.h"
+#include "text_file.h"
 
 namespace PlenxJudge {
 namespace {
 
 namespace fs = std::filesystem;
 
-constexpr int kAsExpected = 0;
-constexpr int kFailed = 1;
-constexpr int kRefused = 3;
-constexpr int kLeftBehind = 4;
+using PlenxKit::kAsExpected;
 
 constexpr std::size_t kNumberWidth = 26;
 constexpr std::size_t kLevelWidth = 8;
@@ -71,23 +67,7 @@ std::string Described(const Way& way) {
 }
 
 std::string ReadText(const std::string& file) {
-    const std::optional<std::string> text = PlenxSupport::ReadWholeFile(fs::u8path(file));
-    if (!text) {
-        throw UsageError("cannot read " + file);
-    }
-    return *text;
-}
-
-void WriteText(const std::string& file, const std::string& text) {
-    if (file.empty()) {
-        return;
-    }
-    std::ofstream stream(fs::u8path(file), std::ios::binary);
-    stream << text;
-    stream.flush();
-    if (!stream) {
-        throw UsageError("cannot write " + file);
-    }
+    return PlenxKit::ReadText(fs::u8path(file));
 }
 
 std::string LineOf(const Check& check, const std::string& remark) {
@@ -157,7 +137,7 @@ RunRecord Judge(const Way& way, const Options& options, const std::vector<const 
     const std::set<std::string> known =
         options.known.empty() ? std::set<std::string>() : KnownFailures(ReadText(options.known));
     RunRecord run{Described(way), PLENXKIT_VERSION, options.strict};
-    static auto& interruption = *new PlenxSupport::Interruption;
+    PlenxSupport::Interruption& interruption = PlenxSupport::InterruptionOfThisProcess();
     const std::unique_ptr<Program> program = BringUp(way, interruption);
     streams.out << "plenxkit judge: " << run.program << "\n" << std::flush;
     Trial trial(*program, std::chrono::seconds(options.soak), interruption);
@@ -172,14 +152,14 @@ RunRecord Judge(const Way& way, const Options& options, const std::vector<const 
 
 int CodeOf(const RunRecord& run) {
     if (!run.leftBehind.empty()) {
-        return kLeftBehind;
+        return PlenxKit::kLeftBehind;
     }
     if (run.interrupted) {
         return PlenxKit::kInterrupted;
     }
     const bool fails = std::any_of(run.records.begin(), run.records.end(),
                                    [&](const Record& record) { return run.Fails(record); });
-    return fails ? kFailed : kAsExpected;
+    return fails ? PlenxKit::kFailed : kAsExpected;
 }
 
 int JudgeAndReport(const Options& options, const PlenxKit::Streams& streams) {
@@ -200,12 +180,12 @@ int JudgeAndReport(const Options& options, const PlenxKit::Streams& streams) {
         }
         runs.push_back(Judge(way, options, checks, streams));
         code = CodeOf(runs.back());
-        WriteText(options.json, JsonOf(runs.back()));
-        WriteText(options.junit, JunitOf(runs.back()));
+        PlenxKit::WriteWanted(options.json, JsonOf(runs.back()));
+        PlenxKit::WriteWanted(options.junit, JunitOf(runs.back()));
     } else if (runs.empty() || options.html.empty()) {
         throw UsageError("give --endpoint, --service or --console, or --with and --html");
     }
-    WriteText(options.html, HtmlOf(runs));
+    PlenxKit::WriteWanted(options.html, HtmlOf(runs));
     return code;
 }
 
@@ -216,15 +196,8 @@ std::string Way::Endpoint() const {
 }
 
 int Run(const Options& options, const PlenxKit::Streams& streams) {
-    try {
-        return JudgeAndReport(options, streams);
-    } catch (const Refusal& refusal) {
-        streams.err << "plenxkit judge: refused to begin: " << refusal.what() << "\n";
-        return kRefused;
-    } catch (const std::exception& error) {
-        streams.err << "plenxkit judge: " << error.what() << "\n";
-        return PlenxKit::kWrongUsage;
-    }
+    return PlenxKit::Concluded("judge", streams.err,
+                               [&] { return JudgeAndReport(options, streams); });
 }
 
 }  // namespace PlenxJudge

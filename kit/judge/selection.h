@@ -4,19 +4,15 @@
 #define PLENXKIT_JUDGE_SELECTION_H
 
 #include <set>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
+#include "ending.h"
 #include "judge/check.h"
 
 namespace PlenxJudge {
 
-/// The request of the user cannot be carried out.
-class UsageError : public std::runtime_error {
-public:
-    using std::runtime_error::runtime_error;
-};
+using PlenxKit::UsageError;
 
 /// words: numbers ("reply/1") or areas ("reply"), some to a word with commas. None means all.
 /// @throws UsageError for a word that fits nothing.

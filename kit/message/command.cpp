@@ -1,7 +1,8 @@
 #include "message/command.h"
 
 #include <CLI/CLI.hpp>
-#include <exception>
+
+#include "ending.h"
 
 namespace PlenxMessage {
 namespace {
@@ -127,12 +128,7 @@ CLI::App& Declare(CLI::App& program, Options& options) {
 }
 
 int Run(const Options& options, const PlenxKit::Streams& streams) {
-    try {
-        return RunChosen(options, streams);
-    } catch (const std::exception& error) {
-        streams.err << "plenxkit message: " << error.what() << "\n";
-        return PlenxKit::kWrongUsage;
-    }
+    return PlenxKit::Concluded("message", streams.err, [&] { return RunChosen(options, streams); });
 }
 
 }  // namespace PlenxMessage

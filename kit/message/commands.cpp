@@ -1,11 +1,14 @@
 #include "message/commands.h"
 
+#include <filesystem>
+
 #include "message/description.h"
 #include "message/hex.h"
 #include "message/input.h"
 #include "message/json_form.h"
 #include "message/table.h"
 #include "message/usage.h"
+#include "text_file.h"
 
 namespace PlenxMessage {
 namespace {
@@ -62,7 +65,7 @@ int RunEncode(const EncodeOptions& options, std::istream& in, std::ostream& out)
     if (options.output == "-") {
         out << content;
     } else {
-        WriteFile(options.output, content);
+        PlenxKit::WriteText(std::filesystem::u8path(options.output), content);
     }
     return kFine;
 }

@@ -1,4 +1,4 @@
-// Reads messages from files and streams, and writes files.
+// Reads messages from files and streams.
 
 #ifndef PLENXKIT_MESSAGE_INPUT_H
 #define PLENXKIT_MESSAGE_INPUT_H
@@ -17,9 +17,6 @@ std::string ContentOf(const std::string& file, std::istream& standardInput);
 
 /// Takes hex text or the message itself, and recognises which of them it is.
 PlenxWire::Bytes MessageBytes(const std::string& content);
-
-/// @throws UsageError when it cannot be written.
-void WriteFile(const std::string& file, const std::string& content);
 
 }  // namespace PlenxMessage
 

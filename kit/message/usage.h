@@ -1,20 +1,16 @@
-// The exit codes of the program, and the error that ends it early.
+// How the commands of plenxkit message end.
 
 #ifndef PLENXKIT_MESSAGE_USAGE_H
 #define PLENXKIT_MESSAGE_USAGE_H
 
-#include <stdexcept>
+#include "ending.h"
 
 namespace PlenxMessage {
 
-constexpr int kFine = 0;
-constexpr int kBrokenMessage = 1;
+using PlenxKit::UsageError;
 
-/// The user's request cannot be carried out: an unknown name, a bad value, an unreadable file.
-class UsageError : public std::runtime_error {
-public:
-    using std::runtime_error::runtime_error;
-};
+constexpr int kFine = PlenxKit::kAsExpected;
+constexpr int kBrokenMessage = PlenxKit::kFailed;
 
 }  // namespace PlenxMessage
 

@@ -1,12 +1,10 @@
 #include "scenario/ready_scenarios.h"
 
 #include <algorithm>
-#include <optional>
 #include <system_error>
-#include <utility>
 
 #include "scenario_reader.h"
-#include "support/file.h"
+#include "text_file.h"
 
 namespace PlenxScenario {
 namespace {
@@ -17,16 +15,9 @@ constexpr const char* kEnding = ".toml";
 
 }  // namespace
 
-std::string ReadWhole(const fs::path& file) {
-    std::optional<std::string> content = PlenxSupport::ReadWholeFile(file);
-    if (!content) {
-        throw UsageError("cannot read " + file.u8string());
-    }
-    return *std::move(content);
-}
-
 ReadyScenario ScenarioOfFile(const fs::path& file) {
-    const PlenxService::ReadScenario read = PlenxService::ReadScenarioText(ReadWhole(file));
+    const PlenxService::ReadScenario read =
+        PlenxService::ReadScenarioText(PlenxKit::ReadText(file));
     std::string mistakes;
     for (const PlenxService::Mistake& mistake : read.mistakes) {
         mistakes += "\n" + PlenxService::Located(file.u8string(), mistake);

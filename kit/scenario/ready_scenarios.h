@@ -5,19 +5,15 @@
 #define PLENXKIT_SCENARIO_READY_SCENARIOS_H
 
 #include <filesystem>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
+#include "ending.h"
 #include "scenario/played.h"
 
 namespace PlenxScenario {
 
-/// The request of the user cannot be carried out.
-class UsageError : public std::runtime_error {
-public:
-    using std::runtime_error::runtime_error;
-};
+using PlenxKit::UsageError;
 
 struct ReadyScenario {
     std::string name;
@@ -38,9 +34,6 @@ ReadyScenario ScenarioOfFile(const std::filesystem::path& file);
 /// nameOrFile is the name of a ready scenario, or a path that ends in .toml.
 /// @throws UsageError that lists the known names.
 ReadyScenario FindScenario(const std::vector<ReadyScenario>& ready, const std::string& nameOrFile);
-
-/// The whole of a file. @throws UsageError when it cannot be read.
-std::string ReadWhole(const std::filesystem::path& file);
 
 }  // namespace PlenxScenario
 

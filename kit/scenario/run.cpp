@@ -7,6 +7,7 @@
 #include "scenario/host_log.h"
 #include "scenario/host_process.h"
 #include "support/wide_text.h"
+#include "text_file.h"
 
 namespace PlenxScenario {
 namespace {
@@ -35,7 +36,7 @@ void Tell(const wchar_t* variable, const fs::path& value) {
 }
 
 std::string TextOf(const fs::path& file) {
-    return fs::exists(file) ? ReadWhole(file) : std::string();
+    return fs::exists(file) ? PlenxKit::ReadText(file) : std::string();
 }
 
 }  // namespace

@@ -3,21 +3,18 @@
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <iomanip>
 
 #include "scenario/command.h"
 #include "scenario/ready_scenarios.h"
 #include "scenario/report.h"
 #include "scenario/run.h"
+#include "text_file.h"
 
 namespace PlenxScenario {
 namespace {
 
 namespace fs = std::filesystem;
-
-constexpr int kAllHeld = 0;
-constexpr int kNotAllHeld = 1;
 
 fs::path ProgramFolder() {
     std::wstring path(32768, L'\0');
@@ -45,27 +42,15 @@ int List(const std::vector<ReadyScenario>& ready, std::ostream& out) {
         out << std::left << std::setw(static_cast<int>(longest + 2)) << scenario.name
             << scenario.title << "\n";
     }
-    return kAllHeld;
+    return PlenxKit::kAsExpected;
 }
 
 int Show(const ReadyScenario& scenario, std::ostream& out) {
-    out << scenario.file.u8string() << "\n\n" << ReadWhole(scenario.file);
+    out << scenario.file.u8string() << "\n\n" << PlenxKit::ReadText(scenario.file);
     if (fs::exists(scenario.script)) {
-        out << "\n" << scenario.script.u8string() << "\n\n" << ReadWhole(scenario.script);
+        out << "\n" << scenario.script.u8string() << "\n\n" << PlenxKit::ReadText(scenario.script);
     }
-    return kAllHeld;
-}
-
-void WriteTo(const std::string& file, const std::string& text) {
-    if (file.empty()) {
-        return;
-    }
-    std::ofstream stream(fs::u8path(file), std::ios::binary);
-    stream << text;
-    stream.flush();
-    if (!stream) {
-        throw UsageError("cannot write " + file);
-    }
+    return PlenxKit::kAsExpected;
 }
 
 void Print(const Result& result, bool observed, std::ostream& out) {
@@ -99,9 +84,9 @@ int RunAll(const std::vector<ReadyScenario>& scenarios, const Options& options,
         held = held && results.back().Passed();
     }
     out << SummaryOf(results) << '\n' << std::flush;
-    WriteTo(options.json, JsonOf(results));
-    WriteTo(options.junit, JunitOf(results));
-    return held ? kAllHeld : kNotAllHeld;
+    PlenxKit::WriteWanted(options.json, JsonOf(results));
+    PlenxKit::WriteWanted(options.junit, JunitOf(results));
+    return held ? PlenxKit::kAsExpected : PlenxKit::kFailed;
 }
 
 int RunChosen(const Options& options, const fs::path& programFolder, std::ostream& out) {
@@ -127,12 +112,8 @@ int RunChosen(const Options& options, const fs::path& programFolder, std::ostrea
 }  // namespace
 
 int Run(const Options& options, const PlenxKit::Streams& streams) {
-    try {
-        return RunChosen(options, ProgramFolder(), streams.out);
-    } catch (const std::exception& error) {
-        streams.err << "plenxkit scenario: " << error.what() << "\n";
-        return PlenxKit::kWrongUsage;
-    }
+    return PlenxKit::Concluded("scenario", streams.err,
+                               [&] { return RunChosen(options, ProgramFolder(), streams.out); });
 }
 
 }  // namespace PlenxScenario

@@ -1,43 +1,25 @@
 #include <cmath>
 #include <sstream>
 
+#include "report_page.h"
 #include "trace/json_text.h"
 #include "verify/report.h"
 
 namespace PlenxVerify {
 namespace {
 
+using PlenxKit::Marked;
 using PlenxTrace::HtmlText;
 
-constexpr char kHead[] = R"(<!DOCTYPE html>
-<html lang="en">
-<head>
-<meta charset="utf-8">
-<meta name="viewport" content="width=device-width, initial-scale=1">
-<meta name="color-scheme" content="light dark">
-<title>plenxkit verify</title>
-<style>
-body { font: 15px/1.5 system-ui, sans-serif; margin: 2rem auto; max-width: 70rem; padding: 0 1rem; }
-h1 { font-size: 1.4rem; } h2 { font-size: 1.1rem; margin-top: 2rem; }
-table { border-collapse: collapse; width: 100%; }
-th, td { text-align: left; vertical-align: top; padding: .3rem .6rem;
-  border-bottom: 1px solid #8885; overflow-wrap: anywhere; }
+constexpr char kStyle[] = R"(body { max-width: 70rem; }
+h2 { font-size: 1.1rem; margin-top: 2rem; }
+th, td { overflow-wrap: anywhere; }
 td:first-child { white-space: nowrap; }
 td:last-child, th:last-child { text-align: right; white-space: nowrap; }
 .facts td:last-child { text-align: left; white-space: normal; }
-.passed { color: #1a7f37; } .failed { color: #cf222e; font-weight: 600; }
 .skipped { color: #888; } .verdict { font-size: 1.2rem; }
-@media (prefers-color-scheme: dark) {
-  .passed { color: #3fb950; } .failed { color: #f85149; } }
-pre { overflow-x: auto; background: #8882; padding: .6rem; font-size: 13px; white-space: pre-wrap; }
-</style>
-</head>
-<body>
+pre { white-space: pre-wrap; }
 )";
-
-std::string Marked(const char* style, const std::string& text) {
-    return std::string("<span class=\"") + style + "\">" + HtmlText(text) + "</span>";
-}
 
 // Each by itself, because a text in HTML has no line breaks of its own.
 std::string LinesHtml(const std::string& text) {
@@ -166,11 +148,12 @@ std::string LeftBehindHtml(const RunRecord& run) {
 
 std::string HtmlOf(const RunRecord& run) {
     const bool good = !run.Failed() && run.leftBehind.empty();
-    std::string html =
-        std::string(kHead) + "<h1>plenxkit verify " + HtmlText(run.version) +
-        "</h1>\n<p class=\"verdict\">" + Marked(good ? "passed" : "failed", VerdictOf(run)) +
-        "</p>\n<p>" + HtmlText(TextOf(CountsOf(run))) + "; begun " + HtmlText(run.begun) +
-        "</p>\n" + LeftBehindHtml(run) + PairsHtml(run.system) + "<h2>Stages</h2>\n<table>\n";
+    std::string html = PlenxKit::PageHead("plenxkit verify", kStyle) + "<h1>plenxkit verify " +
+                       HtmlText(run.version) + "</h1>\n<p class=\"verdict\">" +
+                       Marked(good ? "passed" : "failed", VerdictOf(run)) + "</p>\n<p>" +
+                       HtmlText(TextOf(CountsOf(run))) + "; begun " + HtmlText(run.begun) +
+                       "</p>\n" + LeftBehindHtml(run) + PairsHtml(run.system) +
+                       "<h2>Stages</h2>\n<table>\n";
     for (const StageRecord& stage : run.stages) {
         html += StageRow(stage);
     }
@@ -178,7 +161,7 @@ std::string HtmlOf(const RunRecord& run) {
     for (const StageRecord& stage : run.stages) {
         html += StageHtml(stage);
     }
-    return html + "</body>\n</html>\n";
+    return html + PlenxKit::kPageEnd;
 }
 
 }  // namespace PlenxVerify

@@ -1,11 +1,11 @@
 #include <chrono>
 #include <ctime>
 #include <filesystem>
-#include <fstream>
 
 #include "bar.h"
 #include "message/columns.h"
 #include "support/interruption.h"
+#include "text_file.h"
 #include "verify/command.h"
 #include "verify/report.h"
 #include "verify/run_on.h"
@@ -18,10 +18,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr int kAsExpected = 0;
-constexpr int kFailed = 1;
-constexpr int kRefused = 3;
-constexpr int kLeftBehind = 4;
+using PlenxKit::kAsExpected;
 
 constexpr std::size_t kNameWidth = 14;
 
@@ -47,15 +44,6 @@ ZipTime ZipTimeOf(const std::tm& time) {
         static_cast<std::uint16_t>(((time.tm_year - 80) << 9) | ((time.tm_mon + 1) << 5) |
                                    time.tm_mday),
         static_cast<std::uint16_t>((time.tm_hour << 11) | (time.tm_min << 5) | (time.tm_sec / 2))};
-}
-
-void WriteText(const fs::path& file, const std::string& text) {
-    std::ofstream stream(file, std::ios::binary);
-    stream << text;
-    stream.flush();
-    if (!stream) {
-        throw UsageError("cannot write " + file.u8string());
-    }
 }
 
 int List(const std::vector<const Stage*>& stages, std::ostream& out) {
@@ -96,7 +84,7 @@ int Clean(System& system, std::ostream& out) {
     const std::vector<Trace> left = system.Traces();
     out << (left.empty() ? "Nothing of an earlier run is left.\n" : "left behind:\n")
         << TextOf(left);
-    return left.empty() ? kAsExpected : kLeftBehind;
+    return left.empty() ? kAsExpected : PlenxKit::kLeftBehind;
 }
 
 void MakeRoom(System& system, bool mayAsk, const PlenxKit::Streams& streams) {
@@ -120,12 +108,12 @@ void MakeRoom(System& system, bool mayAsk, const PlenxKit::Streams& streams) {
 
 int CodeOf(const RunRecord& run) {
     if (!run.leftBehind.empty()) {
-        return kLeftBehind;
+        return PlenxKit::kLeftBehind;
     }
     if (run.interrupted) {
         return PlenxKit::kInterrupted;
     }
-    return run.Failed() ? kFailed : kAsExpected;
+    return run.Failed() ? PlenxKit::kFailed : kAsExpected;
 }
 
 // The ZIP is what a stranger sends, so everything in it has gone through the redaction.
@@ -138,15 +126,11 @@ void WriteReports(const RunRecord& run, std::vector<ZippedFile> files, const Opt
                  {{"report.html", html}, {"results.json", json}, {"results.xml", junit}});
     const fs::path zip =
         folder / ("plenxverify-" + run.version + TimeText(begun, "-%Y%m%d-%H%M%S") + ".zip");
-    WriteText(folder / "report.html", html);
-    WriteText(zip, ZipOf(files, ZipTimeOf(begun)));
-    const std::pair<const std::string&, const std::string&> more[] = {
-        {options.html, html}, {options.json, json}, {options.junit, junit}};
-    for (const auto& [file, text] : more) {
-        if (!file.empty()) {
-            WriteText(fs::u8path(file), text);
-        }
-    }
+    PlenxKit::WriteText(folder / "report.html", html);
+    PlenxKit::WriteText(zip, ZipOf(files, ZipTimeOf(begun)));
+    PlenxKit::WriteWanted(options.html, html);
+    PlenxKit::WriteWanted(options.json, json);
+    PlenxKit::WriteWanted(options.junit, junit);
     out << "The report is " << (folder / "report.html").u8string() << "\n"
         << "Please send " << zip.u8string() << "\n";
 }
@@ -205,20 +189,11 @@ int RunOn(System& system, const Options& options, const PlenxKit::Streams& strea
 }
 
 int Run(const Options& options, const PlenxKit::Streams& streams) {
-    try {
-        if (options.list) {
-            return List(Selected(options.only), streams.out);
-        }
-        // The thread that hears of an interruption may outlive everything here.
-        static auto& interruption = *new PlenxSupport::Interruption;
-        return RunOn(*MakeSystem(interruption), options, streams);
-    } catch (const Refusal& refusal) {
-        streams.err << "plenxkit verify: refused to begin: " << refusal.what() << "\n";
-        return kRefused;
-    } catch (const std::exception& error) {
-        streams.err << "plenxkit verify: " << error.what() << "\n";
-        return PlenxKit::kWrongUsage;
-    }
+    return PlenxKit::Concluded("verify", streams.err, [&] {
+        return options.list ? List(Selected(options.only), streams.out)
+                            : RunOn(*MakeSystem(PlenxSupport::InterruptionOfThisProcess()), options,
+                                    streams);
+    });
 }
 
 }  // namespace PlenxVerify

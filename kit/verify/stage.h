@@ -3,9 +3,10 @@
 #ifndef PLENXKIT_VERIFY_STAGE_H
 #define PLENXKIT_VERIFY_STAGE_H
 
-#include <stdexcept>
 #include <string>
 #include <vector>
+
+#include "ending.h"
 
 namespace PlenxVerify {
 
@@ -34,11 +35,7 @@ const std::vector<Stage>& Stages();
 
 constexpr const char* kLeftBehindStage = "left-behind";
 
-/// The request of the user cannot be carried out.
-class UsageError : public std::runtime_error {
-public:
-    using std::runtime_error::runtime_error;
-};
+using PlenxKit::UsageError;
 
 /// words: names, some to a word with commas. None means all.
 /// @throws UsageError for a name that no stage has.

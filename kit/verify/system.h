@@ -5,10 +5,10 @@
 
 #include <cstdint>
 #include <memory>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
+#include "ending.h"
 #include "verify/record.h"
 #include "verify/redaction.h"
 
@@ -17,6 +17,8 @@ class Interruption;
 }
 
 namespace PlenxVerify {
+
+using PlenxKit::Refusal;
 
 /// Something of ours that is on the machine: a service, an endpoint, a process or a folder.
 struct Trace {
@@ -84,12 +86,6 @@ public:
 /// the interruption, which ends its programs.
 /// @throws Refusal where there is none that can be verified.
 std::unique_ptr<System> MakeSystem(PlenxSupport::Interruption& interruption);
-
-/// The run does not begin, because it would disturb somebody or could not find out anything.
-class Refusal : public std::runtime_error {
-public:
-    using std::runtime_error::runtime_error;
-};
 
 }  // namespace PlenxVerify
 

@@ -4,6 +4,7 @@
 #include <CLI/CLI.hpp>
 
 #include "doctor/command.h"
+#include "ending.h"
 #include "host/command.h"
 #include "outcome.h"
 

@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "scenario_reader.h"
+#include "text_file.h"
 
 namespace PlenxScenario {
 namespace {
@@ -17,7 +18,7 @@ namespace {
 using testing::HasSubstr;
 
 std::string Page() {
-    return ReadWhole(DOCS_PAGE);
+    return PlenxKit::ReadText(DOCS_PAGE);
 }
 
 TEST(ReadyScenarios, EachHasATitleATextAndAScriptThatExpectsSomething) {
@@ -26,7 +27,7 @@ TEST(ReadyScenarios, EachHasATitleATextAndAScriptThatExpectsSomething) {
     for (const ReadyScenario& scenario : all) {
         EXPECT_NE(scenario.title, "") << scenario.name;
         EXPECT_NE(scenario.about, "") << scenario.name;
-        EXPECT_THAT(ReadWhole(scenario.script), HasSubstr("\nexpect NotifyStatus "))
+        EXPECT_THAT(PlenxKit::ReadText(scenario.script), HasSubstr("\nexpect NotifyStatus "))
             << scenario.name;
     }
 }
