@@ -68,6 +68,10 @@ inline constexpr Habit kStopThatIsNotAccepted{
 inline constexpr Habit kStartOfAMissingProgram{
     "code of starting a service whose program is missing", "2|3", "2", "2",
     PLENX_LEARN "windows/win32/api/winsvc/nf-winsvc-startservicew"};
+// Wine now and then takes it for one that never began.
+inline constexpr Habit kStartOfAServiceThatIsGoneAtOnce{
+    "code of starting a service that stops at once", "0", "0|1053", "0|1053",
+    PLENX_LEARN "windows/win32/api/winsvc/nf-winsvc-startservicew"};
 // The driver of these tests has no signature.
 inline constexpr Habit kStartOfTheDriver{"code of starting an unsigned driver", "577", "0", "0",
                                          PLENX_LEARN
