@@ -16,7 +16,8 @@ h2 { font-size: 1.1rem; margin-top: 2rem; }
 th, td { overflow-wrap: anywhere; }
 td:first-child { white-space: nowrap; }
 td:last-child, th:last-child { text-align: right; white-space: nowrap; }
-.facts td:last-child { text-align: left; white-space: normal; }
+.facts td:first-child, .facts td:last-child { text-align: left; white-space: normal; }
+.facts td:first-child { min-width: 16rem; }
 .skipped { color: #888; } .verdict { font-size: 1.2rem; }
 pre { white-space: pre-wrap; }
 )";
