@@ -2,9 +2,10 @@
 
 windows_test_seconds=900
 windows_jobs=4        # at a time, because they mostly wait
-# These begin first, so that none is left alone.
-long_windows_tests=(kit_judge_answers_test system_test kit_judge_test soak_test
-    kit_judge_life_test kit_scenario_test kit_host_test endings_test)
+# These begin first, so that none is left alone. The last of them need the most of the cores, so they
+# wait until the package's tests are nearly done.
+long_windows_tests=(system_test soak_test kit_judge_life_test endings_test
+    kit_judge_answers_test kit_judge_test kit_scenario_test kit_host_test)
 # Other commands run these at length.
 brief_endings=10
 brief_mutants=3
