@@ -67,8 +67,7 @@ inline void InitInFolderOfItsOwn() {
 class BusyLibrary {
 public:
     BusyLibrary() {
-        static const bool initialised = (InitInFolderOfItsOwn(), true);
-        benchmark::DoNotOptimize(initialised);
+        [[maybe_unused]] static const bool initialised = (InitInFolderOfItsOwn(), true);
         Manager().RegisterPLENXServiceObserver(&observer_);
     }
     ~BusyLibrary() { Manager().UnregisterPLENXServiceObserver(&observer_); }

@@ -59,7 +59,7 @@ inline std::size_t BytesInUse() {
 /// Joins the small pieces that were freed before. A contender that queues many jobs must find the
 /// heap in the same state, whoever has used it before.
 inline void TidyHeap() {
-    void* const large = std::malloc(std::size_t{1} << 20);
+    void* large = std::malloc(std::size_t{1} << 20);
     benchmark::DoNotOptimize(large);
     std::free(large);
 }
