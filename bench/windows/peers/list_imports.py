@@ -17,7 +17,8 @@ def imports(objdump, dll, left_out):
             taken = found[1].lower() not in left_out
         elif line.startswith("The Export Tables"):
             break
-        elif taken and (found := re.match(r"\s+[0-9a-f]+\s+\d+\s+(\w+)$", line)):
+        # The number is a hint in Debian 12, and an ordinal beside a hint in Debian 13.
+        elif taken and (found := re.match(r"\s+[0-9a-f]+\s+(?:\d+|<none>\s+[0-9a-f]+)\s+(\w+)$", line)):
             names.append(found[1])
     if not names:
         raise SystemExit(f"{objdump} shows no imports of {dll}")
