@@ -1,13 +1,14 @@
-// How the program ends.
+// How a host ends. A command line that cannot be used has the code of all commands.
 
 #ifndef PLENXKIT_HOST_EXIT_CODE_H
 #define PLENXKIT_HOST_EXIT_CODE_H
 
+#include "ending.h"
+
 namespace PlenxHost {
 
-constexpr int kAllHeld = 0;
-constexpr int kNotAllHeld = 1;
-constexpr int kWrongUsage = 2;
+constexpr int kAllHeld = PlenxKit::kAsExpected;
+constexpr int kNotAllHeld = PlenxKit::kFailed;
 constexpr int kTimedOut = 3;
 
 }  // namespace PlenxHost

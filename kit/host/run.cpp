@@ -104,7 +104,7 @@ int RunHost(const HostOptions& options, const PlenxKit::Streams& streams) {
         return RunSession(at);
     } catch (const ScriptError& error) {
         Complain(error.what(), at);
-        return kWrongUsage;
+        return PlenxKit::kWrongUsage;
     }
 }
 
