@@ -8,8 +8,12 @@ if(MSVC)
 endif()
 
 if(NOT PLENX_COVERAGE)
-  # The last option that fits counts, because the build folder may lie in the source folder.
+  # ccache gives the compiler paths relative to the build folder, which must end in the same names. The
+  # last option that fits counts, because the build folder may lie in the source folder.
+  file(RELATIVE_PATH relative_source ${CMAKE_BINARY_DIR} ${PROJECT_SOURCE_DIR})
   add_compile_options(
+    "$<$<COMPILE_LANG_AND_ID:CXX,GNU>:-ffile-prefix-map==/plenxsdk/build/;-ffile-prefix-map=/=/>"
+    -ffile-prefix-map=${relative_source}=/plenxsdk
     -ffile-prefix-map=${PROJECT_SOURCE_DIR}=/plenxsdk
     -ffile-prefix-map=${PROJECT_BINARY_DIR}=/plenxsdk/build)
 endif()

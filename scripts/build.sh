@@ -36,10 +36,8 @@ compile_windows() {
     configure "$windows_build" --toolchain "$root/cmake/mingw-w64-x86-64.cmake" \
         -DCMAKE_CXX_FLAGS_RELWITHDEBINFO="$windows_flags" \
         "${windows_options[@]}"
-    # ccache would write paths relative to its base folder into the symbols that are shipped. Two lanes
-    # of the tests may want this build.
-    step "build for Windows" flock "$windows_build" \
-        env -u CCACHE_BASEDIR ninja -C "$windows_build" "$@"
+    # Two lanes of the tests may want this build.
+    step "build for Windows" flock "$windows_build" ninja -C "$windows_build" "$@"
     step "add the run time" copy_run_time "$windows_build/bin"
 }
 
