@@ -39,7 +39,8 @@ command_stress() {
     show_each_test=true
     windows_jobs=1
     export PLENX_TEST_ENDINGS=$stress_endings PLENX_TEST_HOSTILE=$stress_messages
-    echo "  $stress_endings hosts that end in each way, then $stress_messages messages each way"
-    test_windows endings_test hostile_test
+    echo "  $stress_endings hosts that end in each way, then $stress_messages messages each way, then" \
+        "broken messages to every service that misbehaves"
+    test_windows endings_test hostile_test kit_judge_test kit_judge_answers_test
     close_results
 }

@@ -254,7 +254,7 @@ waiting_lane() {
     compile_windows all
     make_prefix_template
     in_lane package_lane
-    PLENX_TEST_ENDINGS=$brief_endings run_windows
+    PLENX_TEST_ENDINGS=$brief_endings PLENX_TEST_BRIEF_JUDGE=1 run_windows
     test_node_under_wine
     step "type at the host's prompt" test_terminal host/dialogue.py
     step "interrupt the judge" test_terminal judge/interrupted.py

@@ -7,8 +7,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstdlib>
 #include <set>
 #include <string>
+#include <string_view>
 
 #include "kit/judge/judgement.h"
 #include "support/child_process.h"
@@ -28,8 +31,25 @@ struct Misbehaviour {
 // The checks of how a program calls "Manager" mostly wait. They run only in rows that concern them.
 constexpr char kAllButManager[] =
     "--only serve,reply,create-group,delete-group,device-online,device-offline,name-changed,"
-    "recv-remote-message,set-string-config,set-int64-config,ping,text,flag,message,call,refuse,"
-    "notify,status-notify,send-local-message,update-windows-explore,explore-flush-notify";
+    "recv-remote-message,set-string-config,set-int64-config,ping,text,flag,notify,status-notify,"
+    "send-local-message,update-windows-explore,explore-flush-notify,message,call,refuse";
+constexpr std::string_view kBrokenMessages = ",message,call,refuse";
+
+// Several hundred broken messages take two thirds of a run. With PLENX_TEST_BRIEF_JUDGE set, only
+// the rows that such a message fails send them.
+inline std::string OptionsOf(const Misbehaviour& row) {
+    std::string options = row.options;
+    const bool failsBroken =
+        std::any_of(row.failed.begin(), row.failed.end(), [](const std::string& number) {
+            const std::string area = number.substr(0, number.find('/'));
+            return area == "message" || area == "call" || area == "refuse";
+        });
+    if (std::getenv("PLENX_TEST_BRIEF_JUDGE") != nullptr && options == kAllButManager &&
+        !failsBroken) {
+        options.resize(options.size() - kBrokenMessages.size());
+    }
+    return options;
+}
 
 inline std::string NameOfRow(const testing::TestParamInfo<Misbehaviour>& info) {
     return info.param.name;
@@ -40,8 +60,7 @@ protected:
     JudgeFolder folder;
 
     void ExpectTheChecksOfTheRowAndNoOther() const {
-        const Judgement judgement =
-            RunJudge("--strict " + std::string(GetParam().options) + " " + Console());
+        const Judgement judgement = RunJudge("--strict " + OptionsOf(GetParam()) + " " + Console());
         EXPECT_THAT(judgement.Failed(), testing::ElementsAreArray(GetParam().failed))
             << judgement.output;
         EXPECT_EQ(judgement.code, GetParam().failed.empty() ? 0 : 1) << judgement.output;
