@@ -41,24 +41,33 @@ command_package() {
     echo "What a stranger takes to a Windows machine is ${verify_zip#"$root"/}."
 }
 
-# Needs the programs and the docs. Fills package_dir with the folder, its ZIP and the ZIP's
-# checksum; names them in package_folder and package_zip. Fills bindings_dir with the packages of
-# the languages.
 make_package() {
+    make_sdk
+    make_bindings
+}
+
+# Needs the programs and the docs. Fills package_dir with the folder, its ZIP and the ZIP's
+# checksum; names them in package_folder and package_zip.
+make_sdk() {
     local name
     name=plenxsdk-$(project_version)-win64-mingw
     [ -z "${sign:-}" ] || name+=-signed
     package_folder=$package_dir/$name
     package_zip=$package_dir/$name.zip
-    bindings_dir=$package_dir/bindings${sign:+-signed}
-    rm -rf "$package_folder" "$package_zip" "$bindings_dir"
-    mkdir -p "$bindings_dir"
+    rm -rf "$package_folder" "$package_zip"
     step "fill the package" fill_package
     if [ -n "${sign:-}" ]; then
         step "sign the package" sign_package
     fi
     step "write the checksums" write_checksums
     step "pack it" write_zip "$package_folder"
+}
+
+# Needs the folder of the package. Fills bindings_dir with the packages of the languages.
+make_bindings() {
+    bindings_dir=$package_dir/bindings${sign:+-signed}
+    rm -rf "$bindings_dir"
+    mkdir -p "$bindings_dir"
     make_wheel
     make_nupkg
     make_recipes
@@ -164,7 +173,7 @@ write_zip() {
     local name
     name=$(basename "$1")
     find "$1" -exec touch -d "@$(time_of_sources)" {} +
-    (cd "$package_dir" && find "$name" -type f | LC_ALL=C sort | TZ=UTC zip -X -q -9 -@ "$1.zip" &&
+    (cd "$package_dir" && find "$name" -type f | LC_ALL=C sort | TZ=UTC zip -X -q -@ "$1.zip" &&
         sha256sum "$name.zip" >"$1.zip.sha256")
 }
 
@@ -240,13 +249,13 @@ test_package() {
     compile_windows product
     fetch_windows_dotnet
     make_package
-    local plain=$package_zip plain_bindings=$bindings_dir
+    local plain=$package_zip
     sign=test
-    make_package
+    make_sdk
     make_prefix_template
     prefix=$(new_prefix package)
     WINEPREFIX=$prefix PLENX_PACKAGE=$plain PLENX_SIGNED_PACKAGE=$package_zip \
-        PLENX_BINDINGS=$plain_bindings PLENX_WINDOWS_DOTNET=$windows_dotnet_dir \
+        PLENX_BINDINGS=$bindings_dir PLENX_WINDOWS_DOTNET=$windows_dotnet_dir \
         PLENX_NODE_MODULES=$node_dir/node_modules \
         PLENX_TEST_CERTIFICATE=$package_dir/test-certificate.pem \
         PYTHONDONTWRITEBYTECODE=1 timeout 900 pytest-3 -q -p no:cacheprovider "$root/tests/package" \
