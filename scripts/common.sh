@@ -10,14 +10,18 @@ fail() {
 }
 
 # step TEXT COMMAND...: runs the command with its output in build/log. Prints one line, and the end of
-# the output if the command fails.
+# the output if the command fails. A function runs in a subshell, and ends with its first command that
+# fails, which it would not do as part of '||' or 'if'.
 step() {
     local text=$1
     shift
-    local log start status=0
+    local log start status
     log=$log_dir/$(echo "$text" | tr -c 'a-zA-Z0-9\n' '-').log
     start=$SECONDS
-    "$@" >"$log" 2>&1 </dev/null || status=$?
+    set +e
+    (set -e; "$@") >"$log" 2>&1 </dev/null
+    status=$?
+    set -e
     if [ $status -ne 0 ]; then
         echo "  The step '$text' has failed. Its output ends with:" >&2
         tail -n 40 "$log" >&2

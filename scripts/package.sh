@@ -56,9 +56,11 @@ make_sdk() {
     package_zip=$package_dir/$name.zip
     rm -rf "$package_folder" "$package_zip"
     step "fill the package" fill_package
-    if [ -n "${sign:-}" ]; then
-        step "sign the package" sign_package
+    if [ "${sign:-}" = test ]; then
+        step "make a certificate for tests" make_test_certificate
+        sign=$package_dir/test-certificate.pfx password=$package_dir/test-certificate.password
     fi
+    [ -z "${sign:-}" ] || step "sign the package" sign_package
     step "write the checksums" write_checksums
     step "pack it" write_zip "$package_folder"
 }
@@ -126,10 +128,6 @@ copy_licenses() {
 
 # A time server is asked only when one is named; without it a signature ends with its certificate.
 sign_package() {
-    if [ "$sign" = test ]; then
-        make_test_certificate
-        sign=$package_dir/test-certificate.pfx password=$package_dir/test-certificate.password
-    fi
     local file
     for file in $(our_binaries); do
         sign_file "$package_folder/bin/$file"
