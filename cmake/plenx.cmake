@@ -134,13 +134,13 @@ function(plenx_export_marked_only target)
 endfunction()
 
 # plenx_generated_sources(<target>): its sources come from the IDL compiler. They use structured
-# exceptions, and nobody can mend warnings in them.
+# exceptions, nobody can mend warnings in them, and nobody steps through them.
 function(plenx_generated_sources target)
   target_compile_definitions(${target} PRIVATE USE_COMPILER_EXCEPTIONS)
   if(MSVC)
     target_compile_options(${target} PRIVATE /w)
   else()
-    target_compile_options(${target} PRIVATE -w -fms-extensions)
+    target_compile_options(${target} PRIVATE -w -fms-extensions -g0)
   endif()
 endfunction()
 
