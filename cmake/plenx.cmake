@@ -49,9 +49,10 @@ set(PLENX_HEADERS ${headers} CACHE PATH "Holds the folders of header-only packag
 
 # plenx_system_headers(<target> <package>...): offers single header-only packages of the
 # system to a target. The system's include folder itself must not be used in a cross-build:
-# it would bring the Linux headers along.
+# it would bring the Linux headers along. Of two names of a system header g++ puts the shorter one into
+# the symbols, and that must be the package's own, even with paths relative to the build folder.
 function(plenx_system_headers target)
-  set(folder ${PROJECT_BINARY_DIR}/system-headers)
+  set(folder ${PROJECT_BINARY_DIR}/header-only-packages-of-the-system)
   file(MAKE_DIRECTORY ${folder})
   foreach(package IN LISTS ARGN)
     set(place ${PLENX_HEADERS}/${package})

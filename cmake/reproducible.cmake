@@ -8,14 +8,12 @@ if(MSVC)
 endif()
 
 if(NOT PLENX_COVERAGE)
-  # ccache gives the compiler paths relative to the build folder, which must end in the same names. Of a
-  # system header g++ would take the shorter name, which depends on that. The last option that fits
-  # counts, because the build folder may lie in the source folder.
+  # ccache gives the compiler paths relative to the build folder, which must end in the same names. The
+  # last option that fits counts, because the build folder may lie in the source folder.
   cmake_path(RELATIVE_PATH PROJECT_SOURCE_DIR BASE_DIRECTORY "${CMAKE_BINARY_DIR}"
     OUTPUT_VARIABLE relative_source)
   add_compile_options(
     "$<$<COMPILE_LANG_AND_ID:CXX,GNU>:-ffile-prefix-map==/plenxsdk/build/;-ffile-prefix-map=/=/>"
-    $<$<COMPILE_LANG_AND_ID:CXX,GNU>:-fno-canonical-system-headers>
     -ffile-prefix-map=${relative_source}=/plenxsdk
     -ffile-prefix-map=${PROJECT_SOURCE_DIR}=/plenxsdk
     -ffile-prefix-map=${PROJECT_BINARY_DIR}=/plenxsdk/build)

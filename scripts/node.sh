@@ -75,6 +75,7 @@ test_node_under_wine() {
 new_node_prefix() {
     local prefix
     prefix=$(new_prefix "$1")
+    keep_wine_up "$prefix"
     WINEPREFIX=$prefix wine reg add 'HKCU\Software\Wine' /v Version /d win10 /f >/dev/null 2>&1
     echo "$prefix"
 }

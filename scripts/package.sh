@@ -252,6 +252,7 @@ test_package() {
     make_sdk
     make_prefix_template
     prefix=$(new_prefix package)
+    keep_wine_up "$prefix"
     WINEPREFIX=$prefix PLENX_PACKAGE=$plain PLENX_SIGNED_PACKAGE=$package_zip \
         PLENX_BINDINGS=$bindings_dir PLENX_WINDOWS_DOTNET=$windows_dotnet_dir \
         PLENX_NODE_MODULES=$node_dir/node_modules \
@@ -270,6 +271,7 @@ test_verify() {
     make_verify_package
     make_prefix_template
     prefix=$(new_prefix verify)
+    keep_wine_up "$prefix"
     WINEPREFIX=$prefix PLENX_VERIFY_PACKAGE=$verify_zip PYTHONDONTWRITEBYTECODE=1 timeout 900 \
         pytest-3 -q -p no:cacheprovider "$root/tests/verify" -o python_files='*_test.py' \
         --junitxml="$results_dir/verify.xml" >"$log" 2>&1 </dev/null || status=$?

@@ -189,6 +189,7 @@ run_windows_test() {
 test_terminal() {
     local prefix status=0
     prefix=$(new_prefix terminal)
+    keep_wine_up "$prefix"
     PYTHONPATH=tests/windows/kit PYTHONDONTWRITEBYTECODE=1 timeout -k 10 $windows_test_seconds \
         python3 "tests/windows/kit/$1" "$windows_build/bin" "$prefix" || status=$?
     drop_prefix "$prefix"

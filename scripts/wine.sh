@@ -38,3 +38,11 @@ drop_prefix() {
         rm -rf "$1"
     fi
 }
+
+# keep_wine_up PREFIX: lets Wine stay up for a minute after a command, until drop_prefix, because its start
+# takes eight times as long as a small command. It must come before the first command, whose output would
+# have no end as long as Wine is up.
+keep_wine_up() {
+    WINEPREFIX=$1 wineserver -p60
+    WINEPREFIX=$1 wine cmd /c exit
+} >/dev/null 2>&1 </dev/null
