@@ -62,10 +62,15 @@ int InitAndFree(const std::string& install, const std::string& data) {
     return WaitForEngine(library) ? 13 : kNotReached;
 }
 
+// The engine answers before the worker has quite left its job, and nothing outside shows when it
+// has.
 int Idle(const std::string& install, const std::string& data) {
+    constexpr DWORD kUntilItIsIdle = 50;
     Library library;
     library.Init(install, data);
-    return WaitForEngine(library) ? 14 : kNotReached;
+    const bool answers = WaitForEngine(library);
+    Sleep(kUntilItIsIdle);
+    return answers ? 14 : kNotReached;
 }
 
 int ReturnAtOnce(const std::string& install, const std::string& data) {
