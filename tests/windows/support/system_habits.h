@@ -80,12 +80,6 @@ inline constexpr Habit kElevation{"rights of a test", "elevated", "elevated", "a
                                   PLENX_LEARN
                                   "windows/win32/secauthz/running-with-special-privileges"};
 
-// Wine ends the other threads first, and may leave locked what one of them had locked in Wine
-// itself.
-inline constexpr Habit kEndOfABusyProcess{
-    "end of a process whose threads are busy", "comes", "comes|hangs", "comes|hangs",
-    PLENX_LEARN "windows/win32/api/processthreadsapi/nf-processthreadsapi-exitprocess"};
-
 // Local RPC. The codes are statuses or exceptions, and 0 is success.
 inline constexpr Habit kTakenEndpoint{
     "code of serving an endpoint that another process serves", "1740", "0", "0",

@@ -4,12 +4,10 @@
 
 #include <fstream>
 #include <iostream>
-#include <optional>
 
 #include "support/child_process.h"
 #include "support/install_folder.h"
 #include "support/service_state.h"
-#include "support/system_habits.h"
 #include "support/test_folder.h"
 #include "support/wide_text.h"
 
@@ -20,7 +18,6 @@ namespace fs = std::filesystem;
 
 DWORD longestTest = 0;
 constexpr int kSkipped = 77;
-constexpr char kPassed[] = "passed";
 constexpr wchar_t kChildMark[] = L"PLENX_SYSTEM_TEST_CHILD";
 const fs::path kLogFolder = TestFolder() / L"plenx-system-logs";
 const fs::path kInstallFolder = TestFolder() / L"plenx-system";
@@ -43,23 +40,18 @@ void LeaveProperties() {
     const testing::TestResult& result =
         *testing::UnitTest::GetInstance()->current_test_info()->result();
     std::ofstream file(PropertyFile());
-    file << (result.Passed() ? kPassed : "") << '\n';
     for (int i = 0; i != result.test_property_count(); ++i) {
         const testing::TestProperty& property = result.GetTestProperty(i);
         file << property.key() << '\n' << property.value() << '\n';
     }
 }
 
-// Returns whether the test was over and had passed, however the child ended then.
-bool TakeProperties() {
+void TakeProperties() {
     std::ifstream file(PropertyFile());
-    std::string outcome;
-    std::getline(file, outcome);
     std::string value;
     for (std::string key; std::getline(file, key) && std::getline(file, value);) {
         testing::Test::RecordProperty(key, value);
     }
-    return outcome == kPassed;
 }
 
 void PrintTail(const char* title, const fs::path& file) {
@@ -75,30 +67,6 @@ void CleanUp() {
     }
     RemoveService(L"Dokan1");
     RemoveFolder(kInstallFolder);
-}
-
-struct Outcome {
-    std::optional<DWORD> code;  // nothing when the child had to be ended
-    bool hasPassed = false;
-};
-
-Outcome RunOnce() {
-    fs::create_directories(kLogFolder);
-    fs::remove(LibraryLogFile());
-    fs::remove(ServiceLogFile());
-    fs::remove(PropertyFile());
-    SetEnvironmentVariableW(kChildMark, L"1");
-    for (const wchar_t* const shard : {L"GTEST_TOTAL_SHARDS", L"GTEST_SHARD_INDEX"}) {
-        SetEnvironmentVariableW(shard, nullptr);  // the child has a single test
-    }
-    SetEnvironmentVariableW(L"PLENX_LOG_FILE", LibraryLogFile().c_str());
-    const std::string filter = "--gtest_brief=1 --gtest_filter=" + RunningTest();
-    ChildProcess child(ChildProcess::Self(PlenxSupport::ToWide(filter)));
-    SetEnvironmentVariableW(kChildMark, nullptr);
-    const auto code = child.WaitForExit(longestTest);
-    child.Kill();
-    CleanUp();
-    return {code, TakeProperties()};
 }
 
 }  // namespace
@@ -121,13 +89,22 @@ void InOwnProcess::TestBody() {
 }
 
 void InOwnProcess::RunChild() {
-    Outcome outcome = RunOnce();
-    // The tests of endings judge how a host ends. This one has passed already.
-    if (!outcome.code && outcome.hasPassed) {
-        EXPECT_TRUE(Shows(Habits::kEndOfABusyProcess, "hangs"));
-        outcome = RunOnce();
+    fs::create_directories(kLogFolder);
+    fs::remove(LibraryLogFile());
+    fs::remove(ServiceLogFile());
+    fs::remove(PropertyFile());
+    SetEnvironmentVariableW(kChildMark, L"1");
+    for (const wchar_t* const shard : {L"GTEST_TOTAL_SHARDS", L"GTEST_SHARD_INDEX"}) {
+        SetEnvironmentVariableW(shard, nullptr);  // the child has a single test
     }
-    const auto code = outcome.code;
+    SetEnvironmentVariableW(L"PLENX_LOG_FILE", LibraryLogFile().c_str());
+    const std::string filter = "--gtest_brief=1 --gtest_filter=" + RunningTest();
+    ChildProcess child(ChildProcess::Self(PlenxSupport::ToWide(filter)));
+    SetEnvironmentVariableW(kChildMark, nullptr);
+    const auto code = child.WaitForExit(longestTest);
+    child.Kill();
+    CleanUp();
+    TakeProperties();
     if (code == DWORD{kSkipped}) {
         GTEST_SKIP() << "see the output of the child";
     }

@@ -28,21 +28,8 @@ class Place {
     );
   }
 
-  /**
-   * Runs a program to its end. Wine ends the other threads of a process first, and may leave locked
-   * what one of them had locked in Wine itself; a program that hung so after its exit event runs again.
-   */
+  /** Runs a program to its end. */
   async run(program, ...words) {
-    const end = await this.runOnce(program, words);
-    if (end.status !== null || !end.lines.some((line) => line.startsWith('exit '))) {
-      return end;
-    }
-    console.log(`# ${path.basename(this.folder)} hung at its end, and runs again`);
-    return this.runOnce(program, words);
-  }
-
-  /** Status null: the program had to be ended. */
-  async runOnce(program, words) {
     const output = path.join(this.folder, 'output.txt');
     const file = fs.openSync(output, 'w');
     const child = spawn('wine', [nodeExe, windowsPath(program), ...words], {
