@@ -32,7 +32,8 @@ endforeach()
 # Visual C++ has more warnings at level 4 than clang.
 string(CONCAT check "-fmsc-version=1944 /X -nobuiltininc${headers} /FI${CMAKE_CURRENT_LIST_DIR}/gnu_words.h /FIgaps.h /WX -Wno-pragma-pack"
   " -Wmicrosoft -Wshorten-64-to-32 -Wimplicit-int-conversion -Wsign-compare"
-  " -D_UCRT -D_MSVCR_VER=140 -DWINE_UNICODE_NATIVE -D__MINGW_EXTENSION="
+  " -D_UCRT -D_MSVCR_VER=140 -DWINE_UNICODE_NATIVE -DWINE_NO_STRICT_PROTOTYPES"
+  " -D__MINGW_EXTENSION="
   " -D_LIBCPP_NO_VCRUNTIME -D_LIBCPP_DISABLE_DEPRECATION_WARNINGS")
 file(STRINGS /usr/include/wine/wine/msvcrt/time.h has_new_times REGEX "struct timespec$")
 if(has_new_times)
