@@ -65,8 +65,9 @@ make_visual_cpp_headers() {
 
 configure_visual_cpp() {
     [ -e "$visual_cpp_build/headers/winnt.h" ] || make_visual_cpp_headers
-    [ -e "$visual_cpp_build/build.ninja" ] ||
-        cmake -G Ninja -S "$root" -B "$visual_cpp_build" --toolchain "$root/cmake/visual-cpp/check.cmake" \
+    # CMake reads the flags of a tool chain only once.
+    [ "$visual_cpp_build/build.ninja" -nt cmake/visual-cpp/check.cmake ] ||
+        cmake --fresh -G Ninja -S "$root" -B "$visual_cpp_build" --toolchain "$root/cmake/visual-cpp/check.cmake" \
             -DPLENX_CHECK_HEADERS="$visual_cpp_build/headers" \
             -DCMAKE_BUILD_TYPE=RelWithDebInfo
 }
