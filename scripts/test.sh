@@ -92,29 +92,34 @@ check_public_header() {
     g++ -std=c++98 -Wall -Wextra -Wpedantic -Werror -fsyntax-only -x c++ include/plenxsdk/plenx.h
 }
 
-# run_native FLAVOUR [CTEST-ARGUMENT...]
+# run_native FLAVOUR [CTEST-ARGUMENT...]: runs what ctest selects, or otherwise everything once. Some
+# programs run whole: to ctest they are one test, and their own files have the counts.
 run_native() {
     local name=native-$1 status=0
-    local log=$log_dir/$name-tests.txt
+    local log=$log_dir/$name-tests.txt programs=$build_dir/native-$1/programs
+    local -a counts
     shift
+    [ $# -gt 0 ] || set -- -LE '\.single$'
     forget_counts "$build_dir/$name"
+    rm -rf "$programs"
     # ThreadSanitizer would wait a second at each end of a process that still has threads, and the
     # tests of such ends are many.
     (cd "$build_dir/$name" && TSAN_OPTIONS=atexit_sleep_ms=0 ctest -j"$(nproc)" --output-on-failure \
         --output-junit "$results_dir/$name.xml" "$@") >"$log" 2>&1 </dev/null || status=$?
-    report "$name" "native tests, ${name#native-}" $status "$log"
+    mapfile -t counts < <(find "$programs" -name '*.xml' 2>/dev/null)
+    report "$name" "native tests, ${name#native-}" $status "$log" "${counts[@]}"
 }
 
-# report NAME TEXT STATUS LOG: prints the count of a run, and its failures. A run that failed
-# without a failed test (it crashed, or ended badly) counts as one failure more.
+# report NAME TEXT STATUS LOG [COUNTS...]: prints the count of a run, and its failures. A run that
+# failed without a failed test (it crashed, or ended badly) counts as one failure more.
 report() {
     local xml=$results_dir/$1.xml passed=0 failed=0 skipped=0
     if [ -e "$xml" ]; then
-        read -r passed failed skipped < <(count_results "$xml")
+        read -r passed failed skipped < <(count_results "$xml" "${@:5}")
     fi
     if [ "$3" -ne 0 ]; then
         echo "  $2 failed (exit code $3):"
-        grep -aE "$failure_lines" "$4" | head -n 40 || true
+        grep -aE "$failure_lines" "$4" | grep -avE ' Passed +[0-9]' | head -n 40 || true
         echo "  (${4#"$root"/} has the whole output)"
         [ "$failed" -ne 0 ] || failed=1
     fi
@@ -196,8 +201,9 @@ test_terminal() {
     return $status
 }
 
-# count_results FILE: prints "passed failed skipped". The head of a JUnit file has these counts.
-# GoogleTest does not count skipped tests, but marks them.
+# count_results FILE [COUNTS...]: prints "passed failed skipped". The head of a JUnit file has
+# these counts. GoogleTest does not count skipped tests, but marks them. The first file counts each
+# program that has a file of its own as one test.
 count_results() {
     awk -v RS='>' '
         function attribute(name) {
@@ -208,14 +214,15 @@ count_results() {
             }
             return 0
         }
-        /<testsuites?[ \n]/ && !head {
-            head = 1
-            tests = attribute("tests")
-            failed = attribute("failures") + attribute("errors")
-            skipped = attribute("skipped") + attribute("disabled")
+        /<testsuites?[ \n]/ && !head[FILENAME]++ {
+            bad = attribute("failures") + attribute("errors")
+            good = attribute("tests") - bad
+            unrun = attribute("skipped") + attribute("disabled")
+            if (NR != FNR) { if (bad > 0) { bad -= 1 } else { good -= 1 } }
+            passed += good - unrun; failed += bad; skipped += unrun
         }
-        /<testcase[ \n]/ && /result="skipped"/ { skipped += 1 }
-        END { print tests - failed - skipped, failed + 0, skipped + 0 }' "$1"
+        /<testcase[ \n]/ && /result="skipped"/ { passed -= 1; skipped += 1 }
+        END { print passed + 0, failed + 0, skipped + 0 }' "$@"
 }
 
 check_sources() {
@@ -306,8 +313,8 @@ folders_with() {
 
 one_native() {
     local folder found=false
-    local -a which=(-R "${1//./\\.}")
-    [[ $1 != *_test ]] || which=(-L "^$1\$")
+    local -a which=(-R "${1//./\\.}" -LE '^program$')
+    [[ $1 != *_test ]] || which=(-L "^$1(\\.single)?\$")
     for folder in $(folders_with "$2" tests/unit tests/both_worlds); do
         folder=${folder/#tests\/both_worlds/tests\/unit\/both_worlds}
         need_packages "${native_packages[@]}"
@@ -315,7 +322,7 @@ one_native() {
         step "build $folder" ninja -C "$build_dir/native-plain" "$folder/all"
         found=true
     done
-    if $found && (cd "$build_dir/native-plain" && ctest -N "${which[@]}") | grep -q 'Test *#[0-9]'; then
+    if $found && (cd "$build_dir/native-plain" && ctest -N "${which[@]}" 2>/dev/null) | grep -q 'Test *#[0-9]'; then
         run_native plain "${which[@]}"
     fi
 }

@@ -27,6 +27,11 @@ bool IsReady(const std::future<T>& future) {
     return future.wait_for(kDeadline) == std::future_status::ready;
 }
 
+int PoolsToDestroy() {
+    const char* const wanted = std::getenv("PLENX_TEST_POOLS");
+    return wanted != nullptr ? std::stoi(wanted) : 1500;
+}
+
 // A job that runs until the test releases it.
 class HeldJob {
 public:
@@ -311,16 +316,15 @@ TEST(ThreadPool, DestroyedByItsOwnJobJoinsTheOtherWorkersAllTheSame) {
     EXPECT_TRUE(failing.get());
 }
 
+// After a lost wake-up the destructor would wait for ever for a sleeping worker.
 TEST(ThreadPool, IdlePoolsAreDestroyedWithoutALostWakeUp) {
-    for (int i = 0; i != 3000; ++i) {
+    for (int i = 0, pools = PoolsToDestroy(); i != pools; ++i) {
         ThreadPool pool(2);
     }
 }
 
-// After a lost wake-up the destructor would wait for ever for a sleeping worker.
 TEST(ThreadPool, PoolsAreDestroyedWithJobsInFlightWithoutALostWakeUp) {
-    const char* const wanted = std::getenv("PLENX_TEST_POOLS");
-    const int pools = wanted != nullptr ? std::stoi(wanted) : 1500;
+    const int pools = PoolsToDestroy();
     std::atomic<int> ran{0};
     int queued = 0;
     for (int i = 0; i != pools; ++i) {

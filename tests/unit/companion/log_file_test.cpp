@@ -2,7 +2,9 @@
 
 #include <gmock/gmock.h>
 
+#include <chrono>
 #include <string>
+#include <thread>
 
 #include "temporary_folder.h"
 
@@ -129,6 +131,7 @@ TEST(LogFileTest, FileThatCouldNotBeOpened_IsTriedAgainLater) {
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
     while (!std::filesystem::exists(folder / "a.log")) {
         ASSERT_LT(std::chrono::steady_clock::now(), deadline);
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
         file.Write("found");
     }
     EXPECT_EQ(OnlyText(folder / "a.log"), "found");

@@ -21,7 +21,7 @@ constexpr char kImpatient[] = "--patience 1";
 constexpr char kSoak[] = "--soak 2 --only soak";
 
 const Misbehaviour kMisbehaviours[] = {
-    {"none", "title = \"honest\"\n", {}},
+    {kHonest, "title = \"honest\"\n", {}},
     {"no_reply", "[[on]]\nreply = \"empty\"\n", {"reply/1"}, kAllButManager},
     {"garbage", "[[on]]\nreply = \"garbage\"\n", {"reply/2"}, kAllButManager},
     {"short",
