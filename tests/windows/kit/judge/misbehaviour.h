@@ -46,7 +46,7 @@ inline bool IsFailedByABrokenMessage(const Misbehaviour& row) {
 // Several hundred broken messages take two thirds of a run. With PLENX_TEST_BRIEF_JUDGE set, they
 // go only to the honest program and to those that are to fail at one.
 inline std::string OptionsOf(const Misbehaviour& row) {
-    const std::string options = row.options;
+    std::string options = row.options;
     if (std::getenv("PLENX_TEST_BRIEF_JUDGE") == nullptr || std::string_view(row.name) == kHonest ||
         IsFailedByABrokenMessage(row)) {
         return options;
