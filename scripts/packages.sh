@@ -32,12 +32,8 @@ become_root() {
 }
 
 need_packages() {
-    local package missing=()
-    for package in "$@"; do
-        if [ "$(dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null)" != installed ]; then
-            missing+=("$package")
-        fi
-    done
+    local -a missing
+    mapfile -t missing < <(printf '%s\n' "$@" | sort -u | comm -23 - <(installed_packages "$@"))
     if [ ${#missing[@]} -eq 0 ]; then
         return
     fi
@@ -49,4 +45,10 @@ need_packages() {
     # The step names only their number, because many names are too long for the name of a log.
     step "install ${#missing[@]} packages" \
         "${apt[@]}" install -y --no-install-recommends "${missing[@]}"
+}
+
+# installed_packages PACKAGE...: prints those that are installed, sorted.
+installed_packages() {
+    dpkg-query -W -f '${db:Status-Status} ${Package}\n' "$@" 2>/dev/null |
+        sed -n 's/^installed //p' | sort -u
 }
