@@ -43,7 +43,7 @@
 /// **Notifications** reach the host in one of two ways. A *queue* holds them until plenx_queue_next
 /// takes them, on any thread of the host. Choose a queue in a language whose functions must not be
 /// called on foreign threads, such as Go, Node or Python. An *observer* is a set of functions that
-/// the library calls on its own threads; it suits C and C++. A host may have several of both. Open
+/// the library calls on its own threads; it suits C and C++. A host may have several of each. Open
 /// them before plenx_init, or the host misses early notifications.
 ///
 /// **Threads.** A host may call every function on any thread at any time. Notifications never
@@ -131,7 +131,7 @@
 
 /// The office service, which the companion library runs. These four numbers name the service that
 /// an operation addresses. Every operation accepts any other number too, logs it and otherwise
-/// ignores it; but a plenx_stop of such a number may still bring the status PLENX_STATUS_STOP of
+/// ignores it; but a plenx_stop with such a number may still cause the status PLENX_STATUS_STOP of
 /// service 3.
 #define PLENX_OFFICE 0u
 /// The Windows service "PlenxPcSvc".
@@ -149,8 +149,8 @@
 #define PLENX_KEY_LOCALE 1u
 /// The key of another integer setting, which is 0 by default.
 #define PLENX_KEY_INTEGER_2 2u
-/// A question for plenx_get_int64, which cannot be set: the answer is 1 while the service is not
-/// running, else 0.
+/// A question for plenx_get_int64, not a setting. The answer is 1 while the service is not running,
+/// else 0.
 #define PLENX_KEY_NOT_RUNNING 5u
 
 /// A start has ended; value says whether it succeeded.
@@ -161,8 +161,8 @@
 /// With service 3 and value 1, this status is a signal of its own: everything is stopped. The
 /// library keeps two marks for it, one for the office and one for the PC. A start of the office
 /// service sets the office mark and a start of service 3 sets both, whether or not the start
-/// succeeds; a stop of the same number clears what that start sets. The signal follows each stop,
-/// of any number, after which no mark is set. A start of the PC or phone service alone sets no
+/// succeeds; a stop of the same number clears what that start sets. Every stop, of any number, ends
+/// with the signal if no mark is set by then. A start of the PC or phone service alone sets no
 /// mark, so the signal does not say whether one of them still runs.
 #define PLENX_STATUS_STOP 1
 /// For the office service: a remote device came online, and value says whether that succeeded. For
@@ -214,10 +214,10 @@ PLENX_API uint32_t PLENX_CALL plenx_abi(void);
 /// @return 0, or PLENX_E_ABI when the header is newer than the DLL.
 PLENX_API plenx_result PLENX_CALL plenx_open(uint32_t header_abi);
 
-/// Tells in words which failure of this layer came last on the calling thread: a sentence that
-/// begins with the function's name. The sentence stays until the next failure on this thread; a
-/// call that succeeds leaves it, and so does this one itself. A language that moves its work
-/// between threads may not find the sentence again; use plenx_result_text there.
+/// Gives the last failure of this layer on the calling thread as a sentence, which begins with the
+/// function's name. The sentence stays until the next failure on this thread. Neither a call that
+/// succeeds nor this function itself changes it. A language that moves its work between threads may
+/// not find the sentence again; use plenx_result_text there.
 /// @param text      The buffer; null only with capacity 0. It receives the empty text when nothing
 ///                  has failed on this thread.
 /// @param capacity  The size of the buffer in bytes.
@@ -227,7 +227,7 @@ PLENX_API plenx_result PLENX_CALL plenx_last_error(char* text, size_t capacity, 
 
 /// Gives a sentence for a result. The text is constant and must not be freed. Any thread may ask.
 /// @param result  Any number.
-/// @return A sentence, never null; a number that is no result has a sentence that says so.
+/// @return A sentence, never null; a number that is not a result has a sentence that says so.
 PLENX_API const char* PLENX_CALL plenx_result_text(plenx_result result);
 
 /// Makes the library ready. It creates the companion object on the caller's thread and queues a job
@@ -241,9 +241,10 @@ PLENX_API const char* PLENX_CALL plenx_result_text(plenx_result result);
 ///                     folders under `res\plenx\icon`. Only administrators may have write access to
 ///                     it and to its "upgrade" folder. Its path should be ASCII and free of blanks.
 /// @param install_len  The length of the path in bytes.
-/// @param data         The data folder, which must exist, without a trailing backslash and without
-///                     a NUL, not empty. Its sub-folder "plenx" is DELETED with everything in it,
-///                     and so are "plenx0" to "plenx99" as far as they are needed.
+/// @param data         The data folder, which must exist. Its path must not be empty, must not end
+///                     with a backslash and must not contain a NUL. The sub-folder "plenx" is
+///                     DELETED with everything in it, and so are "plenx0" to "plenx99" as far as
+///                     they are needed.
 /// @param data_len     The length of the path in bytes.
 /// @param third        A text for the companion library only.
 /// @param third_len    The length of that text in bytes.
@@ -263,8 +264,8 @@ PLENX_API plenx_result PLENX_CALL plenx_destroy(void);
 /// Tells, on the caller's thread, whether a service is running: PLENX_KEY_NOT_RUNNING is the only
 /// key that has an answer, and settings cannot be read back. A service that is starting or stopping
 /// counts as running; one that cannot be asked does not. The call waits while the job of the first
-/// plenx_init is running, but not for its beginning: right after plenx_init, and before it, the
-/// answer is 0.
+/// plenx_init is running, but it does not wait for that job to begin: before plenx_init, and right
+/// after it, the answer is 0.
 /// @param service  PLENX_PC, PLENX_PHONE, or PLENX_COMBINED, which asks about the driver.
 /// @param key      PLENX_KEY_NOT_RUNNING. For every other key the answer is 0.
 /// @param value    Receives the answer: 1 while the service is not running, else 0.
@@ -284,7 +285,7 @@ PLENX_API plenx_result PLENX_CALL plenx_get_string(uint32_t service, uint32_t ke
 
 /// Queues a change of an integer setting. The service receives the value at its next start, and at
 /// every later one. A plenx_start that is called after this call counts as the next one. The value
-/// stays until the process ends. A change that is made before plenx_init is lost without a word.
+/// stays until the process ends. A change that is made before plenx_init is silently lost.
 /// @param service  PLENX_PC, PLENX_PHONE, or PLENX_COMBINED for both.
 /// @param key      A key that the service does not have is ignored.
 /// @param value    The service gets it unchanged.
@@ -328,11 +329,11 @@ PLENX_API plenx_result PLENX_CALL plenx_start(uint32_t service, const char* grou
 PLENX_API plenx_result PLENX_CALL plenx_stop(uint32_t service, const char* group, size_t group_len);
 
 /// Queues the news that the local device is online. If the PC or phone service does not take it,
-/// PLENX_STATUS_ONLINE comes with value 0; if it does, no notification comes. The office service
-/// never brings one.
+/// PLENX_STATUS_ONLINE comes with value 0; if it does, no notification comes. For the office
+/// service no notification ever comes.
 ///
-/// With PLENX_COMBINED only the office service hears of the device, and PLENX_STATUS_ONLINE of
-/// service 3 comes with value 0 for the rest. Call it for PLENX_PC as well.
+/// With PLENX_COMBINED only the office service hears of the device, and PLENX_STATUS_ONLINE comes
+/// with service 3 and value 0 for the rest. Call this function for PLENX_PC as well.
 /// @param service     PLENX_OFFICE to PLENX_COMBINED.
 /// @param group       The name of the group, not empty.
 /// @param group_len   The length of the name in bytes.
@@ -347,9 +348,9 @@ PLENX_API plenx_result PLENX_CALL plenx_local_device_online(uint32_t service, co
                                                             size_t device_len, const void* data,
                                                             uint64_t size);
 
-/// Queues the news that a remote device is online. The outcome of the office service comes as
-/// PLENX_STATUS_ONLINE. Of the PC and phone services only a failure comes, with the same status and
-/// value 0.
+/// Queues the news that a remote device is online. The outcome for the office service comes as
+/// PLENX_STATUS_ONLINE. For the PC and phone services only a failure is reported, with the same
+/// status and value 0.
 /// @param service     PLENX_OFFICE to PLENX_COMBINED.
 /// @param group       The name of the group, not empty.
 /// @param group_len   The length of the name in bytes.
@@ -360,9 +361,9 @@ PLENX_API plenx_result PLENX_CALL plenx_remote_device_online(uint32_t service, c
                                                              size_t group_len, const char* device,
                                                              size_t device_len);
 
-/// Queues the news that the local device goes offline, and why. The outcome of the office service
-/// comes as PLENX_STATUS_OFFLINE. Of the PC and phone services only a failure comes, with the same
-/// status and value 0.
+/// Queues the news that the local device goes offline, and why. The outcome for the office service
+/// comes as PLENX_STATUS_OFFLINE. For the PC and phone services only a failure is reported, with
+/// the same status and value 0.
 /// @param service     PLENX_OFFICE to PLENX_COMBINED.
 /// @param group       The name of the group, not empty.
 /// @param group_len   The length of the name in bytes.
@@ -376,7 +377,7 @@ PLENX_API plenx_result PLENX_CALL plenx_local_device_offline(uint32_t service, c
                                                              size_t device_len, int32_t trigger);
 
 /// Queues the news that a remote device goes offline, and why. A failure of the PC or phone service
-/// comes as PLENX_STATUS_OFFLINE with value 0; the office service brings no notification.
+/// comes as PLENX_STATUS_OFFLINE with value 0; for the office service no notification comes.
 /// @param service     PLENX_OFFICE to PLENX_COMBINED.
 /// @param group       The name of the group, not empty.
 /// @param group_len   The length of the name in bytes.
@@ -389,15 +390,15 @@ PLENX_API plenx_result PLENX_CALL plenx_remote_device_offline(uint32_t service, 
                                                               size_t group_len, const char* device,
                                                               size_t device_len, int32_t trigger);
 
-/// Queues the news, for the PC service, that this device has a new name. No notification tells the
-/// outcome.
+/// Queues the news, for the PC service, that this device has a new name. No notification reports
+/// the outcome.
 /// @param name      The new name, not empty.
 /// @param name_len  The length of the name in bytes.
 /// @return 0, or PLENX_INVALID_PARAMETER when the name is empty.
 PLENX_API plenx_result PLENX_CALL plenx_device_name_changed(const char* name, size_t name_len);
 
 /// Queues a message for the PC service. Despite the function's name, the host sends here: it passes
-/// on what it has received from a remote device. No notification tells the outcome.
+/// on what it has received from a remote device. No notification reports the outcome.
 /// @param type         It goes to the service unchanged.
 /// @param msg_len      It goes to the service unchanged. The library never compares it with
 ///                     message_len.
@@ -421,8 +422,8 @@ PLENX_API plenx_result PLENX_CALL plenx_recv_remote_message(int32_t type, uint32
 ///                      holds `relative`.
 /// @param capacity      The size of the buffer in bytes.
 /// @param length        Receives the length of the text in bytes, without the NUL. It may be null.
-/// @param code          Receives the companion library's own code, which is no plenx_result; 0
-///                      before plenx_init. It must not be null.
+/// @param code          Receives the companion library's own code, which is not a plenx_result. It
+///                      is 0 before plenx_init. The pointer must not be null.
 /// @return 0, PLENX_E_DEADLOCK inside an observer, or PLENX_E_BUFFER, which sets length and code
 ///         all the same. The next call asks the companion library again.
 PLENX_API plenx_result PLENX_CALL plenx_get_office_dir(const char* group, size_t group_len,
@@ -451,7 +452,7 @@ PLENX_API plenx_result PLENX_CALL plenx_get_office_dir(const char* group, size_t
 #define PLENX_EVENT_STATUS 14u
 /// A service reports an error of its own; value is its code.
 #define PLENX_EVENT_ERROR 15u
-/// A service tells the name under which its disk is mounted. text is that name; it may be any
+/// A service reports the name under which its disk is mounted. text is that name; it may be any
 /// bytes.
 #define PLENX_EVENT_DISK_NAME 16u
 
@@ -471,15 +472,16 @@ typedef struct plenx_event {
     size_t text_length;  ///< The length of text in bytes, without that NUL.
 } plenx_event;
 
-/// Opens a queue. It takes every notification from now on, until it is cancelled or closed. It
-/// holds `capacity` events at most, and 64 MiB of their text at most; one event that is larger than
-/// that by itself is held in addition. When the queue is full, it drops its oldest event, and
+/// Opens a queue. The queue takes every notification from now on, until it is cancelled or closed.
+/// It holds `capacity` events at most, and 64 MiB of their text at most; one event that is larger
+/// than that by itself is held in addition. When the queue is full, it drops its oldest event, and
 /// `lost` of the event that follows counts it. A notification for which there is no memory is
 /// dropped and counted in the same way.
 ///
 /// The first call of this function or of plenx_observe waits for a notification that is being
 /// delivered.
-/// @param capacity  How many events the queue holds, not 0. The queue reserves no memory for them.
+/// @param capacity  How many events the queue holds at most; not 0. The queue reserves no memory
+///                  for them.
 /// @param queue     Receives the handle; close it with plenx_queue_close.
 /// @return 0, PLENX_E_DEADLOCK inside an observer, or PLENX_E_MEMORY.
 PLENX_API plenx_result PLENX_CALL plenx_queue_open(uint32_t capacity, plenx_queue** queue);
@@ -491,8 +493,8 @@ PLENX_API plenx_result PLENX_CALL plenx_queue_open(uint32_t capacity, plenx_queu
 ///                      observer the function never waits.
 /// @param event         Receives the event, or null when no event came. The event belongs to the
 ///                      caller until plenx_event_free, even if the queue is closed earlier.
-/// @return 0, also when no event came in time. PLENX_E_CANCELLED when the queue was cancelled.
-///         PLENX_E_HANDLE when it was closed, also if that happened while the call waited.
+/// @return 0, even when no event came in time. PLENX_E_CANCELLED when the queue was cancelled.
+///         PLENX_E_HANDLE when it was closed, even if that happened while the call was waiting.
 PLENX_API plenx_result PLENX_CALL plenx_queue_next(plenx_queue* queue, uint32_t milliseconds,
                                                    const plenx_event** event);
 
@@ -502,10 +504,10 @@ PLENX_API void PLENX_CALL plenx_event_free(const plenx_event* event);
 
 /// Gives a Windows event (a HANDLE) for hosts that wait for several things at once. The event is
 /// set while the queue holds a notification, and it stays set once the queue is cancelled. When it
-/// is set, call plenx_queue_next with 0 milliseconds until that gives no event, then wait again.
+/// is set, call plenx_queue_next with 0 milliseconds until it gives no event, then wait again.
 /// Never reset or close the handle.
 /// @param queue  The queue. It owns the handle and closes it when it is itself closed.
-/// @return The same handle for each call; null on failure, and on a system other than Windows.
+/// @return The same handle on every call; null on failure, and on a system other than Windows.
 PLENX_API void* PLENX_CALL plenx_queue_wait_handle(plenx_queue* queue);
 
 /// Sets the answer that this queue gives when a service asks for the status of a link. A queue
@@ -539,9 +541,9 @@ PLENX_API plenx_result PLENX_CALL plenx_queue_close(plenx_queue* queue);
 /// The functions of an observer. A function that the host does not want is null.
 ///
 /// The library passes `user` to each function as its first argument. A function returns 0 when it
-/// has handled the notification. When several observers return something else, the library logs the
-/// first of these numbers as an error code; it has no other effect. Texts are valid during the call
-/// only, and a NUL follows them. Copy what you need and return soon. Never throw.
+/// has handled the notification. When observers return other numbers, the library logs the first of
+/// them as an error code. The number has no other effect. Texts are valid during the call only, and
+/// a NUL follows them. Copy what you need and return soon. Never throw.
 typedef struct plenx_observer {
     uint32_t size;  ///< sizeof(plenx_observer).
     void* user;     ///< Any pointer of the host's. Every function receives it.

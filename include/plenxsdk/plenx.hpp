@@ -132,14 +132,14 @@ class Event {
 public:
     /// Holds no notification.
     Event() = default;
-    /// Owns the event from now on and frees it in the end.
+    /// Owns the event from now on, and frees it when this object is destroyed.
     Event(const Functions& functions, const plenx_event* event) noexcept
         : functions_(&functions), event_(event) {}
     ~Event() { free(); }
     /// Takes the other one's event.
     Event(Event&& other) noexcept
         : functions_(other.functions_), event_(std::exchange(other.event_, nullptr)) {}
-    /// Takes the other one's event, and gives it its own in exchange.
+    /// Swaps the two events.
     Event& operator=(Event&& other) noexcept {
         std::swap(functions_, other.functions_);
         std::swap(event_, other.event_);
@@ -174,7 +174,8 @@ private:
     const plenx_event* event_ = nullptr;
 };
 
-/// The base of both kinds of handles. It closes its handle in the end, and it can be moved.
+/// The base class of both kinds of handles. It closes its handle when it is destroyed, and it can
+/// be moved.
 template <class Handle, plenx_result (PLENX_CALL* Functions::*close_function)(Handle*)>
 class Owned {
 public:
@@ -188,7 +189,7 @@ public:
     /// Takes the other one's handle.
     Owned(Owned&& other) noexcept
         : functions_(other.functions_), handle_(std::exchange(other.handle_, nullptr)) {}
-    /// Takes the other one's handle, and gives it its own, which the other one then closes.
+    /// Swaps the two handles, so the other object later closes the handle that this one had.
     Owned& operator=(Owned&& other) noexcept {
         std::swap(functions_, other.functions_);
         std::swap(handle_, other.handle_);
@@ -222,7 +223,7 @@ inline Result result_of(const Functions& functions, plenx_result code) {
     return {code, std::string(words, length)};
 }
 
-/// A queue of notifications, which closes itself in the end.
+/// A queue of notifications, which closes itself when it is destroyed.
 class Queue : public Owned<plenx_queue, &Functions::queue_close> {
 public:
     using Owned::Owned;
@@ -380,11 +381,11 @@ public:
     }
 
 #if defined(PLENX_LOAD)
-    /// Loads the DLL. Windows finds the DLLs that it needs in its own folder, whatever folders the
-    /// process searches otherwise. It stays loaded.
+    /// Loads the DLL, which then stays loaded. Windows finds the DLLs that it needs in the folder
+    /// of the DLL itself, whatever folders the process searches otherwise.
     /// @param path  The absolute path of plenxsdk_c.dll.
-    /// @return PLENX_E_FAILED when it cannot be loaded, PLENX_E_ABI when it is older than this
-    ///         header.
+    /// @return PLENX_E_FAILED when the DLL cannot be loaded, or PLENX_E_ABI when it is older than
+    ///         this header.
     static Value<Library> load(const wchar_t* path) {
         constexpr DWORD kOwnFolderAndSystem = 0x00000100 | 0x00001000;
         const HMODULE module = LoadLibraryExW(path, nullptr, kOwnFolderAndSystem);

@@ -168,7 +168,7 @@ enum PLENXResult : int {
     kInvalidParameter = 26  ///< A required string is empty; nothing was queued.
 };
 
-/// How the host hears from the services and from the library.
+/// Through this class the host hears from the services and from the library.
 ///
 /// The host derives from this class and registers an object of it. The library never owns or
 /// deletes the object. Keep it alive until UnregisterPLENXServiceObserver has returned: from then
@@ -229,7 +229,7 @@ public:
     /// A service asks for the status of a link of a group, and waits for the answer.
     /// @param svcType     As for NotifyConnect.
     /// @param first       The group's name.
-    /// @param linkType    Which link, as a number of the service's own.
+    /// @param linkType    The number of the link, which is the service's own.
     /// @param linkStatus  It holds 0, or what an observer before this one has written. The service
     ///                    gets the value that the last observer leaves in it, whatever the
     ///                    observers return.
@@ -250,7 +250,7 @@ public:
     /// @param errCode  A code of the service's own, not one of the library's.
     /// @return 0 when handled.
     virtual int NotifyError(int errCode) = 0;
-    /// A service tells the name under which its disk is mounted.
+    /// A service reports the name under which its disk is mounted.
     /// @param diskName  The bytes are the service's own; they need not be valid UTF-8.
     /// @return 0 when handled.
     virtual int NotifyDiskName(const std::string& diskName) = 0;
@@ -276,8 +276,8 @@ public:
     /// and RPC endpoint. It returns before any of that job is done. Do not call it from DllMain.
     ///
     /// No notification says that the job is done. A host may call other operations at once: they
-    /// wait behind the job in the queue. GetInt64Config waits while the job is running, but not for
-    /// its beginning: right after Init it may return 0 at once.
+    /// wait behind the job in the queue. GetInt64Config waits while the job is running, but it does
+    /// not wait for the job to begin: right after Init it may return 0 at once.
     ///
     /// The process must have the right to control services (it must be elevated), both folders must
     /// be valid UTF-8, and the data folder must exist. If something fails, the part that it
@@ -285,11 +285,11 @@ public:
     /// service side every Start of type 1 or 2 fails; without the driver or the endpoint it can
     /// still succeed.
     ///
-    /// The log tells of most failures, but not of these: a folder that is not valid UTF-8, an empty
-    /// data folder, and a NUL in a folder. With a NUL in the install folder the driver upgrade ends
-    /// with code 24, with one in the data folder the choice of a working folder ends with code 31,
-    /// and in both cases there is no service side and no line that says why. A NUL in the install
-    /// folder also keeps the icon files from being opened, which five lines do say.
+    /// The log reports most failures, but not these: a folder that is not valid UTF-8, an empty
+    /// data folder, and a NUL in a folder. With a NUL in the install folder, the driver upgrade
+    /// ends with code 24. With a NUL in the data folder, the choice of a working folder ends with
+    /// code 31. In both cases there is no service side, and no line says why. A NUL in the install
+    /// folder also keeps the icon files from being opened; five lines do report that.
     ///
     /// A host cannot mend a bad folder by calling Init again. The companion object keeps the
     /// folders of the first Init until the process ends. The service side keeps those of the first
@@ -301,9 +301,9 @@ public:
     ///                under `res\plenx\icon`. Only administrators may have write access to it and
     ///                to its "upgrade" folder. Its path should be ASCII and free of blanks, because
     ///                service paths are registered unquoted.
-    /// @param second  The data folder, without a trailing backslash and without a NUL, not empty.
-    ///                Its sub-folder "plenx" is DELETED with everything in it, and so are "plenx0"
-    ///                to "plenx99" as far as they are needed.
+    /// @param second  The data folder. Its path must not be empty, must not end with a backslash
+    ///                and must not contain a NUL. The sub-folder "plenx" is DELETED with everything
+    ///                in it, and so are "plenx0" to "plenx99" as far as they are needed.
     /// @param third   A string for the companion library only.
     /// @param flag    A flag for the companion library only.
     PLENXSDK_API void Init(const std::string& first, const std::string& second, std::string third,
@@ -326,10 +326,10 @@ public:
     ///         and for an invalid service type it is 0.
     PLENXSDK_API std::int64_t GetInt64Config(ServiceType svcType, ConfigType cfgType);
 
-    /// Has no answer: string settings cannot be read back. It waits while the job of the first Init
-    /// is running.
+    /// Always returns the empty string, because string settings cannot be read back. It waits while
+    /// the job of the first Init is running.
     /// @param svcType  1 to 3. Any other value is logged as an error, and the call does not wait.
-    /// @param cfgType  Makes no difference.
+    /// @param cfgType  It makes no difference.
     /// @return Always the empty string.
     PLENXSDK_API std::string GetStringConfig(ServiceType svcType, ConfigType cfgType);
 
@@ -375,11 +375,11 @@ public:
     PLENXSDK_API int Stop(ServiceType svcType, const std::string& first);
 
     /// Queues the news that the local device is online. If the PC or phone service does not take
-    /// it, NotifyStatus comes with kind 2 and value false; if it does, no notification comes. The
-    /// office service never brings one.
+    /// it, NotifyStatus comes with kind 2 and value false; if it does, no notification comes. For
+    /// the office service no notification ever comes.
     ///
     /// With type 3 only the office service hears of the device, and NotifyStatus(3, first, 2,
-    /// false) comes for the rest. Call it for kPcService as well.
+    /// false) comes for the rest. Call this operation for kPcService as well.
     /// @param svcType  0 to 3.
     /// @param first    The name of the group, not empty.
     /// @param second   The id of the device, not empty.
@@ -392,9 +392,9 @@ public:
                                        const std::string& second, std::uint64_t size,
                                        const unsigned char* data);
 
-    /// Queues the news that a remote device is online. The outcome of the office service comes as
-    /// NotifyStatus with kind 2. Of the PC and phone services only a failure comes, with the same
-    /// kind and value false.
+    /// Queues the news that a remote device is online. The outcome for the office service comes as
+    /// NotifyStatus with kind 2. For the PC and phone services only a failure is reported, with the
+    /// same kind and value false.
     /// @param svcType  0 to 3; 3 means the PC service, then the office service.
     /// @param first    The name of the group, not empty.
     /// @param second   The id of the device, not empty.
@@ -402,9 +402,9 @@ public:
     PLENXSDK_API int RemoteDeviceOnline(ServiceType svcType, const std::string& first,
                                         const std::string& second);
 
-    /// Queues the news that the local device goes offline, and why. The outcome of the office
-    /// service comes as NotifyStatus with kind 3. Of the PC and phone services only a failure
-    /// comes, with the same kind and value false.
+    /// Queues the news that the local device goes offline, and why. The outcome for the office
+    /// service comes as NotifyStatus with kind 3. For the PC and phone services only a failure is
+    /// reported, with the same kind and value false.
     /// @param svcType  0 to 3; 3 means the PC service, then the office service.
     /// @param first    The name of the group, not empty.
     /// @param second   The id of the device, not empty.
@@ -414,7 +414,8 @@ public:
                                         const std::string& second, TriggerType trigger);
 
     /// Queues the news that a remote device goes offline, and why. A failure of the PC or phone
-    /// service comes as NotifyStatus with kind 3 and value false; the office service brings none.
+    /// service comes as NotifyStatus with kind 3 and value false; for the office service no
+    /// notification comes.
     /// @param svcType  0 to 3; 3 means the PC service, then the office service.
     /// @param first    The name of the group, not empty.
     /// @param second   The id of the device, not empty.
@@ -423,14 +424,14 @@ public:
     PLENXSDK_API int RemoteDeviceOffline(ServiceType svcType, const std::string& first,
                                          const std::string& second, TriggerType trigger);
 
-    /// Queues the news, for the PC service, that this device has a new name. No notification tells
-    /// the outcome.
+    /// Queues the news, for the PC service, that this device has a new name. No notification
+    /// reports the outcome.
     /// @param name  The new name, not empty.
     /// @return kAccepted or kInvalidParameter.
     PLENXSDK_API int DeviceNameChanged(const std::string& name);
 
     /// Queues a message for the PC service. Despite the operation's name, the host sends here: it
-    /// passes on what it has received from a remote device. No notification tells the outcome.
+    /// passes on what it has received from a remote device. No notification reports the outcome.
     /// @param msgType  Goes to the service unchanged.
     /// @param msgLen   Goes to the service unchanged. The library never compares it with
     ///                 message.size().
@@ -444,8 +445,7 @@ public:
     /// @param first   The name of the group.
     /// @param second  The id of the device.
     /// @param dir     In: a relative name. Out: the folder, a backslash, and that name, whatever
-    /// the
-    ///                result is.
+    ///                the result is.
     /// @return The companion library's code; 0 before Init.
     PLENXSDK_API int GetOfficeDir(const std::string& first, const std::string& second,
                                   std::string& dir);
