@@ -79,8 +79,8 @@ std::wostringstream& Kept() {
 
 // The stream in which a line is handed to the logger, empty at first. Making a stream takes longer
 // than writing a line, so one is kept. A line that finds it in use, by another thread or by a
-// logger that logs, makes one of its own: nobody ever waits, also not for a thread that has ended
-// in the middle of a line.
+// logger that logs, makes one of its own. So nobody ever waits, not even for a thread that has
+// ended in the middle of a line.
 class LineStream {
 public:
     explicit LineStream(std::size_t length) {

@@ -43,7 +43,7 @@ public:
     template <class Enum, std::enable_if_t<std::is_enum_v<Enum>, int> = 0>
     LogValue(Enum value) noexcept : LogValue(static_cast<std::underlying_type_t<Enum>>(value)) {}
 
-    /// Returns the most characters that Write may write.
+    /// Returns the greatest number of characters that Write may write.
     std::size_t MostCharacters() const noexcept { return most_; }
     /// Returns the end of what it wrote.
     wchar_t* Write(wchar_t* out) const noexcept;

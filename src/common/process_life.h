@@ -1,6 +1,6 @@
-// Tells how the module ends. When a Windows process exits, the system ends every other thread at
-// whatever it was doing and then runs the destructors of the DLLs' statics. Locks may then belong
-// to threads that are gone, and a wait for any thread would last for ever.
+// Tells how the module ends. When a Windows process exits, the system ends every other thread,
+// whatever that thread is doing, and then runs the destructors of the DLLs' statics. Locks may then
+// belong to threads that are gone, and a wait for any thread would last for ever.
 //
 // A DLL of the host may be detached before this one or after it, and its statics may still call
 // the library. So each public operation asks ProcessIsEnding before it takes a lock.
@@ -13,7 +13,8 @@
 
 namespace DistributedFs {
 
-/// Returns true once the system has ended all threads but the calling one and detaches the DLLs.
+/// Returns true once the system has ended all threads but the calling one and is detaching the
+/// DLLs.
 bool ProcessIsEnding() noexcept;
 
 /// Keeps this module loaded until the process ends. Call it before the first thread is started: a

@@ -74,7 +74,7 @@ void ThreadPool::Work(const std::shared_ptr<State>& state) {
         std::shared_ptr<AnyJob> job = std::move(state->tasks.front());
         state->tasks.pop_front();
         if (state->tasks.empty()) {
-            state->tasks.shrink_to_fit();  // a deque keeps the table of its longest time
+            state->tasks.shrink_to_fit();  // else a deque keeps the table of its peak size
         }
         lock.unlock();
         job->Run();

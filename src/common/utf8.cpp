@@ -89,8 +89,9 @@ char32_t DecodeFront(std::string_view text, std::size_t& length) {
 
 std::wstring Utf8ToWide(const std::string& text) {
     using Converter = std::codecvt_utf8_utf16<wchar_t>;
-    // With a text for its failures the converter does not throw. Some libraries' converters let
-    // surrogates and a sequence that is cut off at the end pass, which the count shows.
+    // With a text to return on failure, the converter does not throw. The converters of some
+    // libraries accept surrogates and a sequence that is cut off at the end; the count reveals
+    // both.
     std::wstring_convert<Converter, wchar_t> convert{std::string(), std::wstring()};
     std::wstring wide = convert.from_bytes(text);
     if (HoldsEncodedSurrogate(text) || convert.converted() != text.size()) {

@@ -112,7 +112,7 @@ std::int32_t PLENXManagerInner::RemoteDeviceOffline(ServiceType svcType, const s
                         "[PLENXSDK] plenx manager inner remote device offline success svcType(");
 }
 
-// The line of the outcome; of a failure the observers hear as well.
+// Logs the outcome. The observers hear of a failure as well.
 std::int32_t PLENXManagerInner::EndDeviceJob(const DeviceJob& job, std::int32_t rc,
                                              const char* failure, const char* success) {
     if (rc != kSuccess) {

@@ -1,4 +1,4 @@
-// The jobs, which run on the worker. Jobs for the PC and phone services call the engine, jobs for
+// The jobs, which run on the worker. Jobs for the PC and phone services call the engine; jobs for
 // the office service call the companion library.
 
 #include "common/log.h"

@@ -1,7 +1,7 @@
 // The office service: every use of the companion library is in this file.
 //
-// fileManagerMutex is held over each call into it, over the notification of the outcome and
-// over the change of startedMask.
+// fileManagerMutex is held during each call into that library, during the notification of the
+// outcome and during the change of startedMask.
 
 #include "distributed_file_manager.h"
 

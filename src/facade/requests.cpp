@@ -82,7 +82,7 @@ int PLENXManager::LocalDeviceOnline(ServiceType svcType, const std::string& firs
     if (first.empty() || second.empty()) {
         return Refuse(kFunction, "[PLENXSDK] plenx manager local device online invalid parameter");
     }
-    // The job knows 32 bits of the size; what lies behind them is not read at all.
+    // The job takes only the low 32 bits of the size. Bytes beyond that size are not read at all.
     const int blockSize = data != nullptr ? static_cast<int>(static_cast<std::uint32_t>(size)) : 0;
     const auto logPushed = [&] {
         LogInfo(kFunction, "[PLENXSDK] plenx manager service (", svcType,

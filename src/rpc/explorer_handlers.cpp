@@ -39,9 +39,9 @@ ChangeNotify LoadChangeNotify() noexcept {
     return reinterpret_cast<ChangeNotify>(reinterpret_cast<void*>(function));
 }
 
-// The shell library takes several times as long to load as all the others together, and few
-// processes ever need it. So the first request loads it, and it stays loaded. Without it a request
-// does nothing, and the next one tries again.
+// The shell library takes several times as long to load as all the other libraries together, and
+// few processes ever need it. So the first request loads it, and it stays loaded. Without it a
+// request does nothing, and the next one tries again.
 void NotifyShell(LONG event, const wchar_t* path) noexcept {
     static std::atomic<ChangeNotify> loaded{nullptr};
     ChangeNotify changeNotify = loaded;

@@ -1,4 +1,4 @@
-// The notification handlers share this check of a read, which logs its failure.
+// The notification handlers share this check of a read, which logs a failed read.
 
 #ifndef PLENXSDK_RPC_NOTIFICATION_READING_H
 #define PLENXSDK_RPC_NOTIFICATION_READING_H

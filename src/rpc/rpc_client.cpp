@@ -44,7 +44,7 @@ public:
 private:
     RpcArgType type_;
     std::int64_t number_ = 0;
-    std::string* text_ = nullptr;  // the writer takes the text away
+    std::string* text_ = nullptr;  // the writer moves the text out of it
     const std::uint8_t* bytes_ = nullptr;
 };
 

@@ -1,4 +1,4 @@
-// Replaces the driver's files by newer ones, which the host's updater has put into the folder
+// Replaces the driver's files with newer ones, which the host's updater has put into the folder
 // "upgrade" of the install folder.
 
 #include <windows.h>

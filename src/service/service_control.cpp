@@ -107,7 +107,7 @@ public:
         if (!ControlService(service_.Get(), SERVICE_CONTROL_STOP, &reply)) {
             return Fail("[PLENXSDK] stop service error ", kStopRefused);
         }
-        // The reply is the short form of the status; the fields behind it keep their values.
+        // The reply is the short form of the status; the fields after it keep their values.
         std::memcpy(&status_, &reply, sizeof(reply));
         return kSuccess;
     }
@@ -117,7 +117,7 @@ public:
                                           static_cast<std::int32_t>(state), false);
     }
 
-    /// Whatever hint the service gave.
+    /// Ignores the wait hint that the service gave.
     void WaitForStop() {
         status_.dwWaitHint = kStopWaitMilliseconds;
         ServiceManager::WaitServiceStatus(service_.Get(), status_, bytesNeeded_, SERVICE_STOPPED,
@@ -152,7 +152,7 @@ private:
     DWORD bytesNeeded_ = 0;
 };
 
-// Returns 0 when the system does not tell the time.
+// Returns 0 when the system does not give the time of creation.
 std::uint64_t ProcessBirth(DWORD processId) {
     if (processId == 0) {
         return 0;

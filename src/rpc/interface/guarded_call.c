@@ -5,10 +5,10 @@
 
 enum { MESSAGE_PROCEDURE = 0 };
 
-/* Takes every exception that software has raised without parameters, whatever its code. The runtime
- * raises a peer's fault like that, and the fault may have any 32-bit value, even that of an access
- * violation. An access violation of our own has parameters. Hiding it would be worse than failing,
- * so the search for a handler continues; so it does for every C++ exception.
+/* Catches every exception that software has raised without parameters, whatever its code. The
+ * runtime raises a peer's fault like that, and the fault may have any 32-bit value, even that of an
+ * access violation. An access violation of our own has parameters. Hiding it would be worse than
+ * failing, so the search for a handler continues, as it does for every C++ exception.
  *
  * The filter reads the code, because the handler block cannot read it on every system. */
 static int TakeRaised(const EXCEPTION_POINTERS* exception, unsigned long* code) {

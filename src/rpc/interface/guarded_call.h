@@ -1,4 +1,4 @@
-/* Calls the message procedure through a client's tables. No exception of the RPC runtime gets out.
+/* Calls the message procedure through a client's tables. No exception of the RPC runtime escapes.
  */
 
 #ifndef PLENXSDK_RPC_INTERFACE_GUARDED_CALL_H

@@ -1,5 +1,5 @@
 /* The client of the manager interface, which is the side of the services. It calls the library's
- * procedure and takes the exceptions of the RPC runtime.
+ * procedure and catches the exceptions of the RPC runtime.
  *
  * The process has one binding handle, so only one thread at a time may bind, call and release. */
 

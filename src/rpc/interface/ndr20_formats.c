@@ -1,8 +1,8 @@
 /* The message procedure in NDR 2.0. It consists of a string of types and a string of procedures,
  * which refers to the types by their offset. Two-byte numbers are little-endian.
  *
- * The extension flags of the procedure decide about the rest: with the new correlation descriptors
- * a size descriptor takes 6 bytes, without them 4. */
+ * The extension flags of the procedure determine the rest: with the new correlation descriptors a
+ * size descriptor takes 6 bytes, without them 4. */
 
 #include "rpc/interface/message_formats.h"
 

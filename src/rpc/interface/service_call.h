@@ -1,4 +1,4 @@
-/* The client of the service interface. It calls a service's procedure and takes the exceptions of
+/* The client of the service interface. It calls a service's procedure and catches the exceptions of
  * the RPC runtime.
  *
  * The process has one binding handle, so only one thread at a time may bind, call and release. */
