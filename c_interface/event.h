@@ -1,4 +1,4 @@
-// An event of a queue is one block: the struct that the host sees, and its text behind it.
+// An event of a queue is one block: the struct that the host sees, followed by its text.
 
 #ifndef PLENXSDK_C_EVENT_H
 #define PLENXSDK_C_EVENT_H

@@ -5,8 +5,8 @@
 
 namespace PlenxC {
 
-/// Returns true once the system has ended all other threads and unloads the DLLs. From then on any
-/// lock may belong to a thread that is gone.
+/// Returns true once the system has ended all other threads and is unloading the DLLs. From then on
+/// any lock may belong to a thread that is gone.
 bool ProcessIsEnding() noexcept;
 
 /// Keeps this module, and with it plenxsdk.dll, loaded until the process ends. It takes the

@@ -16,9 +16,9 @@ std::string TextVariable(const char* name);
 unsigned long ProcessId() noexcept;
 unsigned long ThreadId() noexcept;
 
-/// Returns true once the system has ended all other threads and unloads the DLLs. From then on
-/// any lock may belong to a thread that is gone, and the data behind it may be half changed.
-/// Always returns false where processes do not end like this.
+/// Returns true once the system has ended all other threads and is unloading the DLLs. From then on
+/// any lock may belong to a thread that is gone, and the data behind it may be half changed. Always
+/// returns false where processes do not end like this.
 bool ProcessIsEnding() noexcept;
 
 }  // namespace Companion

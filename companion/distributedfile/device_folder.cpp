@@ -18,8 +18,8 @@ bool IsDigitFrom1(char character) {
     return character >= '1' && character <= '9';
 }
 
-// In every folder Windows takes these names as devices, in upper or lower case, with any extension
-// and with blanks before it. The port number may also be a superscript 1 to 3.
+// In every folder, Windows treats these names as devices, in upper or lower case, with any
+// extension and with blanks before it. The port number may also be a superscript 1 to 3.
 bool IsDeviceName(const std::string& name) {
     std::string stem = name.substr(0, name.find('.'));
     stem.erase(stem.find_last_not_of(' ') + 1);

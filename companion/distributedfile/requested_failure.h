@@ -1,4 +1,4 @@
-// Operations fail on request, so that a host can try how it handles failures.
+// Operations fail on request, so that a host can test how it handles failures.
 
 #ifndef COMPANION_DISTRIBUTEDFILE_REQUESTED_FAILURE_H
 #define COMPANION_DISTRIBUTEDFILE_REQUESTED_FAILURE_H

@@ -29,7 +29,7 @@
 /// The office service. Each operation returns 0 on success and the library's own code otherwise.
 class DISTRIBUTEDFILE_API DistributedFileManager {
 public:
-    /// Gets the arguments of PLENXManager::Init.
+    /// Receives the arguments of PLENXManager::Init.
     /// @param first   Install folder.
     /// @param second  Data folder.
     /// @param third   The library's own.
@@ -70,7 +70,7 @@ public:
     /// @param second  Device id.
     /// @return 0 on success.
     int RemoteDeviceOffline(const std::string& first, const std::string& second);
-    /// Tells the folder of a device of a group.
+    /// Gives the folder of a device of a group.
     /// @param first   Group name.
     /// @param second  Device id.
     /// @param dir     Receives the folder.

@@ -19,7 +19,7 @@
 #define LOGHELPER_API __declspec(dllimport)
 #endif
 
-/// How grave a line is; plenxsdk uses these two.
+/// The severity of a line; plenxsdk uses these two.
 enum LOG_MESSAGE_LEVEL : int {
     LOG_MESSAGE_LEVEL_INFO = 3,   ///< progress and success
     LOG_MESSAGE_LEVEL_ERROR = 4,  ///< invalid arguments and failures

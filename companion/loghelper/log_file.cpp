@@ -8,7 +8,7 @@
 namespace LogHelper {
 namespace {
 
-// A failed opening blocks for up to 50 ms, so not every line tries again.
+// A failed attempt to open the file blocks for up to 50 ms, so not every line tries again.
 constexpr std::chrono::seconds kOpenAgainAfter{5};
 
 // A line that fits the buffer reaches the file in one write. If the process ends in the middle of

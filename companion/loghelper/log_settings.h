@@ -1,7 +1,7 @@
 // The process's environment says where the log goes and which lines it gets:
 //
 //     PLENX_LOG_FILE       the file; by default plenxsdk-<process id>.log in the temp folder
-//     PLENX_LOG_LEVEL      the least level: a number, "info" (3), "error" (4) or "off";
+//     PLENX_LOG_LEVEL      the lowest level to log: a number, "info" (3), "error" (4) or "off";
 //                          by default everything is written
 //     PLENX_LOG_MAX_BYTES  the size at which a new file is begun; by default 10 MiB
 //     PLENX_LOG_FILES      how many files are kept, 1 to 1000; by default 5
