@@ -1,4 +1,5 @@
-// How the service reads a request and answers it, without its process: portable.
+// Reads a request and makes the service's answer to it. This part is portable, because it does not
+// need the service's process.
 
 #ifndef PLENXSERVICE_ANSWERS_H
 #define PLENXSERVICE_ANSWERS_H
@@ -29,10 +30,10 @@ struct Answer {
 PlenxWire::Decoded DecodeRequest(std::int32_t request, const std::uint8_t* message,
                                  std::int32_t size);
 
-/// The code of an honest answer.
+/// Returns the code of an honest answer.
 std::int32_t HonestCode(std::int32_t request, const PlenxWire::Decoded& decoded);
 
-/// The answer with this code, changed as [[on]] tells.
+/// Returns the answer with this code, changed as [[on]] says.
 Answer AnswerWith(std::int32_t code, const Values& told);
 
 }  // namespace PlenxService

@@ -1,4 +1,4 @@
-// plenxservice.exe: the development stand-in of the three services.
+// plenxservice.exe: the development stand-in for the three services.
 
 #include <windows.h>
 

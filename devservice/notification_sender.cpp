@@ -69,7 +69,7 @@ void NotificationSender::Enqueue(const Notifications& notifications, DWORD delay
         const ULONGLONG due = GetTickCount64() + delay;
         for (const Notification& notification : notifications) {
             if (queue_.size() < kLongestQueue) {
-                queue_.emplace(due, notification);  // goes behind those of the same tick
+                queue_.emplace(due, notification);  // goes after those of the same tick
             } else {
                 ++dropped;
             }
@@ -150,7 +150,7 @@ void NotificationSender::Deliver(const Queued& queued) {
     }
 }
 
-// The library's listener may not be ready yet, or only partly.
+// The library's listener may not be ready yet, or may be only partly ready.
 bool NotificationSender::IsWorthAnotherTry(unsigned long status, const Queued& queued) {
     const bool absent = status == RPC_S_SERVER_UNAVAILABLE || status == RPC_S_UNKNOWN_IF ||
                         status == RPC_S_NOT_LISTENING;

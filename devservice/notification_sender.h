@@ -2,7 +2,7 @@
 // The thread of a request must not call, because the library waits for its answer.
 //
 // The library does not wait for its own listener, so this tries an absent endpoint again for some
-// seconds. Any thread may call Enqueue, and only one Stop.
+// seconds. Any thread may call Enqueue, but only one thread may call Stop.
 
 #ifndef PLENXSERVICE_NOTIFICATION_SENDER_H
 #define PLENXSERVICE_NOTIFICATION_SENDER_H

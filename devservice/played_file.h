@@ -13,7 +13,7 @@
 
 namespace PlenxService {
 
-/// Who plays: "office", "pc" or "phone", and 1 for its first run.
+/// The service that plays, "office", "pc" or "phone", and the number of its run, from 1.
 struct Part {
     std::string nickname;
     std::int64_t run = 0;

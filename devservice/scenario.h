@@ -1,5 +1,6 @@
 // What a scenario file or the control file says, ready to be played: how a service answers, starts
-// and stops, and what it notifies when. docs/kit-scenario.md describes the files. Plain values.
+// and stops, and which notifications it sends when. docs/kit-scenario.md describes the files. These
+// are plain values.
 
 #ifndef PLENXSERVICE_SCENARIO_H
 #define PLENXSERVICE_SCENARIO_H
@@ -21,10 +22,10 @@ constexpr std::int64_t kUnlimited = std::numeric_limits<std::int64_t>::max();
 
 /// Which service a part of the scenario is about, and in which of its runs.
 struct Scope {
-    std::string service;             // empty: each
-    std::int64_t runs = kUnlimited;  // the first so many
+    std::string service;             // empty: every service
+    std::int64_t runs = kUnlimited;  // this many runs, from the first
 
-    /// run: 1 for the first.
+    /// The first run is run 1.
     bool Covers(std::string_view nickname, std::int64_t run) const {
         return (service.empty() || service == nickname) && run <= runs;
     }
@@ -32,7 +33,7 @@ struct Scope {
 
 enum class Moment { kStart, kRequest, kStop };
 
-/// [start] or [stop]: of several that say the same, the first one counts.
+/// [start] or [stop]. When several say the same, the first one counts.
 struct LifePart {
     unsigned line = 0;  // of the table in the file, here and below
     Moment moment = Moment::kStart;
@@ -40,11 +41,11 @@ struct LifePart {
     Values values;
 };
 
-/// [[on]]: of the steps that cover a request, the first one that is not used up counts.
+/// [[on]]. Of the steps that cover a request, the first one that is not used up counts.
 struct Step {
     unsigned line = 0;
     Scope scope;
-    std::optional<std::int32_t> request;  // none: each
+    std::optional<std::int32_t> request;  // none: every request
     std::int64_t skip = 0;
     std::int64_t times = kUnlimited;
     Values values;
@@ -55,7 +56,7 @@ struct Schedule {
     unsigned line = 0;
     Scope scope;
     Moment moment = Moment::kStart;
-    std::int32_t request = 0;  // when the moment is one
+    std::int32_t request = 0;  // if the moment is a request
     std::int64_t after = 0;    // milliseconds
     std::int64_t every = 0;
     std::int64_t times = 1;
@@ -72,7 +73,7 @@ struct Scenario {
     std::vector<Step> steps;
     std::vector<Schedule> schedules;
 
-    /// Some part is about the first runs of a service alone.
+    /// Returns whether some part covers only the first runs of a service.
     bool CountsRuns() const {
         const auto some = [](const auto& parts) {
             return std::any_of(parts.begin(), parts.end(),
@@ -82,7 +83,7 @@ struct Scenario {
     }
 };
 
-/// What the service's log says when the table that begins in this line has its turn.
+/// Returns what the service's log says when the table that begins on this line has its turn.
 inline std::string TurnOfLine(unsigned line) {
     return "plays line " + std::to_string(line) + " of the scenario";
 }

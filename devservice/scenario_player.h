@@ -5,8 +5,8 @@
 //
 // The control file plenxservice.toml lies in the folder that the environment variable
 // PLENX_SERVICE_CONTROL names, else in the install folder. Beside it, in plenxservice.pc.runs, the
-// runs are counted, as a service that has crashed knows nothing. "plays line 12 of the scenario" in
-// the log tells that the table there has its turn.
+// runs are counted, because a service that has crashed remembers nothing. "plays line 12 of the
+// scenario" in the log means that the table on that line has its turn.
 //
 // Call Load first. Any thread may call the rest.
 
@@ -34,7 +34,7 @@ public:
     /// cannot be read, the log names it and it is not played.
     void Load(const std::wstring& scenario);
 
-    // Return what the files say at the moment.
+    // These return what the files say at the moment.
     Values Start() { return Life(Moment::kStart); }
     Values Stop() { return Life(Moment::kStop); }
     /// Counts the request.

@@ -9,11 +9,12 @@
 namespace PlenxSupport {
 namespace {
 
-// Windows calls the handler on a thread of its own, which may still run when the watch goes.
+// Windows calls the handler on a thread of its own, which may still run when the watch is
+// destroyed.
 std::mutex watchMutex;
 Interruption* watchedFor = nullptr;
 
-// @return whether it was the first.
+// @return whether this was the first interruption.
 bool RaiseIt() {
     const std::lock_guard<std::mutex> lock(watchMutex);
     const bool isFirst = watchedFor != nullptr && !watchedFor->IsRaised();
@@ -29,7 +30,7 @@ BOOL WINAPI OnConsoleEvent(DWORD event) {
         // Windows ends the process as soon as this returns, so the process ends itself first.
         Sleep(INFINITE);
     }
-    // Whoever answers with FALSE leaves it to Windows, which ends the process.
+    // A handler that returns FALSE leaves the event to Windows, which ends the process.
     return isFirst ? TRUE : FALSE;
 }
 

@@ -11,7 +11,7 @@ bool IsLineSeparator(std::string_view character) {
     return character == "\xe2\x80\xa8" || character == "\xe2\x80\xa9";
 }
 
-// The letter behind the backslash, or 0 when the byte has none.
+// Returns the letter after the backslash, or 0 when the byte has none.
 char ShortEscape(char byte) {
     switch (byte) {
     case '"':

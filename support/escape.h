@@ -10,22 +10,22 @@
 
 namespace PlenxSupport {
 
-/// Two small hexadecimal digits.
+/// Appends two lowercase hexadecimal digits.
 void AppendHexByte(std::string& out, char byte);
 
 /// Appends \xNN for each byte.
 void AppendHexEscapes(std::string& out, std::string_view bytes);
 
-/// Whether the text, which is one character, may be shown as it is. Control characters may not, nor
-/// U+0080 to U+009F, the line separators, and what is not UTF-8.
+/// Returns whether the text, which is one character, may be shown as it is. Control characters,
+/// U+0080 to U+009F, the line separators and bytes that are not UTF-8 may not.
 bool IsShowable(std::string_view character);
 
 /// Returns the first character of a text that is not empty, or its first byte when that is
 /// malformed.
 std::string_view FirstCharacter(std::string_view text);
 
-/// Appends the character as it stands in double quotes: \" \\ \n \r \t, or \xNN for each byte of
-/// what is not showable.
+/// Appends the character as it appears inside double quotes. It becomes \" \\ \n \r \t, or \xNN for
+/// each byte of a character that is not showable; any other stays as it is.
 void AppendQuotedCharacter(std::string& out, std::string_view character);
 
 }  // namespace PlenxSupport

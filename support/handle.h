@@ -9,7 +9,7 @@
 
 namespace PlenxSupport {
 
-/// Null and INVALID_HANDLE_VALUE both mean none. Close(handle) closes it.
+/// Null and INVALID_HANDLE_VALUE both mean that there is no handle. Close(handle) closes it.
 template <class Raw, class Close>
 class HandleOwner {
 public:

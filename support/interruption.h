@@ -1,5 +1,6 @@
-// Somebody wants the program to end: Ctrl-C, Ctrl-Break, a console that is closed. A program that
-// has something to remove first looks at it in each of its waits, removes everything, and ends.
+// An interruption means that somebody wants the program to end, by Ctrl-C, by Ctrl-Break or by
+// closing the console. A program that has something to remove first checks for it in each of its
+// waits, removes everything, and ends.
 
 #ifndef PLENXSUPPORT_INTERRUPTION_H
 #define PLENXSUPPORT_INTERRUPTION_H
@@ -14,15 +15,16 @@
 
 namespace PlenxSupport {
 
-/// Any thread may call it. Once raised, it stays so.
+/// Any thread may call it. Once raised, it stays raised.
 class Interruption {
 public:
     void Raise();
     bool IsRaised() const;
-    /// Waits that long, or until it is raised. @return whether it is raised.
+    /// Waits for that long, or until it is raised. @return whether it is raised.
     bool WaitFor(std::chrono::milliseconds longest) const;
 #ifdef _WIN32
-    /// It is set from then on, for waits for other things of the system, too.
+    /// The event is set once the interruption is raised. It is for code that also waits for other
+    /// handles.
     HANDLE Event() const { return event_.Get(); }
 #endif
 
@@ -35,7 +37,8 @@ private:
 #endif
 };
 
-/// It is never destroyed, because the thread that hears of an interruption may outlive all else.
+/// It is never destroyed, because the thread that hears of an interruption may outlive everything
+/// else.
 Interruption& InterruptionOfThisProcess();
 
 }  // namespace PlenxSupport

@@ -9,11 +9,11 @@
 
 namespace PlenxSupport {
 
-// All of them return 0 where the system does not tell.
+// All of these functions return 0 when the system does not give the number.
 
-/// The memory of its own that a process has; the handle must allow queries.
+/// Returns the size of a process's private memory. The handle must allow queries.
 std::uint64_t PrivateBytesOf(HANDLE process);
-/// That of this process.
+/// Does the same for this process.
 std::uint64_t PrivateBytes();
 std::uint64_t HandlesOf(DWORD processId);
 

@@ -7,8 +7,8 @@
 
 #include <stddef.h>
 
-/* The beginning of the system's driver object. The headers for drivers are a kit of their own,
- * which is not where every compiler is. Source:
+/* The beginning of the system's driver object. The headers for drivers come in a separate kit,
+ * which not every machine with a compiler has. Source:
  * https://learn.microsoft.com/windows-hardware/drivers/ddi/wdm/ns-wdm-_driver_object */
 typedef struct DriverObject {
     SHORT type;

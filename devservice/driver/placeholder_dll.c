@@ -1,4 +1,4 @@
-/* A library that takes its place and exports nothing. */
+/* An empty library, which takes the place of a real one and exports nothing. */
 
 #include <windows.h>
 
