@@ -7,7 +7,7 @@ option(PLENX_WERROR "Warnings about our own sources are errors; not with MSVC" O
 set(plenx_werror $<$<BOOL:${PLENX_WERROR}>:-Werror>)
 
 # The warnings for our own sources. Nobody has tried MSVC's yet. It would warn of parameters named like
-# members (4458), of imported functions in tables (4232), of the deprecated converter of texts, whose
+# members (4458), of imported functions in tables (4232), of the deprecated text converter, whose
 # behaviour we rely on, and of parts of the standard library for which Microsoft has its own.
 add_library(plenx_warnings INTERFACE)
 if(MSVC)
@@ -22,7 +22,8 @@ else()
 endif()
 
 if(WIN32)
-  # For Windows 7 and later. UNICODE, because the narrow macros of windows.h collide with our names.
+  # The programs are for Windows 7 and later. UNICODE is defined because the narrow macros of windows.h
+  # collide with our names.
   add_compile_definitions(_WIN32_WINNT=0x0601 NOMINMAX WIN32_LEAN_AND_MEAN UNICODE _UNICODE)
   set(CMAKE_SHARED_LIBRARY_PREFIX "")
   set(CMAKE_SHARED_MODULE_PREFIX "")
@@ -47,10 +48,10 @@ if(DEFINED VCPKG_INSTALLED_DIR)
 endif()
 set(PLENX_HEADERS ${headers} CACHE PATH "Holds the folders of header-only packages")
 
-# plenx_system_headers(<target> <package>...): offers single header-only packages of the
-# system to a target. The system's include folder itself must not be used in a cross-build:
-# it would bring the Linux headers along. Of two names of a system header g++ puts the shorter one into
-# the symbols, and that must be the package's own, even with paths relative to the build folder.
+# plenx_system_headers(<target> <package>...): offers single header-only packages of the system to a
+# target. The system's include folder itself must not be used in a cross-build: it would bring the Linux
+# headers along. If a system header has two names, g++ puts the shorter one into the symbols. That one
+# must be the package's own, even with paths relative to the build folder.
 function(plenx_system_headers target)
   set(folder ${PROJECT_BINARY_DIR}/header-only-packages-of-the-system)
   file(MAKE_DIRECTORY ${folder})
@@ -64,7 +65,7 @@ function(plenx_system_headers target)
         "elsewhere set PLENX_HEADERS to the folder that holds it")
     endif()
     if(NOT EXISTS ${folder}/${package})
-      if(CMAKE_HOST_WIN32)  # where links need a right of their own
+      if(CMAKE_HOST_WIN32)  # where making links needs a special right
         file(COPY ${place} DESTINATION ${folder})
       else()
         file(CREATE_LINK ${place} ${folder}/${package} SYMBOLIC)
@@ -75,8 +76,8 @@ function(plenx_system_headers target)
 endfunction()
 
 # Builds GoogleTest from Debian's source with our own flags, but without optimisation and debug
-# information, because a quick build is worth more here. Where that source is not, it takes the
-# GoogleTest that is installed.
+# information, because a quick build is worth more here. Where that source is missing, it uses the
+# installed GoogleTest.
 macro(plenx_googletest)
   if(NOT EXISTS /usr/src/googletest)
     find_package(GTest CONFIG REQUIRED)
@@ -105,7 +106,8 @@ function(plenx_version_resource target version_description)
   target_sources(${target} PRIVATE ${resource})
 endfunction()
 
-# plenx_full_symbols(<target>): a host's developer wants more than lines, and the package has the symbols.
+# plenx_full_symbols(<target>): a host's developer wants more than line numbers, and the package has the
+# symbols.
 function(plenx_full_symbols target)
   if(NOT MSVC)  # which writes all of them in any case
     target_compile_options(${target} PRIVATE $<$<COMPILE_LANGUAGE:CXX>:-g2>)
@@ -119,7 +121,7 @@ function(plenx_wide_main target)
   endif()
 endfunction()
 
-# plenx_contain_run_time(<target>): the program runs where the DLLs of its run time are not, as a
+# plenx_contain_run_time(<target>): the program runs in places without the DLLs of its run time, as a
 # service does. Those of Visual C++ are installed for the whole system.
 function(plenx_contain_run_time target)
   if(MINGW)
@@ -135,7 +137,7 @@ function(plenx_export_marked_only target)
 endfunction()
 
 # plenx_generated_sources(<target>): its sources come from the IDL compiler. They use structured
-# exceptions, nobody can mend warnings in them, and nobody steps through them.
+# exceptions, nobody can fix warnings in them, and nobody steps through them.
 function(plenx_generated_sources target)
   target_compile_definitions(${target} PRIVATE USE_COMPILER_EXCEPTIONS)
   if(MSVC)
@@ -145,7 +147,7 @@ function(plenx_generated_sources target)
   endif()
 endfunction()
 
-# plenx_structured_exceptions(<source>...): these sources in C have handlers of structured exceptions.
+# plenx_structured_exceptions(<source>...): these C sources contain structured exception handlers.
 function(plenx_structured_exceptions)
   if(NOT MSVC)
     set_source_files_properties(${ARGN} PROPERTIES

@@ -31,7 +31,7 @@ __attribute__((constructor(101), no_stack_protector)) static void SeedStackGuard
     __stack_chk_guard = (uintptr_t)seed & ~(uintptr_t)0xff;
 }
 
-// Ends the process at once and calls no handler: STATUS_STACK_BUFFER_OVERRUN, 0xC0000409.
+// Ends the process at once, with STATUS_STACK_BUFFER_OVERRUN (0xC0000409), and calls no handler.
 static __attribute__((noreturn)) void FailFast(void) {
     __asm__ volatile("int $0x29" : : "c"(2));
     __builtin_unreachable();

@@ -41,7 +41,8 @@ compile_native_benches() {
 # count the calls of the allocator.
 bench_native() {
     local program folder
-    # Many and short: what disturbs the machine for a while then falls on all contenders alike.
+    # The runs are many and short, so that whatever disturbs the machine for a while affects all
+    # contenders alike.
     local -a often=(--benchmark_repetitions=484 --benchmark_min_time=0.001)
     if $quick; then
         often=(--benchmark_repetitions=9 --benchmark_min_time=0.002)

@@ -13,8 +13,8 @@ windows_flags="-O2 -g1 -DNDEBUG"
 dist_dir=$build_dir/dist
 run_time_dlls=(libstdc++-6.dll libgcc_s_seh-1.dll libwinpthread-1.dll)
 
-# For continuous integration and 'lint' warnings are errors, because elsewhere an unknown compiler may
-# have other warnings. A folder that was configured this way stays so.
+# Warnings are errors for continuous integration and 'lint' only, because elsewhere an unknown compiler
+# may have other warnings. A folder that was configured this way stays so.
 warnings_are_errors=${CI:-false}
 
 # configure FOLDER CMAKE-ARGUMENT...: runs once; later ninja configures again when necessary.

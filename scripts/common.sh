@@ -32,7 +32,7 @@ step() {
     fi
 }
 
-# The one place of the version is the project's line in CMakeLists.txt.
+# The version is in one place only: the project's line in CMakeLists.txt.
 project_version() {
     sed -nE 's/^project\(plenxsdk VERSION ([0-9.]+).*/\1/p' "$root/CMakeLists.txt"
 }

@@ -33,8 +33,8 @@ check_tidy() {
 }
 
 # Prints the commit to compare with: the one where this branch left main, or on main itself the one
-# before. A clone without history has neither: there nothing differs, because a check of everything takes
-# longer than the tests.
+# before. A clone without history has neither. There nothing counts as changed, because a check of
+# everything takes longer than the tests.
 base_commit() {
     local base
     base=$(git merge-base HEAD origin/main 2>/dev/null || git merge-base HEAD main 2>/dev/null) ||
@@ -47,7 +47,7 @@ base_commit() {
 
 visual_cpp_build=$build_dir/visual-cpp
 
-# Prepares the headers of the check that Wine has otherwise, or not at all: members of the RPC
+# Prepares the headers of the check that Wine has in another form, or not at all: members of the RPC
 # runtime's tables have names and types of their own there, and a flag of access lists is missing.
 make_visual_cpp_headers() {
     local wine=/usr/include/wine/wine/windows headers=$visual_cpp_build/headers
@@ -80,7 +80,7 @@ check_for_visual_cpp() {
 
 workflow_checker=$build_dir/workflow-checker
 
-# Holds the workflows for GitHub against the published schema of such files.
+# Checks the workflows for GitHub against the published schema of such files.
 check_workflows() {
     local workflow
     for workflow in .github/workflows/*.yml examples/*/*.yml; do

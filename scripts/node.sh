@@ -5,7 +5,7 @@ node_packages=(nodejs npm)
 node_source=$root/bindings/node
 node_development=(plenxservice.exe dokan1.sys dokan1.dll dokanfuse1.dll)
 
-# Node comes from other places than Debian, too, and then with npm.
+# Node may also come from a place other than Debian, and then npm comes with it.
 need_node() {
     if ! command -v node >/dev/null || ! command -v npm >/dev/null; then
         need_packages "${node_packages[@]}"

@@ -49,7 +49,7 @@ make_system() {
     step "trust whom this machine trusts" bring_certificates "$system"
 }
 
-# A network may have a proxy with a certificate of its own, through which npm has to go, too.
+# A network may have a proxy with a certificate of its own. npm has to go through that proxy, too.
 bring_certificates() {
     local folder=/usr/local/share/ca-certificates
     "${as_root[@]}" rm -rf "$1$folder"
@@ -92,7 +92,7 @@ sources_for() {
     }' | sort -u
 }
 
-# Brings the last commit into a clone, which the next time only fetches the new commits.
+# Brings the last commit into a clone. The next time, the clone fetches only the new commits.
 bring_tree() {
     local system=$1 bundle=$on_dir/tree.bundle
     git -C "$root" bundle create -q "$bundle" HEAD

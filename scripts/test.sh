@@ -59,7 +59,7 @@ finish_lanes() {
 }
 lanes=()
 
-# Lanes do not hear Ctrl-C themselves. A shell has made this process the first of its group.
+# Lanes do not hear Ctrl-C themselves. A shell has made this process the leader of its process group.
 end_lanes() {
     local prefix
     trap - INT TERM
@@ -190,7 +190,7 @@ run_windows_test() {
     return $status
 }
 
-# test_terminal SCRIPT: runs plenxkit on a terminal, as a script in Python plays it.
+# test_terminal SCRIPT: runs plenxkit on a terminal that a Python script plays.
 test_terminal() {
     local prefix status=0
     prefix=$(new_prefix terminal)

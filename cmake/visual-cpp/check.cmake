@@ -5,7 +5,7 @@
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR AMD64)
 set(CMAKE_TRY_COMPILE_TARGET_TYPE STATIC_LIBRARY)
-# CMake would take a program that it cannot link for one with these.
+# Otherwise CMake would find these two functions here, because it links none of its test programs.
 set(CMAKE_HAVE_PTHREADS_CREATE FALSE CACHE BOOL "")
 set(CMAKE_HAVE_PTHREAD_CREATE FALSE CACHE BOOL "")
 
@@ -19,7 +19,7 @@ set(CMAKE_RC_COMPILER ${llvm}/bin/llvm-rc)
 set(CMAKE_RC_FLAGS_INIT "-I/usr/include/wine/wine/windows")
 set(CMAKE_USER_MAKE_RULES_OVERRIDE ${CMAKE_CURRENT_LIST_DIR}/no_linking.cmake)
 
-# The caller puts some headers there that Wine has otherwise, or not at all.
+# The caller puts some headers there that Wine has in another form, or not at all.
 list(APPEND CMAKE_TRY_COMPILE_PLATFORM_VARIABLES PLENX_CHECK_HEADERS)
 
 set(headers)

@@ -73,7 +73,7 @@ bool isnormal(Number value) {
 #define GetExceptionCode _exception_code
 #define GetExceptionInformation (struct _EXCEPTION_POINTERS*)_exception_info
 
-// Visual C++ does not have it. GoogleTest asks for it, and relies on the one answer.
+// Visual C++ does not have __has_attribute. GoogleTest asks for it, and relies on the one answer.
 #define PLENX_HAS_disable_tail_calls 1
 #define __has_attribute(name) PLENX_HAS_##name
 

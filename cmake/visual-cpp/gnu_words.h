@@ -1,5 +1,5 @@
 // clang knows these words in every mode, and Visual C++ does not know them. Every source of the
-// check sees this first. Outside of the system's headers each of the words brings a warning.
+// check sees this first. Outside the system's headers, each of the words causes a warning.
 
 #define __attribute__ PLENX_GNU_ATTRIBUTE
 #define PLENX_GNU_ATTRIBUTE __attribute__
