@@ -25,7 +25,7 @@ const (
 
 var errNoOutcome = errors.New("no outcome has come in time")
 
-// waitFor prints what comes until the outcome of a call of ours is there.
+// waitFor prints what comes until the outcome of our call has come.
 func waitFor(queue *plenx.Queue, status int32) (bool, error) {
 	for end := time.Now().Add(patience); ; {
 		event, err := queue.Next(time.Until(end))

@@ -9,7 +9,7 @@
  * Only one thread may call this, because the stub has only one binding handle. */
 unsigned long CallManager(int32_t id, unsigned char* message, uint32_t size);
 
-/* Returns whether that code says that the host does not listen yet. */
+/* Returns whether that code says that the host is not listening yet. */
 int IsNobodyThere(unsigned long code);
 
 #endif

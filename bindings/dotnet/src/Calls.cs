@@ -6,7 +6,8 @@ namespace PlenxSdk
     /// <summary>Text as the library has it: UTF-8 with its length, which may hold a NUL.</summary>
     internal static unsafe class Utf8
     {
-        // A text that has no UTF-8 is refused; it would reach the service as another one.
+        // A text that cannot be encoded in UTF-8 is refused, because it would reach the service as
+        // another text.
         private static readonly Encoding Strict = new UTF8Encoding(false, true);
 
         internal static byte[] Bytes(string text, string name)
@@ -23,7 +24,7 @@ namespace PlenxSdk
             return (UIntPtr)bytes.Length;
         }
 
-        /// <summary>Bytes that are no UTF-8 become U+FFFD.</summary>
+        /// <summary>Bytes that are not UTF-8 become U+FFFD.</summary>
         internal static string Text(byte[] bytes)
         {
             return Encoding.UTF8.GetString(bytes);
@@ -44,7 +45,7 @@ namespace PlenxSdk
     {
         internal delegate int Reader(byte* text, UIntPtr capacity, UIntPtr* length);
 
-        /// <summary>Throws if the result is none of success.</summary>
+        /// <summary>Throws unless the result means success.</summary>
         internal static void Check(int result)
         {
             if (result != 0)
@@ -54,7 +55,7 @@ namespace PlenxSdk
             }
         }
 
-        /// <summary>Calls again while the text has outgrown the buffer.</summary>
+        /// <summary>Calls again while the text does not fit into the buffer.</summary>
         internal static string Read(Reader reader)
         {
             byte[] buffer = new byte[1024];
@@ -75,7 +76,8 @@ namespace PlenxSdk
             }
         }
 
-        // 26 comes from the library itself, of whose failures plenx_last_error knows nothing.
+        // 26 comes from the library itself, and plenx_last_error knows nothing of the library's
+        // failures.
         private static string LastError(int result)
         {
             if (result > 0)

@@ -5,12 +5,12 @@ namespace PlenxSdk
 {
     /// <summary>The functions of plenx.h, with types that need no marshalling.</summary>
     /// <remarks>
-    /// plenx_observe and plenx_unobserve are left out, because the library would call their
-    /// functions on threads of its own. A queue brings the same notifications.
+    /// plenx_observe and plenx_unobserve are left out, because the library would call the functions
+    /// of an observer on threads of its own. A queue gives the same notifications.
     /// </remarks>
     internal static unsafe class Native
     {
-        // The managed assembly must not be named like one of the DLLs, which lie beside it.
+        // The managed assembly must not have the name of one of the DLLs, which lie beside it.
         private const string Dll = "plenxsdk_c";
 
         internal const uint Abi = 1;

@@ -50,27 +50,27 @@ namespace PlenxSdk
         Offline = 3,
     }
 
-    /// <summary>What an event tells. A later DLL may have further kinds.</summary>
+    /// <summary>What an event reports. A later DLL may have further kinds.</summary>
     public enum PlenxEventKind : uint
     {
         /// <summary>A service sends a message: Type, MsgLen, and the text or its bytes.</summary>
         Message = 9,
 
-        /// <summary>A group, the text, of a service has been connected.</summary>
+        /// <summary>A group of a service has been connected. The text is the group.</summary>
         Connect = 10,
 
-        /// <summary>A group, the text, of a service has lost its connection.</summary>
+        /// <summary>A group of a service has lost its connection. The text is the group.</summary>
         Disconnect = 11,
 
-        /// <summary>A group, the text, of a service has been connected again.</summary>
+        /// <summary>A group of a service has been connected again. The text is the group.</summary>
         Reconnect = 12,
 
         /// <summary>A service has asked for the status of a link. Type is the number of the link, Value
-        /// is the answer that it got, the text is the group.</summary>
+        /// is the answer that it got, and the text is the group.</summary>
         LinkQuery = 13,
 
         /// <summary>Something started, stopped, came online or went offline. Type is a
-        /// <see cref="PlenxStatus"/>, Value is 0 or 1, the text is the group.</summary>
+        /// <see cref="PlenxStatus"/>, Value is 0 or 1, and the text is the group.</summary>
         Status = 14,
 
         /// <summary>A service reports an error of its own; Value is its code.</summary>

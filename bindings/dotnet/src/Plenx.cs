@@ -4,7 +4,7 @@ namespace PlenxSdk
 {
     /// <summary>The library, which runs a distributed file system on this PC.</summary>
     /// <remarks>
-    /// Every call that changes something queues a job and returns at once. What came of it arrives
+    /// Every call that changes something queues a job and returns at once. The outcome arrives
     /// later as a <see cref="PlenxEvent"/>. A call that the library does not take throws
     /// <see cref="PlenxException"/>. Every call is allowed on any thread. plenx.h in the SDK says
     /// everything about each operation; the functions have the same names there.
@@ -120,7 +120,7 @@ namespace PlenxSdk
             }
         }
 
-        /// <summary>Queues the start of a service with a group. Brings
+        /// <summary>Queues the start of a service with a group. The outcome comes as
         /// <see cref="PlenxStatus.Start"/>.</summary>
         /// <param name="service">The service.</param>
         /// <param name="group">The name of the group, not empty.</param>
@@ -137,8 +137,8 @@ namespace PlenxSdk
             }
         }
 
-        /// <summary>Queues the stop of a service, whatever other groups it has. Brings
-        /// <see cref="PlenxStatus.Stop"/>.</summary>
+        /// <summary>Queues the stop of a service, whatever other groups it has. The outcome
+        /// comes as <see cref="PlenxStatus.Stop"/>.</summary>
         /// <param name="service">The service.</param>
         /// <param name="group">The name of the group, not empty.</param>
         public static void Stop(PlenxService service, string group)
@@ -151,8 +151,8 @@ namespace PlenxSdk
             }
         }
 
-        /// <summary>Queues the news that the local device is online. Brings
-        /// <see cref="PlenxStatus.Online"/> if the PC or phone service does not take it.</summary>
+        /// <summary>Queues the news that the local device is online.
+        /// <see cref="PlenxStatus.Online"/> comes if the PC or phone service does not take it.</summary>
         /// <param name="service">The service.</param>
         /// <param name="group">The name of the group, not empty.</param>
         /// <param name="device">The id of the device, not empty.</param>
@@ -174,8 +174,8 @@ namespace PlenxSdk
             }
         }
 
-        /// <summary>Queues the news that a remote device is online. May bring
-        /// <see cref="PlenxStatus.Online"/>.</summary>
+        /// <summary>Queues the news that a remote device is online.
+        /// <see cref="PlenxStatus.Online"/> may follow.</summary>
         /// <param name="service">The service.</param>
         /// <param name="group">The name of the group, not empty.</param>
         /// <param name="device">The id of the device, not empty.</param>
@@ -191,8 +191,8 @@ namespace PlenxSdk
             }
         }
 
-        /// <summary>Queues the news that the local device goes offline. May bring
-        /// <see cref="PlenxStatus.Offline"/>.</summary>
+        /// <summary>Queues the news that the local device goes offline.
+        /// <see cref="PlenxStatus.Offline"/> may follow.</summary>
         /// <param name="service">The service.</param>
         /// <param name="group">The name of the group, not empty.</param>
         /// <param name="device">The id of the device, not empty.</param>
@@ -210,8 +210,8 @@ namespace PlenxSdk
             }
         }
 
-        /// <summary>Queues the news that a remote device goes offline. May bring
-        /// <see cref="PlenxStatus.Offline"/>.</summary>
+        /// <summary>Queues the news that a remote device goes offline.
+        /// <see cref="PlenxStatus.Offline"/> may follow.</summary>
         /// <param name="service">The service.</param>
         /// <param name="group">The name of the group, not empty.</param>
         /// <param name="device">The id of the device, not empty.</param>
@@ -241,7 +241,7 @@ namespace PlenxSdk
             }
         }
 
-        /// <summary>Queues a message for the PC service, which a remote device has sent.</summary>
+        /// <summary>Queues, for the PC service, a message that a remote device has sent.</summary>
         /// <param name="type">The service gets it unchanged.</param>
         /// <param name="msgLen">The service gets it unchanged; it need not be the message's length.
         /// </param>

@@ -18,10 +18,10 @@ namespace PlenxSdk
             this.bytes = bytes;
         }
 
-        /// <summary>What the event tells.</summary>
+        /// <summary>What the event reports.</summary>
         public PlenxEventKind Kind { get; }
 
-        /// <summary>The service that the name of the group has; it is not checked.</summary>
+        /// <summary>The service, by the number in the group's name; it is not checked.</summary>
         public PlenxService Service { get; }
 
         /// <summary>Its meaning depends on the kind.</summary>
@@ -36,7 +36,7 @@ namespace PlenxSdk
         /// <summary>How many events the full queue has dropped directly before this one.</summary>
         public ulong Lost { get; }
 
-        /// <summary>The text, never null. Bytes that are no UTF-8 are U+FFFD here.</summary>
+        /// <summary>The text, never null. Bytes that are not UTF-8 are U+FFFD here.</summary>
         public string Text
         {
             get { return text ?? (text = Utf8.Text(bytes)); }
@@ -49,8 +49,8 @@ namespace PlenxSdk
             return (byte[])bytes.Clone();
         }
 
-        /// <summary>Tells the event in a line, for logs.</summary>
-        /// <returns>Such as "Status service Pc type 0 value 1: home".</returns>
+        /// <summary>Describes the event in one line, for logs.</summary>
+        /// <returns>A line such as "Status service Pc type 0 value 1: home".</returns>
         public override string ToString()
         {
             return Kind + " service " + Service + " type " + Type + " value " + Value + ": " + Text;

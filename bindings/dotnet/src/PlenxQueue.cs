@@ -12,7 +12,8 @@ namespace PlenxSdk
     public sealed unsafe class PlenxQueue : IDisposable
     {
         // A long wait is many short ones, between which a thread notices that its token was cancelled.
-        // Mono can also end its background threads only there; inside a wait they would keep the process.
+        // Mono can also end its background threads only there; inside a wait they would keep the process
+        // alive.
         private const int LongestWait = 250;
 
         private readonly QueueHandle handle = new QueueHandle();
@@ -67,11 +68,11 @@ namespace PlenxSdk
             }
         }
 
-        /// <summary>Takes the oldest event, or waits for one without the calling thread.</summary>
+        /// <summary>Takes the oldest event, or waits for one without blocking the calling thread.</summary>
         /// <remarks>
         /// If no event is there, one thread waits for this read: a background thread of its own, not
-        /// one of the pool. It ends with the read. What awaits the task runs in the pool or in the
-        /// context that it was awaited in, never on that thread. A read that was cancelled has taken
+        /// one of the pool. It ends with the read. Code that awaits the task continues in the pool or in
+        /// the context in which it awaits, never on that thread. A read that was cancelled has taken
         /// no event.
         /// </remarks>
         /// <param name="token">Ends the wait within 250 ms.</param>
@@ -117,9 +118,9 @@ namespace PlenxSdk
             GC.KeepAlive(this);
         }
 
-        /// <summary>Makes an object to wait for beside others, set while the queue holds something.
-        /// </summary>
-        /// <remarks>When it is set, call Next with 0 until that gives null. Never reset it. It can be
+        /// <summary>Makes an object for hosts that wait for several things at once. It is set while the
+        /// queue holds something.</summary>
+        /// <remarks>When it is set, call Next with 0 until it gives null. Never reset it. It can be
         /// used until the queue is disposed.</remarks>
         /// <returns>The object, or null when the system gives none.</returns>
         public WaitHandle MakeWaitHandle()

@@ -1,4 +1,4 @@
-// Starts a service, hears of it, stops it, and hears of that.
+// Starts a service, waits until it has started, stops it, and waits until it has stopped.
 //
 //     node host.mjs C:\Plenx\App C:\Plenx\Data
 

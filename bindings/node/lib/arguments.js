@@ -1,7 +1,7 @@
 'use strict';
 
-// koffi converts what it is given, whatever that is. These functions let nothing pass that the
-// library would not get as it was meant.
+// koffi converts whatever it is given. These functions refuse every value that would not reach the
+// library as it was meant.
 
 const { toUSVString } = require('node:util');
 
@@ -35,7 +35,7 @@ function int64(name, value) {
   return BigInt(value);
 }
 
-/** The bytes of a text. Half of a surrogate pair has none. */
+/** The bytes of a text. A lone surrogate has none. */
 function text(name, value) {
   if (typeof value !== 'string') throw wrongType(name, 'a string', value);
   if (toUSVString(value) !== value) {

@@ -29,7 +29,7 @@ class PlenxError extends Error {
   }
 }
 
-/** The error of a call that returned `result`; `detail` is the empty text when nobody knows more. */
+/** The error of a call that returned `result`; `detail` is empty when nothing more is known. */
 function errorOf(call, result, sentence, detail) {
   const code = names.get(result) ?? 'PLENX_E_UNKNOWN';
   const error = new PlenxError(code, detail || `${call}: ${sentence}`);

@@ -56,7 +56,7 @@ class Functions {
     return this.#functions.get(name)(...flat(values));
   }
 
-  /** The same; throws what is not 0. */
+  /** Does the same, and throws an error if the function does not return 0. */
   call(name, ...values) {
     const result = this.ask(name, ...values);
     if (result !== Result.OK) throw this.#errorOf(name, result, this.#lastError(result));
@@ -64,7 +64,7 @@ class Functions {
 
   /**
    * Calls on a thread of the pool that files share. The calls take turns, so that they never hold
-   * more than one thread. Gives 0 or, when it is `expected`, that; rejects everything else.
+   * more than one thread. Gives the result if it is 0 or `expected`, and rejects every other one.
    */
   wait(name, values, expected = Result.OK) {
     const start = promisify(this.#functions.get(name).async);
@@ -83,7 +83,7 @@ class Functions {
     return errorOf(name, result, this.ask('plenx_result_text', result), detail);
   }
 
-  // INVALID_PARAMETER is the library's own answer, about which the layer has no words.
+  // INVALID_PARAMETER is the library's own answer, and the layer has no words for it.
   #lastError(result) {
     if (result === Result.INVALID_PARAMETER) return '';
     const text = Buffer.alloc(1000);

@@ -62,7 +62,7 @@ export class PlenxError extends Error {
   private constructor();
   /** For a call: PLENX_ and the name of the result, such as PLENX_INVALID_PARAMETER. */
   readonly code: string;
-  /** What the call returned. Nothing when loading has failed. */
+  /** What the call returned; undefined when loading has failed. */
   readonly result?: number;
   /** The sentence of that result, which is always the same. */
   readonly sentence?: string;
@@ -82,7 +82,7 @@ export class Plenx {
   readonly abi: number;
 
   /**
-   * Makes the library ready. Open queues and emitters before. The process must be elevated.
+   * Makes the library ready. Open queues and emitters first. The process must be elevated.
    * @param install The folder of the service program and the driver, without a backslash at its end.
    * @param data A folder that exists. Its sub-folder "plenx" is DELETED with everything in it.
    */
@@ -92,7 +92,7 @@ export class Plenx {
 
   /** Waits while the job of the first init is running. Only Key.NOT_RUNNING has an answer. */
   getInt64(service: number, key: number): Promise<bigint>;
-  /** Always gives '': such settings cannot be read back. Waits like getInt64. */
+  /** Always gives '', because string settings cannot be read back. Waits like getInt64. */
   getString(service: number, key: number): Promise<string>;
   setInt64(service: number, key: number, value: number | bigint): void;
   setString(service: number, key: number, value: string): void;
@@ -177,8 +177,8 @@ export type PlenxEmitterEvents = {
 };
 
 /**
- * Events for listeners, on the thread of Node. They wait until there is a listener for the first
- * time; an event for which there is none then is dropped.
+ * Events for listeners, on Node's thread. They wait until the first listener is added. After that,
+ * an event that has no listener is dropped.
  */
 export class PlenxEmitter extends EventEmitter<PlenxEmitterEvents> implements Reader {
   private constructor();
@@ -189,8 +189,8 @@ export class PlenxEmitter extends EventEmitter<PlenxEmitterEvents> implements Re
 }
 
 /**
- * A notification. Texts need not be valid UTF-8: what is not becomes U+FFFD, and what is above
- * 256 MiB is cut. `lost` says how many notifications were dropped directly before this one.
+ * A notification. Texts need not be valid UTF-8: malformed bytes become U+FFFD, and a text is cut
+ * off at 256 MiB. `lost` says how many notifications were dropped directly before this one.
  */
 export type PlenxEvent =
   | MessageEvent
@@ -246,7 +246,7 @@ export interface ServiceErrorEvent {
   lost: number;
 }
 
-/** A service tells the name under which its disk is mounted. */
+/** A service reports the name under which its disk is mounted. */
 export interface DiskNameEvent {
   kind: 'diskName';
   name: string;

@@ -55,7 +55,7 @@ function requireKoffi() {
   }
 }
 
-// koffi would search the DLLs that this one needs in the folder of the program and in PATH first,
+// koffi would look for the DLLs that this one needs in the folder of the program and in PATH first,
 // where others of the same name may lie.
 function loadFrom(kernel32, file) {
   const searchBesideItFirst = 0x100 | 0x1000; // LOAD_LIBRARY_SEARCH_DLL_LOAD_DIR and _DEFAULT_DIRS

@@ -71,7 +71,7 @@ class NativeQueue {
     return this.#hasRef;
   }
 
-  /** Has `look` of the reader called until it is dismissed; it says whether it has found an event. */
+  /** Calls the reader's `look`, which says whether it has found an event, until it is dismissed. */
   watchFor(reader) {
     this.#watch.add(reader);
   }

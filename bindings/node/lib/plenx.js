@@ -143,7 +143,7 @@ class Plenx {
     return [uint32('service', service), text('group', group), text('device', device)];
   }
 
-  // What a call brings about is soon to be heard.
+  // A call may soon cause an event.
   #call(name, ...values) {
     this.#functions.call(name, ...values);
     this.#watch.hurry();

@@ -4,8 +4,8 @@ const longestPause = 50; // milliseconds
 
 /**
  * Looks after everybody who waits for events, with one timer and without a thread: at once when
- * somebody begins to wait, when an event has come and after each call of the library, and later and
- * later while nothing comes.
+ * somebody begins to wait, when an event has come and after each call of the library, and at longer
+ * and longer intervals while nothing comes.
  */
 class Watch {
   #watched = new Set();

@@ -11,11 +11,11 @@
             if event.kind == plenxsdk.EventKind.STATUS:
                 break
 
-Every call that changes something queues a job and returns at once. What came of it arrives later as
-an event. A call that the library does not take raises PlenxError.
+Every call that changes something queues a job and returns at once. The outcome arrives later as an
+event. A call that the library does not take raises PlenxError.
 
 Text is str here and UTF-8 in the library. Bytes that are not UTF-8 become lone surrogates, as in
-Python's own names of files ("surrogateescape"), and a text that holds them goes back as the same
+Python's own file names ("surrogateescape"), and a text that holds them goes back as the same
 bytes. Event.data has the bytes themselves. A text may hold a NUL.
 
 Every function may be called on any thread. A call that waits lets Python's other threads run.
@@ -89,7 +89,7 @@ class Result(enum.IntEnum):
 
 
 class EventKind(enum.IntEnum):
-    """What an event tells. A kind of a later DLL has a name such as KIND_17."""
+    """What an event reports. A kind of a later DLL has a name such as KIND_17."""
 
     MESSAGE = 9  #: a message of a service: type, msg_len, text
     CONNECT = 10  #: service, text is the group
@@ -166,7 +166,7 @@ def _text(text: Text) -> tuple[bytes, int]:
     return encoded, len(encoded)
 
 
-# ctypes would cut a number that does not fit.
+# ctypes would truncate a number that does not fit.
 def _number(number: SupportsIndex, least: int, most: int) -> int:
     value = operator.index(number)
     if not least <= value <= most:
@@ -213,7 +213,7 @@ class Plenx:
         self._check(self.dll.plenx_destroy())
 
     def get_int64(self, service: int, key: int) -> int:
-        """Tells whether a service runs: with Key.NOT_RUNNING it gives 1 while it does not.
+        """Tells whether a service runs: with Key.NOT_RUNNING it gives 1 while the service does not.
 
         Every other key gives 0. Waits while the job of the first init is running.
         """
@@ -235,33 +235,33 @@ class Plenx:
         self._check(self.dll.plenx_set_string(_uint32(service), _uint32(key), *_text(value)))
 
     def start(self, service: int, group: Text, argument: Text) -> None:
-        """Queues the start of a service with a group. Brings Status.START."""
+        """Queues the start of a service with a group. The outcome comes as Status.START."""
         self._check(self.dll.plenx_start(_uint32(service), *_text(group), *_text(argument)))
 
     def stop(self, service: int, group: Text) -> None:
-        """Queues the stop of a service. Brings Status.STOP."""
+        """Queues the stop of a service. The outcome comes as Status.STOP."""
         self._check(self.dll.plenx_stop(_uint32(service), *_text(group)))
 
     def local_device_online(self, service: int, group: Text, device: Text,
                             data: bytes = b"") -> None:
-        """Queues the news that the local device is online. Brings Status.ONLINE if it fails."""
+        """Queues the news that the local device is online. Status.ONLINE comes if that fails."""
         self._check(self.dll.plenx_local_device_online(
             _uint32(service), *_text(group), *_text(device), *_text(data)))
 
     def remote_device_online(self, service: int, group: Text, device: Text) -> None:
-        """Queues the news that a remote device is online. May bring Status.ONLINE."""
+        """Queues the news that a remote device is online. Status.ONLINE may follow."""
         self._check(self.dll.plenx_remote_device_online(
             _uint32(service), *_text(group), *_text(device)))
 
     def local_device_offline(self, service: int, group: Text, device: Text,
                              trigger: int = 0) -> None:
-        """Queues the news that the local device goes offline. May bring Status.OFFLINE."""
+        """Queues the news that the local device goes offline. Status.OFFLINE may follow."""
         self._check(self.dll.plenx_local_device_offline(
             _uint32(service), *_text(group), *_text(device), _int32(trigger)))
 
     def remote_device_offline(self, service: int, group: Text, device: Text,
                               trigger: int = 0) -> None:
-        """Queues the news that a remote device goes offline. May bring Status.OFFLINE."""
+        """Queues the news that a remote device goes offline. Status.OFFLINE may follow."""
         self._check(self.dll.plenx_remote_device_offline(
             _uint32(service), *_text(group), *_text(device), _int32(trigger)))
 
@@ -270,7 +270,7 @@ class Plenx:
         self._check(self.dll.plenx_device_name_changed(*_text(name)))
 
     def recv_remote_message(self, type: int, msg_len: int, message: Text) -> None:
-        """Queues a message for the PC service, which a remote device has sent.
+        """Queues, for the PC service, a message that a remote device has sent.
 
         The service gets type and msg_len unchanged; msg_len need not be the message's length.
         """
@@ -299,7 +299,8 @@ class Plenx:
             sentence = _decode(self.dll.plenx_result_text(result))
             raise PlenxError(_known_result(result), sentence, self._last_error(result))
 
-    # 26 comes from the library itself, of whose failures plenx_last_error knows nothing.
+    # 26 comes from the library itself, and plenx_last_error knows nothing of the library's
+    # failures.
     def _last_error(self, result: int) -> str:
         if result > 0:
             return ""
@@ -308,7 +309,7 @@ class Plenx:
         self.dll.plenx_last_error(buffer, len(buffer), length)
         return _decode(buffer.raw[:min(length.value, len(buffer) - 1)])
 
-    # Calls again while the text has outgrown the buffer.
+    # Calls again while the text does not fit into the buffer.
     def _read(self, call: Callable[..., int]) -> str:
         capacity = 1024
         while True:
@@ -335,7 +336,7 @@ _LONGEST_WAIT = 0.5
 class Queue:
     """Holds events until a thread takes them. Any number of threads may wait.
 
-    Leaving the with block closes it. A queue that is collected closes itself, too.
+    Leaving the with block closes it. A queue that is garbage-collected closes itself, too.
     """
 
     def __init__(self, plenx: Plenx, handle: int) -> None:
@@ -391,9 +392,9 @@ class Queue:
             self._handle, _uint32(service), *_text(group), _uint32(link), _int32(status)))
 
     def wait_handle(self) -> Optional[int]:
-        """A Windows event (HANDLE), set while the queue holds something. Never close it.
+        """Gives a Windows event (HANDLE), set while the queue holds something. Never close it.
 
-        None when the system gives no event.
+        Gives None when the system gives no event.
         """
         handle: Optional[int] = self._plenx.dll.plenx_queue_wait_handle(self._handle)
         return handle

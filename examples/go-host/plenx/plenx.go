@@ -3,8 +3,8 @@
 // Package plenx has the part of plenxsdk/plenx.h that a small host needs. The header says everything
 // about each function; the others are called in the same way. The package needs no cgo.
 //
-// Any goroutine may call any function. Notifications are pulled from a queue: a function of Go's
-// must not be called by the library's threads.
+// Any goroutine may call any function. Notifications are pulled from a queue, because the library's
+// threads must not call a Go function.
 package plenx
 
 import (
@@ -91,7 +91,7 @@ func (sdk *SDK) text(result int32) string {
 	return stringAt(text) // a constant of the DLL's
 }
 
-// The memory of the library is none that Go moves or collects.
+// Go neither moves nor collects the library's memory.
 func bytesAt(address uintptr, length int) []byte {
 	return unsafe.Slice(*(**byte)(unsafe.Pointer(&address)), length)
 }

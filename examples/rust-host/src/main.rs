@@ -15,7 +15,8 @@ use std::time::{Duration, Instant};
 const GROUP: &str = "home";
 const PATIENCE: Duration = Duration::from_secs(60);
 
-/// Prints what comes until the outcome of a call of ours is there. None: it has not come in time.
+/// Prints what comes until the outcome of our call has come. None means that it has not come in
+/// time.
 fn wait_for(queue: &Queue, status: i32) -> plenx::Result<Option<bool>> {
     let end = Instant::now() + PATIENCE;
     loop {

@@ -129,7 +129,7 @@ impl Queue {
         Ok(Queue(queue))
     }
 
-    /// Waits for the next event. None: nothing came in time.
+    /// Waits for the next event. None means that nothing came in time.
     pub fn next(&self, patience: Duration) -> Result<Option<Event>> {
         let milliseconds = patience.as_millis().min(u32::MAX as u128 - 1) as u32;
         let mut event = std::ptr::null();
