@@ -384,8 +384,8 @@ public:
     /// @param first    The name of the group, not empty.
     /// @param second   The id of the device, not empty.
     /// @param size     The length of data in bytes; only its low 32 bits count. The office service
-    ///                 receives 16 bytes at most. From 2^31 on, the request to the PC or phone
-    ///                 service fails and the office service receives no bytes.
+    ///                 receives 16 bytes at most. If those bits give 2^31 or more, the request to
+    ///                 the PC or phone service fails and the office service receives no bytes.
     /// @param data     The library copies it before the call returns. Null means no bytes.
     /// @return kAccepted or kInvalidParameter.
     PLENXSDK_API int LocalDeviceOnline(ServiceType svcType, const std::string& first,
