@@ -80,7 +80,7 @@ void DevService::EndAtStart(const Values& start) {
     TerminateProcess(GetCurrentProcess(), 3);
 }
 
-// Does what [start] says, or takes one step forward when there is no [start].
+// Does what [start] says. Without [start], it only reports progress once.
 bool DevService::StartUnpunctually(const Values& start) {
     const auto hint = static_cast<DWORD>(start.Number("hint_ms", kStartHint));
     status_.Pending(SERVICE_START_PENDING, hint);
@@ -142,7 +142,7 @@ void DevService::RequestStop() {
     StopNow();
 }
 
-// The library may be ending itself and answer nobody any more, so nothing here waits long.
+// The library may itself be ending and may answer nobody any more, so nothing here waits long.
 void DevService::End() {
     scenario_.Stopping();
     const Values stop = scenario_.Stop();

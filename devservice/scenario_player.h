@@ -1,7 +1,7 @@
 // Plays what two files say: the control file, which may change while the service runs, and the
 // scenario that it or the command line names, which is read once. Says what holds for a request,
 // the start and the stop of this service in this run of it, and hands notifications to the sender
-// when their time has come. Key by key, the control file counts before the scenario.
+// when their time has come. For each key, the control file takes precedence over the scenario.
 //
 // The control file plenxservice.toml lies in the folder that the environment variable
 // PLENX_SERVICE_CONTROL names, else in the install folder. Beside it, in plenxservice.pc.runs, the

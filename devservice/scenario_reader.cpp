@@ -201,7 +201,7 @@ private:
         }
     }
 
-    // Usually there is one; several are for several services.
+    // Usually there is one table. Several tables are for several services.
     std::vector<const toml::table*> LifeTablesOf(Section& top, const std::string& name) {
         const toml::node* const node = top.Any(name);
         if (node && node->is_table()) {
@@ -299,7 +299,7 @@ private:
             section.Refuse("send", allowed);
             return;
         }
-        // The allowed keys depend on send, so only a good send lets us check them.
+        // The allowed keys depend on send, so they can be checked only if send is valid.
         section.AllRead();
     }
 

@@ -15,8 +15,8 @@ class ServiceStatus {
 public:
     explicit ServiceStatus(SERVICE_STATUS_HANDLE handle = nullptr) : handle_(handle) {}
 
-    /// The state is SERVICE_START_PENDING or SERVICE_STOP_PENDING. Every report raises the check
-    /// point.
+    /// The state is SERVICE_START_PENDING or SERVICE_STOP_PENDING. Every report raises the
+    /// checkpoint.
     void Pending(DWORD state, DWORD waitHint);
     void Running(bool acceptsStop);
     /// exitCode is 0 or a Windows error; ownCode is the service's own code, used instead.

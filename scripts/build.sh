@@ -36,7 +36,7 @@ compile_windows() {
     configure "$windows_build" --toolchain "$root/cmake/mingw-w64-x86-64.cmake" \
         -DCMAKE_CXX_FLAGS_RELWITHDEBINFO="$windows_flags" \
         "${windows_options[@]}"
-    # Two lanes of the tests may want this build.
+    # Two lanes of the tests may want this build at the same time.
     step "build for Windows" flock "$windows_build" ninja -C "$windows_build" "$@"
     step "add the run time" copy_run_time "$windows_build/bin"
 }

@@ -51,7 +51,7 @@ test_node() {
     test_node_under_wine
 }
 
-# Needs what prepare_node makes, as the next one does.
+# Needs what prepare_node makes, as the next function does.
 test_node_natively() {
     step "check the types of the binding for Node" \
         node "$node_dir/node_modules/typescript/bin/tsc" -p tests/bindings/node

@@ -2,8 +2,8 @@
 
 windows_test_seconds=900
 windows_jobs=4        # at a time, because they mostly wait
-# These begin first, so that none is left alone. The last of them need the most of the cores, so they
-# wait until the package's tests are nearly done.
+# These begin first, so that none of them is left running alone at the end. The last of them need the
+# cores most, so they wait until the package's tests are nearly done.
 long_windows_tests=(system_test soak_test kit_judge_life_test endings_test
     kit_judge_answers_test kit_judge_test kit_scenario_test kit_host_test)
 # Other commands run these at length.

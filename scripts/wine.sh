@@ -4,7 +4,8 @@
 wine_dir=$build_dir/wine
 export WINEDEBUG=-all WINEDLLOVERRIDES="mscoree,mshtml="
 unset DISPLAY
-# Wine 10 looks for a Wayland display there, and says so on the error output when it is not set.
+# Wine 10 looks for a Wayland display in XDG_RUNTIME_DIR, and complains on the error output when that is
+# not set.
 if [ -z "${XDG_RUNTIME_DIR:-}" ]; then
     mkdir -p -m 700 "$build_dir/run"
     export XDG_RUNTIME_DIR=$build_dir/run

@@ -12,7 +12,7 @@ namespace {
 constexpr std::chrono::seconds kOpenAgainAfter{5};
 
 // A line that fits the buffer reaches the file in one write. If the process ends in the middle of
-// it, the file contains the whole line or nothing of it.
+// that write, the file contains the whole line or nothing of it.
 constexpr std::size_t kBufferBytes = std::size_t{64} * 1024;
 
 std::unique_ptr<spdlog::formatter> MakeFormatter() {

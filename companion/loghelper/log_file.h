@@ -31,8 +31,8 @@ public:
     LogFile(const LogFile&) = delete;
     LogFile& operator=(const LogFile&) = delete;
 
-    /// Writes one line and hands it to the system. Drops a line that it cannot write, and tries
-    /// a file that it cannot open again after a few seconds.
+    /// Writes one line and hands it to the system. Drops a line that it cannot write. If it cannot
+    /// open the file, it tries again after a few seconds.
     void Write(std::string_view text) noexcept;
 
 private:

@@ -64,7 +64,7 @@ std::atomic_flag keptIsTaken = ATOMIC_FLAG_INIT;
 struct KeptStream {
     KeptStream() {
         stream.imbue(std::locale::classic());
-        stream.str(std::wstring(kMostKept, L' '));  // libraries keep the room
+        stream.str(std::wstring(kMostKept, L' '));  // clearing it later keeps this capacity
     }
     ~KeptStream() { keptIsTaken.test_and_set(); }  // later lines use their own
     void OnProcessEnd() noexcept {}

@@ -56,7 +56,7 @@ public:
     /// Returns true when every job that was queued has run to its end. It takes no lock, so it also
     /// works while the process is ending.
     bool IsIdle() const noexcept {
-        const std::uint64_t finished = state_->finished;  // first: it never overtakes enqueued
+        const std::uint64_t finished = state_->finished;  // read first: it never overtakes enqueued
         return finished == state_->enqueued;
     }
 

@@ -16,7 +16,7 @@
 namespace DistributedFs {
 namespace {
 
-// Returns the bytes with zeros behind them, because a sender that forgot the path's NUL must not
+// Returns the bytes with zeros after them, because a sender that forgot the path's NUL must not
 // make the shell read past the block.
 std::vector<wchar_t> TerminatedPath(const std::uint8_t* bytes, std::int32_t length) {
     const std::size_t padded = static_cast<std::size_t>(length) + 3;
