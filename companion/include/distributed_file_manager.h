@@ -46,7 +46,7 @@ public:
     /// Stops the office service.
     /// @return 0 on success.
     int Stop();
-    /// The local device is online.
+    /// Tells the office service that the local device is online.
     /// @param first   Group name.
     /// @param second  Device id.
     /// @param type    Always 1.
@@ -55,17 +55,17 @@ public:
     /// @return 0 on success.
     int LocalDeviceOnline(const std::string& first, const std::string& second, int type,
                           const unsigned char* data, int size);
-    /// A remote device is online.
+    /// Tells the office service that a remote device is online.
     /// @param first   Group name.
     /// @param second  Device id.
     /// @return 0 on success.
     int RemoteDeviceOnline(const std::string& first, const std::string& second);
-    /// The local device goes offline.
+    /// Tells the office service that the local device goes offline.
     /// @param first   Group name.
     /// @param second  Device id.
     /// @return 0 on success.
     int LocalDeviceOffline(const std::string& first, const std::string& second);
-    /// A remote device goes offline.
+    /// Tells the office service that a remote device goes offline.
     /// @param first   Group name.
     /// @param second  Device id.
     /// @return 0 on success.
@@ -77,7 +77,7 @@ public:
     /// @return 0 on success.
     int GetGroupNeighborDistributedDir(const std::string& first, const std::string& second,
                                        std::string& dir);
-    /// Uninstalls the office service's packages. Called by PLENXManager::Destroy.
+    /// Uninstalls the office service's packages. PLENXManager::Destroy calls it.
     /// @return 0 on success.
     int UninstallPackages();
 };

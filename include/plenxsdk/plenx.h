@@ -57,7 +57,7 @@
 /// one of these calls, it waits for ever. Do not wait there for the outcome of a job either: the
 /// outcome is a notification too, and cannot come.
 ///
-/// **Text** is UTF-8. A host gives it by a pointer and a length in bytes, and it may hold a NUL.
+/// **Text** is UTF-8. A host passes it as a pointer and a length in bytes, and it may hold a NUL.
 /// With PLENX_SIZE_TO_NUL as the length, the text ends at its first NUL; PLENX_TEXT("...") writes
 /// both arguments. A null pointer with length 0 is the empty text. A null pointer with any other
 /// length gives PLENX_E_ARGUMENT, and so does a length above 2^31 - 1. The library copies every
@@ -69,7 +69,7 @@
 /// larger buffer. To ask for the length alone, give a null buffer with capacity 0. The text that a
 /// service sends need not be valid UTF-8.
 ///
-/// **Memory.** Whoever allocates a block frees it. The library gives out one kind of block, the
+/// **Memory.** Whoever allocates a block frees it. The library hands out one kind of block, the
 /// plenx_event, and plenx_event_free takes it back.
 ///
 /// **Results.** 0 is success, 26 is PLENX_INVALID_PARAMETER, and the numbers below 0 are the
@@ -577,7 +577,7 @@ typedef struct plenx_observer {
 typedef struct plenx_subscription plenx_subscription;
 
 /// Registers an observer. From now on the library calls its functions, one at a time, on threads of
-/// its own. It asks queues and observers in the order in which they were opened.
+/// its own. Each notification reaches queues and observers in the order in which they were opened.
 ///
 /// The first call of this function or of plenx_queue_open waits for a notification that is being
 /// delivered.

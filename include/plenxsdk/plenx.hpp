@@ -239,7 +239,7 @@ public:
         return {Result(code, {}), Event(*functions_, event)};
     }
 
-    /// Gives a HANDLE to wait for; see plenx_queue_wait_handle.
+    /// Gives a HANDLE to wait on; see plenx_queue_wait_handle.
     void* wait_handle() noexcept { return functions_->queue_wait_handle(handle()); }
 
     /// Sets the answer to a service's question; see plenx_queue_set_link_status.

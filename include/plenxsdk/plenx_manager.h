@@ -291,7 +291,7 @@ public:
     /// code 31. In both cases there is no service side, and no line says why. A NUL in the install
     /// folder also keeps the icon files from being opened; five lines do report that.
     ///
-    /// A host cannot mend a bad folder by calling Init again. The companion object keeps the
+    /// A host cannot correct a bad folder by calling Init again. The companion object keeps the
     /// folders of the first Init until the process ends. The service side keeps those of the first
     /// Init whose two folders are valid UTF-8; the job of a later Init finds everything done, even
     /// if something has failed.
