@@ -4,8 +4,8 @@
     tidy.py CLANG_TIDY KEPT SINCE BUILD... -- FOLDER...
 
 Each source of ours below one of the FOLDERs is checked as the first BUILD that has it compiles it:
-alone, or with those of its unity. KEPT holds an empty file for each source that was found clean, which
-is checked again when the source, a header of ours that it reads, its command or .clang-tidy changes.
+alone, or with those of its unity. KEPT holds an empty file for each check that found nothing. A check
+is repeated when the source, a header of ours that it reads, its command or .clang-tidy changes.
 The .clang-tidy of a folder also holds for the sources of a unity, which lies elsewhere itself.
 With SINCE, a commit, it checks only the sources that differ from that commit, and one source that
 reads each header that differs. With "all", it checks everything.
