@@ -13,7 +13,7 @@ class Bar {
 public:
     Bar(std::ostream& out, bool isConsole) : out_(out), isConsole_(isConsole) {}
 
-    /// index: of what has begun now, among all of them.
+    /// index: the position of the item that has just begun, from 0. all: the number of items.
     void Show(std::size_t index, std::size_t all, const std::string& name) {
         if (isConsole_) {
             constexpr std::size_t kWidth = 30;
@@ -23,7 +23,7 @@ public:
             out_ << text_ << std::flush;
         }
     }
-    // With blanks, because not every console obeys escape sequences.
+    // Writes blanks over the bar, because not every console obeys escape sequences.
     void Remove() {
         if (!text_.empty()) {
             out_ << "\r" << std::string(text_.size(), ' ') << "\r";

@@ -34,7 +34,7 @@ struct Command {
     std::function<int()> run;
 };
 
-// This command is for the scripts of the shells, not for people. It takes all words behind it
+// This command is for the scripts of the shells, not for people. It takes all words after its name
 // as they are.
 CLI::App& DeclareCompletion(CLI::App& app) {
     CLI::App& command = *app.add_subcommand("complete")->group("")->prefix_command();
@@ -83,7 +83,7 @@ int Run(const std::vector<std::string>& arguments, const Streams& streams) {
     Options options;
     const std::vector<Command> commands = Declare(app, options, streams);
     try {
-        // The parser takes the arguments from the back.
+        // The parser expects the arguments in reverse order.
         app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
         for (const Command& command : commands) {
             if (app.got_subcommand(&command.app)) {

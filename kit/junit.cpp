@@ -2,7 +2,7 @@
 
 #include <rapidxml/rapidxml.hpp>
 
-// RapidXML as it is published calls these before it declares them. Debian has mended its copy.
+// RapidXML as it is published calls these before it declares them. Debian has fixed its copy.
 // NOLINTBEGIN(readability-identifier-naming)
 namespace rapidxml::internal {
 template <class Out, class Letter>

@@ -1,4 +1,5 @@
-// What the reports for the browser have in common: one page, without anything from the network.
+// The parts that the reports for the browser share. Each report is one page that loads nothing from
+// the network.
 
 #ifndef PLENXKIT_REPORT_PAGE_H
 #define PLENXKIT_REPORT_PAGE_H

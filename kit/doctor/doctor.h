@@ -37,7 +37,7 @@ struct Diagnosis {
     int notes = 0;
 };
 
-/// Runs all checks. tell gets the findings of each check as soon as it has ended.
+/// Runs all checks. As soon as a check has ended, its findings are passed to tell.
 Diagnosis Examine(const Patient& patient, System& system,
                   const std::function<void(const Check&, const std::vector<Finding>&)>& tell);
 

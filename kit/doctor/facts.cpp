@@ -22,8 +22,8 @@ char Lower(char letter) {
     return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
 }
 
-// Letters beyond ASCII stay as they are. Separators in a row count as one, because a folder may
-// have some at its end, given here or by the host whose Init has registered a file.
+// Letters beyond ASCII stay as they are. Several separators in a row count as one, because a folder
+// may have come with separators at its end: here, or from the host whose Init registered a file.
 std::string Comparable(std::string path) {
     std::transform(path.begin(), path.end(), path.begin(), Lower);
     std::replace(path.begin(), path.end(), '/', '\\');

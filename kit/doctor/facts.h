@@ -33,11 +33,11 @@ std::string StartTypeText(StartType type);
 
 /// The path without quotes and without the prefix that drivers' paths have.
 std::string PlainPath(const std::string& registered);
-/// Whether two paths have the same letters, whatever their case and their separators.
+/// Whether two paths are the same, ignoring the case of letters and the kind of separators.
 bool SamePath(const std::string& first, const std::string& second);
 /// Whether the path is the folder or lies in it.
 bool IsWithin(const std::string& path, const std::string& folder);
-/// Whether the name begins so, in whatever case of its letters.
+/// Whether the name begins with the prefix, ignoring case.
 bool HasPrefix(const std::string& name, const std::string& lowerCasePrefix);
 
 }  // namespace PlenxHost

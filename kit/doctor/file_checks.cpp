@@ -140,7 +140,7 @@ void CheckIconFolders(const std::string& install, System& system, Findings& find
 
 }  // namespace
 
-// The run time of C++ differs from one compiler to another, so the library's imports tell what it
+// Each compiler has its own C++ run time, so the check reads from the library's imports what it
 // needs.
 void CheckLibrary(const Patient& patient, System& system, Findings& findings) {
     std::vector<std::string> names(std::begin(kLibraryFiles), std::end(kLibraryFiles));

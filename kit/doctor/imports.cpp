@@ -21,7 +21,7 @@ class Image {
 public:
     explicit Image(std::string_view file) : file_(file) {}
 
-    /// Outside of the file everything is zero, which no table takes for an entry.
+    /// Everything outside the file counts as zero, which is not an entry in any table.
     template <class Number>
     Number At(std::uint64_t offset) const {
         Number number = 0;
@@ -36,7 +36,7 @@ public:
                At<std::uint16_t>(OptionalHeader()) == k64Bit;
     }
 
-    /// Where the bytes lie in the file that the loader puts at this address of the image.
+    /// The place in the file of the bytes that the loader puts at this address of the image.
     std::optional<std::uint64_t> OffsetOf(std::uint32_t address) const {
         const auto sections = At<std::uint16_t>(Header() + 6);
         std::uint64_t section = OptionalHeader() + At<std::uint16_t>(Header() + 20);

@@ -9,8 +9,8 @@
 
 namespace PlenxHost {
 
-/// The names in the import table of a 64-bit program or DLL, in its order. What is loaded late is
-/// not among them. The bytes may be anything: what cannot be read has no imports.
+/// The names in the import table of a 64-bit program or DLL, in its order. Delay-loaded DLLs are
+/// not among them. The bytes may be anything: a file that cannot be read has no imports.
 /// Source: https://learn.microsoft.com/windows/win32/debug/pe-format
 std::vector<std::string> ImportedDlls(std::string_view file);
 

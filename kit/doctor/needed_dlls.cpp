@@ -7,7 +7,7 @@
 namespace PlenxHost {
 namespace {
 
-// These names stand for parts of Windows; most of them are no files.
+// These names stand for parts of Windows. Most of them are not files.
 bool IsApiSet(const std::string& name) {
     return HasPrefix(name, "api-ms-") || HasPrefix(name, "ext-ms-");
 }

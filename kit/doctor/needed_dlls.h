@@ -16,7 +16,7 @@ struct NeededDll {
     bool isThere;          ///< whether it lies in the program's folder
 };
 
-/// Follows the imports from the program through the DLLs in its folder. Each DLL is there once.
+/// Follows the imports from the program through the DLLs in its folder. Lists each DLL once.
 std::vector<NeededDll> NeededDlls(const std::string& folder, const std::string& program,
                                   System& system);
 

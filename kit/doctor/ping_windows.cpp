@@ -1,5 +1,5 @@
-// Only this file of the host knows more of the library than its public header. It knows the
-// interface of the services, for the ping.
+// This is the only file of the host that uses more of the library than its public header. For the
+// ping, it uses the interface of the services.
 
 #include "doctor/ping.h"
 

@@ -21,7 +21,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
-constexpr int kMostLookedAt = 10000;  // the limit of paths that FirstHeld looks at
+constexpr int kMostLookedAt = 10000;  // FirstHeld looks at no more paths than this
 
 fs::path PathOf(const std::string& text) {
     return fs::u8path(text);
@@ -141,7 +141,7 @@ public:
         return (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0 ? PathKind::kFolder : PathKind::kFile;
     }
 
-    // This does without version.dll. It reads the file as data and runs none of its code.
+    // This does not need version.dll. It reads the file as data and runs none of its code.
     std::optional<std::string> VersionOf(const std::string& file) override {
         const PlenxSupport::Module module(
             LoadLibraryExW(PathOf(file).c_str(), nullptr,
@@ -184,7 +184,7 @@ public:
             return writers;
         }
         for (const Group& group : kCommonGroups) {
-            // Without a list everybody may do everything.
+            // Without an access list, everybody may do everything.
             if (list == nullptr || MayWrite(list, group)) {
                 writers.push_back(group.name);
             }

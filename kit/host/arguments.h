@@ -44,9 +44,9 @@ public:
     /// hex:00ff, bytes:N (00 01 02 ...), null, null:N or a text. A size may follow, which is
     /// passed in place of the true one.
     DataBlock TakeData();
-    /// The words up to the given one. It takes that one too, but leaves it out.
+    /// The words before the given one. That word is taken too, but is not in the result.
     std::vector<Word> TakeUntil(const std::string& keyword);
-    /// Checks that nothing more follows.
+    /// Checks that no word is left.
     void End() const;
 
 private:

@@ -1,7 +1,7 @@
 // The commands: one table (command_table.cpp) describes each command and names its function.
 //
-// Such a function reads the arguments, which fails with a ScriptError when they are wrong,
-// and returns the action to run. A script is thus checked to its end before it starts.
+// Such a function reads the arguments and returns the action to run. It throws a ScriptError when
+// the arguments are wrong. A script is thus checked to its end before it starts.
 
 #ifndef PLENXKIT_HOST_COMMANDS_H
 #define PLENXKIT_HOST_COMMANDS_H
@@ -34,7 +34,7 @@ std::string CommandOverview();
 /// The help of one command. @throws ScriptError when there is no such command.
 std::string CommandHelp(const std::string& name);
 
-/// The step of one line; its action is empty when the line is.
+/// The step of one line. The action is empty when the line is empty.
 /// @throws ScriptError
 Step ParseStep(std::string_view line, const std::string& place);
 

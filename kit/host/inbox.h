@@ -17,21 +17,21 @@ namespace PlenxHost {
 
 class Inbox {
 public:
-    /// The inbox keeps only that many, the latest ones, so that a long session does not grow for
-    /// ever.
+    /// The inbox keeps only this many of the latest notifications, so that its memory does not grow
+    /// for ever in a long session.
     static constexpr std::size_t kMostKept = 10000;
 
     void Put(Notification notification);
-    /// Takes the first that matches, waiting for it up to the given time.
+    /// Takes the first notification that matches, and waits for it up to the given time.
     std::optional<Notification> Take(const Pattern& pattern, std::chrono::milliseconds limit);
-    /// The same, but the wait also ends when its opposite has come.
+    /// Does the same, but the wait also ends when the opposite notification has come.
     std::optional<Notification> TakeUnlessOpposite(const Pattern& pattern,
                                                    std::chrono::milliseconds limit);
-    /// Waits that long.
+    /// Waits for that time.
     void Pause(std::chrono::milliseconds span);
     void Clear();
     std::deque<Notification> Left() const;
-    /// The first opposite that has come.
+    /// The first notification that is the opposite of the expected one.
     std::optional<Notification> OppositeOf(const Pattern& pattern) const;
 
     /// Ends every wait, now and from now on.

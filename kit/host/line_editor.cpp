@@ -66,7 +66,7 @@ void LineEditor::Complete(const std::vector<std::wstring>& words) {
 }
 
 LineEditor::View LineEditor::Show(const std::wstring& prompt, std::size_t columns) const {
-    constexpr std::size_t kLeast = 10;  // columns for the text, for which the prompt gives way
+    constexpr std::size_t kLeast = 10;  // columns for the text; if they do not fit, no prompt shows
     const bool narrow = columns < prompt.size() + kLeast;
     const std::wstring front = narrow ? L"" : prompt;
     const std::size_t room = columns > front.size() + 1 ? columns - front.size() - 1 : 1;

@@ -21,7 +21,7 @@ public:
     void Home() { cursor_ = 0; }
     void End() { cursor_ = text_.size(); }
     void Clear();
-    /// Completes the first word with the letters that all words that begin like it share.
+    /// Extends the first word by the letters that are common to all words that begin with it.
     void Complete(const std::vector<std::wstring>& words);
 
     bool Empty() const { return text_.empty(); }

@@ -27,7 +27,7 @@ public:
 
 class Output {
 public:
-    /// The file belongs to the caller. Time counts from here.
+    /// The file belongs to the caller. The seconds in reports count from this moment.
     Output(std::FILE* file, std::unique_ptr<LineFormat> format)
         : file_(file), format_(std::move(format)) {}
     Output(const Output&) = delete;

@@ -1,4 +1,4 @@
-// Brings the program under judgement up. It exists on Windows only.
+// Brings up the program under judgement. It exists on Windows only.
 
 #ifndef PLENXKIT_JUDGE_BRING_UP_H
 #define PLENXKIT_JUDGE_BRING_UP_H

@@ -23,7 +23,7 @@ struct Pipe {
     Handle write;
 };
 
-// The child inherits one end only.
+// The child inherits only one end.
 Pipe MakePipe(bool childReads) {
     SECURITY_ATTRIBUTES inherited = {sizeof inherited, nullptr, TRUE};
     HANDLE read = nullptr;
@@ -39,7 +39,7 @@ std::wstring CommandLine(const std::string& endpoint) {
     return L"\"" + path + L"\" judge-caller \"" + PlenxSupport::ToWide(endpoint) + L"\"";
 }
 
-// Ends a process at an interruption or when its time is over, unless this object goes before.
+// Ends a process at an interruption or when its time is over, unless this object is gone by then.
 class Deadline {
 public:
     Deadline(HANDLE process, std::chrono::milliseconds time,
@@ -47,7 +47,7 @@ public:
         RegisterWaitForSingleObject(&wait_, interruption.Event(), EndProcess, process,
                                     static_cast<DWORD>(time.count()), WT_EXECUTEONLYONCE);
     }
-    // Waits for an ending that is under way.
+    // If the process is just being ended, waits until that is done.
     ~Deadline() { static_cast<void>(UnregisterWaitEx(wait_, INVALID_HANDLE_VALUE)); }
     Deadline(const Deadline&) = delete;
     Deadline& operator=(const Deadline&) = delete;
@@ -79,7 +79,8 @@ std::vector<Answer> Caller::Call(const std::vector<Request>& requests,
     const bool raised = std::any_of(answers.begin(), answers.end(), [](const Answer& answer) {
         return answer.way == Answer::Way::kRaised;
     });
-    // Wine's RPC runtime keeps something of an exception, so that later calls of the process fail.
+    // An exception leaves something behind in Wine's RPC runtime that makes later calls of the
+    // process fail.
     if (!allCameBack || raised) {
         End();
     }
@@ -142,7 +143,7 @@ bool Caller::Send(const std::vector<Request>& requests) {
     return sent;
 }
 
-// The start of the process is no part of the program's time.
+// The time that this process needs to start does not count as the program's time.
 bool Caller::AwaitTheCalls() {
     const Deadline deadline(process_.Get(), kUntilItCalls, interruption_);
     char calling = 0;

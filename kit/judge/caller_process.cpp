@@ -85,7 +85,7 @@ Answer CallOnce(const Request& request) {
     return answer;
 }
 
-// They share a binding, because the stub has only one. Each call is made while the others run.
+// The calls share a binding, because the stub has only one. They all run at the same time.
 std::vector<Answer> CallAll(const std::vector<Request>& requests) {
     if (requests.size() == 1) {
         return {CallOnce(requests.front())};

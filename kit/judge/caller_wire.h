@@ -1,5 +1,5 @@
-// What travels through the pipes between the judge and the process that makes its calls. Both are
-// the same program, so that plain memory will do.
+// The data that travels through the pipes between the judge and the process that makes its calls.
+// Both are the same program, so the bytes of plain structs will do.
 
 #ifndef PLENXKIT_JUDGE_CALLER_WIRE_H
 #define PLENXKIT_JUDGE_CALLER_WIRE_H
@@ -8,13 +8,13 @@
 
 namespace PlenxJudge {
 
-/// Behind the count of the requests; the bytes follow.
+/// One of these follows the count of the requests for each request. Its bytes come after it.
 struct RequestHead {
     std::int32_t id = 0;
     std::uint32_t size = 0;
 };
 
-/// The process says so just before it makes the calls.
+/// The process writes this just before it makes the calls.
 constexpr char kCalling = 'c';
 
 /// The bytes of the reply follow.

@@ -21,8 +21,8 @@ enum class Needs {
     kSoak,     // the user has given time for repetition
 };
 
-/// What was expected and what came instead, each in one line, and the message that is in question
-/// as plenxkit message shows it.
+/// What was expected and what came instead, each in one line, and the message in question, as
+/// plenxkit message shows it.
 struct Fault {
     std::string expected;
     std::string came;
@@ -34,7 +34,7 @@ struct Outcome {
 
     Kind kind = Kind::kPassed;
     std::vector<Fault> faults = {};  // of a failure, at least one
-    std::string why = {};            // there was nothing to judge
+    std::string why = {};            // why nothing could be judged
 
     static Outcome Of(std::vector<Fault> faults) {
         return {faults.empty() ? Kind::kPassed : Kind::kFailed, std::move(faults), {}};

@@ -1,4 +1,4 @@
-// plenxkit judge: holds a service program that somebody else wrote against the page on the wire
+// plenxkit judge: checks a service program that somebody else wrote against the page on the wire
 // protocol.
 
 #ifndef PLENXKIT_JUDGE_COMMAND_H

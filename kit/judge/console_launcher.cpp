@@ -1,4 +1,4 @@
-// Runs the program under judgement as an ordinary process, by a command of the user.
+// Runs the program under judgement as an ordinary process, with a command that the user gives.
 
 #include <chrono>
 

@@ -19,8 +19,9 @@ std::vector<const Exchanges*> AllBroken(Trial& trial);
 
 /// The notifications of a life with the usual requests and some more groups.
 const std::vector<Notification>& NotificationsOfALife(Trial& trial);
-/// Whether the program sends any after CreateGroup: before the first broken request, and when it is
-/// asked for. Some checks need one that they can cause.
+/// Whether the program sends a notification after CreateGroup, because some checks need one that
+/// they can cause. The first function keeps the answer from before the first broken request, the
+/// second the answer from the time when a check first asks.
 bool SentBeforeBrokenRequests(Trial& trial);
 bool SendsAfterCreateGroup(Trial& trial);
 /// Sends CreateGroup.

@@ -21,7 +21,7 @@ using PlenxWire::MessageShape;
 constexpr std::uint32_t kHuge = 0xffffffffU;
 constexpr std::uint32_t kLargestInt32 = 0x7fffffffU;
 constexpr std::uint32_t kJustBelowHuge = 0xfffffff0U;
-// So many descriptors take 2^32 + 8 bytes, which wraps to 8.
+// This many descriptors take 2^32 + 8 bytes, which wraps to 8.
 constexpr std::uint32_t kWrappingCount = 0x15555556U;
 constexpr std::size_t kLongText = std::size_t{64} * 1024;
 
@@ -492,7 +492,7 @@ Forms TextForms(Text text, int role) {
                                      "with a " + std::string(shape.name) + " " + NameOf(text)));
         }
     }
-    // What names a group comes while the group is there.
+    // Requests that name a group come before DeleteGroup, while the group is there.
     std::stable_partition(forms.begin(), forms.end(), [](const Form& form) {
         return form.request.id != PlenxWire::kDeleteGroup;
     });

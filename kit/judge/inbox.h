@@ -49,11 +49,11 @@ public:
     void Behave(Manner manner);
 
     std::size_t Count() const;
-    /// All that came in since that count.
+    /// All notifications that came in after the first `count`.
     std::vector<Notification> Since(std::size_t count) const;
     /// Waits until more than count have come in. @return false when the time is over.
     bool WaitForMoreThan(std::size_t count, std::chrono::milliseconds longest) const;
-    /// Waits until nothing has come in for a while, but not longer than that.
+    /// Waits until nothing has come in for the time `quiet`, but at most for the time `longest`.
     void WaitForQuiet(std::chrono::milliseconds quiet, std::chrono::milliseconds longest) const;
 
 private:

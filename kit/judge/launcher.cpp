@@ -21,7 +21,7 @@ fs::path UsualWork() {
     return fs::path(drive != nullptr ? drive : "C:") / "\\plenxkit";
 }
 
-// The folder or the one above it that has to be made first.
+// Returns the folder that has to be made first: this one, or one above it that is missing too.
 fs::path HighestMissing(fs::path folder) {
     while (folder.has_relative_path() && !fs::exists(folder.parent_path())) {
         folder = folder.parent_path();
@@ -64,7 +64,7 @@ Folders MakeFolders(const Way& way) {
 
 std::string RemoveFolders(const Folders& folders, std::chrono::milliseconds longest) {
     std::string reason = RemoveFolder(folders.work, longest);
-    // A folder above it that somebody else uses by now is not empty, and stays.
+    // If somebody else uses a folder above it by now, that folder is not empty and stays.
     std::error_code ignored;
     fs::path folder = folders.work;
     while (reason.empty() && folder != folders.highest) {

@@ -38,7 +38,7 @@ std::unique_ptr<Launcher> MakeConsole(const Way& way,
 std::unique_ptr<Launcher> MakeService(const Way& way,
                                       const PlenxSupport::Interruption& interruption);
 
-/// A fresh folder for the run: the work folder, and the data folder in it that is not made.
+/// The fresh folders of a run: the work folder, and in it the data folder, which is not made.
 struct Folders {
     std::wstring work;
     std::wstring data;
@@ -46,10 +46,10 @@ struct Folders {
 };
 
 Folders MakeFolders(const Way& way);
-/// Removes what MakeFolders has made, with all that is in the work folder. Tries for that long.
-/// @return why the work folder cannot be removed, or nothing.
+/// Removes what MakeFolders has made, with all that is in the work folder. Keeps trying for up to
+/// that time. @return why the work folder cannot be removed, or nothing.
 std::string RemoveFolders(const Folders& folders, std::chrono::milliseconds longest);
-/// Tries for that long. @return why it cannot be removed, or nothing.
+/// Keeps trying for up to that time. @return why it cannot be removed, or nothing.
 std::string RemoveFolder(const std::wstring& folder, std::chrono::milliseconds longest);
 /// Waits until somebody listens at the endpoint. @return false when the process ends, at an
 /// interruption, and when the time is over.

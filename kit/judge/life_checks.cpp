@@ -179,7 +179,7 @@ Outcome LifeChecks::RefusesAStartByHand(Trial& trial) {
     Watched watched = service.Start({false, trial.Role()});
     service.End();
     if (watched.error == kStartTimeout) {
-        // Wine's manager says so now and then when the process ends at once.
+        // Wine's manager sometimes reports this when the process ends at once.
         watched = service.Start({false, trial.Role()});
         service.End();
     }

@@ -14,11 +14,11 @@ class Inbox;
 /// Whether somebody listens at the endpoint of this PC.
 bool IsServed(const std::string& endpoint);
 
-/// There is one for the process, because its listener cannot be removed. The inbox must live as
+/// A process calls this only once, because the listener cannot be removed. The inbox must live as
 /// long as the process. @throws Refusal when the endpoint cannot be served.
 void ServeManager(Inbox& inbox);
 
-/// Takes the interface from the endpoint, as before the library listens, or gives it back.
+/// Removes the interface from the endpoint, as it is before the library listens, or puts it back.
 void HideManager(bool hidden);
 
 }  // namespace PlenxJudge

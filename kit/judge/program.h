@@ -19,7 +19,7 @@ struct Request {
     PlenxWire::Bytes bytes = {};
 };
 
-/// What came back of one call.
+/// What came back from one call.
 struct Answer {
     enum class Way {
         kReturned,  // the procedure returned
@@ -76,7 +76,7 @@ class Service {
 public:
     virtual ~Service() = default;
 
-    /// Starts it and waits for as long as the library would. Ends a process that is left first.
+    /// Starts it and waits for as long as the library would. First ends a process that is left.
     virtual Watched Start(const StartArguments& arguments) = 0;
     virtual Watched Stop() = 0;
     /// Ends the process, if there is one, and waits until the service counts as stopped.
@@ -87,7 +87,8 @@ public:
     /// Whether somebody serves the endpoint of that role.
     virtual bool Serves(int role) const = 0;
     virtual bool HasDataFolder() const = 0;
-    /// Tries for that long. @return why the data folder cannot be removed; empty when it is gone.
+    /// Keeps trying for up to that time. @return why the data folder cannot be removed; empty when
+    /// it is gone.
     virtual std::string RemoveDataFolder(std::chrono::milliseconds longest) = 0;
 };
 
@@ -114,7 +115,8 @@ public:
 
     /// The endpoint "Manager" and what has come in there.
     virtual Inbox& Manager() = 0;
-    /// Makes calls of "Manager" fail from now on, as before the library listens; or ends that.
+    /// Makes calls to "Manager" fail from now on, as they do before the library listens, or makes
+    /// them succeed again.
     virtual void HideManager(bool hidden) = 0;
 
     /// 0 office, 1 PC, 2 phone.

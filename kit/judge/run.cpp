@@ -29,7 +29,7 @@ int RoleNamed(const std::string& name) {
                             std::begin(kRoles));
 }
 
-// An endpoint of the system says itself which role it is for.
+// The name of one of the system's endpoints already says which role it is for.
 int RoleOf(const Options& options) {
     const auto* const found =
         std::find(std::begin(kEndpoints), std::end(kEndpoints), options.endpoint);

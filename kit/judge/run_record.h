@@ -1,5 +1,5 @@
-// What came of a run, as plain values: the reports are written from them, and earlier runs are read
-// back into them.
+// The results of a run, as plain values. The reports are written from them, and earlier runs are
+// read back into them.
 
 #ifndef PLENXKIT_JUDGE_RUN_RECORD_H
 #define PLENXKIT_JUDGE_RUN_RECORD_H

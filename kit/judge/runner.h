@@ -1,4 +1,4 @@
-// Runs checks one after the other and keeps what came of each.
+// Runs checks one after the other and keeps the result of each.
 
 #ifndef PLENXKIT_JUDGE_RUNNER_H
 #define PLENXKIT_JUDGE_RUNNER_H
@@ -19,10 +19,10 @@ struct Listener {
     std::function<void(const Record& record)> ends;
 };
 
-/// Why the check is not run at all; empty when it is.
+/// Why the check is not run at all; empty when it is run.
 std::string WhyNotRun(const Check& check, bool asService, bool soaks);
 
-/// Stops at an interruption, without the check that was under way.
+/// Stops at an interruption. The check that was under way is then not among the records.
 std::vector<Record> RunChecks(const std::vector<const Check*>& checks, Trial& trial,
                               const std::set<std::string>& known, const Listener& listener);
 

@@ -1,4 +1,4 @@
-// Which checks run, and which failures are known.
+// Decides which checks run and which failures are known.
 
 #ifndef PLENXKIT_JUDGE_SELECTION_H
 #define PLENXKIT_JUDGE_SELECTION_H
@@ -14,7 +14,8 @@ namespace PlenxJudge {
 
 using PlenxKit::UsageError;
 
-/// words: numbers ("reply/1") or areas ("reply"), some to a word with commas. None means all.
+/// words: numbers ("reply/1") or areas ("reply"); one word may hold several, divided by commas.
+/// Without words, all checks are selected.
 /// @throws UsageError for a word that fits nothing.
 std::vector<const Check*> Selected(const std::vector<std::string>& words);
 

@@ -155,8 +155,8 @@ public:
         }
         const SERVICE_STATUS_PROCESS first = Status();
         KeepTheProcess(first.dwProcessId);
-        // A hint of 0 has a check of its own. Whether the library gives up then depends on which of
-        // the two is quicker, so nothing else is judged by it.
+        // A hint of 0 has a check of its own. With such a hint, it is a matter of speed whether the
+        // library gives up, so no other check depends on it.
         watched.patience = first.dwWaitHint != 0 ? first.dwWaitHint : kStopPatience;
         Watch(watched, begin, milliseconds(0),
               [](ServiceState state) { return state != ServiceState::kStartPending; });
@@ -242,8 +242,8 @@ private:
         return watched;
     }
 
-    // Looks until the state is right, or until the library would give up. At an interruption the
-    // program has only so long since the beginning.
+    // Looks until the state is right, or until the library would give up. After an interruption,
+    // the program has only the time `whenInterrupted`, counted from `begin`.
     template <class Right>
     void Watch(Watched& watched, steady_clock::time_point begin, milliseconds whenInterrupted,
                Right isRight) {

@@ -1,4 +1,4 @@
-// How the program serves: in time, many callers at once, in any order, for long.
+// Checks how the program serves: in time, many callers at once, in any order, and for a long time.
 
 #include <algorithm>
 #include <iterator>

@@ -9,7 +9,7 @@
 namespace PlenxJudge {
 namespace {
 
-// Each loss may cost the patience for one call and a start.
+// Each loss may cost the longest wait for one call, and a start.
 constexpr int kMostLosses = 12;
 constexpr int kMostLossesOfOneKind = 3;
 constexpr std::chrono::milliseconds kUntilItIsGone(200);

@@ -58,7 +58,7 @@ public:
         return std::any_cast<const Result&>(found->second);
     }
 
-    /// Whether somebody wants the run to end. Then a check may find what is not so.
+    /// Whether somebody wants the run to end. What a check finds may then be wrong.
     bool IsInterrupted() const { return interruption_.IsRaised(); }
     /// Why nothing more can be judged; empty while something can.
     const std::string& Over() const { return over_; }

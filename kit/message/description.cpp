@@ -56,7 +56,7 @@ Argument ValueOf(const std::string& text, ArgumentType type) {
     throw UsageError(value.dump() + " is not " + WithArticle(type));
 }
 
-// Numbers pass as digits, so that one place knows the limits.
+// Numbers are passed on as digits, so that the limits are checked in one place.
 Argument ValueOf(const json& value, ArgumentType type) {
     const bool isText = type == ArgumentType::kString || type == ArgumentType::kInt8Array;
     if (!isText) {

@@ -11,7 +11,7 @@ namespace {
 
 using PlenxWire::Bytes;
 
-constexpr std::string_view kGroupName = "grpName";  // only notifications spell it so
+constexpr std::string_view kGroupName = "grpName";  // only notifications spell it this way
 constexpr std::string_view kTextLength = "msgLen";  // the argument behind it is the text
 
 // The library splits the name at the last "_", and an int32 must hold the number behind it.

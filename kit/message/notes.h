@@ -1,5 +1,5 @@
 // Notes on how the library treats a good message: it refuses some group names and completes some
-// paths. They are no problem of the message, so they do not change the exit code.
+// paths. They are not problems of the message, so they do not change the exit code.
 //
 // All functions are pure; any thread may call them.
 

@@ -129,7 +129,7 @@ std::string Title(const Subject& subject) {
     return title + ": " + Way(subject);
 }
 
-// The kinds that a good message without a known id may be.
+// The kinds of message that a good message without a known id may be.
 std::string Guess(const Message& message) {
     std::string names;
     for (const MessageShape& shape : PlenxWire::Catalog()) {

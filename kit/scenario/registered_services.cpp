@@ -47,7 +47,7 @@ bool LiesIn(const std::wstring& program, const fs::path& folder) {
     return _wcsnicmp(program.c_str() + skipped, begin.c_str(), begin.size()) == 0;
 }
 
-// One that hangs does not stop, so nobody asks it to.
+// A service that hangs does not stop, so this does not ask it to.
 void EndProcessOf(SC_HANDLE service, const fs::path& folder) {
     SERVICE_STATUS_PROCESS status = {};
     DWORD needed = 0;

@@ -1,5 +1,5 @@
-// The services and the driver that the library registers, told apart by the folder of their
-// program. Those of a run are removed after it. Those of anybody else are not touched.
+// Finds the services and the driver that the library registers, and tells them apart by the folder
+// of their program. Those of a run are removed after it. Those of anybody else are not touched.
 
 #ifndef PLENXKIT_SCENARIO_REGISTERED_SERVICES_H
 #define PLENXKIT_SCENARIO_REGISTERED_SERVICES_H

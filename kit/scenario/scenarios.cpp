@@ -22,7 +22,8 @@ fs::path ProgramFolder() {
     return fs::path(path).parent_path();
 }
 
-// They lie beside an installed program, or beside one that was just built.
+// The ready scenarios of an installed program lie in share. Those of a program that was just built
+// lie beside it.
 fs::path UsualFolder(const fs::path& programFolder) {
     const fs::path shared = programFolder.parent_path() / "share" / "plenxsdk" / "scenarios";
     return fs::exists(shared) ? shared : programFolder / "scenarios";
