@@ -16,8 +16,8 @@ bool IsConsole(DWORD standardHandle) {
     return GetConsoleMode(GetStdHandle(standardHandle), &mode) != 0;
 }
 
-// Not every console that accepts the mode obeys it. Some write the sequence out as characters. Their
-// cursor then moves, which shows it.
+// Not every console that accepts the mode obeys it. One that writes the sequence out as characters
+// moves its cursor. This looks for that, and switches the mode off again.
 bool ObeysSequences(HANDLE console) {
     constexpr wchar_t kNothing[] = L"\x1b[m";
     constexpr DWORD kLength = 3;

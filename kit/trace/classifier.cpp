@@ -223,7 +223,8 @@ void Classifier::TakeOutcome(std::int64_t status, bool value, Event& event) {
         return;
     }
     const bool byEngine = event.service == kPc || event.service == kPhone;
-    // The stop of these always reports false. The lines before show whether it went well.
+    // A stop of the PC or the phone service always reports false. The lines before it show whether
+    // it went well.
     const bool stopOfEngine = byEngine && status == kStatusStop;
     event.kind = Kind::kOutcome;
     event.from = byEngine ? Lane::kEngine : Lane::kWorker;

@@ -1,5 +1,5 @@
 # Makes page_parts.cpp from the files of page/: cmake -DOUTPUT=... -DFOLDER=... -P embed.cmake
-# The files become numbers, because compilers limit the length of a text in the source.
+# The files become numbers, because compilers limit the length of a string literal.
 
 function(embed variable)
   set(bytes "")

@@ -59,10 +59,10 @@ constexpr Pattern kLibraryPatterns[] = {
     {"PLENXManager::RecvRemoteMessage", "plenx manager receive remote message is pushed into thread pool", Kind::kCall, kHost, kFacade, "RecvRemoteMessage", "RecvRemoteMessage"},
     {"PLENXManager::RecvRemoteMessage", "thread pool is released", Kind::kRefusal, kHost, kFacade, "RecvRemoteMessage before Init", "RecvRemoteMessage"},
 
-    // The worker takes them. Init and the settings have no job of the facade: the engine's first
-    // line is the worker's.
+    // The worker takes them from the queue. For Init and the settings, the facade's job writes no
+    // line, so the engine's first line stands for it.
     {"PLENXManagerInner::Init", "service manager initialization", Kind::kJob, kFacade, kEngine, "Init runs: the services", "Init"},
-    // Nothing depends on the icons: an installation without their folders works as any other.
+    // Nothing depends on the icons: an installation without their folders works like any other.
     {"PLENXManagerInner::CreateFileIcon", "open file{text} error", Kind::kStep, kEngine, kEngine, "a folder stays without its icon: {text}", "", Mark::kUsual},
     {"PLENXManagerInner::Init", "rpc listen thread initialization", Kind::kStep, kEngine, kEngine, "listen for notifications"},
     {"PLENXManager::StartFunc", "plenx manager start service svcType({svc}) is invoked", Kind::kJob, kFacade, kWorker, "Start {svc} runs", "Start"},

@@ -1,4 +1,4 @@
-// Which lines of a large log the page shows, so that the page stays small whatever the log is.
+// Decides which lines of a large log the page shows, so that the page stays small whatever the log.
 //
 // The head and the end of the log and every failure come first. The lines before the failures come
 // next, then the calls and their outcomes, then stretches of the rest. A share that is not used up
@@ -49,7 +49,7 @@ struct Shown {
 
 class Selection {
 public:
-    /// The lines of these sequence numbers are shown in any case.
+    /// The lines with the sequence numbers in wanted are shown in any case.
     Selection(const Totals& totals, const Plan& plan, std::set<std::uint64_t> wanted);
 
     /// Takes the next line and adds the lines that can be shown by now, or none.

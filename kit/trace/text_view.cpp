@@ -100,7 +100,7 @@ private:
         case Kind::kQueued:  // the view has shown the call
         case Kind::kFanOut:  // the view has shown the notification
         case Kind::kReturn:
-        case Kind::kAnswer:  // the side that has asked goes on
+        case Kind::kAnswer:  // the next lines show that the side that asked goes on
             return true;
         case Kind::kCall:  // the host's lines show these two with their arguments
         case Kind::kNotification:

@@ -1,4 +1,4 @@
-// plenxkit verify: holds the whole of plenxsdk against the Windows that it runs on, and removes
+// plenxkit verify: checks the whole of plenxsdk on the Windows that it runs on, and removes
 // everything again.
 
 #ifndef PLENXKIT_VERIFY_COMMAND_H

@@ -31,7 +31,7 @@ constexpr DWORD kEnded = 0xDEAD;
 constexpr DWORD kEndOfProcess = 5000;
 constexpr DWORD kBetweenLooks = 50;
 constexpr std::size_t kMostLogs = 40;
-constexpr std::size_t kMostOfALog = 200000;  // its end
+constexpr std::size_t kMostOfALog = 200000;  // bytes that are kept, from its end
 
 Handle Inheritable(const std::wstring& path, DWORD access, DWORD creation) {
     SECURITY_ATTRIBUTES inherited = {sizeof inherited, nullptr, TRUE};
@@ -43,7 +43,7 @@ void Tell(const wchar_t* variable, const std::wstring& value) {
     SetEnvironmentVariableW(variable, value.c_str());
 }
 
-// Somebody who wants it longer or shorter says so in the environment.
+// Somebody who wants another value sets the variable before the run.
 void Suggest(const wchar_t* variable, const wchar_t* value) {
     if (GetEnvironmentVariableW(variable, nullptr, 0) == 0) {
         Tell(variable, value);
@@ -151,7 +151,7 @@ private:
         return RunFolder() / "results" / fs::u8path(file);
     }
 
-    // Nobody shall see the window of a program that crashes.
+    // A program that crashes must not open an error window.
     static void SetUpEnvironment() {
         SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOGPFAULTERRORBOX | SEM_NOOPENFILEERRORBOX);
         const std::wstring temp = RunFolder() / "temp";
@@ -182,7 +182,7 @@ private:
         startup.hStdError = output.Get();
         PROCESS_INFORMATION started{};
         std::wstring line = LineOf(launch);
-        // A group of its own, so that only this process hears of Ctrl-C.
+        // The program gets a process group of its own, so that only this process hears of Ctrl-C.
         if (!CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE,
                             CREATE_SUSPENDED | CREATE_NEW_PROCESS_GROUP, nullptr,
                             (RunFolder() / "programs").c_str(), &startup, &started)) {
@@ -216,7 +216,7 @@ private:
     const fs::path programs_;
     Handle turn_;
     std::optional<PlenxSupport::ConsoleWatch> console_;
-    std::optional<Watcher> watcher_;  // goes first, when everything is removed
+    std::optional<Watcher> watcher_;  // destroyed first, when everything has been removed
     bool prepared_ = false;
 };
 

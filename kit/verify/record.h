@@ -1,4 +1,4 @@
-// What came of a run, as plain values: all reports are written from them.
+// The results of a run, as plain values. All reports are written from them.
 
 #ifndef PLENXKIT_VERIFY_RECORD_H
 #define PLENXKIT_VERIFY_RECORD_H
@@ -17,7 +17,7 @@ struct Case {
     Verdict verdict = Verdict::kPassed;
     double seconds = 0;
     std::string text = {};  // of a failure or a skip, in any number of lines
-    /// What a test has written down, such as what this system does otherwise than others.
+    /// What a test has recorded, such as how this system differs from others.
     std::vector<std::pair<std::string, std::string>> recorded = {};
 
     bool Failed() const { return verdict == Verdict::kFailed; }
@@ -40,7 +40,7 @@ struct StageRecord {
     std::string sentence;
     std::vector<PartRecord> parts = {};
     std::string whyNotRun = {};  // empty when it was run
-    /// What had to be removed after it: whatever it had not removed itself.
+    /// What it had not removed itself, so that it had to be removed afterwards.
     std::vector<std::string> removed = {};
 
     bool WasRun() const { return whyNotRun.empty(); }
@@ -57,7 +57,7 @@ struct StageRecord {
     }
 };
 
-/// The machine, without the names of people: pairs of what and which, for a table.
+/// Describes the machine without the names of people: pairs of a label and a value, for a table.
 using Facts = std::vector<std::pair<std::string, std::string>>;
 
 struct RunRecord {

@@ -17,8 +17,8 @@ char Lowered(char letter) {
     return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
 }
 
-// Windows does not tell capitals from small letters in names. Those of ASCII are enough, because
-// the others come from the same place every time.
+// Windows ignores the case of letters in names. To do so for ASCII letters is enough, because the
+// other letters come from the same place every time.
 bool Begins(const std::string& text, std::size_t at, const std::string& what) {
     return text.size() - at >= what.size() &&
            std::equal(what.begin(), what.end(), text.begin() + static_cast<std::ptrdiff_t>(at),
@@ -50,8 +50,8 @@ std::string Without(const Secret& secret, const std::string& text) {
     return result;
 }
 
-// A path stands in texts as it is, with slashes, and in JSON and in regular expressions with two
-// backslashes.
+// A text may hold a path as it is or with slashes. JSON and regular expressions hold it with two
+// backslashes in place of one.
 std::vector<Secret> FormsOf(const Secret& secret) {
     if (!secret.isPath) {
         return {secret};

@@ -16,7 +16,7 @@ namespace PlenxVerify {
 std::string StageText(const StageRecord& record);
 /// "412 tests: 405 passed, 7 failed", what was left behind, and what follows from it all.
 std::string SummaryText(const RunRecord& run);
-/// "All is as expected." or what is not.
+/// "All is as expected.", or a sentence that says what is wrong.
 std::string VerdictOf(const RunRecord& run);
 
 std::string JsonOf(const RunRecord& run);

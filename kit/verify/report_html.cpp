@@ -22,7 +22,7 @@ td:last-child, th:last-child { text-align: right; white-space: nowrap; }
 pre { white-space: pre-wrap; }
 )";
 
-// Each by itself, because a text in HTML has no line breaks of its own.
+// Converts each line by itself, because HtmlText does not keep line breaks.
 std::string LinesHtml(const std::string& text) {
     std::istringstream stream(text);
     std::string html;

@@ -36,7 +36,7 @@ std::string FailuresOf(const Json& test) {
     return text;
 }
 
-// Older GoogleTests do not write why a test was skipped.
+// Older versions of GoogleTest do not write why a test was skipped.
 std::string SkipOf(const Json& test) {
     std::string text;
     for (const Json& skip : test.value("skipped", Json::array())) {

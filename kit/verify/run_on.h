@@ -1,4 +1,4 @@
-// The command on any machine, so that the tests can give it one.
+// Runs the command on any machine, so that the tests can give it a machine of their own.
 
 #ifndef PLENXKIT_VERIFY_RUN_ON_H
 #define PLENXKIT_VERIFY_RUN_ON_H

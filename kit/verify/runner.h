@@ -15,7 +15,7 @@ namespace PlenxVerify {
 
 /// Who hears of a run while it goes on.
 struct Listener {
-    /// name: "services/library". index: of this part, among all of them.
+    /// name: "services/library". index: the position of this part. all: the number of parts.
     std::function<void(const std::string& name, std::size_t index, std::size_t all)> begins;
     std::function<void(const StageRecord& record)> ends;
     std::function<void(const LogFile& file)> logs;
@@ -25,12 +25,12 @@ struct Listener {
 void RunStages(const std::vector<const Stage*>& stages, System& system, RunRecord& run,
                const Listener& listener);
 
-/// Takes the turn of this run. @throws Refusal when it cannot.
+/// Makes sure that the run has the rights it needs and is the only one. @throws Refusal otherwise.
 void CheckRights(System& system);
 /// @throws Refusal when a program of the stages is missing.
 void CheckPrograms(const std::vector<const Stage*>& stages, System& system);
 
-/// A line for each of them.
+/// One line for each trace.
 std::string TextOf(const std::vector<Trace>& traces);
 
 /// Whether all that stands in the way comes from an earlier run, so that it may be removed.

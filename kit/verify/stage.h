@@ -18,7 +18,7 @@ struct Part {
     };
 
     Kind kind;
-    const char* name;     // "services/system": of its files, too
+    const char* name;     // "library"; the names of its files hold it, too
     const char* program;  // beside plenxkit.exe
     const char* filter;   // which of its tests; empty for all of them
     unsigned seconds;     // the limit
@@ -30,14 +30,15 @@ struct Stage {
     std::vector<Part> parts;
 };
 
-/// In the order in which they run. What is left behind comes last, has no part, and always runs.
+/// In the order in which they run. The last stage looks for what is left behind. It has no part,
+/// and it always runs.
 const std::vector<Stage>& Stages();
 
 constexpr const char* kLeftBehindStage = "left-behind";
 
 using PlenxKit::UsageError;
 
-/// words: names, some to a word with commas. None means all.
+/// words: names; one word may hold several, divided by commas. Without words, all are selected.
 /// @throws UsageError for a name that no stage has.
 std::vector<const Stage*> Selected(const std::vector<std::string>& words);
 

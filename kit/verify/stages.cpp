@@ -29,8 +29,9 @@ void CheckThatItIsAStage(const std::string& name) {
 
 }  // namespace
 
-// Texts of many megabytes take a minute and say more of the library than of the system, so they are
-// left to the tests. The limits are several times what the parts need under Wine on a slow machine.
+// Texts of many megabytes take a minute and say more about the library than about the system, so
+// they are left to the tests. The limits are several times what the parts need under Wine on a slow
+// machine.
 const std::vector<Stage>& Stages() {
     static const std::vector<Stage> stages = {
         {"load",

@@ -51,24 +51,24 @@ public:
     virtual ~System() = default;
 
     virtual bool HasRights() = 0;
-    /// Whether this is the only run; from now on it counts as running.
+    /// Makes this the run that other runs have to wait for. @return false when another one runs.
     virtual bool TakeTurn() = 0;
     virtual std::vector<Trace> Traces() = 0;
     /// Whether the program is beside plenxkit.exe.
     virtual bool HasProgram(const std::string& name) = 0;
     virtual Facts Describe() = 0;
-    /// What must not be in anything that is sent.
+    /// The texts that must not be in anything that is sent.
     virtual std::vector<Secret> Secrets() = 0;
     /// The folder in which all of a run happens.
     virtual std::string Root() = 0;
 
     /// Puts the programs into a folder of the run. @return why it cannot be done, or nothing.
     virtual std::string Prepare() = 0;
-    /// The program and all that it starts end with the limit, with an interruption, and with this
+    /// Runs a program. It and all that it starts end at the limit, at an interruption, or with this
     /// process.
     virtual Ended Run(const Launch& launch) = 0;
     virtual bool IsInterrupted() = 0;
-    /// The path of a file in which a program of the run shall write its results.
+    /// The path of the file into which a program of the run writes its results.
     virtual std::string PathOf(const std::string& file) = 0;
     /// What is in the file of that name; empty when there is none.
     virtual std::string Read(const std::string& file) = 0;

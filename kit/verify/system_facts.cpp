@@ -37,7 +37,7 @@ std::string RegisteredNumber(const wchar_t* name) {
                : std::string();
 }
 
-// Programs without a manifest are told of an old version, but not by this function.
+// Most functions report an old version to a program without a manifest. RtlGetVersion does not.
 std::string VersionText() {
     const auto getVersion =
         FunctionOf<LONG(WINAPI*)(OSVERSIONINFOEXW*)>(L"ntdll.dll", "RtlGetVersion");
@@ -52,7 +52,7 @@ std::string VersionText() {
            (version.wProductType == VER_NT_WORKSTATION ? "" : ", a server");
 }
 
-// Older ones do not have all of these texts.
+// Older versions of Windows do not have all of these texts.
 std::string WindowsText() {
     std::string text = VersionText();
     for (const wchar_t* const name : {L"ProductName", L"EditionID", L"DisplayVersion"}) {

@@ -1,5 +1,5 @@
-// What a run leaves on the machine while it goes on, and how it is removed. A run does everything
-// in one folder of its own, so whatever has a program of that folder is its own. Windows only.
+// Finds and removes what a run puts on the machine. A run does everything in one folder of its own,
+// so every service and process whose program lies in that folder belongs to it. Windows only.
 
 #ifndef PLENXKIT_VERIFY_TRACES_H
 #define PLENXKIT_VERIFY_TRACES_H
@@ -17,13 +17,13 @@ std::filesystem::path RunFolder();
 /// Makes it, with a mark that tells it from a folder of somebody else. @return false on failure.
 bool MakeRunFolder();
 
-/// All of ours that is on the machine, whoever has brought it.
+/// Everything of ours that is on the machine, whoever put it there.
 std::vector<Trace> AllTraces();
 
 /// Ends the processes and removes the services of the run, and empties the folder.
 /// @return the names of what was there.
 std::vector<std::string> RemoveTracesIn(const std::filesystem::path& folder);
-/// The same, and the whole folder of the run.
+/// Does the same, and removes the whole folder of the run.
 void RemoveAllTraces();
 
 }  // namespace PlenxVerify

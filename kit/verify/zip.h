@@ -1,5 +1,5 @@
-// Writes a ZIP whose files are stored as they are. That takes a page of code; the libraries that
-// could compress them are not in Debian for Windows, and a report has few megabytes.
+// Writes a ZIP whose files are stored as they are. That takes a page of code. Debian has no library
+// for Windows that could compress them, and a report has only a few megabytes.
 
 #ifndef PLENXKIT_VERIFY_ZIP_H
 #define PLENXKIT_VERIFY_ZIP_H
@@ -15,7 +15,7 @@ struct ZippedFile {
     std::string content;
 };
 
-/// A date and a time as FAT has them.
+/// A date and a time in the form that FAT uses.
 struct ZipTime {
     std::uint16_t date = 0x21;  // 1 January 1980
     std::uint16_t time = 0;

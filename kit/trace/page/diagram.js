@@ -1,5 +1,5 @@
-// The rows of the diagram. Only those in sight are in the document, so that many cost no more than
-// few; the page's own scrolling moves through them.
+// The rows of the diagram. Only the rows in sight are in the document, so that many rows cost no more
+// than a few. The user moves through them by scrolling the page itself.
 
 const SPARE_ROWS = 12;
 const LONG_PAUSE = 1000;
@@ -53,7 +53,7 @@ function labelText(event) {
   return `${event.failed ? '✕ ' : ''}${event.label}`;
 }
 
-// The text stands to the right of its mark, but at the right edge to the left.
+// The text stands to the right of its mark, or to the left if the mark is at the right edge.
 function label(event) {
   const made = element('span', { class: 'label' }, labelText(event),
     ...remarks(event).map((text) => element('i', {}, text)));
@@ -106,7 +106,7 @@ class Diagram {
     this.chosen = -1;
     this.hovered = -1;
     this.pending = false;
-    this.resting = false;  // the rows moved away under the pointer, not the pointer over them
+    this.resting = false;  // true when the rows have moved under the pointer and not the pointer itself
     const draw = () => this.drawSoon();
     window.addEventListener('scroll', draw, { passive: true });
     window.addEventListener('resize', () => this.reset());
@@ -242,7 +242,7 @@ class Diagram {
 
   bringIntoSight(index, inMiddle = false) {
     this.resting = true;
-    // Where the bar is once it sticks: scrolling to a row can bring it there.
+    // Scrolling to a row can make the bar stick, so this counts with a bar that sticks.
     const top = document.querySelector('.bar').offsetHeight;
     const { bottom } = this.sight();
     const y = this.place.getBoundingClientRect().top + index * this.rowHeight;

@@ -94,7 +94,7 @@ function span(milliseconds) {
     : `${Math.floor(minutes / 60)} h ${minutes % 60} min`;
 }
 
-// The clock's own time: no zone is known, none is applied.
+// The time of the clock that wrote the log. Its time zone is not known, so none is applied.
 function dayAndTime(time) {
   return new Date(time).toISOString().replace('T', ' ').slice(0, 23);
 }

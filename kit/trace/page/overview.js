@@ -1,10 +1,11 @@
-// The strip above the diagram: how many lines there were when, and how many of them told of failure.
+// The strip above the diagram shows how many lines there were over time, and how many of them reported
+// a failure.
 
 const SVG = 'http://www.w3.org/2000/svg';
 const STRIP_HEIGHT = 34;
 
 function bars(counts, most) {
-  // The root makes the few visible beside the many.
+  // The square root keeps a small number visible beside a large one.
   return counts.map((count, at) => {
     const height = count === 0 ? 0 : Math.max(2, Math.sqrt(count / most) * STRIP_HEIGHT);
     return height === 0 ? '' : `M${at} ${STRIP_HEIGHT}v${-height}h.85v${height}z`;
