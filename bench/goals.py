@@ -1,4 +1,4 @@
-"""The rows of the benchmark, and what each of them is to reach: ratios of medians of one run."""
+"""The rows of the benchmark and the goals of each: ratios of medians of one run."""
 
 from dataclasses import dataclass
 from typing import Callable
@@ -7,7 +7,8 @@ from typing import Callable
 @dataclass
 class Goal:
     text: str
-    # (results, row, world) to (what was reached, whether that is enough), or None: not measured
+    # Takes (results, row, world). Returns (what was reached, whether that is enough), or None when it
+    # was not measured.
     check: Callable
 
 
@@ -79,13 +80,13 @@ def more_than(contender, most, text):
     return Goal(text, check)
 
 
-# Twice: the processor's caches end between the sizes. What does not grow with the work alone would
-# cost a multiple.
+# Twice, because the smaller size may fit into the processor's caches and the larger one may not. A cost
+# that grows faster than the work would be many times as high.
 GROWTH = 2
 
 
 def linear(middle, top):
-    """The contenders of such a row are sizes; what is measured is the cost of one unit."""
+    """The contenders of such a row are sizes. Each is measured by the cost of one unit."""
     return Goal(f"one of {top} costs at most {GROWTH} of one of {middle}",
                 lambda results, row, world: _ratio(results.get(row, world, top),
                                                    results.get(row, world, middle), GROWTH))

@@ -9,15 +9,15 @@ row          what was measured; goals.py lists the rows
 world        "native" (Linux) or "wine" (the shipped DLL under Wine)
 contender    "ours"; "limit": the least work that any program could do for the same effect; any
              other name is a peer. A name in parentheses is there for scale: it does not do quite
-             the same work, and no goal is held against it. Where cost is to grow with the work, a
-             contender is ours at one size: "1,000", "64 MiB".
+             the same work, and no goal compares with it. In a row that shows how cost grows with the
+             work, a contender is ours at one size: "1,000", "64 MiB".
 unit         "ns" and "B" (less is better), "1/s" (more is better), or any other word, shown as it is
-samples      one for each repetition; what is shown and held against the goals is the median
+samples      one for each repetition; their median is shown and compared with the goals
 allocations  optional: calls of the allocator for one operation
 
-In what Google Benchmark writes the benchmarks are named "row/contender", and their times are those
-of the processor, which other programs disturb least. Many short runs of it, spread at random over the
-whole time, are taken together to REPETITIONS samples. What table.py has written can be read again.
+In the output of Google Benchmark, the benchmarks are named "row/contender". Their times are those of
+the processor, which other programs disturb least. Many short runs of it, spread at random over the
+whole time, are combined into REPETITIONS samples. The output of table.py can be read again.
 """
 
 import json
@@ -76,7 +76,7 @@ def together(runs):
 
 
 class Results:
-    """All records, by row, world and contender, in the order of their coming."""
+    """All records, by row, world and contender, in the order in which they came."""
 
     def __init__(self):
         self.records = {}
@@ -132,9 +132,9 @@ class Results:
 
 
 def derive_fan_out(results):
-    """Row 5: our fan-out less its three lines, and everybody's cost of one observer more."""
+    """Row 5: our fan-out without its three lines, and each contender's cost of one more observer."""
     if results.get("5 1 observer", "native", "ours"):
-        return  # the results are those of a table that was shown before
+        return  # the results were written by table.py, which has derived these already
     lines = results.get("5 three lines", "native", "ours")
     for row in ("5 1 observer", "5 10 observers", "5 1,000 observers"):
         whole = results.get(row, "native", "(ours with its lines)")

@@ -3,9 +3,9 @@
 
 usage: bench/table.py [--json FILE] [--quick] [--markdown] RESULTS...
 
-results.py tells what the files of results hold; goals.py holds the rows and their goals.
---json writes all records, with what was worked out from them, and the goals; such a file is a file
-of results, too. --markdown writes one line for each row, for docs/performance.md.
+results.py describes the files of results. goals.py holds the rows and their goals. --json writes all
+records, the values that were derived from them, and the goals. Such a file is a file of results, too.
+--markdown writes one line for each row, for docs/performance.md.
 """
 
 import argparse

@@ -52,7 +52,7 @@ void Run(const std::string& install, const std::string& data, bool stopsServices
     const std::int64_t start = Now();
     manager.Init(install, data, "third", true);
     times[kInitReturned] = Now() - start;
-    // A stop of no service only says that nothing is started.
+    // A stop of a service that does not exist only notifies that nothing is started.
     manager.Stop(kNoService, "group");
     observer.WaitFor(kCombinedService, kStatusStop, true);
     times[kEngineReady] = Now() - start;

@@ -1,5 +1,5 @@
 /* A fresh process of row 13: loads the DLL that its argument names and calls its first operation.
- * Plain C, so that none of what the DLL needs is there before. The time is its exit code, in
+ * It is plain C, so that nothing that the DLL needs is loaded before. Its exit code is the time in
  * nanoseconds; 0 is a failure. */
 
 #include <windows.h>

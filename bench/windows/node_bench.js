@@ -1,6 +1,6 @@
 'use strict';
 
-// The npm package in Windows' Node, beside koffi alone, which it is made of.
+// Measures the npm package in Node for Windows, beside koffi alone, on which the package is built.
 //
 //     node node_bench.js INSTALL DATA RESULTS [--quick]
 
@@ -42,7 +42,7 @@ function openBare(capacity) {
   return queue[0];
 }
 
-/** How many in a second. */
+/** Returns how many of them are done in a second. */
 async function rate(count, run) {
   const begin = performance.now();
   await run();
@@ -97,7 +97,7 @@ async function startService(counter) {
   while ((await counter.take(2000)) !== null);
 }
 
-// The queue that counts is the last that gets an event.
+// The queue `counter` is the last one to get an event.
 async function measureEvents(ours, theirs) {
   const counterOfStart = sdk.openQueue();
   await startService(counterOfStart);

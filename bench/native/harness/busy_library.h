@@ -20,7 +20,7 @@ inline DistributedFs::PLENXManager& Manager() {
     return DistributedFs::PLENXManager::GetInstance();
 }
 
-// The outcome of a stop of the PC service passes the gate.
+// Passes the gate when it hears of the outcome of a stop of the PC service.
 class BlockingObserver : public DistributedFs::PLENXServiceObserver {
 public:
     Gate* gate = nullptr;
@@ -85,7 +85,7 @@ public:
 
 private:
     void StopAt(Gate& gate) {
-        // Nobody is in the observer, or somebody waits there and has looked at its gate before.
+        // The observer is not running, or it waits at a gate that it has already read from here.
         observer_.gate = &gate;
         Manager().Stop(DistributedFs::kPcService, "group");
         gate.WaitUntilEntered();

@@ -16,10 +16,10 @@ bool IsQuick() {
 
 namespace {
 
-// glibc copies blocks of some kilobytes with "rep movsb", which on some processors of AMD takes
-// five times as long when the two blocks happen to lie alike in their pages (glibc's bug 30994). No
-// contender must win or lose by the place of its blocks. The C library looks at this variable once,
-// when the process starts.
+// glibc copies blocks of some kilobytes with "rep movsb". On some AMD processors that takes five
+// times as long when the two blocks happen to have similar offsets in their pages (glibc's bug
+// 30994). No contender must win or lose by the place of its blocks. The C library looks at this
+// variable once, when the process starts.
 void CopyWithoutRepMovsb(char** argv) {
     constexpr const char* kTunables = "GLIBC_TUNABLES";
     if (std::getenv(kTunables) == nullptr) {

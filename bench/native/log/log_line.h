@@ -38,7 +38,8 @@ struct Destination {
     std::filesystem::path file;
 };
 
-/// A file of this run in the current folder. It is removed in the end, with its rotated ones.
+/// A file of this run in the current folder. It is removed in the end, together with the files that
+/// it was rotated to.
 class LogFolder {
 public:
     LogFolder() : folder_("bench-log") { std::filesystem::create_directories(folder_); }

@@ -1,10 +1,10 @@
 // Rows 1, 2 and 12: messages are encoded into bytes of their own and decoded from these.
 //
-// Every contender does the same: it encodes the values into one block, made for this message, as
-// a request is; and it decodes that block, with checks against hostile bytes, into values that
-// are their reader's own: strings as std::string, bytes as a block. In a round trip the strings
-// that came out go in again, so that a contender may keep those that it is given, as the library
-// does with those of a request. A contender is a Codec:
+// Every contender does the same. It encodes the values into one block that is made for this
+// message, as the library does for a request. It decodes that block, with checks against hostile
+// bytes, into values that belong to their reader: strings as std::string, bytes as a block. In a
+// round trip the strings that came out go in again, so that a contender may keep those that it is
+// given, as the library does with those of a request. A contender is a Codec:
 //
 //     Codec::Encoded(values)   makes the bytes; data() and size() tell where they are
 //     Codec::Decode(bytes, size, out)   false when the bytes hold no such message

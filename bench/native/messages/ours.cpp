@@ -27,8 +27,8 @@ std::uint32_t WordAt(const std::uint8_t* bytes, std::size_t offset) {
 }
 
 // The library sends an int64 to services but never receives one, so its reader has no operation for
-// it. This does what a service's reader does, in addition to the library's reader, which has taken
-// its copy.
+// it. This does what a service's reader does. It adds to the work of the library's reader, which
+// has already taken its copy.
 bool ReadInt64(const std::uint8_t* bytes, std::size_t size, std::int64_t& out) {
     const std::uint64_t offset = WordAt(bytes, 12);
     if (WordAt(bytes, 8) != static_cast<std::uint32_t>(DistributedFs::RpcArgType::kInt64) ||

@@ -10,8 +10,8 @@ namespace bench {
 
 /// A type of service that no service has, so that the jobs which are left in the end do nothing
 /// but write a line. The call itself treats all types alike.
-/// Read anew for each call, so that the compiler knows nothing of it. (Debian's DoNotOptimize would
-/// leave another number in a small variable.)
+/// It is read anew for each call, so that the compiler knows nothing about it. (Debian's
+/// DoNotOptimize would leave another number in a small variable.)
 inline volatile std::uint32_t noService = 9;
 
 template <class Contender>

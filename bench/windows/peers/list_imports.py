@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Writes a C source that imports what a DLL imports, but nothing of the DLLs that are left out.
+"""Writes a C source that imports what a DLL imports, but nothing from the DLLs that are left out.
 
 usage: list_imports.py OBJDUMP DLL LEFT-OUT-DLL... >SOURCE
 """

@@ -1,5 +1,5 @@
-// The peer of row 13: a DLL of one class with one object, which imports what plenxsdk.dll imports
-// but the shell library.
+// The peer of row 13: a DLL of one class with one object. It imports what plenxsdk.dll imports,
+// except the shell library.
 
 #include <string>
 

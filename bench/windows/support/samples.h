@@ -19,7 +19,7 @@ namespace PlenxBench {
 struct Options {
     std::string json;  // the file to be written
     bool quick = false;
-    std::size_t repetitions = 0;  // as the command line says, else what fits quick
+    std::size_t repetitions = 0;  // from the command line; otherwise quick decides it
 };
 
 /// Ends the program when the command line is wrong.
