@@ -29,7 +29,7 @@ Bytes NotificationOf(std::int32_t kind, const std::string& text, std::int32_t fi
     }
 }
 
-// The job of this call is behind all others.
+// The job of this call is queued behind all others.
 void WaitForJobs() {
     static int marks = 0;
     const std::string mark = "mark " + std::to_string(++marks);
@@ -80,9 +80,9 @@ std::int32_t fake_notify(std::int32_t kind, const char* text, std::size_t length
     return word;
 }
 
-/// Gives what the services and the companion library have received since the last call, one a line:
-/// "PLENXPCService 4 0a0b", with the number and the bytes of the message, or "Start()". The text is
-/// valid until the next call.
+/// Gives what the services and the companion library have received since the last call, one item a
+/// line: "PLENXPCService 4 0a0b", with the number and the bytes of the message, or "Start()". The
+/// text is valid until the next call.
 const char* fake_received() {
     static std::string text;
     WaitForJobs();

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""What plenx.h declares, for the tests that compare a binding with it.
+"""Prints what plenx.h declares, for the tests that compare a binding with it.
 
 usage: plenx_header.py     prints one declaration a line
 
@@ -8,7 +8,7 @@ usage: plenx_header.py     prints one declaration a line
     field plenx_event.kind 4 4                      (offset and size)
     struct plenx_event 48                           (size)
 
-The compiler for this machine says what the constants are and how the structs lie.
+The compiler for this machine gives the values of the constants and the layout of the structs.
 """
 
 import re

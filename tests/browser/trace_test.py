@@ -126,7 +126,7 @@ class Pages(unittest.TestCase):
         return self.script("return document.querySelector(arguments[0]).textContent", css)
 
     def row(self, label):
-        """The first row whose label begins so, brought to the middle of the window."""
+        """Returns the first row whose label begins with this text, in the middle of the window."""
         row = self.script("""
             const row = [...document.querySelectorAll('.row')].find((row) =>
                 row.querySelector('.label').textContent.startsWith(arguments[0]));

@@ -54,7 +54,8 @@ struct Subscription {
     int expectedCalls = 0;
 };
 
-// In the order of opening, which is the order of asking.
+// `order` holds the open queues in the order in which they were opened. The library asks them in
+// the same order.
 struct Machine {
     std::array<Queue, kHandles> queues;
     std::array<Subscription, kHandles> subscriptions;
@@ -76,7 +77,7 @@ struct Machine {
 
 std::int32_t CountError(void* user, std::int32_t) {
     ++static_cast<Subscription*>(user)->calls;
-    // Whatever is closed in here would wait for itself.
+    // A subscription that is closed in its own call would wait for itself.
     REQUIRE(plenx_unobserve(static_cast<Subscription*>(user)->handle) == PLENX_E_DEADLOCK);
     return 0;
 }
@@ -187,7 +188,7 @@ void Unobserve(Subscription& subscription) {
     subscription.open = false;
 }
 
-// The handle is no address of ours, whatever it is.
+// The number may be anything but the address of one of our queues.
 void UseMadeUp(const Machine& machine, std::uint64_t number) {
     for (const Queue& queue : machine.queues) {
         if (reinterpret_cast<std::uint64_t>(queue.handle) == number) {

@@ -1,4 +1,4 @@
-// Runs a fuzz target over every file of a folder, in order, and makes sure of their number. So the
+// Runs a fuzz target over every file of a folder, in order, and checks how many there are. So the
 // inputs that the fuzzers found stay tested with any compiler and under every sanitizer.
 
 #include <algorithm>

@@ -4,9 +4,9 @@
     mutate.py BUILD [--count N] [--seed S] [--jobs J] [FILE...]
 
 BUILD is a finished native build, without coverage or with. Whatever a mutant changes is compiled
-beside it, linked into the tests of its room one after the other, and run until a test fails. What no
-test notices is held against survivors.txt, where each known one stands with the reason. Nothing in
-the tree is touched.
+beside it, linked into the tests of its room one after the other, and run until a test fails. A mutant
+that no test notices must be in survivors.txt, which lists the known ones with their reasons. Nothing
+in the tree is touched.
 """
 
 import argparse
@@ -215,13 +215,13 @@ def runs_badly(program: pathlib.Path, test: Test, place: pathlib.Path) -> str:
 
 
 def all_sources(build: Build) -> list[str]:
-    """Returns those of the natively tested rooms, as far as the native build has them."""
+    """Returns the sources of the natively tested rooms, as far as the native build has them."""
     files = [path for room in ROOMS for path in (ROOT / "src" / room).glob("*.*")]
     return sorted(file for path in files if build.has(file := str(path.relative_to(ROOT))))
 
 
 def choose(files: list[str], count: int, seed: int) -> list[Mutant]:
-    """Evenly from all files, the same ones for the same seed and sources."""
+    """Chooses at random among the mutants of all files. The same seed and sources give the same ones."""
     everything = []
     for file in files:
         everything += mutants_of(file, (ROOT / file).read_text())
@@ -282,7 +282,7 @@ def main() -> int:
         f" can be seen, {valid - counts['caught']} missed; {share:.1%} of {valid} caught"
         f" ({counts['does']} more did not compile)"
     )
-    if options.brief:  # too few to tell a share: that the tests are at work at all
+    if options.brief:  # too few to give a share, so this only shows that the tests are at work at all
         return 0 if share > 0.5 else 1
     return 0 if share >= WANTED_SHARE else 1
 

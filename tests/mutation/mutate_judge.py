@@ -5,9 +5,10 @@
 
 BUILD is a finished native build. Whatever a mutant changes of the development service's reader and
 replies is compiled beside it and linked into a peer that answers with them, tests/unit/kit/judge/
-subject.cpp. The judge, which has no mutant in it, must notice something. What it does not notice is
-held against judge_survivors.txt, where each known one stands with the reason. Texts are left alone,
-because they go to a log that the judge does not see; so is what only a misbehaviour runs.
+subject.cpp. The judge, which has no mutant in it, must notice something. A mutant that it does not
+notice must be in judge_survivors.txt, which lists the known ones with their reasons. Texts are left
+alone, because they go to a log that the judge does not see. Code that only a misbehaviour runs is left
+alone, too.
 """
 
 import argparse

@@ -26,8 +26,8 @@ int main() {
 """
 CLASS_PROGRAM = "#include <plenxsdk/plenx_manager.h>\nint main() {}\n"
 
-# clang as Visual C++ would be, without Microsoft's files, of which the programs here need none. It
-# stands for Visual C++ itself, which is not to be had on Debian.
+# clang in the role of Visual C++, without Microsoft's files, which the programs here do not need. It
+# stands in for Visual C++ itself, which Debian does not have.
 VISUAL_CPP = """set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR AMD64)
 foreach(language C CXX)

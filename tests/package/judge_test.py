@@ -1,4 +1,4 @@
-"""A service is built and judged with the unpacked package alone, as a build server of its author does it."""
+"""A service is built and judged with the unpacked package alone, as its author's build server does it."""
 
 import os
 import shutil

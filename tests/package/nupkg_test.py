@@ -17,7 +17,7 @@ from conftest import run, unpack_into, windows_path
 from contents_test import SOURCES
 
 README = os.path.join(SOURCES, "bindings", "dotnet", "README.md")
-# Every .NET that takes netstandard2.0 has these three, be it as names that lead elsewhere.
+# Every .NET that takes netstandard2.0 has these three, even if only as names that lead elsewhere.
 REFERENCES = {"mscorlib", "System", "System.Core"}
 
 # Waits in each of the ways that the package has, and ends while a read and a thread still wait.
@@ -183,7 +183,7 @@ def test_the_dlls_are_those_of_the_sdk(unpacked, package):
 
 
 def test_no_dll_has_the_name_of_the_assembly(unpacked):
-    """They would lie in one folder, where Windows takes no notice of capitals."""
+    """They would lie in one folder, where Windows ignores the case of names."""
     names = [path.name.lower() for path in unpacked.rglob("*.dll")
              if path.parent.name != "development"]
     assert len(names) == len(set(names)) == 8

@@ -1,5 +1,5 @@
-"""The port for vcpkg and the recipe for Conan are carried out with stand-ins of the tools' functions,
-which Debian does not have; a host is built from what they leave."""
+"""The port for vcpkg and the recipe for Conan are run with stand-ins for the tools' functions, because
+Debian does not have the tools. A host is built from what they leave."""
 
 import hashlib
 import json
@@ -41,7 +41,7 @@ def recipe(bindings, tmp_path):
 
 
 def carry_out(port, folder):
-    """What vcpkg does with a port."""
+    """Does with the port what vcpkg does."""
     (folder / "steps.cmake").write_text(PORT_STEPS)
     return run("cmake", f"-DCURRENT_PORT_DIR={port}", f"-DCURRENT_PACKAGES_DIR={folder / 'made'}",
                f"-DCURRENT_BUILDTREES_DIR={folder / 'trees'}", "-P", folder / "steps.cmake")

@@ -98,7 +98,7 @@ def test_the_dlls_load_from_the_installed_folder(installed, tmp_path):
 
 
 def test_without_one_dll_nothing_loads(installed, tmp_path):
-    """So the test above can fail."""
+    """This shows that the test above can fail."""
     folder = tmp_path / "plenxsdk"
     shutil.copytree(installed / "plenxsdk", folder)
     (folder / "distributedfile.dll").unlink()

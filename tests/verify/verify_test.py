@@ -1,5 +1,5 @@
-"""plenxverify as a stranger uses it: unpacked from its ZIP, run once in short, interrupted, killed, started where
-it must not begin."""
+"""plenxverify as a stranger uses it: unpacked from its ZIP, run once in a short form, interrupted, killed, and
+started where it must not begin."""
 
 import os
 import pathlib
@@ -30,7 +30,7 @@ STAGES = ["load", "c-interface", "wire", "services", "driver", "demo", "scenario
 SCENARIOS = ("all-is-well", "crash-in-call", "start-never-ends")
 SHORT = {"PLENX_TEST_ENDINGS": "1", "PLENX_TEST_HOSTILE": "60", "GTEST_TOTAL_SHARDS": "12",
          "GTEST_SHARD_INDEX": "0"}
-# What is to be interrupted must last.
+# A run that is to be interrupted must last long enough.
 LONG = {"GTEST_TOTAL_SHARDS": "1"}
 
 
@@ -66,7 +66,7 @@ def verify(folder, *options, **environment):
 
 
 def services():
-    """Those of ours that are registered."""
+    """Our services that are registered."""
     key = "HKLM\\System\\CurrentControlSet\\Services"
     listed = subprocess.run(["wine", "reg", "query", key], capture_output=True, encoding="utf-8",
                             errors="replace", check=True).stdout
@@ -90,7 +90,7 @@ def on_a_terminal(folder, *options, **environment):
 
 
 def answer(terminal, text):
-    """Wine's console takes the Enter key for another one until the program reads."""
+    """Wine's console takes the Enter key for a different key until the program reads."""
     terminal.wait_for_part("Begin? [y/N]")
     terminal.type(text)
     for _ in range(3):

@@ -1,4 +1,4 @@
-// Each call reaches the library with its arguments, and tells in an exception why it did not.
+// Each call reaches the library with its arguments, or says in an exception why it failed.
 
 using System;
 using System.Linq;

@@ -27,7 +27,7 @@ public sealed class HeaderTests
         { "const plenx_event**", "Event**" },
     };
 
-    // The lines of plenx_header.py of one kind, "name value".
+    // The lines of one kind that plenx_header.py prints, as "name value".
     private static IEnumerable<string> Declared(string kind)
     {
         return File.ReadAllLines(Environment.GetEnvironmentVariable("PLENX_DECLARATIONS"))
@@ -90,7 +90,7 @@ public sealed class HeaderTests
             "plenx_event " + Marshal.SizeOf(NativeEvent));
     }
 
-    // Such as "PLENX_EVENT_LINK_QUERY 13" for LinkQuery.
+    // Gives lines such as "PLENX_EVENT_LINK_QUERY 13" for LinkQuery.
     private static IEnumerable<string> Members(string prefix, Type type)
     {
         return Enum.GetNames(type).Select(name => prefix + InCapitals(name) + " "

@@ -1,4 +1,4 @@
-// What needs a process of its own: one that ends while threads wait, and one without the DLLs.
+// Tests that need a process of their own: one that ends while threads wait, and one without the DLLs.
 
 using System;
 using System.Diagnostics;

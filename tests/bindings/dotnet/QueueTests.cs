@@ -263,7 +263,7 @@ public sealed class QueueTests
     {
         using (var queue = new PlenxQueue())
         {
-            // More reads than the pool has threads at once, and none of them keeps a pool thread.
+            // These are more reads than the pool starts threads at once. None keeps a pool thread.
             List<Task<PlenxEvent>> reads =
                 Enumerable.Range(0, 100).Select(_ => queue.ReadAsync()).ToList();
             Check.Equal(7, InTime(Task.Run(() => 7)));
@@ -355,7 +355,7 @@ public sealed class QueueTests
     [Test]
     public void TheHostOfTheReadmeRuns()
     {
-        // The tests are built together with it.
+        // The host is built into the same program as the tests.
         var output = new StringWriter();
         TextWriter before = Console.Out;
         Console.SetOut(output);

@@ -62,7 +62,7 @@ public static class Check
 
 public static class Runner
 {
-    // The last way to end a test that hangs; the report then names it.
+    // After this time, the run no longer waits for a test that hangs, and the report names it.
     private const int LongestTestMilliseconds = 60000;
 
     public static int Main(string[] arguments)

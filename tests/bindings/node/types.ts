@@ -1,4 +1,4 @@
-// Compiled only: what the declarations of the package allow, and what they do not.
+// This file is only compiled. It shows what the declarations of the package allow and what they do not.
 
 import { once } from 'node:events';
 import {

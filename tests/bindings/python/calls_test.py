@@ -1,4 +1,4 @@
-"""Each call reaches the library with its arguments, and tells in an exception why it did not."""
+"""Each call reaches the library with its arguments, or says in an exception why it failed."""
 
 import ctypes
 import pickle
@@ -85,7 +85,7 @@ def test_a_text_of_any_length_comes_out(plenx, dll, services, length):
 
 
 def test_an_empty_text_raises_the_librarys_own_code(plenx):
-    plenx.dll.plenx_open(native.ABI + 1)  # another failure, which must not be told again
+    plenx.dll.plenx_open(native.ABI + 1)  # another failure, which must not be reported again
     with pytest.raises(PlenxError) as caught:
         plenx.start(Service.PC, "", "a")
     assert (caught.value.code, caught.value.detail) == (Result.INVALID_PARAMETER, "")

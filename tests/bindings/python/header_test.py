@@ -1,4 +1,4 @@
-"""The declarations of plenxsdk.native are those of plenx.h, and none is forgotten."""
+"""The declarations of plenxsdk.native are those of plenx.h, and none is missing."""
 
 import ctypes
 import re

@@ -1,5 +1,5 @@
 """load finds the DLLs, or says in words why it cannot. No Windows Python runs here, so these tests
-show the way up to the system's loader, which they replace by that of Linux."""
+follow the way up to the system's loader, and use the loader of Linux in its place."""
 
 import ast
 import ctypes

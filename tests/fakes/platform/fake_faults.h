@@ -37,7 +37,7 @@ public:
     std::vector<std::string> Calls() const;
     void ForgetCalls();
 
-    /// For the fakes: every call asks once. Returns the error to fail with, or 0.
+    /// For the fakes: every platform call asks this once. Returns the error to fail with, or 0.
     std::uint32_t Take(const std::string& function);
 
 private:

@@ -12,7 +12,7 @@ using Lock = std::lock_guard<std::recursive_mutex>;
 
 constexpr DWORD kDriverTypes = SERVICE_KERNEL_DRIVER | SERVICE_FILE_SYSTEM_DRIVER;
 constexpr DWORD kNeverStarted = 1077;
-constexpr DWORD kFirstWaitHint = 2000;  // states this until the service reports
+constexpr DWORD kFirstWaitHint = 2000;  // the manager states this until the service reports
 
 // It is never destroyed, because the engine still stops its services when the process ends.
 const StatusScript& kDefaultStart =

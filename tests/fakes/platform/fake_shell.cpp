@@ -40,7 +40,7 @@ std::vector<FakeShell::Notification> FakeShell::Notifications() const {
     return notifications_;
 }
 
-// There is no other library: what is loaded must be the shell, and what is asked for its one
+// The fake machine has no other library. The caller must load the shell library and ask for its one
 // function.
 HMODULE LoadLibraryExW(LPCWSTR name, HANDLE, DWORD flags) {
     const PlatformCall call("LoadLibraryExW");

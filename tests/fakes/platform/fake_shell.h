@@ -1,4 +1,4 @@
-// Stands for the shell library, which can be loaded, and keeps the notifications for Explorer.
+// Stands in for the shell library, which can be loaded, and keeps the notifications for Explorer.
 
 #ifndef PLENXSDK_FAKES_PLATFORM_FAKE_SHELL_H
 #define PLENXSDK_FAKES_PLATFORM_FAKE_SHELL_H
@@ -20,7 +20,7 @@ public:
     explicit FakeShell(std::recursive_mutex& mutex) : mutex_(mutex) {}
 
     void Reset();
-    /// How often the library has been loaded and not been freed since.
+    /// How many loads of the library have not been freed yet.
     int Loads() const;
     void CountLoads(int change);
 

@@ -16,7 +16,7 @@ const notify = library.func(
 );
 const officeDir = library.func('void fake_office_dir(const void *folder, size_t, int32_t code)');
 
-// The library sends it to find out that all jobs before it are done.
+// fake_services.cpp sends messages with this text to find out when all jobs before them are done.
 const mark = Buffer.from('mark ').toString('hex');
 
 const fake = {

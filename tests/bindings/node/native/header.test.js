@@ -1,6 +1,6 @@
 'use strict';
 
-// What the package says beside what plenx.h says.
+// The package declares what plenx.h declares.
 
 const assert = require('node:assert/strict');
 const { execFileSync } = require('node:child_process');

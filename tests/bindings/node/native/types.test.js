@@ -1,6 +1,6 @@
 'use strict';
 
-// tsc checks the declarations; here they have the same names as the code.
+// tsc checks the declarations themselves. These tests check that they have the same names as the code.
 
 const assert = require('node:assert/strict');
 const fs = require('node:fs');

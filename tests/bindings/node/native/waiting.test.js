@@ -5,7 +5,7 @@ const { spawnSync } = require('node:child_process');
 const path = require('node:path');
 const { test } = require('node:test');
 
-/** Runs a host of waiting_host.js; one that does not end is ended after that time. */
+/** Runs a host of waiting_host.js. If it does not end by itself, it is killed after that time. */
 function run(name, { milliseconds = 20000, env = {} } = {}) {
   const program = path.join(__dirname, 'waiting_host.js');
   const words = ['--expose-gc', program, name];

@@ -17,7 +17,7 @@ function waitInWorker(sdk) {
 }
 
 const hosts = {
-  /** Ten queues and an emitter wait; then a file is read, by the only thread of the pool. */
+  /** Ten queues and an emitter wait. Then the only thread of the pool reads a file. */
   'reads a file': (sdk) => {
     for (let i = 0; i !== 10; ++i)
       sdk

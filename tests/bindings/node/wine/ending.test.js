@@ -16,7 +16,7 @@ const endings = {
   'exits while ten queues wait': 4,
 };
 
-// The job of init may be anywhere. The next run takes over what it has made by then.
+// The job of init may have come to any point. The next run takes over what it has made by then.
 const endingsWithinInit = {
   'exits right after init': 5,
   'exits while a promise waits': 6,

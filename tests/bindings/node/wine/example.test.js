@@ -12,7 +12,7 @@ const isOutcome = (line) => /^status [01] /.test(line);
 
 test('the example does what its page shows', async () => {
   const place = new Place('example');
-  // Modules are looked for from the folder of the program on.
+  // Node looks for modules in the folder of the program and in those above it.
   const program = path.join(path.dirname(nodeModules), 'host.mjs');
   fs.cpSync(path.join(folder, 'examples/host.mjs'), program);
   const { status, lines } = await place.run(
@@ -23,7 +23,7 @@ test('the example does what its page shows', async () => {
   assert.equal(status, 0, lines.join('\n'));
   const page = fs.readFileSync(path.join(folder, 'README.md'), 'utf8');
   const [, printed] = page.match(/^```text\n(.*?)^```/ms);
-  // The service's own lines come whenever they like, and the last one perhaps too late.
+  // The lines about the service's own events may come at any time, and the last one perhaps too late.
   const expected = printed.trimEnd().split('\n');
   assert.deepEqual(lines.filter(isOutcome), expected.filter(isOutcome));
   for (const line of lines) assert.ok(expected.includes(line), line);

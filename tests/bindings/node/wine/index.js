@@ -1,5 +1,5 @@
 'use strict';
 
-// All tests, one after the other: the services are there only once.
+// Runs all tests one after the other, because there is only one set of services.
 
 for (const name of ['demo', 'ending', 'example', 'loading']) require(`./${name}.test.js`);

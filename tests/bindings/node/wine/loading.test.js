@@ -74,7 +74,7 @@ test('without koffi for this system, the package says what to do', async () => {
   ]);
 });
 
-// The folder in which a host is started is one that Windows looks into, unless it is told not to.
+// Windows looks into the folder in which a host is started, unless it is told not to.
 test('DLLs of the same names elsewhere are not taken', async () => {
   const place = new Place('elsewhere');
   for (const name of fs.readdirSync(dlls))

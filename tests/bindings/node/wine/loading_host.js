@@ -1,7 +1,7 @@
 'use strict';
 
-// Prints what loading the package of that folder gives. The arguments are that folder and, each for
-// one call, the folders of the DLLs.
+// Loads a package and prints what comes of it. The first argument is the folder of the package. Each
+// further argument is a folder with the DLLs, and is tried with a call of its own.
 
 const { open } = require(process.argv[2]);
 
