@@ -1,4 +1,4 @@
-// The bodies of the checks, by what they are about. The table that names them is in checks.cpp.
+// The bodies of the checks, by subject. The table that names them is in checks.cpp.
 
 #ifndef PLENXKIT_JUDGE_CHECKS_H
 #define PLENXKIT_JUDGE_CHECKS_H

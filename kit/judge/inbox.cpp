@@ -15,7 +15,7 @@ using std::chrono::steady_clock;
 constexpr milliseconds kBetweenLooks(20);
 constexpr milliseconds kSlowAnswer(50);
 constexpr milliseconds kLongestHold(10000);
-constexpr std::uint32_t kFault = 1726;  // what an observer that throws leads to
+constexpr std::uint32_t kFault = 1726;  // as when an observer throws
 constexpr std::int32_t kRefusal = 20;   // a message that cannot be read
 constexpr std::int32_t kReplySize = 24;
 constexpr std::int32_t kLinkStatus = 7;

@@ -44,7 +44,7 @@ std::string MarkOf(const RunRecord& run, const Record& record) {
     return run.Fails(record) ? "FAIL" : "note";
 }
 
-// Says what came at the first of them that shows something else.
+// Says what came in the next fault that differs from the first one.
 std::string OtherThan(const Fault& first, const std::vector<Fault>& faults) {
     const auto other = std::find_if(faults.begin(), faults.end(),
                                     [&](const Fault& fault) { return fault.came != first.came; });
@@ -109,7 +109,7 @@ std::string CountsText(const RunRecord& run, const std::vector<Record>& records)
     return text;
 }
 
-// A reason that all share stands behind the counts.
+// If all checks that were not judged share one reason, it stands behind the counts.
 std::string SharedReason(const std::vector<Record>& records) {
     std::string reason;
     for (const Record& record : records) {

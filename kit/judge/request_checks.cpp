@@ -24,7 +24,7 @@ std::string ShownIfSmall(const Request& request) {
     return request.bytes.size() <= kMostShown ? Shown(request.id, request.bytes) : std::string();
 }
 
-// A call that hangs is judged as such, and not once more here.
+// Another check judges calls that hang, so they are not judged once more here.
 Outcome AllAreTaken(const Exchanges& exchanges) {
     std::vector<Fault> faults;
     bool some = false;
@@ -92,7 +92,7 @@ Outcome AllFormsAreTaken(Trial& trial, Forms forms) {
 }
 
 // The group of the usual requests is there while these are judged, because a program may refuse
-// what concerns a group that it does not know.
+// requests about a group that it does not know.
 Outcome AllAreTakenInAGroup(Trial& trial, const Forms& forms) {
     CauseANotification(trial);
     Outcome outcome = AllFormsAreTaken(trial, forms);

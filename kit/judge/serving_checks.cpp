@@ -20,7 +20,7 @@ constexpr std::uint64_t kMoreBytes = std::uint64_t{8} * 1024 * 1024;
 // What a program allocates once does not count as growth.
 constexpr int kWarmUpShare = 5;
 
-// The usual requests whose reply was exact, so that a wrong reply here has to do with the crowd.
+// The usual requests whose reply was exact, so that a wrong reply here comes from the many callers.
 Exchanges Exact(const Exchanges& all) {
     Exchanges some;
     std::copy_if(all.begin(), all.end(), std::back_inserter(some),

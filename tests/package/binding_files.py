@@ -16,7 +16,7 @@ int main(int count, char** arguments) {
     return open != NULL && open(1) == 0 ? 7 : 2;
 }
 """
-# Each Windows has these.
+# Every Windows has these DLLs.
 SYSTEM = {"kernel32.dll", "ntdll.dll", "msvcrt.dll", "advapi32.dll", "rpcrt4.dll", "shell32.dll",
           "user32.dll", "ole32.dll"}
 
