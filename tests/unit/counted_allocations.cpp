@@ -13,7 +13,7 @@ namespace {
 
 std::atomic<std::int64_t> live{0};
 std::atomic<std::int64_t> liveBytes{0};
-thread_local unsigned countdown = 0;  // at 0 none fails
+thread_local unsigned countdown = 0;  // while it is 0, no allocation fails
 thread_local bool hit = false;
 
 void* NewBlock(std::size_t size, std::size_t alignment) noexcept {

@@ -7,7 +7,7 @@
 
 /// Returns the number of blocks of operator new that have not been released.
 std::int64_t LiveAllocations();
-/// The memory that they take.
+/// Returns the number of bytes that these blocks take.
 std::int64_t LiveBytes();
 
 /// While it lives, the n-th allocation of this thread fails, whatever its form; the first is 1. The
@@ -19,7 +19,7 @@ public:
     FailingAllocation(const FailingAllocation&) = delete;
     FailingAllocation& operator=(const FailingAllocation&) = delete;
 
-    /// Lets nothing fail any more. Returns whether something did.
+    /// Lets no further allocation fail. Returns whether one has failed.
     bool End() const;
 };
 

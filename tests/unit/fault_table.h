@@ -49,7 +49,7 @@ inline const std::vector<Fault>& EveryFault() {
     static const std::vector<Fault> once = {
         {ERROR_ACCESS_DENIED, kNoAccess, kInvalid, false},
         {ERROR_FILE_NOT_FOUND, ENOENT, ENOENT, false},
-#ifndef __SANITIZE_THREAD__  // which is slow, and finds nothing in one thread
+#ifndef __SANITIZE_THREAD__  // ThreadSanitizer is slow, and it finds nothing in one thread
         {ERROR_PATH_NOT_FOUND, ENOENT, ENOENT, false},
         {ERROR_SHARING_VIOLATION, kNoAccess, kInvalid, false},
         {ERROR_NOT_ENOUGH_MEMORY, kNoMemory, kNoMemory, false},
@@ -96,7 +96,7 @@ inline void PrintTo(const Outcome& outcome, std::ostream* out) {
 struct FaultRow {
     const char* call;
     std::function<Outcome(const Fault&)> outcome;
-    unsigned times = 1;  // the row stands for so many calls
+    unsigned times = 1;  // the row stands for this many calls
 };
 
 struct FaultTable {

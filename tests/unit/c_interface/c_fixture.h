@@ -39,7 +39,7 @@ inline void Connect(const std::string& group) {
     CallManager(10, MessageOf({StringArg(group + "_1")}));
 }
 
-/// A queue that closes itself in the end.
+/// A queue that closes itself when it is destroyed.
 class OpenQueue {
 public:
     explicit OpenQueue(std::uint32_t capacity = 1000) {

@@ -1,4 +1,4 @@
-// A test sets up here the process that the layer runs in.
+// Here a test sets up the process that the layer runs in.
 
 #ifndef UNIT_C_INTERFACE_FAKE_PROCESS_H
 #define UNIT_C_INTERFACE_FAKE_PROCESS_H
@@ -18,7 +18,7 @@ struct LayerProcess {
     static bool IsSet(void* handle);
 };
 
-/// The process is ending as long as this lives.
+/// While this object lives, the process is ending.
 class EndingProcess {
 public:
     EndingProcess() { LayerProcess::ending = true; }

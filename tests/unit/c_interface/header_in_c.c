@@ -1,4 +1,4 @@
-/* The header as a C99 host sees it. What this finds must be what C++ finds. */
+/* Compiles the header as a C99 host does. C++ must find the same values as this source. */
 
 #include "header_in_c.h"
 

@@ -1,4 +1,4 @@
-/* What the C source tells the C++ test. */
+/* With these functions the C source tells the C++ test what it found. */
 
 #ifndef UNIT_C_INTERFACE_HEADER_IN_C_H
 #define UNIT_C_INTERFACE_HEADER_IN_C_H

@@ -1,4 +1,4 @@
-// Tests calls for which there is no memory, and that all memory is given back.
+// Tests calls for which there is no memory, and checks that all memory is given back.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

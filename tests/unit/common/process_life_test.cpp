@@ -1,5 +1,5 @@
-// The holder of a singleton: it destroys its object when the module is unloaded, and only tells it
-// when the process ends.
+// Tests the holder of a singleton. It destroys its object when the module is unloaded. When the
+// process ends, it only tells the object so.
 
 #include "common/process_life.h"
 

@@ -204,7 +204,7 @@ TEST(ThreadPool, DestroyingWaitsForTheRunningJobAndDiscardsTheOthersUnrun) {
     EXPECT_FALSE(ran);
     try {
         discarded.get();
-        ADD_FAILURE() << "no broken promise";
+        ADD_FAILURE() << "the promise was not broken";
     } catch (const std::future_error& error) {
         EXPECT_EQ(error.code(), std::future_errc::broken_promise);
     }

@@ -75,7 +75,7 @@ TEST_P(Utf8ToWideOfMalformed, ThrowsRangeErrorAlsoBehindValidText) {
     EXPECT_THROW(Utf8ToWide("C:\\data" + GetParam()), std::range_error);
 }
 
-// The standard libraries differ in what they refuse themselves, and in their words for it.
+// The standard libraries differ in what they themselves refuse, and in their words for it.
 TEST(Utf8ToWide, SaysWhatIsWrongWithoutTheConvertersWords) {
     for (const char* const text : {"\xC3", "a\xE2\x82", "\xED\xA0\x80", "\x80", "a\xFF"}) {
         try {
@@ -100,7 +100,8 @@ INSTANTIATE_TEST_SUITE_P(Kinds, Utf8ToWideOfMalformed,
                                          "\xF4\x90\x80\x80", "\xF5\x80\x80\x80",
                                          "\xF8\x88\x80\x80\x80", "\xFE", "\xFF"));
 
-// The lenient conversion of log lines, held against the standard's table of well-formed bytes.
+// The tests below compare the lenient conversion of log lines with the standard's table of
+// well-formed bytes.
 
 constexpr char32_t kReplacement = 0xFFFD;
 
@@ -119,7 +120,7 @@ unsigned Byte(std::string_view text, std::size_t at) {
     return static_cast<unsigned char>(text[at]);
 }
 
-// Of the character that the text begins with; 0 when it begins with none.
+// Returns the length of the character that the text begins with, or 0 when it begins with none.
 std::size_t LengthOfFront(std::string_view text) {
     for (const WellFormed& row : kWellFormed) {
         if (Byte(text, 0) < row.firstLow || Byte(text, 0) > row.firstHigh) {
@@ -200,7 +201,8 @@ TEST(WriteLenientUtf8, ReplacesEachByteOfACharacterThatIsCutOff) {
     }
 }
 
-// ASCII is written faster than the rest; what stands where, and how much of it, must not matter.
+// ASCII is written in a faster way than the rest. The place and the length of each part must not
+// matter.
 TEST(WriteLenientUtf8, WritesTextOfEveryLengthWithAnythingAnywhere) {
     for (std::size_t length = 0; length != 70; ++length) {
         std::string text;

@@ -189,7 +189,7 @@ TEST_F(EngineTest, GetStringConfigIsEmptyAndWritesNothing) {
     EXPECT_THAT(RecordedLog::Get().Texts(), IsEmpty());
 }
 
-// The settings that a start of the service sends.
+// The tests below are for the settings that a start of the service sends.
 
 class Engine_Settings : public EngineTest {
 protected:

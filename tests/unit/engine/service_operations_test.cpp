@@ -291,7 +291,7 @@ TEST_F(Engine_Stop, OfTypeOutsideTheServicesLogs16Twice) {
     EXPECT_THAT(observer_.Events(), ElementsAre("NotifyStatus(7, g, 1, false)"));
 }
 
-// Without a service manager.
+// The tests below run without a service manager.
 
 TEST_F(EngineTest, StartBeforeInitActsLikeAnEmptyTable) {
     EXPECT_EQ(Engine().Start(Type(1), "g", "arg"), 16);
@@ -312,7 +312,7 @@ TEST_F(EngineTest, StopBeforeInitActsLikeAnEmptyTable) {
     EXPECT_THAT(observer_.Events(), ElementsAre("NotifyStatus(1, g, 1, false)"));
 }
 
-// The four device operations.
+// The tests below are for the four device operations.
 
 const std::uint8_t kData[] = {1, 2, 3, 4, 5};
 
@@ -320,7 +320,7 @@ struct DeviceOperation {
     const char* name;
     std::function<std::int32_t(PLENXManagerInner&, ServiceType)> call;
     std::int32_t msgType;
-    std::vector<MessageArg> request;  // the arguments behind the group name
+    std::vector<MessageArg> request;  // the arguments after the group name
     const char* begin;                // with "2" for the type
     const char* error;
     const char* statusKind;

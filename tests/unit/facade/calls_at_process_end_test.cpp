@@ -145,8 +145,8 @@ std::string NameOf(const testing::TestParamInfo<Operation>& operation) {
 }
 
 // One thread stays in a notification of the office service and holds the locks of the observers and
-// of the companion. One stays in a queueing and holds the pool's lock, and one in the engine and
-// holds its lock.
+// of the companion. A second one stays where it queues a job and holds the pool's lock. A third one
+// stays in the engine and holds its lock.
 class CallAtProcessEnd : public ReadyFacade, public testing::WithParamInterface<Operation> {
 protected:
     CallAtProcessEnd() {

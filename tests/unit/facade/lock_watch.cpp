@@ -28,7 +28,7 @@ std::array<Named, kMostNames> named;
 std::array<std::string, kMostNames> names;
 std::size_t namesUsed = 0;
 
-// The naming thread looks for these.
+// The thread that names a mutex looks for it in this range.
 thread_local const void* searchBegin = nullptr;
 thread_local const void* searchEnd = nullptr;
 thread_local const void* searchFound = nullptr;

@@ -1,4 +1,4 @@
-// Names the product's locks for LockWatch by what locks them.
+// Names the product's locks for LockWatch. An operation that takes the lock shows which one it is.
 
 #ifndef UNIT_FACADE_NAMED_LOCKS_H
 #define UNIT_FACADE_NAMED_LOCKS_H

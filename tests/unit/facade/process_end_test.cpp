@@ -119,7 +119,7 @@ TEST(ProcessEnd, WithAHostThreadInsideTheCompanionLeavesThatAlone) {
         kWell, "companions left: 1; services deleted: 2; handles open: 0");
 }
 
-// The threads go on while the statics are destroyed, as nowhere on Windows.
+// The threads go on while the statics are destroyed. This does not happen on Windows.
 TEST(Destruction, WaitsForTheWorkerBeforeTheCompanionIsReleased) {
     EXPECT_EXIT(
         {

@@ -1,5 +1,5 @@
-"""The Python peer against plenxkit: what the one makes the other takes, and the same messages are
-refused by both.
+"""Tests the Python peer against plenxkit: each takes what the other makes, and both refuse the same
+messages.
 
     python_peer_test.py <folder of plenx_message.py> <plenxkit>
 """
@@ -45,7 +45,7 @@ def plenxkit_message(*words):
 
 
 def judged(name, message):
-    """What plenxkit message makes of the bytes."""
+    """Returns what plenxkit message says about the bytes."""
     return json.loads(plenxkit_message("decode", "--json", "--as", name, message.hex(" ")).stdout)
 
 
@@ -58,7 +58,7 @@ def plain(value):
 
 
 def put(message, offset, *values):
-    """The message with one byte after the other replaced from the offset on."""
+    """Returns the message with the values in place of its bytes from the offset on."""
     return message[:offset] + bytes(values) + message[offset + len(values):]
 
 

@@ -154,7 +154,7 @@ TEST_P(RequestWriteFailure, Returns19WithTheLineOfTheArgumentAndSendsNothing) {
         EXPECT_THAT(FakeRpc::Get().Calls(), IsEmpty());
     }
     const FailingWrite none(static_cast<unsigned>(request.failures.size()) + 1);
-    EXPECT_EQ(request.send(RpcManager::GetInstance()), 0) << "these were all arguments";
+    EXPECT_EQ(request.send(RpcManager::GetInstance()), 0) << "the list lacks an argument";
 }
 
 INSTANTIATE_TEST_SUITE_P(All, RequestWriteFailure, testing::ValuesIn(kRequests));

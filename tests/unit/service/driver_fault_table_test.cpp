@@ -46,7 +46,8 @@ Rows UpgradeOf(const std::string& file, TargetIs target, const FaultLines& befor
     const FaultLines aside =
         target == TargetIs::kInUse ? FaultLines{Used(file), MovedAside(file)} : FaultLines{};
     const FaultLines rest = FaultLines{Done(file)} + next;
-    // A copy counts as missing when the upgrade cannot look for it; then all copies do.
+    // A copy counts as missing when the upgrade cannot look for it. When all later calls fail as
+    // well, all later copies count as missing too.
     const auto noCopy = [=](const Fault& fault) {
         return Outcome{0, fault.forEver ? before : before + next};
     };

@@ -359,7 +359,7 @@ TEST_F(FileUtilsTest, RootThatDoesNotExist_IsRemovedAlready) {
     EXPECT_THAT(Lines(), IsEmpty());
 }
 
-// Only its second character is a separator.
+// Only the second character of this path is a separator.
 TEST_F(FileUtilsTest, RelativePathThatBeginsWithOneLetter_IsNotARoot) {
     platform.Files().AddFolder(L"a\\b");
     EXPECT_EQ(FileUtils::ForceRemoveDirectory(L"a\\b"), 0);

@@ -101,7 +101,7 @@ inline Row WaitForRunning(const FaultLines& before) {
             3};
 }
 
-// It reports start pending twice before it runs. No process has been seen before.
+// The service reports start pending twice before it runs. No process has been seen before.
 inline FaultTable StartStopped() {
     const FaultLines kill = {KillLine(0)};
     const Outcome good{0, kill + FaultLines{Info("start service successful", kStart)}};
@@ -143,8 +143,8 @@ inline FaultTable StartWithLingeringProcess(DWORD process) {
              Row{"GetProcessTimes", Ignored(good)}}};
 }
 
-// It reports stop pending twice before it has stopped. When the wait cannot query, it ends early,
-// and the service manager then refuses the start of a service that still runs.
+// The service reports stop pending twice before it has stopped. When the wait cannot query, the
+// wait ends early, and the service manager then refuses the start of a service that still runs.
 inline FaultTable StartStopping() {
     FaultTable table = StartStopped();
     const FaultLines kill = {KillLine(0)};
@@ -177,8 +177,8 @@ inline FaultTable StopNotRegistered() {
     return {{2, {Error("open service error 1060", kStop)}}, {ManagerOf(kStop), ServiceOf(kStop)}};
 }
 
-// It reports stop pending twice before it has stopped. When the wait cannot query, it ends early,
-// and the process is ended. After the last poll there is no process any more.
+// The service reports stop pending twice before it has stopped. When the wait cannot query, the
+// wait ends early, and the process is ended. After the last poll there is no process any more.
 inline FaultTable StopRunning(DWORD process) {
     const FaultLines done = {Info("stop service successful", kStop)};
     const auto forced = [=](const std::string& ifOnce) {
@@ -200,7 +200,7 @@ inline FaultTable StopRunning(DWORD process) {
              Row{"QueryServiceStatusEx", forced(CannotOpen(process, "87"))}}};
 }
 
-// It ignores the request, so its process is ended.
+// The service ignores the request, so its process is ended.
 inline FaultTable StopByForce(DWORD process) {
     const FaultLines force = {Info("force stop service", kStop), KillLine(process)};
     const FaultLines done = {Info("stop service successful", kStop)};
@@ -256,7 +256,8 @@ inline FaultTable DeleteRunning(const std::string& name) {
     return table;
 }
 
-// isServiceAlive; the code is 1 when it is alive. A service that cannot be queried is not alive.
+// isServiceAlive: the code is 1 when the service is alive. A service that cannot be queried is not
+// alive.
 
 inline FaultTable AliveOf(Outcome good) {
     FaultTable table{std::move(good), {ManagerOf(kAlive), ServiceOf(kAlive), QueryOf(kAlive)}};
@@ -268,8 +269,7 @@ inline FaultTable AliveOf(Outcome good) {
     return table;
 }
 
-// The driver, which has no process and needs no time. Its start follows even when its creation
-// failed.
+// The driver has no process and needs no time. It is started even when its creation has failed.
 
 inline FaultTable StartDriverRow() {
     const FaultLines kill = {KillLine(0)};

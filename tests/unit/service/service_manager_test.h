@@ -38,7 +38,7 @@ protected:
         return MakeManager();
     }
 
-    /// Puts something into the folder that cannot be removed.
+    /// Puts something that cannot be removed into the folder.
     void Block(const std::wstring& folder) {
         files.AddFile(folder + L"\\held");
         files.Give(folder + L"\\held", FileTrait::kHeldOpen);

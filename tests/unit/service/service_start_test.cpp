@@ -31,7 +31,7 @@ TEST_F(StartServiceTest, StoppedService_IsStartedAndWaitedFor) {
             "QueryServiceStatusEx(PlenxPcSvc, 0, 36)", "QueryServiceStatusEx(PlenxPcSvc, 0, 36)",
             "QueryServiceStatusEx(PlenxPcSvc, 0, 36)", "QueryServiceStatusEx(PlenxPcSvc, 0, 36)",
             "CloseServiceHandle(PlenxPcSvc)", "CloseServiceHandle(manager)"));
-    // It runs after 15 ms; the poll at 20 ms sees it, and a sleep follows each poll.
+    // The service runs after 15 ms. The poll at 20 ms sees this, and a sleep follows each poll.
     EXPECT_THAT(Sleeps(), AllOf(SizeIs(3), Each("Sleep(10)")));
 }
 
@@ -61,7 +61,7 @@ TEST_F(StartServiceTest, ServiceThatNeverStops_IsNotStarted) {
     PcIs(SERVICE_STOP_PENDING, 0, 1000);
     EXPECT_EQ(manager->StartServiceByIndex(kPc), 5);
     EXPECT_THAT(Lines(), ElementsAre(Kill(0), Error("start service error 1056", kStart)));
-    // It waits for the service's own hint, in steps of 5 ms.
+    // The start waits for as long as the service's own hint says, in steps of 5 ms.
     EXPECT_EQ(platform.Clock().Now(), 1005U);
 }
 
@@ -209,7 +209,7 @@ TEST_F(LingeringProcessTest, IdThatAnotherProcessOwnsByNow_IsSpared) {
     EXPECT_THAT(platform.CallsOf({"TerminateProcess"}), IsEmpty());
 }
 
-// It had ended by then, or it is not ours to end.
+// The process had ended by then, or it is not ours to end.
 class UnidentifiedProcessTest : public LingeringProcessTest,
                                 public testing::WithParamInterface<const char*> {};
 

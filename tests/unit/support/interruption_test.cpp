@@ -1,4 +1,4 @@
-// What ends the waits of a program that is told to end.
+// Tests what ends the waits of a program that is told to end.
 
 #include "support/interruption.h"
 
