@@ -1,4 +1,4 @@
-// The program as a whole.
+// Tests the program as a whole.
 
 #include "command_line.h"
 

@@ -1,5 +1,5 @@
 #!/bin/bash
-# completion_test.sh PROGRAM COMPLETION: what bash would offer.
+# completion_test.sh PROGRAM COMPLETION: tests what bash would offer.
 
 program=$1
 source "$2"

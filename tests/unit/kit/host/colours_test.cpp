@@ -1,4 +1,4 @@
-// When there are colours, and what they look like.
+// Tests when there are colours, and what they look like.
 
 #include "host/colours.h"
 

@@ -21,7 +21,7 @@ protected:
 
     void Run(const std::string& line) { session_.Run(ParseStep(line, "")); }
 
-    // The calls that the line leads to.
+    // Returns the calls that the line leads to.
     std::vector<std::string> Calls(const std::string& line) {
         const std::size_t before = RecordedManager::Calls().size();
         Run(line);

@@ -18,7 +18,7 @@ std::string Page(const char* path) {
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
-// As the page shows output: four blanks in front of each line.
+// Returns the text as the page shows output, with four blanks in front of each line.
 std::string Indented(const std::string& text) {
     std::string lines = "    ";
     for (const char letter : text) {

@@ -1,4 +1,5 @@
-// Each check of the doctor, over a system that says what the test wants; whole texts.
+// Tests each check of the doctor over a system that says what the test wants. The tests compare
+// whole texts.
 
 #include "doctor/doctor.h"
 
@@ -17,7 +18,7 @@ using testing::StartsWith;
 
 class DoctorTest : public testing::Test {
 protected:
-    // The findings of one check as "level: text" and, if there is any, "| advice".
+    // Returns the findings of one check as "level: text" and, if there is any, "| advice".
     std::vector<std::string> Run(const std::string& name) {
         std::vector<std::string> lines;
         Examine(patient_, system_, [&](const Check& check, const std::vector<Finding>& findings) {
@@ -32,7 +33,7 @@ protected:
         return lines;
     }
 
-    // The same without what is well.
+    // Returns the same, without the findings that something is well.
     std::vector<std::string> Complaints(const std::string& name) {
         std::vector<std::string> complaints;
         for (const std::string& line : Run(name)) {
@@ -201,7 +202,7 @@ TEST_F(DoctorTest, PathsThatCauseTroubleAreReported) {
 TEST_F(DoctorTest, SeparatorsAtTheEndOfTheInstallFolderMakeNoRegistrationWrong) {
     Serve("Manager");
     Register("PlenxPcSvc", ServiceState::kStopped);
-    // As a host registers it that gives Init such a folder.
+    // A host that gives Init such a folder registers the service in this way.
     Register("PlenxPhoneSvc", ServiceState::kStopped).program = "C:\\app\\\\plenxservice.exe";
     ServiceFacts& driver = system_.services["Dokan1"];
     driver.program = "\\??\\C:\\app\\dokan1.sys";

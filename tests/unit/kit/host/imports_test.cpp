@@ -1,4 +1,5 @@
-// The imports of a program made here, and of the same program cut and bent.
+// Tests the imports of a program that is made here, and of the same program after it was cut off or
+// altered.
 
 #include "doctor/imports.h"
 

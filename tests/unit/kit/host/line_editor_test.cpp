@@ -1,4 +1,4 @@
-// Typing a line, and what of it is shown.
+// Tests how a line is typed, and which part of it is shown.
 
 #include "host/line_editor.h"
 

@@ -1,4 +1,4 @@
-// The command line of host and doctor.
+// Tests the command line of host and doctor.
 
 #include <gmock/gmock.h>
 #include <CLI/CLI.hpp>

@@ -1,4 +1,4 @@
-// What the host asks of the system, for tests on Linux.
+// Stands in for the system that the host asks, for tests on Linux.
 
 #include "host/platform.h"
 
@@ -10,7 +10,7 @@ std::uint32_t CurrentThreadNumber() {
     return 77;
 }
 
-// Here the only service that runs is that of the PC.
+// Here the PC service is the only one that runs.
 std::uint32_t EndServiceProcess(const std::string& service) {
     return service == "PlenxPcSvc" ? 0 : 1062;
 }

@@ -1,4 +1,4 @@
-// The prompt tells what has not been answered yet.
+// Tests that the prompt shows what has not been answered yet.
 
 #include "host/prompt_state.h"
 

@@ -12,16 +12,16 @@
 
 namespace RecordedManager {
 
-/// Forgets the calls, the observers and what was set below.
+/// Forgets the calls, the observers and everything that When has set.
 void Reset();
 
-/// The calls since Reset, for example: Stop(1,"g")
+/// Returns the calls since Reset, for example: Stop(1,"g")
 std::vector<std::string> Calls();
 
 /// Calls notify for every registered observer that is not null.
 void Notify(const std::function<void(DistributedFs::PLENXServiceObserver&)>& notify);
 
-/// Runs at each call of an operation of that name, on the caller's thread.
+/// Runs the action at each call of the operation of that name, on the caller's thread.
 void When(const std::string& operation, const std::function<void()>& action);
 
 }  // namespace RecordedManager

@@ -1,4 +1,4 @@
-// Whole scripts: what is expected, what is reported and how the run ends.
+// Tests whole scripts: what they expect, what is reported and how the run ends.
 
 #include "host/script_runner.h"
 
@@ -132,7 +132,7 @@ TEST_F(ScriptTest, OppositeThatCameLeavesTheExpectedOneThatCame) {
               kAllHeld);
 }
 
-// Otherwise it would say of a time that it has not waited for.
+// Otherwise it would make a statement about a time that it has not waited for.
 TEST_F(ScriptTest, ExpectNoneWaitsOnWhenTheOppositeComes) {
     RecordedManager::When("Start", [] {
         RecordedManager::Notify([](auto& observer) {
@@ -241,7 +241,7 @@ TEST_F(ScriptTest, DemoAsksForEveryOperationAndExpectsEveryNotification) {
             session_.Run(step);
         }
     }
-    EXPECT_TRUE(session_.HasEnded()) << "the last step is quit";
+    EXPECT_TRUE(session_.HasEnded()) << "the last step must be quit";
     std::set<std::string> asked;
     for (const std::string& call : RecordedManager::Calls()) {
         asked.insert(call.substr(0, call.find('(')));

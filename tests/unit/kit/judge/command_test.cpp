@@ -1,4 +1,4 @@
-// The command line of the judge, as far as it needs no Windows.
+// Tests the command line of the judge, as far as it does not need Windows.
 
 #include <gmock/gmock.h>
 

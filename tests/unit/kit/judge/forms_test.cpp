@@ -1,5 +1,5 @@
-// The requests that the judge sends: what is meant to be good is good, and what is meant to be
-// broken is broken.
+// Tests the requests that the judge sends. Those that are meant to be good are good, and those that
+// are meant to be broken are broken.
 
 #include "judge/forms.h"
 

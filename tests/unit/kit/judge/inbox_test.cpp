@@ -1,4 +1,4 @@
-// The judge's end of the endpoint "Manager".
+// Tests the judge's end of the endpoint "Manager".
 
 #include "judge/inbox.h"
 

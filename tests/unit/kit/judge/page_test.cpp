@@ -1,5 +1,5 @@
-// The page on the wire protocol names each check at its rule, and the judge has each check that the
-// page names.
+// Tests that the page on the wire protocol names each check beside its rule, and that the judge has
+// each check that the page names.
 
 #include <gtest/gtest.h>
 
@@ -13,7 +13,7 @@
 namespace PlenxJudge {
 namespace {
 
-// The anchor that a heading has on the page: "## The reply" becomes "the-reply".
+// Returns the anchor that a heading has on the page: "## The reply" becomes "the-reply".
 std::string AnchorOf(const std::string& heading) {
     std::string anchor;
     for (const char letter : heading.substr(heading.find(' ') + 1)) {
@@ -26,7 +26,8 @@ std::string AnchorOf(const std::string& heading) {
     return anchor;
 }
 
-// The numbers of checks on the page, each with the anchors of the sections that name it.
+// Returns the numbers of the checks on the page, each with the anchors of the sections that name
+// it.
 std::map<std::string, std::set<std::string>> ChecksOnThePage() {
     std::map<std::string, std::set<std::string>> checks;
     std::ifstream page(WIRE_PAGE);
@@ -40,7 +41,7 @@ std::map<std::string, std::set<std::string>> ChecksOnThePage() {
         }
         for (std::sregex_iterator next(line.begin(), line.end(), number), end; next != end;
              ++next) {
-            if (!anchor.empty()) {  // what stands before the first section explains the marks
+            if (!anchor.empty()) {  // the text before the first section explains the marks
                 checks[(*next)[1]].insert(anchor);
             }
         }
@@ -62,7 +63,7 @@ TEST(WirePage, NamesEachCheckInTheSectionThatTheCheckNames) {
 TEST(WirePage, NamesNoCheckThatTheJudgeDoesNotHave) {
     std::set<std::string> numbers;
     for (const Check& check : Checks()) {
-        EXPECT_TRUE(numbers.insert(check.number).second) << check.number << " stands twice";
+        EXPECT_TRUE(numbers.insert(check.number).second) << check.number << " is listed twice";
     }
     for (const auto& [number, anchors] : ChecksOnThePage()) {
         EXPECT_EQ(numbers.count(number), 1u) << number << " in " << *anchors.begin();

@@ -39,7 +39,7 @@ def notifications_after(request, arguments):
 
 
 def answer_to(request, message):
-    """The code of the reply, and the notifications that follow."""
+    """Returns the code of the reply, and the notifications that follow."""
     if request not in REQUESTS:
         return UNKNOWN, []
     try:

@@ -1,4 +1,4 @@
-// What the judge reports to people, programs, build servers and browsers.
+// Tests what the judge reports to people, programs, build servers and browsers.
 
 #include "judge/report.h"
 

@@ -1,4 +1,4 @@
-// Which checks run, and which failures are known.
+// Tests which checks run, and which failures are known.
 
 #include "judge/selection.h"
 

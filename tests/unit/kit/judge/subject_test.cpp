@@ -1,4 +1,4 @@
-// What the judge says of a peer that is honest, and of one that misbehaves in its replies.
+// Tests what the judge says about an honest peer, and about one that misbehaves in its replies.
 
 #include <gmock/gmock.h>
 
@@ -11,7 +11,7 @@ namespace {
 
 using testing::ElementsAre;
 
-// It is no service, and its notifications come with its answers, so that "Manager" cannot hold
+// The peer is not a service, and its notifications come with its answers, so "Manager" cannot hold
 // them.
 const std::vector<std::string> kRequests = {
     "serve,reply,create-group,delete-group,device-online,device-offline,name-changed",

@@ -57,7 +57,7 @@ TEST(Decode, AnIdThatNoMessageHas_ShowsTheArgumentsByNumber) {
     EXPECT_THAT(outcome.out, HasSubstr("argument 0      int32       5\n\ngood\n"));
 }
 
-// What stands behind "good", and the exit code.
+// Returns the text after "good".
 std::string Notes(const std::vector<std::string>& words) {
     const Outcome shown = Tool({"decode", "--as", words.front()}, Encoded(words).out);
     EXPECT_EQ(shown.code, 0) << shown.out;
@@ -117,7 +117,7 @@ struct Broken {
     const char* name;
     const char* as;
     const char* hex;
-    const char* shown;  // behind the head of the table
+    const char* shown;  // after the head of the table
 };
 
 class DecodeBroken : public testing::TestWithParam<Broken> {};

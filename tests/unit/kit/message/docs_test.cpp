@@ -1,4 +1,4 @@
-// What the page shows is what the program prints.
+// Tests that the program prints what the page shows.
 
 #include <gtest/gtest.h>
 
@@ -28,7 +28,7 @@ void TrimEnd(std::string& output) {
     output.erase(output.find_last_not_of('\n') + 1);
 }
 
-// An example is an indented prompt with a command, and what is indented behind it.
+// An example is an indented prompt with a command, and the indented lines after it.
 std::vector<Example> ExamplesIn(std::istream& page) {
     std::vector<Example> examples;
     bool inside = false;

@@ -17,7 +17,7 @@ inline Outcome Tool(std::vector<std::string> arguments, const std::string& input
     return PlenxKit::OutcomeOf(arguments, input);
 }
 
-/// One good message of each id and a reply: the words that encode takes.
+/// Returns one good message of each id and a reply, each as the words that encode takes.
 inline std::vector<std::vector<std::string>> EachMessage() {
     return {
         {"CreateGroup", "groupName=g_1", "groupArg=a"},

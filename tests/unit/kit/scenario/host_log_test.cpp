@@ -1,4 +1,4 @@
-// What the logs of a run tell.
+// Tests what the logs of a run show.
 
 #include "scenario/host_log.h"
 

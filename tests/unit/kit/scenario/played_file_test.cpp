@@ -1,4 +1,4 @@
-// Which part of a file has its turn, for which service, in which of its runs.
+// Tests which part of a file has its turn, for which service, and in which of its runs.
 
 #include "played_file.h"
 
@@ -17,7 +17,7 @@ PlayedFile FileOf(const std::string& text) {
     return PlayedFile(ReadScenarioText(text).scenario);
 }
 
-/// The answer of the step; 0: there is none.
+/// Returns the answer of the step, or 0 when there is none.
 std::int64_t AnswerTo(PlayedFile& file, std::int32_t request, const Part& part = kPc) {
     const Step* const step = file.StepFor(request, part);
     return step ? step->values.Number("answer") : 0;
@@ -78,7 +78,7 @@ TEST(Values, AbsentKeys_HaveTheOtherValue) {
     EXPECT_EQ(values.Text("text"), "a");
     EXPECT_EQ(values.Text("none"), "");
     values.Add(Values({{"number", std::int64_t{6}}, {"none", true}}));
-    EXPECT_EQ(values.Number("number"), 5) << "what is said already stays";
+    EXPECT_EQ(values.Number("number"), 5) << "a value that is already there must stay";
     EXPECT_TRUE(values.Flag("none"));
 }
 

@@ -1,4 +1,4 @@
-// What a run has played of a scenario.
+// Tests which tables of a scenario a run has played.
 
 #include "scenario/played.h"
 
@@ -59,7 +59,7 @@ TEST(Played, EachTable_IsKnownByItsLineAndByWhatItWaitsFor) {
                             "12 [[notify]] on stop (pc)", "15 [[notify]] on NameChanged (pc)"));
     EXPECT_THAT(Told(TablesOf(PlenxService::ReadScenarioText("[[on]]").scenario)),
                 ElementsAre("1 [[on]] any request"))
-        << "without a service it is for each";
+        << "a table without a service is for each service";
 }
 
 TEST(Played, TableWhoseTurnIsInTheLog_IsNotMissing) {

@@ -1,4 +1,4 @@
-// The ready scenarios, and the page that describes them.
+// Tests the ready scenarios, and the page that describes them.
 
 #include "scenario/ready_scenarios.h"
 
@@ -32,7 +32,7 @@ TEST(ReadyScenarios, EachHasATitleATextAndAScriptThatExpectsSomething) {
     }
 }
 
-// What stands in the section's block is compared with a run under Wine.
+// A test under Wine compares the section's block with a run.
 TEST(ReadyScenarios, EachHasASectionOnThePage) {
     const std::string page = Page();
     for (const ReadyScenario& scenario : ReadyScenariosIn(READY_SCENARIOS)) {
@@ -41,7 +41,8 @@ TEST(ReadyScenarios, EachHasASectionOnThePage) {
     }
 }
 
-// What a host calls so that a table has its turn; a start and its settings come with Start.
+// These are the calls with which a host gives a table its turn. Start also brings the start of the
+// service and its settings.
 const std::pair<const char*, const char*> kCauses[] = {
     {"[start]", "`Start`"},
     {"[stop]", "`Start`"},
@@ -88,7 +89,7 @@ TEST(ReadyScenarios, FolderWithoutAny_IsReported) {
     EXPECT_THROW(ReadyScenariosIn("/there/is/none"), UsageError);
 }
 
-// The reader tells the keys there are when one is unknown.
+// The reader lists the keys that it knows when it finds an unknown one.
 std::vector<std::string> KeysOf(const std::string& table) {
     const std::string text =
         PlenxService::ReadScenarioText(table + "\nnothing = 1\n").mistakes.at(0).text;
@@ -116,7 +117,7 @@ TEST(ScenariosPage, EveryKey_HasItsRow) {
     }
 }
 
-// The example that begins with this line, as one would copy it.
+// Returns the example that begins with this line, as a user would copy it.
 std::string ExampleThatBegins(const std::string& line) {
     constexpr char kIndent[] = "    ";
     std::istringstream page(Page());

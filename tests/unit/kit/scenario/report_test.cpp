@@ -1,4 +1,4 @@
-// Results for people, programs and build servers.
+// Tests the results for people, programs and build servers.
 
 #include "scenario/report.h"
 

@@ -1,4 +1,4 @@
-// Each mistake in a scenario file is told with its line and with what is allowed.
+// Tests that each mistake in a scenario file is reported with its line and with what is allowed.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// What a scenario file without mistakes comes to.
+// Tests what the reader makes of a scenario file without mistakes.
 
 #include "scenario_reader.h"
 

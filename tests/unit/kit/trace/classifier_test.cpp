@@ -10,7 +10,7 @@
 namespace PlenxTrace {
 namespace {
 
-// kind, lanes and label in one text, so that a failure shows all of it.
+// Returns lanes, label and failure mark in one text, so that a failed test shows all of them.
 std::string Drawn(const Event& event) {
     static const char* const kLanes[] = {"host",     "facade",    "worker", "engine",
                                          "services", "observers", "nowhere"};
@@ -69,7 +69,7 @@ TEST(Classifier, AFailedStart_HasTheCodeOfItsLastErrorLine) {
     EXPECT_EQ(Drawn(events[2]), "engine>engine the request failed: 1722 FAILS");
     EXPECT_EQ(Drawn(events[4]), "engine>facade Start phone: failed FAILS");
     EXPECT_EQ(events[4].code, 19);
-    EXPECT_EQ(events[6].code, std::nullopt) << "the job before is over";
+    EXPECT_EQ(events[6].code, std::nullopt) << "the previous job is over";
 }
 
 TEST(Classifier, TheStopOfAnEngineService_FailsOnlyIfALineSaysSo) {

@@ -10,7 +10,7 @@
 namespace PlenxTrace {
 namespace {
 
-// A record of this type at noon and 9 ms.
+// Returns a record of this type, 9 ms after noon.
 Event Record(const std::string& type, const std::string& rest) {
     return ClassifyHostLine(
         AsLine(R"({"type":")" + type + R"(","time":")" + At(9) + "\"," + rest + "}"), kNoTime);

@@ -1,5 +1,5 @@
-// Holds the tool's table against the page of all log lines, which is held against the sources: a
-// text that the library has and the tool has not would be unknown to it.
+// Compares the tool's table with the page of all log lines, which is itself compared with the
+// sources. Otherwise the library could write a text that the tool does not know.
 
 #include <gtest/gtest.h>
 
@@ -35,9 +35,9 @@ std::vector<std::string> AllMatches(const std::string& text, const char* shape) 
 }
 
 struct Row {
-    std::string text;  // with its tag; values as {value}
+    std::string text;  // with its tag, and with each value as {value}
     std::string level;
-    std::vector<std::string> pieces;  // what stands between the values
+    std::vector<std::string> pieces;  // the texts between the values
 };
 
 std::vector<Row> RowsOfThePage() {
@@ -60,7 +60,7 @@ std::string WithSampleValues(std::string text) {
     return std::regex_replace(text, std::regex(R"(\{[^{}]*\})"), "7");
 }
 
-/// One file of the library's. Functions are named in full.
+/// One of the library's source files. Its functions are named in full.
 class Source {
 public:
     explicit Source(std::string text)
@@ -74,14 +74,14 @@ public:
         }
     }
 
-    /// Whether this file may write the row.
+    /// Returns whether this file may write the row.
     bool Has(const Row& row) const {
         return std::all_of(row.pieces.begin(), row.pieces.end(), [&](const std::string& piece) {
             return text_.find('"' + piece + '"') != std::string::npos;
         });
     }
 
-    /// Those that write it right where they are named.
+    /// Returns the functions that write the row directly, so that the writing names them.
     std::vector<std::string> Writers(const Row& row) const {
         std::vector<std::string> functions;
         for (const Writing& writing : writings_) {
@@ -92,16 +92,17 @@ public:
         return functions;
     }
 
-    /// Any of these may write it through a helper.
+    /// Returns all functions of the file. Any of them may write a row through a helper.
     const std::vector<std::string>& Names() const { return names_; }
 
 private:
     struct Writing {
         std::vector<std::string> pieces;
-        std::string function;  // empty: a parameter tells
+        std::string function;  // empty when a parameter holds the name
     };
 
-    // A name in quotes, or a constant, maybe with a member, that is defined before.
+    // Returns the function's name. The argument is a name in quotes, or a constant that is defined
+    // before, perhaps with a member.
     std::string FunctionNamed(const std::string& argument, std::size_t position) const {
         if (argument[0] == '"') {
             return argument.substr(1, argument.size() - 2);
@@ -142,7 +143,8 @@ bool Touches(const Event& event, Lane lane) {
     return lane != Lane::kNoLane && (event.from == lane || event.to == lane);
 }
 
-// The facade's lines stand in the worker's lane too, those of notifications in the facade's.
+// The facade's lines may stand in the worker's lane too. The lines of RpcManager, such as those of
+// notifications, may stand in the facade's lane.
 bool IsDrawnWhereItBelongs(const Event& event, const std::string& name) {
     const Lane lane = LaneOfClass(name);
     return Touches(event, lane) || (lane == Lane::kFacade && Touches(event, Lane::kWorker)) ||
@@ -178,11 +180,13 @@ TEST(PageOfLogLines, EachLineIsKnown_InTheLaneOfWhoWritesIt) {
         }
         EXPECT_GE(files, 1u) << row.text;
     }
-    EXPECT_GE(rows.size(), 187u) << "the page is written otherwise than it is read here";
-    EXPECT_GT(direct, rows.size() / 2) << "so are the sources";
+    EXPECT_GE(rows.size(), 187u) << "this test does not read the page in the form that it has";
+    EXPECT_GT(direct, rows.size() / 2)
+        << "this test does not read the sources in the form that they have";
 }
 
-// Of the lines of level error. Those that are usual with one code only have another one here.
+// This is about lines of level error. Those that are usual with one code only have another code
+// here.
 TEST(PageOfLogLines, OnlyTheseAreUsualWhateverTheirValues) {
     const std::vector<Source> sources = LibrarySources();
     std::set<std::string> usual;

@@ -1,4 +1,4 @@
-// The whole program, from its command line to the page.
+// Tests the whole program, from its command line to the page.
 
 #include <gtest/gtest.h>
 
@@ -50,7 +50,7 @@ TEST(HtmlText, IsTextForAnElement) {
     EXPECT_EQ(HtmlText("<b>\"ü\"&\n\xff"), "&lt;b&gt;&quot;ü&quot;&amp; \xEF\xBF\xBD");
 }
 
-// A folder of its own for each test.
+// Gives each test a folder of its own.
 class Page : public testing::Test {
 protected:
     Page() {
@@ -74,7 +74,7 @@ protected:
         return {std::istreambuf_iterator<char>(file), {}};
     }
 
-    // "exit code|out|err"
+    // Returns "exit code|out|err".
     std::string Run(const std::vector<std::string>& arguments) const {
         std::vector<std::string> words = {"trace"};
         words.insert(words.end(), arguments.begin(), arguments.end());
@@ -117,7 +117,7 @@ TEST_F(Page, TextOfALogIsNoMarkup_NorIsTheTitle) {
     const std::string page = Read("lib.html");
     EXPECT_FALSE(Contains(page, "<script>alert"));
     EXPECT_FALSE(Contains(page, "<!--"));
-    EXPECT_TRUE(Contains(page, "{{script}} {{data}}")) << "taken as text";
+    EXPECT_TRUE(Contains(page, "{{script}} {{data}}")) << "the log's text must stay text";
 }
 
 TEST_F(Page, LinesOfAllLogsStandInTheOrderOfTime) {

@@ -81,7 +81,7 @@ std::string Sources() {
     return text;
 }
 
-// A text that the library logs otherwise one day would be unknown here from then on.
+// When the library one day logs a text differently, the tool would no longer know it.
 TEST(Table, EachRowsFunctionAndTextAreInTheLibrarysSources) {
     const std::string sources = Sources();
     for (const Pattern* const row : LibraryPatterns()) {

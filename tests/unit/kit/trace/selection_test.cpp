@@ -32,7 +32,8 @@ struct Result {
     std::uint64_t leftOut = 0;
 };
 
-// What is chosen of the lines. Checks that each line is either shown or counted, in its order.
+// Returns the lines that are chosen. Checks that each line is either shown or counted, in its
+// order.
 Result Chosen(const std::vector<Event>& events, std::uint64_t most,
               const std::set<std::uint64_t>& wanted = {}) {
     Totals totals;

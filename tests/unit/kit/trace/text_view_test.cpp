@@ -1,4 +1,4 @@
-// The text of plenxkit trace --text, from the command line to the last column.
+// Tests the text of plenxkit trace --text, from the command line to the last column.
 
 #include <gtest/gtest.h>
 
@@ -23,7 +23,7 @@ std::string Joined(const std::vector<std::string>& lines) {
     return text;
 }
 
-// A folder of its own for each test.
+// Gives each test a folder of its own.
 class TextView : public testing::Test {
 protected:
     TextView() {
@@ -45,7 +45,7 @@ protected:
         return PlenxKit::OutcomeOf(arguments);
     }
 
-    // The rows below the head.
+    // Returns the rows below the head.
     std::string Rows(const std::vector<std::string>& arguments) const {
         const PlenxKit::Outcome outcome = Run(arguments);
         EXPECT_EQ(outcome.code, 0);

@@ -1,4 +1,4 @@
-// The command line of verify, and its table of stages.
+// Tests the command line of verify, and its table of stages.
 
 #include <gmock/gmock.h>
 

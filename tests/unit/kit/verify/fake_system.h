@@ -13,20 +13,20 @@
 
 namespace PlenxVerify {
 
-/// What GoogleTest writes of one suite; each text is the JSON of a test.
+/// Returns what GoogleTest writes about one suite. Each text is the JSON of a test.
 std::string JsonOfTests(const std::vector<std::string>& tests);
 std::string PassedTest(const std::string& name);
 std::string FailedTest(const std::string& name, const std::string& failure);
 
 class FakeSystem : public System {
 public:
-    // What the test says. All programs pass unless their name is here.
+    // The test sets these. All programs pass unless their name is here.
     bool hasRights = true;
     bool isAlone = true;
     std::string prepareError = {};
     std::set<std::string> missing = {};
     std::vector<Trace> traces = {};          // before the run, and until something removes them
-    std::vector<Trace> stubborn = {};        // that nothing removes
+    std::vector<Trace> stubborn = {};        // nothing removes these
     std::vector<Trace> staysAfterRun = {};   // what a run leaves for good
     std::map<std::string, Ended> ends = {};  // by the name of the output
     std::map<std::string, std::string> outputs = {};
@@ -34,7 +34,7 @@ public:
     std::string interruptedAt = {};  // the output of the program during which it happens
     std::vector<Secret> secrets = {};
 
-    // What happened.
+    // These record what happened.
     std::vector<Launch> launched = {};
     std::vector<std::string> steps = {};  // "prepare", "services-library", "clean", "clean all"
 

@@ -1,4 +1,4 @@
-// No name of a person leaves the machine.
+// Tests that no person's name leaves the machine.
 
 #include "verify/redaction.h"
 

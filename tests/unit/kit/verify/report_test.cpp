@@ -1,4 +1,4 @@
-// What verify reports to people, programs, build servers and browsers.
+// Tests what verify reports to people, programs, build servers and browsers.
 
 #include "verify/report.h"
 

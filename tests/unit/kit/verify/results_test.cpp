@@ -1,4 +1,4 @@
-// What verify reads of the programs that it has run.
+// Tests what verify reads from the results of the programs that it has run.
 
 #include "verify/results.h"
 
@@ -11,7 +11,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Pair;
 
-// As GoogleTest 1.12 writes it.
+// GoogleTest 1.12 writes its results in this form.
 constexpr const char* kTests = R"({
   "tests": 4, "failures": 1, "disabled": 1, "errors": 0, "name": "AllTests",
   "testsuites": [
@@ -41,7 +41,7 @@ TEST(VerifyResults, Tests_AreReadWithTheirFailuresAndRecords) {
     EXPECT_EQ(cases[2].verdict, Case::Verdict::kSkipped);
 }
 
-// GoogleTest 1.14 and later write why.
+// GoogleTest 1.14 and later also write why a test was skipped.
 TEST(VerifyResults, Skip_HasItsReason) {
     const std::vector<Case> cases = CasesOfTests(R"({"testsuites": [{"name": "Life", "testsuite": [
         {"name": "Skips", "status": "RUN", "result": "SKIPPED", "time": "0s",

@@ -1,4 +1,4 @@
-// Runs of verify on a machine of the test: when it refuses, what it starts, what it makes of what
+// Tests runs of verify on a fake machine: when it refuses, what it starts, how it judges what
 // happens, and that it always removes everything.
 
 #include <gmock/gmock.h>

@@ -1,4 +1,4 @@
-// The ZIP of the results, byte for byte.
+// Tests the ZIP of the results, byte for byte.
 
 #include "verify/zip.h"
 

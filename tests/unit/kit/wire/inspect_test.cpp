@@ -100,7 +100,7 @@ TEST(InspectAs, AnArrayBehindAWrongLength_IsNotMeasured) {
               "8: argument 0 (length): string where it must be int32\n");
 }
 
-// The first problem is what DecodeAs tells, and there is one exactly when it fails.
+// The first problem is the one that DecodeAs reports, and there is one exactly when DecodeAs fails.
 TEST(InspectAs, OfAlteredMessages_AgreesWithDecodeAs) {
     const MessageShape& shape = *FindMessage(kDeviceOnline);
     const Bytes good = Encode({std::string("group_1"), std::string("device"), std::int32_t{1},
