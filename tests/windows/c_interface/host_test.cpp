@@ -30,7 +30,7 @@ protected:
         ASSERT_TRUE(host.Started()) << "error " << host.StartError();
         const auto code = host.WaitForExit(60000);
         ASSERT_TRUE(code.has_value()) << "the host hangs";
-        EXPECT_EQ(*code, 40U) << "is the step that went wrong";
+        EXPECT_EQ(*code, 40U) << "the host ended with the number of the step that went wrong";
         EXPECT_FALSE(IsRegistered(L"PlenxPcSvc"));
     }
 

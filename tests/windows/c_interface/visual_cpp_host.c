@@ -1,5 +1,5 @@
 /* A host as Visual C++ would build it: its ABI, C99, nothing of MinGW. It starts a service, hears
- * of it, stops it, and hears of that. With OBSERVES it hears through functions, else through a
+ * of it, stops it, and hears of that. With OBSERVES it hears through functions, otherwise through a
  * queue. It ends with 40, or with the number of the step that went wrong.
  *
  *     INSTALL, DATA    the folders for plenx_init */
@@ -85,7 +85,7 @@ void Main(void) {
 #endif
     Require(plenx_open(PLENX_ABI) == 0, 2);
     Require(plenx_queue_open(1000, &queue) == 0, 3);
-    /* Nothing has begun the C run time here, so that getenv would find nothing. */
+    /* Nothing has started the C run time here, so getenv would find nothing. */
     GetEnvironmentVariableA("INSTALL", install, sizeof(install));
     GetEnvironmentVariableA("DATA", data, sizeof(data));
     Require(plenx_init(PLENX_TEXT(install), PLENX_TEXT(data), PLENX_TEXT(""), 0) == 0, 4);

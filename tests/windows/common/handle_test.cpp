@@ -80,7 +80,7 @@ BOOL WINAPI NoteClosed(SC_HANDLE handle) {
     return TRUE;
 }
 
-// A second closing would touch memory that the system has freed.
+// Closing the handle a second time would touch memory that the system has freed.
 TEST(ServiceHandle, IsClosedWithItsOwner) {
     ServiceHandle owner(OpenSCManagerW(nullptr, nullptr, SC_MANAGER_CONNECT));
     const SC_HANDLE raw = owner.Get();

@@ -13,7 +13,7 @@
 namespace PlenxTest {
 namespace {
 
-constexpr DWORD kDeadline = 10000;  // below the parent's patience
+constexpr DWORD kDeadline = 10000;  // shorter than the parent waits
 
 void Log(LOG_MESSAGE_LEVEL level, const std::wstring& text) {
     std::wostringstream stream;
@@ -67,7 +67,7 @@ void LogEachLevel() {
     Log(static_cast<LOG_MESSAGE_LEVEL>(2), L"two");
 }
 
-// Between the two, the parent changes what is in the way.
+// Between the two lines, the parent changes what is in the way.
 void LogTwice() {
     Log(LOG_MESSAGE_LEVEL_INFO, L"one");
     SetEvent(OpenEventW(EVENT_MODIFY_STATE, FALSE, kOneIsWritten));

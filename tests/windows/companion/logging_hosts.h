@@ -20,8 +20,8 @@ const LoggingHost* FindLoggingHost(const std::string& name);
 constexpr int kThreads = 4;
 constexpr int kLinesPerThread = 2000;
 
-/// "twice" sets the first event after its first line and waits for the second one, both its
-/// parent's.
+/// The mode "twice" sets the first event after its first line, and then waits for the second event.
+/// The parent owns both events.
 constexpr const wchar_t* kOneIsWritten = L"plenx-test-one-is-written";
 constexpr const wchar_t* kGoOn = L"plenx-test-go-on";
 

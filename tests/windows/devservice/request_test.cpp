@@ -32,8 +32,8 @@ ServiceAnswer Ping() {
     return CallService(kEndpoint, PlenxWire::kPingService, {std::int64_t{0}});
 }
 
-// Nobody may have served the endpoint in this process yet. GoogleTest runs suites of such a name
-// before all others, while the order of the sources is another one for each linker.
+// Nobody may have served the endpoint in this process yet. GoogleTest runs suites with such a name
+// before all others, while each linker puts the sources in an order of its own.
 TEST(AnAbsentManagerDeathTest, IsTriedAgainUntilItIsThere) {
     ASSERT_FALSE(FakeManager::WasEverShown());
     ServiceUnderTest service(1);

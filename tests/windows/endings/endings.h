@@ -26,8 +26,7 @@ protected:
 
     bool CompanionWasReleased() const;
 
-    /// Runs hosts of that mode to their ends. The test has failed when one of them does not end
-    /// well.
+    /// Runs hosts of that mode to their ends. The test fails when one of them does not end well.
     /// check: looks at the host that has just ended.
     void RunOften(
         const std::string& modeName, Left left = Left::kNothing,

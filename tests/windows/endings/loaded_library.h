@@ -124,8 +124,8 @@ private:
     std::invoke_result_t<Member, PLENXManager&, Arguments...> Call(const char* name,
                                                                    Arguments&&... arguments) const {
         void* const address = Address(name);
-        Member member =
-            nullptr;  // of a function that is not virtual: its address, and zeros or nothing
+        // For a function that is not virtual, this holds its address, and zeros or nothing.
+        Member member = nullptr;
         std::memcpy(&member, &address, sizeof(address));
         return (Manager().*member)(std::forward<Arguments>(arguments)...);
     }

@@ -1,4 +1,5 @@
-// The small service in C, driven by the library through plenxkit host as a host would drive it.
+// Tests the small service in C. The library drives it through plenxkit host, as with any other
+// host.
 
 #include <gtest/gtest.h>
 #include <windows.h>
@@ -13,8 +14,8 @@ namespace {
 
 constexpr DWORD kLongestRun = 120 * 1000;
 
-// The states at the end say that both stopped when they were asked to, none by force; and no
-// request about a device was refused.
+// The states at the end say that both services stopped when they were asked to, and that neither
+// was stopped by force. The script also shows that no request about a device was refused.
 constexpr char kScript[] = R"(init
 start pc photos "the argument"
 expect NotifyStatus pc photos start true within 60000

@@ -203,7 +203,7 @@ Expected ExpectedOf(std::int32_t id, const std::uint8_t* bytes, std::size_t size
         return OfDiskName(message);
     case PlenxWire::kUpdateWindowsExplore:
         return OfPath(message);
-    default:  // the flush of a drive among them: it never fails
+    default:  // including the flush of a drive, which never fails
         return Taken("");
     }
 }

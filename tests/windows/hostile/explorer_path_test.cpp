@@ -52,7 +52,7 @@ protected:
         EXPECT_EQ(answer.block, PlenxWire::Encode({0}));
     }
 
-    /// Returns what the shell was told of a path of these bytes. The drive that follows ends the
+    /// Returns what the shell was told about a path of these bytes. The drive that follows ends the
     /// wait.
     Lines Told(const Bytes& path) {
         const std::size_t before = listener_.Events().size();
@@ -127,7 +127,8 @@ HOST_TEST(ExplorerPath, DiskThatBeginsWithAByteFrom0x80_IsIgnored) {
     listener_.WaitForEvents(1);
     const Lines expected = {kFolderChanged + "Q:\\"};
     EXPECT_TRUE(ShowsNews(listener_.Events() == expected, listener_.Events()));
-    EXPECT_THAT(LinesOf("RpcManager::FlushExplorer"), testing::SizeIs(3)) << "of the last disk";
+    EXPECT_THAT(LinesOf("RpcManager::FlushExplorer"), testing::SizeIs(3))
+        << "only the last disk may leave lines";
 }
 
 }  // namespace

@@ -37,8 +37,8 @@ void ExpectNothingMore(const Footprint& before) {
     std::cout << "before: " << before.privateBytes << " bytes, " << before.handles
               << " handles; after: " << after.privateBytes << " bytes, " << after.handles
               << " handles\n";
-    EXPECT_NE(after.handles, 0u) << "the system does not tell";
-    EXPECT_NE(after.privateBytes, 0u) << "the system does not tell";
+    EXPECT_NE(after.handles, 0u) << "the system does not report the handles";
+    EXPECT_NE(after.privateBytes, 0u) << "the system does not report the memory";
     const bool flat = after.handles <= mostHandles && after.privateBytes <= mostBytes;
     EXPECT_TRUE(Shows(Habits::kFootprintOfAStorm,
                       flat ? "nothing"

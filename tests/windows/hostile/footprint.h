@@ -12,7 +12,7 @@ struct Footprint {
     std::size_t handles = 0;
 };
 
-/// The numbers are 0 where the system does not tell.
+/// The numbers are 0 where the system does not report them.
 Footprint MeasureFootprint();
 
 /// Fails the test when the process holds more now than before, beyond the 4 MiB and 8 handles that

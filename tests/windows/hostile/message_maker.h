@@ -41,7 +41,8 @@ Notification Honest(std::int32_t id, const PlenxWire::Arguments& arguments);
 
 class NotificationMaker {
 public:
-    /// caller: the number of one of several callers that share a seed; its texts contain it.
+    /// caller: the number of one of several callers that share a seed. The caller's texts contain
+    /// this number.
     NotificationMaker(std::uint32_t seed, unsigned caller);
 
     Notification Next();

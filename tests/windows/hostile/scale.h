@@ -15,7 +15,7 @@ unsigned HostileMessages();
 /// Returns the seed: PLENX_TEST_HOSTILE_SEED, or 1.
 std::uint32_t HostileSeed();
 
-/// Returns a deadline that is long enough for so many messages on a machine ten times slower than
+/// Returns a deadline that is long enough for that many messages on a machine ten times slower than
 /// ours.
 DWORD LongestStorm();
 

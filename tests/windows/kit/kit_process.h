@@ -1,5 +1,5 @@
-// plenxkit as a child process: commands go in through a pipe, what it prints is read from
-// files. Ended when the object goes.
+// Runs plenxkit as a child process. Commands go in through a pipe, and what it prints is read from
+// files. The destructor ends the process.
 
 #ifndef PLENXSDK_TESTS_WINDOWS_KIT_KIT_PROCESS_H
 #define PLENXSDK_TESTS_WINDOWS_KIT_KIT_PROCESS_H
@@ -20,13 +20,13 @@ public:
 
     void Send(const std::string& line);
     void CloseInput();
-    /// Whether it has printed the text, now or within a minute.
+    /// Returns whether the process has printed the text, now or within a minute.
     bool Prints(const std::string& text) const;
-    /// Closes the input. The exit code; -1 when it has not ended in time.
+    /// Closes the input. @return the exit code, or -1 when the process has not ended in time.
     int Wait(DWORD longest = 60000);
-    /// All that was printed to both streams.
+    /// Returns everything that was printed to both streams.
     std::string Output() const;
-    /// To the output alone.
+    /// Returns what was printed to the output alone.
     std::string Printed() const;
     void Kill();
 
@@ -42,7 +42,7 @@ struct Finished {
     std::string output;
 };
 
-/// A run with no input.
+/// Runs plenxkit with no input.
 Finished RunKit(const std::string& arguments);
 
 }  // namespace PlenxTest

@@ -1,5 +1,5 @@
-"""A program under Wine on a terminal of its own. Wine's console gives that terminal the screen's changes, which
-are put together again here."""
+"""Runs a program under Wine on a terminal of its own. Wine's console gives that terminal the screen's changes,
+and this module puts the screen together from them."""
 
 import fcntl
 import os
@@ -17,7 +17,7 @@ SEQUENCE = re.compile(r"\x1b\[(\?)?([0-9;]*)([A-Za-z])")
 
 
 class Screen:
-    """Of the sequences a terminal knows, those that Wine's console sends."""
+    """Understands those of a terminal's sequences that Wine's console sends."""
 
     def __init__(self):
         self.rows = [[" "] * COLUMNS for _ in range(ROWS)]
@@ -59,7 +59,7 @@ class Screen:
             place = [int(part) for part in number.split(";")] if number else [1, 1]
             self.y, self.x = place[0] - 1, place[-1] - 1
         else:
-            raise ValueError(f"a sequence that is not known: {match.group(0)!r}")
+            raise ValueError(f"unknown sequence: {match.group(0)!r}")
 
     def put(self, letter):
         if letter == "\r":
@@ -103,7 +103,7 @@ class Terminal:
                 read = b""
             if not read:
                 print("\n".join(self.screen.lines()))
-                sys.exit(f"this was not to be seen: {what}")
+                sys.exit(f"this did not appear on the screen: {what}")
             self.screen.write(read.decode("utf-8", "replace"))
 
     def wait_for_last(self, line):
@@ -113,7 +113,7 @@ class Terminal:
         self.wait_for(part, lambda lines: any(part in line for line in lines))
 
     def exit_code(self):
-        """Reads on meanwhile, because a console that cannot show a text waits until it can."""
+        """Reads on while it waits, because a console that cannot show a text waits until it can."""
         end = time.monotonic() + LONGEST
         while time.monotonic() < end:
             process, status = os.waitpid(self.process, os.WNOHANG)

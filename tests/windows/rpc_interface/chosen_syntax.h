@@ -17,7 +17,7 @@ enum Syntax : std::uint32_t { kUnknownSyntax, kNdr20, kNdr64 };
 /// From now on the calls of this interface are watched. It must be the library's own.
 void WatchSyntaxes(RPC_IF_HANDLE which);
 
-/// The syntax of the call that this thread serves.
+/// Returns the syntax of the call that this thread serves.
 Syntax SyntaxOfThisCall();
 
 inline const char* NameOf(Syntax syntax) {

@@ -24,7 +24,7 @@ void* FaultyAllocation() {
     return nullptr;
 }
 
-// As a C++ exception and many others do, it says more than its code.
+// Like a C++ exception and many others, this one carries more than its code.
 void* RaiseWithParameters() {
     const ULONG_PTR parameter = 1;
     RaiseException(0xE0001234, 0, 1, &parameter);

@@ -15,9 +15,8 @@ enum FaultingClientExit : int {
     kOtherExceptionGotOut = 12,
 };
 
-/// @param fault  "message" (the message cannot be read) or "allocation" (the allocation of the
-/// reply
-///               writes to an invalid address).
+/// @param fault  "message": the message cannot be read. "allocation": the allocation of the reply
+///               writes to an invalid address.
 int RunFaultingClient(const std::string& fault, const std::string& endpoint);
 
 }  // namespace PlenxTest

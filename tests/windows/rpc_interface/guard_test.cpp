@@ -106,7 +106,8 @@ TEST_P(FaultOfOurOwn, FaultInTheAllocationOfTheReply_EndsTheProcess) {
     EXPECT_TRUE(EndsTheProcess(L"allocation", kFaultGotOut));
 }
 
-// What the runtime raises for a peer's fault has none, so this comes from somewhere else.
+// What the runtime raises for a peer's fault has no parameters, so this exception comes from
+// somewhere else.
 TEST_P(FaultOfOurOwn, RaisedExceptionWithParameters_EndsTheProcess) {
     EXPECT_TRUE(EndsTheProcess(L"raised-with-parameters", kOtherExceptionGotOut));
 }

@@ -16,8 +16,8 @@ struct Sample {
     std::uint64_t heapBytes = 0;     ///< what is allocated and not freed on the run time's heap
     std::uint64_t handles = 0;
     std::uint64_t threads = 0;
-    std::uint64_t serviceHandles = 0;  ///< opened, and not tried to be closed
-    std::uint64_t wineRecords = 0;     ///< that Wine keeps of service handles it failed to close
+    std::uint64_t serviceHandles = 0;  ///< opened, and nobody has tried to close them
+    std::uint64_t wineRecords = 0;     ///< what Wine keeps of service handles it failed to close
     std::uint64_t measuredBytes = 0;   ///< all private bytes
 };
 

@@ -12,8 +12,8 @@ namespace PlenxSoak {
 /// Counts from now on. Call it once, before anybody uses the service manager.
 void CountServiceHandles();
 
-/// Returns how many handles were opened that nobody has tried to close. The result of the try does
-/// not count, because Wine sometimes fails to close a handle.
+/// Returns how many handles were opened that nobody has tried to close. The result of the attempt
+/// does not count, because Wine sometimes fails to close a handle.
 std::uint64_t ServiceHandles();
 
 }  // namespace PlenxSoak

@@ -215,7 +215,7 @@ TEST(Listener, ServerThatTheSystemLeftDeaf_IsRevived) {
     }
     CloseHandle(client);
     ASSERT_EQ(RpcServerListen(1, 10, TRUE), RPC_S_OK);
-    EXPECT_FALSE(TakesConnections(endpoint)) << "this system needs no reviving any more";
+    EXPECT_FALSE(TakesConnections(endpoint)) << "this system no longer needs ReviveListener";
     EXPECT_EQ(ReviveListener(endpoint), 1u);
     EXPECT_TRUE(TakesConnections(endpoint));
     EXPECT_EQ(RpcMgmtStopServerListening(nullptr), RPC_S_OK);

@@ -72,7 +72,7 @@ inline constexpr char kUnregisterObserver[] =
 #undef PLENX_EXPORTED
 #undef PLENX_STRING
 
-// What the library imports from its companions.
+// The library imports these from its companions.
 #ifdef _MSC_VER
 inline constexpr char kLog[] =
     "?Log@OvLogger@@QEAAXW4LOG_MESSAGE_LEVEL@@AEBV?$basic_ostringstream@_WU?$char_traits@_W@std@@"

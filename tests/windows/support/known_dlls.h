@@ -7,10 +7,10 @@
 
 namespace PlenxTest {
 
-/// Whether it is one of the DLLs of Windows that the project needs.
+/// Returns whether it is one of the DLLs of Windows that the project needs.
 bool IsSystemDll(const std::string& name);
 
-/// Whether it belongs to the C++ run time of the compiler that has built this program.
+/// Returns whether it belongs to the C++ run time of the compiler that has built this program.
 bool IsRunTimeDll(const std::string& name);
 
 }  // namespace PlenxTest

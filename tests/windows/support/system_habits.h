@@ -1,13 +1,13 @@
-// Where the systems differ on which these tests run: Windows, and the two Wines that Debian brings.
-// A test that expects something else of one of them says so in this table, and nothing else in the
-// tests asks for a version.
+// Lists where the systems that these tests run on differ. These are Windows and Debian's two
+// versions of Wine. A test that expects something else of one of them says so in this table, and
+// nothing else in the tests asks for a version.
 //
 //     EXPECT_TRUE(Shows(Habits::kTakenEndpoint, status));
 //
 // records what was seen as a property of the running test, and fails unless it is what this system
 // is known to do. A system that suddenly behaves like another one fails as well, so no row gets
-// stale. Where nothing that is published tells what Windows does, the cell is kOpen: the test
-// records, judges nothing, and must not depend on it further on.
+// stale. Where no publication says what Windows does, the cell is kOpen. Then the test records what
+// was seen and judges nothing, and its later steps must not depend on what was seen.
 
 #ifndef PLENXSDK_TESTS_WINDOWS_SUPPORT_SYSTEM_HABITS_H
 #define PLENXSDK_TESTS_WINDOWS_SUPPORT_SYSTEM_HABITS_H
@@ -23,13 +23,13 @@ namespace PlenxTest {
 /// Each Wine stands for the later ones too, up to the next in this list.
 enum class System { kWindows, kWine8, kWine10 };
 
-/// Nobody knows.
+/// Nobody knows what the system does.
 inline constexpr const char* kOpen = nullptr;
 
-/// One thing to look at, and what each system shows there: a text, or several between bars where
-/// each is right. What the Wines show was measured.
+/// One thing to look at, and what each system shows there. This is one text, or several with bars
+/// between them when each of them is right. The texts for Wine were measured.
 struct Habit {
-    /// windows: needs a source, unless it is open.
+    /// onWindows: needs a source, unless it is kOpen.
     constexpr Habit(const char* nameText, const char* onWindows, const char* onWine8,
                     const char* onWine10, const char* sourceText)
         : name(nameText), windows(onWindows), wine8(onWine8), wine10(onWine10), source(sourceText) {
@@ -68,7 +68,7 @@ inline constexpr Habit kStopThatIsNotAccepted{
 inline constexpr Habit kStartOfAMissingProgram{
     "code of starting a service whose program is missing", "2|3", "2", "2",
     PLENX_LEARN "windows/win32/api/winsvc/nf-winsvc-startservicew"};
-// Wine now and then takes it for one that never began.
+// Wine now and then takes such a service for one that never began.
 inline constexpr Habit kStartOfAServiceThatIsGoneAtOnce{
     "code of starting a service that stops at once", "0", "0|1053", "0|1053",
     PLENX_LEARN "windows/win32/api/winsvc/nf-winsvc-startservicew"};
@@ -139,7 +139,7 @@ std::optional<std::string> Complaint(const Habit& habit, const std::string& seen
 /// Returns whether nobody knows what this system does.
 bool IsOpen(const Habit& habit);
 
-/// Returns whether this system is known to show that, for a test that goes on in another way then.
+/// Returns whether this system is known to show that. A test may then go on in another way.
 bool IsUsual(const Habit& habit, const std::string& seen);
 
 /// Records what was seen, and succeeds when this system shows it, or when nobody knows.

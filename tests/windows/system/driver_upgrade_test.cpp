@@ -45,7 +45,7 @@ HOST_TEST(DriverUpgrade, AllFiles_AreMovedInAndTheDriverStarts) {
     EXPECT_THAT(LinesOfUpgrade(), ElementsAre(Upgraded("dokan1.sys"), Upgraded("dokan1.dll"),
                                               Upgraded("dokanfuse1.dll")));
     for (const char* const file : {"dokan1.sys", "dokan1.dll", "dokanfuse1.dll"}) {
-        EXPECT_NE(Older(file), Newer(file)) << "the files tell nothing";
+        EXPECT_NE(Older(file), Newer(file)) << "the old file and the new one must differ";
         EXPECT_EQ(ReadFile(Installed(file)), Newer(file)) << file;
     }
     EXPECT_TRUE(fs::is_empty(folder.InstallPath() / "upgrade"));
@@ -94,7 +94,7 @@ HOST_TEST(DriverUpgrade, FileThatCannotEvenBeMovedAside_GivesUpForThisRun) {
     EXPECT_EQ(ReadFile(Installed("dokan1.dll")), Older("dokan1.dll"));
     EXPECT_TRUE(fs::exists(Waiting("dokan1.dll")));
     EXPECT_TRUE(fs::exists(Waiting("dokanfuse1.dll")));
-    EXPECT_TRUE(Start(kPcService)) << "the library works on with the old files";
+    EXPECT_TRUE(Start(kPcService)) << "the library must go on with the old files";
     SetFileAttributesW(Installed("dokan1.dll").c_str(), FILE_ATTRIBUTE_NORMAL);
 }
 

@@ -29,7 +29,8 @@ HOST_TEST(Endpoint, HostThatListensAlready_IsLoggedAndNotificationsStillCome) {
     Init();
     EXPECT_TRUE(LogComesToSay(Error("RpcManager::Start", "rpc start server listen error 1713")));
     EXPECT_TRUE(Start(kPcService));
-    EXPECT_TRUE(observer.WaitFor("NotifyConnect(1, group)")) << "the host's listening serves it";
+    EXPECT_TRUE(observer.WaitFor("NotifyConnect(1, group)"))
+        << "the host's own listening must serve the library's endpoint";
 }
 
 // Only a system that lets both serve the endpoint decides who gets the notifications.

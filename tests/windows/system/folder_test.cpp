@@ -237,7 +237,8 @@ HOST_TEST(CategoryIcons, CategoryThatIsMissing_IsLoggedAndTheOthersAreWritten) {
                                   "open file" + icons + "audio\\desktop.ini error")));
     EXPECT_FALSE(fs::exists(icons + "audio"));
     EXPECT_TRUE(fs::exists(icons + "picture\\desktop.ini"));
-    EXPECT_LT(fs::file_size(icons + "video\\desktop.ini"), 1000u) << "it was there before";
+    EXPECT_LT(fs::file_size(icons + "video\\desktop.ini"), 1000u)
+        << "the old file must be replaced";
 }
 
 }  // namespace

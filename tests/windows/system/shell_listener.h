@@ -16,7 +16,7 @@
 
 namespace PlenxTest {
 
-/// Records whether the news are the right ones, and judges it where that is known.
+/// Records whether the right news came, and judges this where the system's habit is known.
 inline testing::AssertionResult ShowsNews(bool right, const Lines& events) {
     std::string heard;
     for (const std::string& event : events) {

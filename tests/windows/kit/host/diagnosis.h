@@ -7,7 +7,8 @@
 
 namespace PlenxTest {
 
-/// Whether the doctor misses the rights of an administrator, of which it has as many as the tests.
+/// Returns whether the doctor misses the rights of an administrator. It has the rights that the
+/// tests have.
 inline bool MissesElevation() {
     return IsUsual(Habits::kElevation, "all, not elevated");
 }

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""Types at the prompt of plenxkit host and looks at the screen: what is typed must stay whole, below what is
-notified meanwhile.
+"""Types at the prompt of plenxkit host and looks at the screen. The typed text must stay whole, below the
+notifications that come in the meantime.
 
     dialogue.py BIN_FOLDER PREFIX
 

@@ -1,4 +1,4 @@
-// The doctor against the real system.
+// Tests the doctor against the real system.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -37,14 +37,14 @@ protected:
     InstallFolder folder_{L"PlenxDoctor"};
 };
 
-// The last lines of the doctor's text.
+// Returns the last lines of the doctor's text.
 std::string Ending(int problemsOfTheTest, const std::string& notes) {
     const int problems = ReportedProblems(problemsOfTheTest);
     return "\n" + std::to_string(problems) + (problems == 1 ? " problem, " : " problems, ") +
            notes + "\nexit code " + std::to_string(DoctorsExitCode(problemsOfTheTest)) + "\n";
 }
 
-// What the doctor must leave as it was: files and services.
+// Returns what the doctor must leave as it was: files and services.
 std::string Trace(const InstallFolder& folder) {
     std::string trace;
     for (const auto& entry :
@@ -108,14 +108,14 @@ TEST_F(Doctor, RunningHostAndService_AreSeenAndNotDisturbed) {
         RunKit("doctor --install " + folder_.Install() + "\\ --data " + folder_.Data() + "\\");
     EXPECT_EQ(again.exitCode, DoctorsExitCode(0)) << again.output;
     EXPECT_THAT(again.output, EndsWith(Ending(0, DriverStarts() ? "2 notes" : "3 notes")))
-        << "the separator, Manager, and a driver that does not run";
+        << "the notes are on the separator, on Manager, and on a driver that does not run";
     host.Send("stop pc home");
     host.Send("expect NotifyDisconnect pc home within 50000");
     host.Send("expect NotifyStatus pc home stop false within 50000");
     EXPECT_EQ(host.Wait(), 0) << host.Output();
 }
 
-// The server of an endpoint that is a pipe can go deaf when a client looks at the pipe in the wrong
+// The server of an endpoint that is a pipe can go deaf when a client looks at the pipe at the wrong
 // moment. The doctor must not be such a client.
 TEST_F(Doctor, LookingAgainAndAgain_DisturbsNoHostThatBegins) {
     ChildProcess looker(ChildProcess::Self(L"--look"));
@@ -124,7 +124,8 @@ TEST_F(Doctor, LookingAgainAndAgain_DisturbsNoHostThatBegins) {
     host.Send("start pc home argument");
     host.Send("expect NotifyConnect pc home within 50000");
     EXPECT_EQ(host.Wait(), 0) << host.Output();
-    EXPECT_FALSE(looker.WaitForExit(0).has_value()) << "it has looked at nothing";
+    EXPECT_FALSE(looker.WaitForExit(0).has_value())
+        << "the looker has ended, so it may have looked at nothing";
 }
 
 TEST_F(Doctor, MissingFiles_AreProblems) {
@@ -227,7 +228,7 @@ TEST_F(Doctor, ServiceOfAnotherFolder_IsAProblem) {
     }
 }
 
-// The group's rights are part of the folder's list, so this is known without trying.
+// The group's rights are part of the folder's list, so the doctor need not try to write.
 TEST_F(Doctor, FolderThatEverybodyMayWriteTo_IsAProblem) {
     wchar_t path[] = L"C:\\PlenxDoctor\\app";
     unsigned char list[256] = {};

@@ -1,5 +1,5 @@
-// A real run's JSON. It is left in plenxkit-host.jsonl of the current folder, where the schema's
-// check of ./plenx test reads it.
+// Tests the JSON of a real run. The test leaves it in plenxkit-host.jsonl in the current folder,
+// where ./plenx test reads it and checks it against the schema.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -16,7 +16,7 @@ Numbers With(Numbers numbers, const Numbers& more) {
     return numbers;
 }
 
-// For a program that never comes back.
+// This is for a program that never comes back.
 constexpr char kImpatient[] = "--patience 1";
 constexpr char kSoak[] = "--soak 2 --only soak";
 

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Looks at plenxkit judge on a terminal, and interrupts it: it must remove everything before it ends.
+"""Looks at plenxkit judge on a terminal, and interrupts it. The judge must remove everything before it ends.
 
     interrupted.py BIN_FOLDER PREFIX
 
@@ -30,7 +30,7 @@ class Interrupted:
         shutil.copy(folder / "plenxservice.exe", self.judged)
 
     def begin(self, control, arguments, check):
-        """Waits until the bar names the check."""
+        """Starts the judge and waits until the bar names the check."""
         (self.judged / "plenxservice.toml").write_text(control)
         terminal = Terminal(self.folder, self.prefix, ["plenxkit.exe", "judge", *arguments])
         bar = re.compile(r"^  \[[#.]{30}\] \d+/\d+ " + check + "$")

@@ -1,4 +1,4 @@
-// Runs plenxkit judge, and tells what it found.
+// Runs plenxkit judge, and reports what it found.
 
 #ifndef PLENXSDK_TESTS_WINDOWS_KIT_JUDGE_JUDGEMENT_H
 #define PLENXSDK_TESTS_WINDOWS_KIT_JUDGE_JUDGEMENT_H
@@ -17,13 +17,13 @@ struct Judgement {
     std::string output = {};
     std::map<std::string, std::string> verdicts = {};  // by the number of the check
 
-    /// The checks that failed.
+    /// Returns the checks that failed.
     std::set<std::string> Failed() const;
-    /// The checks that were judged.
+    /// Returns the checks that were judged.
     std::set<std::string> Judged() const;
 };
 
-/// Arguments: as on the command line.
+/// arguments: as on the command line.
 Judgement RunJudge(const std::string& arguments);
 
 /// A judge that works while the test does something else.
@@ -37,7 +37,7 @@ private:
     KitProcess process_;
 };
 
-/// A folder for files of the test, in a path without blanks; removed when the object goes.
+/// A folder for files of the test, in a path without blanks. The destructor removes it.
 class JudgeFolder {
 public:
     JudgeFolder();

@@ -1,4 +1,4 @@
-// A judge that cannot remove what it has brought.
+// Tests a judge that cannot remove what it has brought.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -26,7 +26,7 @@ class HinderedJudge : public testing::Test {
 protected:
     JudgeFolder folder;
 
-    // What another test has left would stay.
+    // Without this, the folder that another test has left would stay.
     HinderedJudge() { fs::remove_all(kWork); }
 
     std::string Service(const std::string& control) const {

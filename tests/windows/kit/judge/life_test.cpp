@@ -1,4 +1,4 @@
-// Programs that the judge leads through a life with the Service Control Manager.
+// Tests programs that the judge leads through a life with the Service Control Manager.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -77,7 +77,7 @@ struct Life {
     Numbers failed;
 };
 
-// A program that does not start, or serves nobody, is judged by nothing else.
+// A program that does not start, or serves nobody, is not judged by any other check.
 const Life kLives[] = {
     {"slow_start", "[start]\ndelay_ms = 700\n", {}},
     {"silent_start", "[start]\nsilent_ms = 4000\n", {"start/1"}},

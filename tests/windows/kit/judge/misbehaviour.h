@@ -25,7 +25,7 @@ struct Misbehaviour {
     const char* name;
     const char* scenario;
     Numbers failed;
-    const char* options = "";  // none: all checks of a program without the service manager
+    const char* options = "";  // "" runs all checks of a program without the service manager
 };
 
 // The checks of how a program calls "Manager" mostly wait. They run only in rows that concern them.

@@ -1,4 +1,4 @@
-// What the judge refuses to begin with, what it leaves behind, and what it writes.
+// Tests what the judge refuses to begin with, what it leaves behind, and what it writes.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -20,7 +20,7 @@ std::string SectionOf(const std::string& scenario) {
                                       : page.substr(begin, page.find("\n#", begin + 1) - begin);
 }
 
-// The lines that begin so, without it.
+// Returns the lines that begin with this text, each without it.
 std::vector<std::string> LinesBehind(const std::string& text, const std::string& begin) {
     std::vector<std::string> lines;
     std::istringstream stream(text);

@@ -13,10 +13,10 @@ struct Shown {
     bool shortened = false;          // "..." stands for more of the same
 };
 
-/// What the section of a scenario says that the observer gets.
+/// Returns what the observer gets, according to the section of the scenario.
 Shown ShownOnPage(const std::string& scenario);
 
-/// The lines of the observer in what the runner printed.
+/// Returns the observer's lines in what the runner printed.
 std::vector<std::string> ObservedLines(const std::string& output);
 
 }  // namespace PlenxTest

@@ -1,4 +1,4 @@
-// What the runner says of hosts that do not pass, and of what it cannot run.
+// Tests what the runner says about hosts that do not pass, and about what it cannot run.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -19,7 +19,7 @@ constexpr char kScenario[] = "[[on]]\nrequest = \"CreateGroup\"\nanswer = 5\n";
 class Runner : public testing::Test {
 protected:
     Tool tool;
-    /// Of a scenario that this test wrote.
+    /// Returns the path of a scenario that this test wrote.
     std::wstring Mine() const { return (tool.Folder() / "mine.toml").wstring(); }
 };
 
@@ -67,7 +67,7 @@ TEST_F(Runner, TableThatNeverHadItsTurn_IsReportedAndFailsAStrictRun) {
     EXPECT_THAT(run.output, HasSubstr("\n0 passed, 1 failed\n"));
 }
 
-// What the host hears is the same as of good replies, so the library's log must tell.
+// The host hears the same as with good replies, so the library's log must show the difference.
 TEST_F(Runner, BrokenReplies_AreSeenByTheLibrary) {
     EXPECT_EQ(tool.RunScenario(L"broken-replies").code, 0u);
     const std::string log = tool.Read("work\\broken-replies\\library.log");
@@ -75,7 +75,8 @@ TEST_F(Runner, BrokenReplies_AreSeenByTheLibrary) {
     for (std::size_t at = 0; (at = log.find("read ret error", at)) != std::string::npos; ++at) {
         ++errors;
     }
-    EXPECT_EQ(errors, 7) << "three settings, a group, two devices that come and one that goes";
+    EXPECT_EQ(errors, 7)
+        << "the seven are three settings, a group, two devices that come and one that goes";
 }
 
 TEST_F(Runner, OwnHost_LearnsItsFoldersAndItsExitCodeCounts) {
@@ -100,7 +101,8 @@ TEST_F(Runner, HostThatHangs_IsEndedWhenItsTimeIsOver) {
     const Tool::Outcome run = tool.RunScenario(L"slow-stop --timeout 2 --host \"" + host + L"\"");
     EXPECT_EQ(run.code, 1u);
     EXPECT_THAT(run.output, HasSubstr("the host did not end within 2 s"));
-    EXPECT_LT(GetTickCount64() - begin, 50000u) << "it was waited for";
+    EXPECT_LT(GetTickCount64() - begin, 50000u)
+        << "the runner has waited until the host ended by itself";
 }
 
 TEST_F(Runner, HostThatCannotBeStarted_IsWrongUsage) {
@@ -137,7 +139,7 @@ TEST_F(Runner, ListAndShow_DescribeTheReadyScenarios) {
     EXPECT_THAT(run.output, HasSubstr("\ninit\nstart pc home argument\n"));
 }
 
-// The library would take it over.
+// The library would take such a service over.
 TEST_F(Runner, ServiceOfAnInstalledHost_IsNotTouched) {
     const SC_HANDLE manager = OpenSCManagerW(nullptr, nullptr, SC_MANAGER_ALL_ACCESS);
     const SC_HANDLE service =

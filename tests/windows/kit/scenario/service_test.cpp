@@ -1,4 +1,4 @@
-// Scenarios in the service itself, without the runner.
+// Tests scenarios in the service itself, without the runner.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -13,7 +13,7 @@ using testing::Not;
 
 class ServiceOnConsole : public testing::Test {
 protected:
-    /// Runs the PC service for so long at most.
+    /// Runs the PC service for at most that many seconds.
     std::string Played(const std::wstring& more = L"", const std::wstring& seconds = L"1") const {
         const auto run =
             tool.Run(L"plenxservice", L"--console pc --seconds " + seconds + L" --install " +

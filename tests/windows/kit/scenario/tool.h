@@ -1,4 +1,4 @@
-// Runs a program of this build as a person would, in a folder for its files that is removed again.
+// Runs a program of this build as a person would. The folder for its files is removed afterwards.
 
 #ifndef PLENXSDK_TESTS_WINDOWS_KIT_SCENARIO_TOOL_H
 #define PLENXSDK_TESTS_WINDOWS_KIT_SCENARIO_TOOL_H
@@ -17,13 +17,13 @@ public:
     Tool& operator=(const Tool&) = delete;
 
     struct Outcome {
-        std::optional<unsigned long> code;  // none: it did not end within two minutes
-        std::string output;                 // and errors
+        std::optional<unsigned long> code;  // empty when it did not end within two minutes
+        std::string output;                 // including errors
     };
 
-    /// program: without its ending.
+    /// program: the name of the program, without ".exe".
     Outcome Run(const std::wstring& program, const std::wstring& arguments) const;
-    /// plenxkit scenario run, with its work in the folder.
+    /// Runs plenxkit scenario run, with its work in the folder.
     Outcome RunScenario(const std::wstring& arguments) const;
 
     std::filesystem::path Write(const std::string& name, const std::string& content) const;
