@@ -13,7 +13,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-TEST(Ending, WhatCleansUpGives0AndDoesNothing) {
+TEST(Ending, CleanUpCallsGive0AndDoNothing) {
     const OpenQueue queue;
     plenx_observer observer{};
     observer.size = sizeof(observer);
@@ -41,13 +41,13 @@ TEST(Ending, WhatCleansUpGives0AndDoesNothing) {
     EXPECT_EQ(plenx_unobserve(subscription), 0);
 }
 
-TEST(Ending, WhatTellsAnswersAsAlways) {
+TEST(Ending, InformationalCallsAnswerAsAlways) {
     const EndingProcess ending;
     EXPECT_EQ(plenx_abi(), PLENX_ABI);
     EXPECT_STREQ(plenx_result_text(PLENX_E_ENDING), "The process is ending.");
 }
 
-TEST(Ending, AllOthersGiveEnding) {
+TEST(Ending, AllOtherCallsGiveEnding) {
     const OpenQueue queue;
     RecordedLog::Get().Clear();
     LayerProcess::givesEvents = true;

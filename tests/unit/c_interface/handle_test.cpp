@@ -43,7 +43,7 @@ TEST(Handle, NullStandsForNothing) {
     ExpectIsNoSubscription(nullptr);
 }
 
-TEST(Handle, MadeUpStandsForNothing) {
+TEST(Handle, MadeUpOneStandsForNothing) {
     const OpenQueue queue;
     for (const std::uint64_t number :
          {std::uint64_t{1}, std::uint64_t{1} << 63, std::uint64_t{0x100000001},
@@ -94,7 +94,7 @@ TEST(Handle, OfTheOtherKindIsRefusedAndStaysOpen) {
     EXPECT_EQ(plenx_unobserve(subscription), 0);
 }
 
-TEST(Handle, NoneIsEverUsedAgain) {
+TEST(Handle, IsNeverUsedAgain) {
     std::set<plenx_queue*> seen;
     for (int i = 0; i != 2000; ++i) {
         plenx_queue* queue = nullptr;

@@ -100,7 +100,7 @@ protected:
     ~EveryAllocation() override { plenx_queue_close(sharedQueue); }
 };
 
-TEST_P(EveryAllocation, ThatFailsIsAResultAndLeaksNothing) {
+TEST_P(EveryAllocation, ThatFailsGivesAResultAndLeaksNothing) {
     const auto& make = GetParam().make;
     make();  // makes everything that is made only once
     RecordedLog::Get().Clear();

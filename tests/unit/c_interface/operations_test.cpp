@@ -126,7 +126,7 @@ protected:
     }
 };
 
-TEST_P(EveryOperation, IsThatOfTheClass) {
+TEST_P(EveryOperation, DoesTheSameAsThatOfTheClass) {
     See(GetParam().inCpp);  // makes everything that is made only once
     const Seen expected = See(GetParam().inCpp);
     const Seen seen = See(GetParam().inC);

@@ -49,7 +49,7 @@ TEST(Queue, HoldsEveryKindOfNotificationInItsOrder) {
                             "16 service 0 type 0 msg_len 0 value 0 lost 0: disk \xC3\xBC"));
 }
 
-TEST(Queue, EventTellsItsSizeAndEndsItsTextByANul) {
+TEST(Queue, EventStatesItsSizeAndEndsItsTextWithANul) {
     const OpenQueue queue;
     Connect("group");
     const plenx_event* event = nullptr;
@@ -60,7 +60,7 @@ TEST(Queue, EventTellsItsSizeAndEndsItsTextByANul) {
     plenx_event_free(event);
 }
 
-TEST(Queue, NothingInTimeIsSuccessWithoutAnEvent) {
+TEST(Queue, TimeoutIsSuccessWithoutAnEvent) {
     const OpenQueue queue;
     const plenx_event untouched{};
     const plenx_event* event = &untouched;
@@ -305,7 +305,7 @@ TEST(QueueClose, DoesNotWaitForAFunctionOfAnObserver) {
     EXPECT_EQ(plenx_unobserve(subscription), 0);
 }
 
-TEST(QueueLink, WithoutAnAnswerLeavesItAlone) {
+TEST(QueueLink, WithoutAnAnswerLeavesTheStatusAlone) {
     const OpenQueue queue;
     EXPECT_EQ(CallManager(13, MessageOf({StringArg("g_1"), Int32Arg(2)})).bytes, Int32Message(0));
     EXPECT_THAT(queue.Drain(), ElementsAre("13 service 1 type 2 msg_len 0 value 0 lost 0: g"));
@@ -325,7 +325,7 @@ TEST(QueueLink, AnswersTheServiceGroupAndLinkThatItWasSetFor) {
     EXPECT_EQ(ask("g_1", 2), Int32Message(8));
 }
 
-TEST(QueueLink, LastToBeOpenedWinsAndEachEventTellsWhatStoodThen) {
+TEST(QueueLink, LastToBeOpenedWinsAndEachEventTellsTheStatusSoFar) {
     const OpenQueue first;
     const OpenQueue silent;
     const OpenQueue last;
@@ -389,7 +389,7 @@ TEST_F(WaitHandle, IsSetByCancellingForGood) {
     EXPECT_TRUE(LayerProcess::IsSet(plenx_queue_wait_handle(askedLate.Get())));
 }
 
-TEST(WaitHandleOfNoWindows, IsNull) {
+TEST(WaitHandleWithoutWindows, IsNull) {
     const OpenQueue queue;
     EXPECT_EQ(plenx_queue_wait_handle(queue.Get()), nullptr);
 }

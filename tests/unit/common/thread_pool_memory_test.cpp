@@ -41,7 +41,7 @@ TEST(ThreadPoolMemory, OfManyJobsIsGivenBack) {
     EXPECT_LE(LiveBytes(), before);
 }
 
-TEST(ThreadPoolMemory, NoneToShrinkTheEmptyQueue_WorkerGoesOn) {
+TEST(ThreadPoolMemory, RunningOutWhileTheEmptyQueueShrinks_LeavesTheWorkerRunning) {
     ThreadPool pool(1);
     std::optional<FailingAllocation> failing;
     int ran = 0;

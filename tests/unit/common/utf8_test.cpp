@@ -71,7 +71,7 @@ TEST_P(Utf8ToWideOfMalformed, ThrowsRangeError) {
     EXPECT_THROW(Utf8ToWide(GetParam()), std::range_error);
 }
 
-TEST_P(Utf8ToWideOfMalformed, ThrowsRangeErrorAlsoBehindValidText) {
+TEST_P(Utf8ToWideOfMalformed, ThrowsRangeErrorAfterValidTextToo) {
     EXPECT_THROW(Utf8ToWide("C:\\data" + GetParam()), std::range_error);
 }
 
@@ -87,7 +87,7 @@ TEST(Utf8ToWide, SaysWhatIsWrongWithoutTheConvertersWords) {
     }
 }
 
-TEST_P(Utf8ToWideOfMalformed, ThrowsRangeErrorAlsoBeforeValidText) {
+TEST_P(Utf8ToWideOfMalformed, ThrowsRangeErrorBeforeValidTextToo) {
     EXPECT_THROW(Utf8ToWide(GetParam() + "\\plenx"), std::range_error);
 }
 

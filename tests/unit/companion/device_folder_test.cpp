@@ -58,7 +58,7 @@ TEST(FolderNameTest, DifferentNamesStayDifferent) {
     EXPECT_EQ(folders.size(), std::size(names));
 }
 
-TEST(DeviceFolderTest, FolderIsMadeUnderTheDataFolder_AlsoTwice) {
+TEST(DeviceFolderTest, FolderIsMadeUnderTheDataFolder_EvenTwice) {
     const TemporaryFolder data;
     std::string dir = "before";
     ASSERT_TRUE(MakeDeviceFolder(data.Path().string(), "g\xC3\xA9", "d:1", dir));
@@ -67,7 +67,7 @@ TEST(DeviceFolderTest, FolderIsMadeUnderTheDataFolder_AlsoTwice) {
     EXPECT_TRUE(MakeDeviceFolder(data.Path().string(), "g\xC3\xA9", "d:1", dir));
 }
 
-TEST(DeviceFolderTest, FolderCannotBeMade_LeavesDir) {
+TEST(DeviceFolderTest, FolderThatCannotBeMade_LeavesDirUnchanged) {
     const TemporaryFolder data;
     std::ofstream(data / "office") << "in the way";
     std::string dir = "before";

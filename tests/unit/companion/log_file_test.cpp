@@ -83,7 +83,7 @@ TEST(LogFileTest, FileThatWouldGrowBeyondItsSize_IsRotated_AndTheOldestGoes) {
     EXPECT_FALSE(std::filesystem::exists(folder / "a.3.log"));
 }
 
-TEST(LogFileTest, OneFileOnly_IsBegunAnew) {
+TEST(LogFileTest, SingleFile_IsBegunAnew) {
     const TemporaryFolder folder;
     LogSettings settings = SettingsFor(folder / "a.log");
     settings.maxBytes = 1;
@@ -95,7 +95,7 @@ TEST(LogFileTest, OneFileOnly_IsBegunAnew) {
     EXPECT_FALSE(std::filesystem::exists(folder / "a.1.log"));
 }
 
-TEST(LogFileTest, RotationFails_LineIsWrittenAllTheSame) {
+TEST(LogFileTest, FailedRotation_WritesTheLineAllTheSame) {
     const TemporaryFolder folder;
     std::filesystem::create_directories(folder / "a.1.log/in the way");
     LogSettings settings = SettingsFor(folder / "a.log");

@@ -58,7 +58,7 @@ TEST_F(LogSettingsTest, LevelIsNameOrNumber) {
     EXPECT_EQ(With("PLENX_LOG_LEVEL", "-2").leastLevel, -2);
 }
 
-TEST_F(LogSettingsTest, LevelWithoutSense_CountsAsNotSet) {
+TEST_F(LogSettingsTest, MeaninglessLevel_CountsAsNotSet) {
     for (const char* const value : {"", "loud", "3x", " 3", "99999999999"}) {
         EXPECT_EQ(With("PLENX_LOG_LEVEL", value).leastLevel, LogSettings::kEveryLevel) << value;
     }
@@ -71,7 +71,7 @@ TEST_F(LogSettingsTest, SizeAndCountAreRead) {
     EXPECT_EQ(With("PLENX_LOG_FILES", "1000").files, 1000U);
 }
 
-TEST_F(LogSettingsTest, SizeAndCountWithoutSense_CountAsNotSet) {
+TEST_F(LogSettingsTest, MeaninglessSizeAndCount_CountAsNotSet) {
     for (const char* const value : {"0", "-1", "1k", "99999999999999999999999"}) {
         EXPECT_EQ(With("PLENX_LOG_MAX_BYTES", value).maxBytes, 10U * 1024 * 1024) << value;
         EXPECT_EQ(With("PLENX_LOG_FILES", value).files, 5U) << value;

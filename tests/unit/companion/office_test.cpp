@@ -91,7 +91,7 @@ TEST_F(StartedOfficeTest, DevicesGoOfflineOnce_EachKindForItself) {
     EXPECT_EQ(office.RemoteDeviceOffline("g", "d"), kUnknownDevice);
 }
 
-TEST_F(StartedOfficeTest, FolderOfADeviceThatIsOnline) {
+TEST_F(StartedOfficeTest, FolderOfADeviceThatIsOnline_IsMade) {
     ASSERT_EQ(office.RemoteDeviceOnline("g", "r"), kOk);
     ASSERT_EQ(office.LocalDeviceOnline("g", "l", 1, {}), kOk);
     EXPECT_EQ(office.GetGroupNeighborDistributedDir("g", "r", dir), kOk);
@@ -107,7 +107,7 @@ TEST_F(StartedOfficeTest, FolderOfAnUnknownDevice_IsNotMade) {
     EXPECT_TRUE(std::filesystem::is_empty(data.Path()));
 }
 
-TEST_F(StartedOfficeTest, FolderThatCannotBeMade) {
+TEST_F(StartedOfficeTest, FolderThatCannotBeMade_IsReported) {
     std::ofstream(data / "office") << "in the way";
     ASSERT_EQ(office.RemoteDeviceOnline("g", "d"), kOk);
     EXPECT_EQ(office.GetGroupNeighborDistributedDir("g", "d", dir), kNoFolder);

@@ -29,7 +29,7 @@ TEST(RequestedFailureTest, BlanksAroundPartsDoNotCount) {
     EXPECT_EQ(RequestedFailure("  Start = 7 , Stop =8 ", "Stop"), 8);
 }
 
-TEST(RequestedFailureTest, PartsWithoutSense_ArePassedOver) {
+TEST(RequestedFailureTest, MeaninglessParts_ArePassedOver) {
     for (const char* const part :
          {"Start", "Start=", "Start=x", "Start=7x", "=", ",,", "Start=99999999999", "Start=7=8"}) {
         EXPECT_EQ(RequestedFailure(part, "Start"), 0) << part;

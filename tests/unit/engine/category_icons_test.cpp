@@ -78,7 +78,7 @@ TEST_F(CategoryIcons, FileThatCannotBeOpenedIsLoggedAndTheOthersAreWritten) {
     }
 }
 
-TEST_F(CategoryIcons, MissingFoldersAreNotMadeAndLoggedInOrder) {
+TEST_F(CategoryIcons, MissingFoldersAreLoggedInOrderAndNotMade) {
     const std::string root = "missing/App";
     Engine().Init(root, "C:\\Data");
     std::vector<std::string> expected;
@@ -154,7 +154,7 @@ TEST_F(CategoryIcons, FileOnAFullDiskIsPassedOverSilently) {
     EXPECT_TRUE(FakeRpc::Get().WaitUntilListening());
 }
 
-TEST_F(CategoryIcons, FileThatEndsShortIsLeftSo) {
+TEST_F(CategoryIcons, FileThatIsCutShortIsLeftSo) {
     {
         const FileSizeLimit limit(30);
         Engine().Init("C:\\App", "C:\\Data");

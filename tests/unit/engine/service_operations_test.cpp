@@ -224,7 +224,7 @@ TEST_F(Engine_Start, SettingsThatCannotBePushedAreIgnored) {
     EXPECT_THAT(observer_.Events(), ElementsAre("NotifyStatus(1, g, 0, true)"));
 }
 
-TEST_F(Engine_Start, TypeBehindTheTablesPushesNothing) {
+TEST_F(Engine_Start, TypeBeyondTheTablesPushesNothing) {
     EXPECT_EQ(Engine().Start(Type(3), "g", "arg"), 16);  // row 3 is the driver, which runs
     EXPECT_THAT(FakeRpc::Get().Calls(), IsEmpty());
     EXPECT_THAT(FakePlatform::Get().CallsOf({"Sleep"}), SizeIs(25));

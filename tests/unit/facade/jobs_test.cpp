@@ -202,7 +202,7 @@ TEST_P(EveryJob, OfType3GoesToTheEngineAndThenToTheCompanionLibrary) {
     }
 }
 
-TEST_P(EveryJob, OfType3RunsTheCompanionAlsoWhenTheEngineFails) {
+TEST_P(EveryJob, OfType3RunsTheCompanionEvenWhenTheEngineFails) {
     FakeRpc::Get().SetService([](const ServiceCall& call) {
         ServiceAnswer answer;
         answer.reply = Int32Message(call.msgType == Param().engineRequest ? 5 : 0);

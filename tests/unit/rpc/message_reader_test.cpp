@@ -267,7 +267,7 @@ TEST(RpcMessageReader, Index1BeforeIndex0Fails) {
                                      IndexLine("ReadInt8Array", 1, 0, 32, 40)));
 }
 
-TEST(RpcMessageReader, IndexBehindTheLastArgumentFails) {
+TEST(RpcMessageReader, IndexBeyondTheLastArgumentFails) {
     Reader reader(Int32Message(3));
     std::int32_t number = 0;
     EXPECT_EQ(reader.ReadInt32(0, &number), 0);

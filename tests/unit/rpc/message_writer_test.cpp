@@ -91,7 +91,7 @@ TEST(RpcMessageWriter, UnwrittenBytesAreZeroInMessagesOfAnySize) {
 }
 
 // A descriptor behind the table lies in the data, which may be written or not.
-TEST(RpcMessageWriter, DescriptorBehindTheTableLeavesTheRestZero) {
+TEST(RpcMessageWriter, DescriptorAfterTheTableLeavesTheRestZero) {
     RpcMessageWriter writer(48, 1);
     EXPECT_EQ(writer.WriteInt8Array(0, nullptr, 0), 0);
     EXPECT_EQ(writer.WriteInt8Array(1, nullptr, 0), 0);
@@ -100,7 +100,7 @@ TEST(RpcMessageWriter, DescriptorBehindTheTableLeavesTheRestZero) {
                                        "00000000 00000000 00000000 00000000"));
 }
 
-TEST(RpcMessageWriter, DataOverlaysADescriptorBehindTheTable) {
+TEST(RpcMessageWriter, DataOverlaysADescriptorAfterTheTable) {
     {
         RpcMessageWriter(60, 1).WriteString(0, std::string(39, 'x'));
     }
@@ -286,7 +286,7 @@ INSTANTIATE_TEST_SUITE_P(
                     std::pair(24, 0x15555556), std::pair(24, 0x15555554),
                     std::pair(kInt32Max, kInt32Max), std::pair(24, kInt32Max)));
 
-TEST(RpcMessageWriter, RoomForOneByteBehindTheTableIsEnough) {
+TEST(RpcMessageWriter, RoomForOneByteAfterTheTableIsEnough) {
     EXPECT_EQ(RpcMessageWriter(21, 1).Size(), 21);
     EXPECT_EQ(RpcMessageWriter(9, 0).Size(), 9);
     EXPECT_THAT(Texts(), IsEmpty());

@@ -145,7 +145,7 @@ TEST_F(RpcServer, FailingObserverDoesNotChangeTheReply) {
     ExpectDefault(CallManager(15, MessageOf({Int32Arg(1)})));
 }
 
-TEST_F(RpcServer, ArgumentsBehindThoseThatAreReadDoNotMatter) {
+TEST_F(RpcServer, ArgumentsAfterThoseThatAreReadDoNotMatter) {
     ExpectDefault(CallManager(15, MessageOf({Int32Arg(8), StringArg("more")})));
     EXPECT_THAT(observer_.Events(), ElementsAre("NotifyError(8)"));
 }

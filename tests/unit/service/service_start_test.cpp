@@ -228,7 +228,7 @@ INSTANTIATE_TEST_SUITE_P(Calls, UnidentifiedProcessTest,
                          testing::Values("OpenProcess", "GetProcessTimes"),
                          [](const auto& call) { return call.param; });
 
-TEST_F(LingeringProcessTest, ProcessThatWasIdentifiedAndCannotBeOpenedNow_IsLoggedSo) {
+TEST_F(LingeringProcessTest, ProcessThatWasIdentifiedAndCannotBeOpenedNow_IsLogged) {
     scm.ScriptStart(kPcName, {{0, SERVICE_RUNNING, 0, 0, processes.Start(4242)}});
     StartPc();
     PcIs(SERVICE_STOPPED);
@@ -270,7 +270,7 @@ TEST_F(LingeringProcessTest, FailedStart_DoesNotChangeTheRememberedProcess) {
     EXPECT_EQ(Lines()[0], Kill(id));
 }
 
-TEST_F(LingeringProcessTest, EachRow_RemembersItsOwn) {
+TEST_F(LingeringProcessTest, EachRow_RemembersItsOwnProcess) {
     StartPc();
     EXPECT_EQ(manager->StartServiceByIndex(kPhone), 0);
     EXPECT_EQ(Lines()[0], Kill(0));

@@ -96,7 +96,7 @@ TEST_F(WaitServiceStatusTest, Query_AsksForThe36BytesOfTheProcessStatus) {
     EXPECT_EQ(bytesNeeded, 36U);
 }
 
-TEST_F(WaitServiceStatusTest, NoProgress_EndsOnceMoreThanTheHintHasPassed) {
+TEST_F(WaitServiceStatusTest, NoProgress_EndsTheWaitOnceMoreThanTheHintHasPassed) {
     ServiceFollows({{0, SERVICE_STOP_PENDING}});
     status = Status(SERVICE_STOP_PENDING, 0, 2000);
     Wait(SERVICE_STOPPED, true);
@@ -118,7 +118,7 @@ TEST_F(WaitServiceStatusTest, Progress_RestartsTheClock) {
     EXPECT_EQ(waited, 5710U);
 }
 
-TEST_F(WaitServiceStatusTest, NoProgressAfterProgress_EndsTheHintLater) {
+TEST_F(WaitServiceStatusTest, NoProgressAfterProgress_EndsTheWaitOneHintLater) {
     ServiceFollows({{0, SERVICE_STOP_PENDING, 0}, {1000, SERVICE_STOP_PENDING, 1}});
     status = Status(SERVICE_STOP_PENDING, 0, 2000);
     Wait(SERVICE_STOPPED, true);

@@ -168,7 +168,7 @@ HOST_TEST(Observers, SeveralObservers_AllHearAndTheLastDecidesOnTheLinkStatus) {
                                         "QueryLinkStatus(1, group, 0)", "NotifyDiskName(P:)"));
 }
 
-HOST_TEST(Observers, UnregisterWhileACallIsRunning_WaitsForItAndIsTheLastOne) {
+HOST_TEST(Observers, UnregisteringWhileACallRuns_WaitsForItAndNoCallFollows) {
     std::promise<void> letGo;
     ASSERT_TRUE(StaysInConnect(letGo));
     std::size_t calls = 0;
@@ -212,7 +212,7 @@ HOST_TEST(Observers, ObserverThatUsesTheLibrary_IsNotDeadlocked) {
     EXPECT_TRUE(Settle());
 }
 
-HOST_TEST(Observers, ObserversThatComeAndGoAllTheTime_MissNothingElse) {
+HOST_TEST(Observers, ObserversThatComeAndGoAllTheTime_MakeNoOtherObserverMissACall) {
     Init();
     ASSERT_TRUE(Start(kPcService));
     Control("[[on]]\nrepeat = 50\n");

@@ -81,7 +81,7 @@ TEST(Imports, OfACutProgram_AreThoseThatAreThere) {
                 ElementsAre("first"));
 }
 
-TEST(Imports, OfAProgramWithAnyByteBent_AreReadWithinTheFile) {
+TEST(Imports, OfAProgramWithAnyByteAltered_AreReadWithinTheFile) {
     const std::string file = Program();
     for (std::size_t at = 0; at != file.size(); ++at) {
         std::string bent = file;

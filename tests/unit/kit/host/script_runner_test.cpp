@@ -119,7 +119,7 @@ TEST_F(ScriptTest, ExpectFailsAtOnceWhenTheOppositeComes) {
     service.join();
 }
 
-TEST_F(ScriptTest, OppositeThatCameLeavesTheExpectedOneThatCame) {
+TEST_F(ScriptTest, OppositeThatCameAsWellDoesNotHideTheExpectedOne) {
     RecordedManager::When("Start", [] {
         RecordedManager::Notify([](auto& observer) {
             observer.NotifyStatus(DistributedFs::kPcService, "home", 0, false);

@@ -18,7 +18,7 @@ std::vector<std::string> NumbersOf(const std::vector<std::string>& words) {
     return numbers;
 }
 
-TEST(Selection, WithoutWords_IsAll) {
+TEST(Selection, WithoutWords_TakesAllChecks) {
     EXPECT_EQ(Selected({}).size(), Checks().size());
 }
 

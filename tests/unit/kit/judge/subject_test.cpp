@@ -89,7 +89,7 @@ TEST(Subject, ThatRefusesTheUsualRequest_IsNotJudgedByItsOtherForms) {
     }
 }
 
-TEST(Exchange, ThatWasLost_IsToldWithTheRequestBefore) {
+TEST(Exchange, ThatWasLost_IsReportedWithTheRequestBefore) {
     Answer hung;
     hung.way = Answer::Way::kHung;
     hung.took = std::chrono::milliseconds(5000);

@@ -30,7 +30,7 @@ TEST(Observed, NotificationsAreTakenOutOfTheHostsOutput) {
         ElementsAre("NotifyConnect(svcType=1, first=\"a] < b\")", "NotifyError(errCode=5)"));
 }
 
-TEST(Reason, HostThatHeldEverythingAndAServiceThatPlayed_IsNone) {
+TEST(Reason, OfARunThatPassed_IsEmpty) {
     EXPECT_EQ(ReasonOfFailure(EndedWith(0), "exit code 0\n", kServiceLog), "");
 }
 

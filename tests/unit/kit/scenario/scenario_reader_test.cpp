@@ -86,7 +86,7 @@ linger_ms = 6
                                                {"linger_ms", 6_n}}));
 }
 
-TEST(ScenarioReader, SeveralStartsAndStops_EachForItsService) {
+TEST(ScenarioReader, SeveralStartsAndStops_AreEachForTheirService) {
     const Scenario scenario = Good(R"(
 [[start]]
 service = "pc"

@@ -204,7 +204,7 @@ TEST(Classifier, ABrokenMessage_StandsWhereItIsRead) {
               "facade>facade an argument does not fit: 9 bytes at 40 of 49, 8 expected FAILS");
 }
 
-TEST(Classifier, AJobForAServiceThatIsNone_IsTheWorkers) {
+TEST(Classifier, AJobForAnInvalidService_IsTheWorkers) {
     const auto events =
         Classified({Runs(0, 7), Error(1, kWorkerThread,
                                       "plenx manager start service invalid service type svcType(7)",
@@ -241,7 +241,7 @@ TEST(Classifier, AServiceBeyondTheThree_KeepsItsNumber) {
     EXPECT_EQ(Drawn(events[1]), "host>facade Start all");
 }
 
-TEST(ServiceLog, RequestsAnswersAndNotifications) {
+TEST(ServiceLog, ShowsRequestsAnswersAndNotifications) {
     EXPECT_EQ(Drawn(ServiceEvent("pc received PingService(19) number:0")),
               "services>services pc: PingService(19) received");
     EXPECT_EQ(Drawn(ServiceEvent("pc received PingService(19) broken: 3 bytes")),

@@ -69,7 +69,7 @@ TEST(HostLine, NotificationTellsWhatTheObserverDoes) {
     EXPECT_EQ(Notified(R"("arguments":{},"throws":true)").label, "NotifyX throws");
 }
 
-TEST(HostLine, TextErrorAndEnd) {
+TEST(HostLine, TextErrorAndEnd_AreShown) {
     EXPECT_EQ(Record("text", R"("text":"-- now")").kind, Kind::kHostText);
     EXPECT_EQ(Record("text", R"("text":"-- now")").label, "-- now");
     EXPECT_EQ(Record("error", R"("text":"no such file")").kind, Kind::kHostError);
@@ -82,7 +82,7 @@ TEST(HostLine, TextErrorAndEnd) {
     EXPECT_EQ(bad.label, "end: 3 expectations, 1 failed");
 }
 
-TEST(HostLine, WhatIsNoRecord_IsShownAsItIs_AtTheTimeBefore) {
+TEST(HostLine, LineThatIsNoRecord_IsShownAsItIs_AtTheTimeOfTheLineBefore) {
     for (const std::string text :
          {"", "wine: a warning", "[]", "7", "{}", R"({"type":"text","time":"soon","text":"x"})",
           R"({"type":"text","time":"2026-11-21 12:00:00.000","text":7})",

@@ -13,7 +13,7 @@ TEST(Time, IsMillisecondsSince1970) {
     EXPECT_EQ(ParseTime("2024-02-29 23:59:59.999"), 1709251199999);
 }
 
-TEST(Time, OtherShapes_AreNone) {
+TEST(Time, OtherShapes_AreNoTime) {
     for (const char* const text :
          {"", "2026-11-21 07:54:02.81", "2026-11-21 07:54:02.8123", "2026-11-21T07:54:02.812",
           "2026-13-21 07:54:02.812", "2026-00-21 07:54:02.812", "2026-11-32 07:54:02.812",
@@ -62,7 +62,7 @@ TEST(LibraryLine, OnlyTheLastFunctionIsTheFunction) {
     EXPECT_EQ(line->function, "B");
 }
 
-TEST(LibraryLine, WhatIsNone_IsNone) {
+TEST(LibraryLine, OtherText_IsNoLibraryLine) {
     for (const char* const text :
          {"", "garbage", "2026-11-21 07:54:02.815", "2026-11-21 07:54:02.815 ",
           "2026-11-21 07:54:02.815 [info]", "2026-11-21 07:54:02.815 [info] [x] text",
@@ -80,7 +80,7 @@ TEST(ServiceLine, HasServiceAndText) {
     EXPECT_EQ(line->text, "received X(19) number:0");
 }
 
-TEST(ServiceLine, OfNoService_IsNone) {
+TEST(ServiceLine, OtherText_IsNoServiceLine) {
     EXPECT_FALSE(ParseServiceLine("2026-11-21 07:54:03.947 tablet runs"));
     EXPECT_FALSE(ParseServiceLine("2026-11-21 07:54:03.947 pcruns"));
     EXPECT_FALSE(ParseServiceLine("pc runs"));

@@ -30,7 +30,7 @@ TEST(JsonText, NothingInItCanBeTakenForMarkup) {
     EXPECT_EQ(JsonOf(std::string("\0", 1)), "\"\\u0000\"");
 }
 
-TEST(JsonText, KeepsUtf8_AndReplacesWhatIsNone) {
+TEST(JsonText, KeepsUtf8_AndReplacesMalformedBytes) {
     EXPECT_EQ(JsonOf("Küche ☕ 😀"), "\"Küche ☕ 😀\"");
     EXPECT_EQ(JsonOf("\xff"), "\"\xEF\xBF\xBD\"");
     EXPECT_EQ(JsonOf("\xc3"), "\"\xEF\xBF\xBD\"") << "cut off";
@@ -185,7 +185,7 @@ TEST_F(Page, AServiceLogGivenAsTheLibrarys_IsSaidToBeOne) {
     EXPECT_FALSE(Contains(Run({library, "--service", service}), "plenxkit trace: "));
 }
 
-TEST_F(Page, ALogThatCannotBeRead_Ends1_AndLeavesNoPage) {
+TEST_F(Page, ALogThatCannotBeRead_EndsWith1_AndLeavesNoPage) {
     EXPECT_EQ(Run({Path("none.log")}), "1||plenxkit trace: cannot read " + Path("none.log") + "\n");
     EXPECT_EQ(Run({folder_.u8string(), "--output", Path("x.html")}),
               "1||plenxkit trace: cannot read " + folder_.u8string() + "\n");
@@ -193,26 +193,26 @@ TEST_F(Page, ALogThatCannotBeRead_Ends1_AndLeavesNoPage) {
     EXPECT_FALSE(fs::exists(Path("x.html")));
 }
 
-TEST_F(Page, APageThatCannotBeWritten_Ends1) {
+TEST_F(Page, APageThatCannotBeWritten_EndsWith1) {
     const std::string log = Write("lib.log", "x\n");
     const std::string output = Path("no/folder/page.html");
     EXPECT_EQ(Run({log, "--output", output}), "1||plenxkit trace: cannot write " + output + "\n");
 }
 
-TEST_F(Page, ALogIsNeverWrittenOver) {
+TEST_F(Page, ALogIsNeverOverwritten) {
     const std::string log = Write("lib.html", "the log\n");
     EXPECT_EQ(Run({log}), "2||--output: is one of the logs: " + log +
                               "\nRun with --help for more information.\n");
     EXPECT_EQ(Read("lib.html"), "the log\n");
 }
 
-TEST_F(Page, WrongUsage_Ends2) {
+TEST_F(Page, WrongUsage_EndsWith2) {
     EXPECT_EQ(Run({}).substr(0, 2), "2|");
     EXPECT_EQ(Run({"a", "--unheard-of"}).substr(0, 2), "2|");
     EXPECT_EQ(Run({"a", "--events", "5"}).substr(0, 2), "2|");
 }
 
-TEST_F(Page, Help_Ends0) {
+TEST_F(Page, Help_EndsWith0) {
     EXPECT_TRUE(Contains(Run({"--help"}), "--service"));
     EXPECT_EQ(Run({"--help"}).substr(0, 2), "0|");
 }

@@ -95,7 +95,7 @@ TEST(Table, EachRowsFunctionAndTextAreInTheLibrarysSources) {
     }
 }
 
-TEST(Table, ALaneForEachClassOfTheLibrary) {
+TEST(Table, HasALaneForEachClassOfTheLibrary) {
     EXPECT_EQ(LaneOfClass("PLENXManager::Start"), Lane::kFacade);
     EXPECT_EQ(LaneOfClass("PLENXManagerInner::Start"), Lane::kEngine);
     EXPECT_EQ(LaneOfClass("RpcMessageReader::ReadInt32"), Lane::kEngine);

@@ -177,7 +177,7 @@ TEST_F(TextView, OfTheSameMillisecond_AnotherNotificationWaitsForItsOwnLine) {
                       "         |                     |   Start phone runs      |"}));
 }
 
-TEST_F(TextView, AFileThatCannotBeRead_Ends1) {
+TEST_F(TextView, AFileThatCannotBeRead_EndsWith1) {
     const std::string none = (folder_ / "none").u8string();
     const PlenxKit::Outcome outcome = Run({Write("library.log", {}), "--host", none});
     EXPECT_EQ(outcome.code, 1);
