@@ -86,7 +86,7 @@ HOST_TEST(NotificationStorm, TenCallers_AreAnsweredAsTheirBytesDeserveAndLeaveNo
     Rage({seed, each, each / 10});
     ExpectNothingMore(before);
     manager.RegisterPLENXServiceObserver(&observer);
-    EXPECT_TRUE(Start(kPhoneService)) << "a round trip like any other";
+    EXPECT_TRUE(Start(kPhoneService)) << "a start must work as always";
 }
 
 // The RPC runtime should refuse such a size. Where it does not, the library reads beyond the bytes,
@@ -107,7 +107,7 @@ HOST_TEST(NotificationStorm, SizeBeyondTheBytes_NeverEndsTheHost) {
     tally.TakeHeard();
     Rage({HostileSeed(), 5, 5});
     manager.RegisterPLENXServiceObserver(&observer);
-    EXPECT_TRUE(Start(kPhoneService)) << "a round trip like any other";
+    EXPECT_TRUE(Start(kPhoneService)) << "a start must work as always";
 }
 
 }  // namespace

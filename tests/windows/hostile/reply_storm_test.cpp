@@ -184,7 +184,7 @@ HOST_TEST(ReplyStorm, EveryAnswer_EndsItsRequestAsItDeservesAndLeavesNothingBehi
     Rage(seed, HostileMessages());
     ExpectNothingMore(before);
     manager.RegisterPLENXServiceObserver(&observer);
-    EXPECT_TRUE(Start(kPcService)) << "a round trip like any other";
+    EXPECT_TRUE(Start(kPcService)) << "a start must work as always";
 }
 
 // The service process runs but serves nothing; the hostile one has its endpoint. A start goes on

@@ -80,7 +80,7 @@ protected:
         EXPECT_EQ(reply.result, 0);
         EXPECT_EQ(reply.size, static_cast<long>(bytes.size()));
         EXPECT_TRUE(reply.hasBlock);
-        EXPECT_TRUE(reply.bytes == bytes) << "other bytes, " << bytes.size() << " of them";
+        EXPECT_TRUE(reply.bytes == bytes) << "the " << bytes.size() << " bytes differ";
     }
 
     // The server releases a reply after it has sent it, so this asks until it has done so.

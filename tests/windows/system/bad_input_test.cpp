@@ -316,7 +316,7 @@ void BadFolders::StartFailsWith16(ServiceType service) {
                   Error("PLENXManagerInner::Start", "plenx manager start plenx service error 16")} +
             LinesOfStatus(service, 0, false)));
     EXPECT_FALSE(IsRegistered(L"PlenxPcSvc"));
-    EXPECT_TRUE(Start(kOfficeService)) << "the office service needs none of it";
+    EXPECT_TRUE(Start(kOfficeService)) << "the office service needs no installed service";
 }
 
 HOST_TEST(BadFolders, MalformedUtf8_LeavesNoServiceSideUntilTheNextInit) {

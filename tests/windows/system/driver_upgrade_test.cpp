@@ -117,7 +117,7 @@ HOST_TEST(DriverUpgrade, NewFileThatSomebodyHasOpen_LeavesNoServices) {
     ASSERT_EQ(lines.size(), 2u);
     EXPECT_THAT(lines[1],
                 testing::StartsWith("error [PLENXSDK] upgrade driver \\dokan1.dll error 32("));
-    EXPECT_FALSE(fs::exists(Installed("dokan1.dll"))) << "the old one is gone already";
+    EXPECT_FALSE(fs::exists(Installed("dokan1.dll"))) << "the old file is gone already";
     EXPECT_FALSE(Start(kPcService));
 }
 

@@ -58,7 +58,7 @@ bool Host::Start(ServiceType service) {
     };
     const auto before = told();
     manager.Start(service, "group", "argument");
-    EXPECT_TRUE(WaitFor([&] { return told() > before; }, 30000)) << "no outcome of a start";
+    EXPECT_TRUE(WaitFor([&] { return told() > before; }, 30000)) << "the start had no outcome";
     const Lines calls = observer.Calls();
     const auto last = std::find_if(calls.rbegin(), calls.rend(), [&](const std::string& call) {
         return call.compare(0, outcome.size(), outcome) == 0;

@@ -28,7 +28,7 @@ public:
     std::vector<std::string> Exports() const {
         const auto& table = Directory<IMAGE_EXPORT_DIRECTORY>(IMAGE_DIRECTORY_ENTRY_EXPORT);
         const auto* const names = At<DWORD>(table.AddressOfNames);
-        EXPECT_EQ(table.NumberOfFunctions, table.NumberOfNames) << "exports without a name";
+        EXPECT_EQ(table.NumberOfFunctions, table.NumberOfNames) << "some exports have no name";
         std::vector<std::string> exports;
         for (DWORD i = 0; i != table.NumberOfNames; ++i) {
             exports.push_back(At<char>(names[i]));

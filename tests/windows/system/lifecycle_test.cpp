@@ -264,7 +264,8 @@ HOST_TEST(Lifecycle, ServiceNotRunningConfig_FollowsTheService) {
     };
     Init();
     EXPECT_EQ(notRunning(kPcService), 1);
-    EXPECT_EQ(notRunning(kCombinedService) == 0, DriverStarts()) << "asks about the driver";
+    EXPECT_EQ(notRunning(kCombinedService) == 0, DriverStarts())
+        << "the combined type asks about the driver";
     ASSERT_TRUE(Start(kPcService));
     EXPECT_EQ(notRunning(kPcService), 0);
     EXPECT_EQ(notRunning(kPhoneService), 1);

@@ -98,7 +98,7 @@ HOST_TEST(Observers, SlowObserver_DelaysNotificationsAndNoCallOfTheHost) {
     EXPECT_TRUE(
         LogComesToSay(Info("PLENXManager::NotifyStatus",
                            "plenx manager notify status invoked svcType:1 sttsType:0 value:1")));
-    EXPECT_EQ(observer.Calls().back(), kConnected) << "two notifications at once";
+    EXPECT_EQ(observer.Calls().back(), kConnected) << "two notifications ran at the same time";
     letGo.set_value();
     EXPECT_TRUE(observer.WaitFor("NotifyStatus(0, group, 0, 1)"));
     EXPECT_TRUE(observer.WaitFor(kGroupStatus));

@@ -44,7 +44,7 @@ HOST_TEST(Restarts, ServiceThatIsRestartedBetweenCalls_IsReachedAgain) {
         manager.RecvRemoteMessage(DistributedFs::PLENXMessageType{1}, 1, text);
         EXPECT_TRUE(observer.WaitFor("SendLocalMessage(1, 1, " + text + ")"));
     }
-    EXPECT_TRUE(Start(kPcService)) << "it runs already, and has forgotten its group";
+    EXPECT_TRUE(Start(kPcService)) << "the service runs already, and has forgotten its group";
     EXPECT_EQ(CountLines(Info("ServiceManager::StartServiceByIndex", "service is running")), 1);
     manager.Stop(kPcService, "group");
     EXPECT_TRUE(observer.WaitFor("NotifyStatus(1, group, 1, 0)"));

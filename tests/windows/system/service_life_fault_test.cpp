@@ -162,7 +162,7 @@ HOST_TEST(ServiceLifeFaults, ServiceThatServesNoEndpoint_IsPinged26TimesAndAsked
             Lines{Error("PLENXManagerInner::Start", "plenx manager create group error 1722")} +
             LinesOfStatus(kPcService, 0, false);
     EXPECT_THAT(WorkerLines(), ElementsAreArray(lines));
-    EXPECT_EQ(StateOf(L"PlenxPcSvc"), DWORD{SERVICE_RUNNING}) << "it is left running";
+    EXPECT_EQ(StateOf(L"PlenxPcSvc"), DWORD{SERVICE_RUNNING}) << "the service must be left running";
 }
 
 class ForcedStop : public ServiceLifeFaults {
@@ -194,7 +194,8 @@ void ForcedStop::StopIsForced(const std::string& control) {
                 Info("ServiceManager::StopServiceByIndex", "stop service successful"),
                 Info("ServiceManager::StopPlenxService", "stop plenx service PlenxPcSvc success")} +
             LinesOfStatus(kPcService, 1, false) + LinesOfStatus(kCombinedService, 1, true)));
-    EXPECT_EQ(WaitForSingleObject(process.Get(), 0), DWORD{WAIT_OBJECT_0}) << "it is still alive";
+    EXPECT_EQ(WaitForSingleObject(process.Get(), 0), DWORD{WAIT_OBJECT_0})
+        << "the service's process is still alive";
     StartsAndStopsThePhone();
 }
 
