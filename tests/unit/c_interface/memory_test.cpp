@@ -119,7 +119,7 @@ TEST_P(EveryAllocation, ThatFailsGivesAResultAndLeaksNothing) {
             break;
         }
         RecordedLog::Get().Clear();
-        // The log deals by itself with what fails while it writes a line.
+        // The log itself deals with what fails while it writes a line.
         EXPECT_THAT(result, AnyOf(0, PLENX_E_MEMORY)) << "allocation " << n;
         failed += result == PLENX_E_MEMORY ? 1U : 0U;
     }

@@ -87,7 +87,7 @@ bool LoadLateCaller() {
     return LoadLibraryW(L"c_interface_late_caller.dll") != nullptr;
 }
 
-// The system detaches first the DLL that was loaded last.
+// The system first detaches the DLL that was loaded last.
 int CallLate(bool before, const std::string& install, const std::string& data) {
     if (!before && !LoadLateCaller()) {
         return kNotReached;
@@ -109,7 +109,7 @@ int CallAfterTheInterfaceWent(const std::string& install, const std::string& dat
     return CallLate(false, install, data);
 }
 
-// Nothing keeps the DLLs loaded before the first of the calls that do.
+// Nothing keeps the DLLs loaded until the first call that makes them stay.
 int FreeUnused(const std::string&, const std::string&) {
     const HMODULE module = LoadLibraryW(InterfacePath().c_str());
     const auto abi = reinterpret_cast<std::uint32_t (*)()>(

@@ -240,8 +240,8 @@ TEST(Life, OnceStopped_NothingIsWrittenToTheDataFolder) {
     EXPECT_FALSE(std::filesystem::exists(service.DataFolder()));
 }
 
-// Without arguments it first looks for the service manager, which takes Wine ten seconds in a
-// prefix where no service has been touched yet.
+// Without arguments the program first looks for the service manager, which takes Wine ten seconds
+// in a prefix where no service has been touched yet.
 TEST(Console, UsageErrors_EndWith2) {
     for (const wchar_t* const arguments : {L"", L"--console", L"--console tablet", L"--nonsense",
                                            L"--console pc --seconds 0", L"--console pc --data"}) {

@@ -106,7 +106,7 @@ bool LoadLateCaller() {
     return LoadLibraryW(L"endings_late_caller.dll") != nullptr;
 }
 
-// The system detaches first the DLL that was loaded last.
+// The system first detaches the DLL that was loaded last.
 template <bool (*stop)(const Library&), Detached lateCaller>
 int Run(const std::string& install, const std::string& data) {
     if (lateCaller == Detached::kAfterTheLibrary && !LoadLateCaller()) {

@@ -27,8 +27,8 @@ std::wstring ComplaintFile(unsigned caller) {
     return TestFolder() / L"plenx-system-logs" / (L"caller" + std::to_wstring(caller) + L".txt");
 }
 
-// Where the runtime compares no sizes, no caller states one that is larger than the bytes: the link
-// is promised as many bytes as the size says, and refuses to deliver fewer.
+// Where the runtime does not compare sizes, no caller states a size that is larger than the bytes.
+// The link is promised as many bytes as the size says, and refuses to deliver fewer.
 bool Reaches(const Notification& notification) {
     return !notification.cut && notification.count == notification.message.size() &&
            (notification.statedSize == static_cast<std::int64_t>(notification.count) ||

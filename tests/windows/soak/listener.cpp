@@ -17,8 +17,8 @@ extern "C" NTSYSAPI NTSTATUS NTAPI NtQueryInformationFile(HANDLE file, IO_STATUS
 namespace PlenxSoak {
 namespace {
 
-// The header of the Windows SDK does not have these values of the enumeration, so that for its
-// compiler they are no constants.
+// The header of the Windows SDK does not have these values of the enumeration, so for its compiler
+// they are not constants.
 const auto kFileName = static_cast<FILE_INFORMATION_CLASS>(9);
 const auto kPipeState = static_cast<FILE_INFORMATION_CLASS>(24);
 

@@ -44,7 +44,7 @@ constexpr unsigned kMender = kHostThreads;  // the book of the calls that are ma
 constexpr std::uint64_t kGuestStream = 1000000;
 constexpr int kStuck = 2;
 // Wine's pools fill with the work that is done, so on a busy machine seconds alone would not warm
-// up.
+// them up.
 constexpr std::uint64_t kWarmUpCalls = 600;
 
 std::uint64_t Number(const wchar_t* variable, std::uint64_t otherwise) {

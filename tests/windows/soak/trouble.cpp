@@ -84,8 +84,8 @@ void Trouble::Rest() {
     Write("");
 }
 
-// There are no troubles, one, or two at a time. Those that name a request stand in front: of the
-// steps for a request, only the first one counts.
+// There are no troubles, one, or two at a time. Those that name a request come first, because of
+// the steps for a request only the first one counts.
 std::string Trouble::Mix(const std::string& service) {
     std::string named;
     std::string others;

@@ -18,7 +18,7 @@ using Lines = std::vector<std::string>;
 std::string Info(const std::string& function, const std::string& text);
 std::string Error(const std::string& function, const std::string& text);
 
-/// Returns the number that stands behind the text in the first line that has it, or "0".
+/// Returns the number that follows the text in the first line that has the text, or "0".
 std::string NumberBehind(const std::string& text, const Lines& lines);
 
 struct LogLine {

@@ -35,7 +35,7 @@ fs::path PropertyFile() {
     return kLogFolder / (RunningTest() + ".properties");
 }
 
-// What a test has recorded about itself would end with the child.
+// Otherwise, what a test has recorded about itself would be lost with the child.
 void LeaveProperties() {
     const testing::TestResult& result =
         *testing::UnitTest::GetInstance()->current_test_info()->result();

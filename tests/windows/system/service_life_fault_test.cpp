@@ -22,7 +22,8 @@ protected:
     /// Manager.
     void StartFailsWith(const Lines& reasons);
     void FailToStart();
-    /// The Service Control Manager's code for the start, "0" when it has taken it.
+    /// Returns the Service Control Manager's code for the start, or "0" when it has accepted the
+    /// start.
     std::string CodeOfTheStart() const;
     void ExpectFailedStart(const Lines& reasons) const;
     /// Shows by further calls that the library goes on.

@@ -1,5 +1,5 @@
-// Hears what Windows Explorer is told, by a window in the same process. A listener belongs to one
-// thread, which must pump messages, because the shell waits for its listeners.
+// Hears what Windows Explorer is told, through a window in the same process. A listener belongs to
+// one thread, which must pump messages, because the shell waits for its listeners.
 
 #ifndef PLENXSDK_TESTS_WINDOWS_SYSTEM_SHELL_LISTENER_H
 #define PLENXSDK_TESTS_WINDOWS_SYSTEM_SHELL_LISTENER_H

@@ -1,4 +1,4 @@
-// The page on scenarios, and what its sections show.
+// Reads the page on scenarios, and what the observer gets in a run.
 
 #ifndef PLENXSDK_TESTS_WINDOWS_KIT_SCENARIO_PAGE_H
 #define PLENXSDK_TESTS_WINDOWS_KIT_SCENARIO_PAGE_H
