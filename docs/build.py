@@ -28,7 +28,8 @@ LAST_GROUP = "The project, in its sources"
 NAVIGATION = {
     "Begin": ["docs/index.md", "docs/getting-started.md", "docs/your-project.md", "docs/your-language.md",
               "docs/life-of-a-call.md", "docs/services.md", "package/SHIP.md",
-              "bindings/python/README.md", "bindings/dotnet/README.md"],
+              "bindings/python/README.md", "bindings/dotnet/README.md",
+              "bindings/node/README.md"],
     "Look up": ["docs/result-codes.md", "docs/configuration.md", "docs/log-lines.md",
                 "docs/troubleshooting.md", "docs/security.md", "docs/driver-upgrade.md"],
     "Write a service": ["docs/wire-protocol.md", "devservice/README.md"],

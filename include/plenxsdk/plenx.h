@@ -75,12 +75,14 @@
 /// **Results.** 0 is success, 26 is PLENX_INVALID_PARAMETER, and the numbers below 0 are the
 /// failures of this layer. plenx_result_text has a sentence for each. plenx_last_error says more,
 /// for example which argument was wrong. When a call fails, it sets the handle or event that it
-/// would have given to null, and leaves every other output as it was; only PLENX_E_BUFFER sets
-/// `length` and `code`. The library never throws.
+/// would have given to null, and leaves every other output as it was. There are two exceptions:
+/// PLENX_E_BUFFER sets `length` and `code`, and PLENX_E_ENDING leaves all outputs as they were. The
+/// library never throws.
 ///
 /// **Handles** (plenx_queue, plenx_subscription) are not addresses. A handle that was closed, was
-/// never opened or is of the other kind gives PLENX_E_HANDLE, at any time and on any thread. The
-/// library never uses the value of a handle again.
+/// never opened or is of the other kind gives PLENX_E_HANDLE on every thread, until the process
+/// ends. Inside an observer, plenx_queue_close and plenx_unobserve return PLENX_E_DEADLOCK before
+/// they look at the handle. The library never uses the value of a handle again.
 ///
 /// **Versions.** plenx_open compares this header with the DLL. Structs only grow, at their end; the
 /// member `size` says how much of a struct is there.
@@ -264,8 +266,8 @@ PLENX_API plenx_result PLENX_CALL plenx_destroy(void);
 /// Tells, on the caller's thread, whether a service is running: PLENX_KEY_NOT_RUNNING is the only
 /// key that has an answer, and settings cannot be read back. A service that is starting or stopping
 /// counts as running; one that cannot be asked does not. The call waits while the job of the first
-/// plenx_init is running, but it does not wait for that job to begin: before plenx_init, and right
-/// after it, the answer is 0.
+/// plenx_init is running, but it does not wait for that job to begin: before plenx_init the answer
+/// is 0, and right after it the answer may be 0.
 /// @param service  PLENX_PC, PLENX_PHONE, or PLENX_COMBINED, which asks about the driver.
 /// @param key      PLENX_KEY_NOT_RUNNING. For every other key the answer is 0.
 /// @param value    Receives the answer: 1 while the service is not running, else 0.

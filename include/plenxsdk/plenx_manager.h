@@ -273,7 +273,7 @@ public:
 
     /// Makes the library ready. It creates the companion object on the caller's thread and queues a
     /// job that makes the service side: driver files, working folder, services, driver, icon files
-    /// and RPC endpoint. It returns before any of that job is done. Do not call it from DllMain.
+    /// and RPC endpoint. It does not wait for that job. Do not call it from DllMain.
     ///
     /// No notification says that the job is done. A host may call other operations at once: they
     /// wait behind the job in the queue. GetInt64Config waits while the job is running, but it does

@@ -31,7 +31,8 @@ public:
     PLENXManagerInner& operator=(const PLENXManagerInner&) = delete;
 
     /// Makes the service manager and the icon files, and starts the RPC server, each only once.
-    /// @throws std::range_error when an argument is not valid UTF-8; it makes nothing then.
+    /// @throws std::range_error when the service manager is not there yet and an argument is not
+    ///         valid UTF-8; it makes nothing then.
     void Init(const std::string& rootDir, const std::string& serviceArg);
 
     std::int64_t GetInt64Config(ServiceType svcType, ConfigType cfgType);

@@ -73,7 +73,7 @@ public:
     std::int32_t RpcDefaultResponse(RpcMessage& message);
 
     /// Asks Explorer to refresh the drive of the letter. A type of 0 or 1 means that the drive has
-    /// come or gone, and 2 that its content has changed.
+    /// come or gone, and Explorer hears the same of both; 2 means that its content has changed.
     void FlushExplorer(char cLetter, std::int32_t expFlushType);
 
 private:
