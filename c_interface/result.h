@@ -47,7 +47,7 @@ plenx_result Guarded(const char* function, Work work,
         RememberError(function, "", failure.what());
         return PLENX_E_FAILED;
     } catch (...) {
-        RememberError(function, "", "something that is no exception of the standard was thrown");
+        RememberError(function, "", "an exception that is not a std::exception was thrown");
         return PLENX_E_FAILED;
     }
 }

@@ -63,6 +63,6 @@ const char* PLENX_CALL plenx_result_text(plenx_result result) {
     case PLENX_E_FAILED:
         return "The library failed.";
     default:
-        return "This number is no result of this library.";
+        return "This number is not a result of this library.";
     }
 }

@@ -46,7 +46,7 @@ make_system() {
     fi
     # The machine may have moved to another network since then.
     "${as_root[@]}" cp -L /etc/resolv.conf /etc/hosts "$system/etc/"
-    step "trust whom this machine trusts" bring_certificates "$system"
+    step "trust the certificates that this machine trusts" bring_certificates "$system"
 }
 
 # A network may have a proxy with a certificate of its own. npm has to go through that proxy, too.

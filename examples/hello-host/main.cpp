@@ -103,7 +103,7 @@ bool Run(PLENXManager& manager, Observer& observer, const char* installFolder,
     // 0 only meant that the library took the call. NotifyStatus tells whether it worked.
     const std::optional<bool> started = observer.WaitForStart();
     if (!started) {
-        std::puts("The start has had no outcome.");
+        std::puts("No outcome of the start has come in time.");
         return false;
     }
     std::puts(*started ? "The PC service runs." : "The PC service did not start: see the log.");

@@ -405,7 +405,7 @@ public:
         PLENX_HPP_EACH(PLENX_HPP_FIND)
 #undef PLENX_HPP_FIND
         if (!all) {
-            return {Result(PLENX_E_ABI, "plenxsdk_c.dll is older than plenx.hpp of this host"),
+            return {Result(PLENX_E_ABI, "plenxsdk_c.dll is older than this host's plenx.hpp"),
                     std::nullopt};
         }
         const plenx_result code = found.open(PLENX_ABI);

@@ -167,7 +167,7 @@ std::vector<Word> Arguments::TakeUntil(const std::string& keyword) {
 
 void Arguments::End() const {
     if (!Empty()) {
-        throw ScriptError("too much: " + Shown(words_[next_]));
+        throw ScriptError("unexpected argument: " + Shown(words_[next_]));
     }
 }
 

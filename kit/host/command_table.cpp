@@ -22,8 +22,8 @@ constexpr const char* kDeviceQueued =
     "was queued";
 constexpr const char* kNone = "none";
 constexpr const char* kNoOutcome =
-    "The library notifies nothing itself, not even a failure. The library's log shows a call\n"
-    "that failed. The code that the service answers is not shown anywhere.";
+    "The library itself sends no notification, not even of a failure. The library's log shows\n"
+    "a call that failed. The code that the service answers is not shown anywhere.";
 constexpr const char* kSettingOutcome =
     "No notification comes. The service gets the setting at its next start. The code that it\n"
     "answers is not shown anywhere. A setting that is made before init is lost.";
@@ -161,21 +161,21 @@ const std::vector<Command>& Commands() {
          "as name=value. * stands for any value, and so does an argument that is left out.\n"
          "observer=NAME says which observer must get it.",
          "yes or NO, and which notifications of the same name and service came instead",
-         "A NO counts: the run ends with exit code 1.",
+         "After a NO, the exit code of the run is 1.",
          "expect NotifyStatus pc home start true within 5000", ParseExpect},
         {kExpectations, "expect-none", "NOTIFICATION [ARGUMENT...] for MILLISECONDS",
-         "Expect that a notification neither has come nor comes.",
+         "Expect that a notification has not come and does not come.",
          "Arguments are written as for expect. The name * stands for every notification.",
-         "yes or NO", "A NO counts: the run ends with exit code 1.",
+         "yes or NO", "After a NO, the exit code of the run is 1.",
          "expect-none NotifyError for 500", ParseExpectNone},
         {kExpectations, "expect-result", "NUMBER",
          "Expect that the latest operation gave that number.",
          "It looks at the latest operation that has a result.", "yes or NO",
-         "A NO counts: the run ends with exit code 1.", "expect-result 26", ParseExpectResult},
+         "After a NO, the exit code of the run is 1.", "expect-result 26", ParseExpectResult},
         {kExpectations, "expect-result-text", "TEXT",
          "Expect that the latest operation gave that text.",
          "It looks at the latest operation that has a result.", "yes or NO",
-         "A NO counts: the run ends with exit code 1.", "expect-result-text \"\"",
+         "After a NO, the exit code of the run is 1.", "expect-result-text \"\"",
          ParseExpectResultText},
         {kExpectations, "forget", "", "Drop the notifications that nothing has taken yet.", "",
          kNone, "No notification comes.", "forget", ParseForget},

@@ -44,7 +44,7 @@ const std::vector<Check>& Checks() {
          "A caller that ends in mid-call does not harm it.",
          kEndpoint, ServingChecks::SurvivesAVanishedCaller},
         {"serve/5", kMust, "serving",
-         "Requests come back in any order, also for a group that is not there.",
+         "Requests come back in any order, even for a group that is not there.",
          kEndpoint, ServingChecks::TakesAnyOrder},
 
         {"reply/1", kMust, "the-reply",
@@ -54,7 +54,7 @@ const std::vector<Check>& Checks() {
          "A reply is one int32 in 24 exact bytes.",
          kEndpoint, ReplyChecks::RepliesExactly},
         {"reply/3", kMust, "the-reply",
-         "respSize is 0 without a reply.",
+         "respSize is 0 when there is no reply.",
          kEndpoint, ReplyChecks::StatesTheSizeItSends},
         {"reply/4", kShould, "the-reply",
          "Codes other than 0 are from 1000 to 1699.",
@@ -109,7 +109,7 @@ const std::vector<Check>& Checks() {
          "A ping is answered with 0.",
          kEndpoint, RequestChecks::TakesTheUsual<PlenxWire::kPingService>},
         {"ping/2", kMust, "19-pingservice",
-         "Any number is taken, also 0 again.",
+         "Any number is taken, including 0 again.",
          kEndpoint, RequestChecks::TakesRisingPings},
 
         {"text/1", kShould, "the-message",

@@ -8,8 +8,8 @@ namespace {
 constexpr const char* kFooter =
     "Exit codes: 0 as expected, 1 something failed, 2 wrong usage, 3 refused to begin,\n"
     "4 something was left behind, 5 interrupted, and everything was removed.\n"
-    "Do not run it while a host runs, and never twice at a time. --service needs an elevated\n"
-    "prompt.\n"
+    "Do not run it while a host runs, and never run two at the same time. --service needs\n"
+    "an elevated prompt.\n"
     "Examples:\n"
     "  plenxkit judge --service C:\\mine\\plenxservice.exe --junit results.xml\n"
     "  plenxkit judge --console \"C:\\mine\\service.exe --console pc\" --only reply,message\n"
@@ -24,7 +24,7 @@ constexpr unsigned kLongestSoak = 86400;
 
 CLI::App& Declare(CLI::App& program, Options& options) {
     CLI::App& command =
-        *program.add_subcommand("judge", "Hold a service program against the wire protocol");
+        *program.add_subcommand("judge", "Check a service program against the wire protocol");
     auto* const endpoint =
         command.add_option("--endpoint", options.endpoint, "Judge a program that serves this")
             ->type_name("NAME");
@@ -48,8 +48,9 @@ CLI::App& Declare(CLI::App& program, Options& options) {
         ->type_name("CHECKS");
     command.add_flag("--list", options.list, "List the checks");
     command.add_flag("--dry-run", options.dryRun, "Say what would be done, and do nothing");
-    command.add_flag("--strict", options.strict, "Fail for a check of level should, too");
-    command.add_option("--known", options.known, "Failures that are known: a number in each line")
+    command.add_flag("--strict", options.strict, "Also fail when a check of level should fails");
+    command
+        .add_option("--known", options.known, "A list of known failures, one check number per line")
         ->type_name("FILE");
     command.add_option("--patience", options.patience, "Wait this long for an answer (5)")
         ->type_name("SECONDS")

@@ -104,7 +104,7 @@ RunRecord RunFromJson(const std::string& text, const std::string& file) {
         }
         return run;
     } catch (const std::exception& error) {
-        throw UsageError(file + " is no result of plenxkit judge --json: " + error.what());
+        throw UsageError(file + " is not a result of plenxkit judge --json: " + error.what());
     }
 }
 

@@ -65,7 +65,7 @@ std::set<std::string> KnownFailures(const std::string& text) {
         if (std::none_of(all.begin(), all.end(),
                          [&](const Check& check) { return check.number == number; })) {
             throw UsageError("the list of known failures names \"" + number +
-                             "\", which is no check");
+                             "\", which is not a check");
         }
         known.insert(number);
     }

@@ -189,7 +189,7 @@ Outcome ServingChecks::GoesOn(Trial& trial) {
 Outcome ServingChecks::KeepsItsHandles(Trial& trial) {
     const Soak& soak = SoakOf(trial);
     if (!soak.before || !soak.after) {
-        return Outcome::NotJudged("the system does not tell what the process holds");
+        return Outcome::NotJudged("the system does not say what the process holds");
     }
     return JudgeGrowth(soak.before->handles, soak.after->handles, kMoreHandles, "handles");
 }
@@ -197,7 +197,7 @@ Outcome ServingChecks::KeepsItsHandles(Trial& trial) {
 Outcome ServingChecks::KeepsItsMemory(Trial& trial) {
     const Soak& soak = SoakOf(trial);
     if (!soak.before || !soak.after) {
-        return Outcome::NotJudged("the system does not tell what the process holds");
+        return Outcome::NotJudged("the system does not say what the process holds");
     }
     return JudgeGrowth(soak.before->bytes, soak.after->bytes, kMoreBytes, "bytes");
 }

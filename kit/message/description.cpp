@@ -99,7 +99,7 @@ json Parsed(const std::string& text) {
 
 const json& Member(const json& object, const char* name) {
     if (!object.is_object() || !object.contains(name)) {
-        throw UsageError(std::string("the JSON has no \"") + name + "\" where it must have one");
+        throw UsageError(std::string("the JSON lacks \"") + name + "\"");
     }
     return object[name];
 }

@@ -48,7 +48,8 @@ std::string NoteOnPath(const Bytes& path) {
 std::string NoteOnTextLength(std::int32_t length, const std::string& text) {
     return length >= 0 && static_cast<std::size_t>(length) == text.size()
                ? ""
-               : "the text has " + std::to_string(text.size()) + " bytes; nobody compares the two";
+               : "the text has " + std::to_string(text.size()) +
+                     " bytes; the two are never compared";
 }
 
 std::string NoteOn(const PlenxWire::MessageShape& shape, const PlenxWire::Arguments& values,

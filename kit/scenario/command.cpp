@@ -7,7 +7,7 @@ namespace {
 
 constexpr const char* kFooter =
     "Exit codes: 0 all scenarios passed, 1 some failed, 2 wrong usage.\n"
-    "The services are real. Run the command elevated, and never twice at a time.";
+    "The services are real. Run the command elevated, and never run two at the same time.";
 constexpr const char* kRunFooter =
     "Your own host learns from the environment where it works: PLENX_INSTALL and PLENX_DATA are\n"
     "the folders for Init, and PLENX_SCENARIO is the scenario's name. Its exit code decides; 0 is\n"

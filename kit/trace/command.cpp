@@ -16,7 +16,7 @@ constexpr std::uint64_t kMostEvents = 200000;
 
 constexpr char kFooter[] =
     "The page needs no network and no server: open it in a browser, send it to somebody. It holds\n"
-    "the lines of the logs as they are; what may not leave the house must be taken out before.\n"
+    "the lines of the logs as they are, so first take out whatever must stay private.\n"
     "\n"
     "A large log does not make a large page: the summary counts every line, the diagram shows the\n"
     "most telling ones, and the page says which were left out.\n"
@@ -27,7 +27,7 @@ constexpr char kFooter[] =
     "  plenxkit trace library.log --service service.log --host host.jsonl --text\n"
     "  plenxkit trace library.2.log library.1.log library.log --title \"Friday's failure\"\n"
     "\n"
-    "Exit codes: 0 it is done, 1 a file cannot be read or written, 2 wrong usage.";
+    "Exit codes: 0 success, 1 a file cannot be read or written, 2 wrong usage.";
 
 bool IsSameFile(const std::string& one, const std::string& other) {
     std::error_code none;
@@ -72,7 +72,8 @@ CLI::App& Declare(CLI::App& program, Request& request) {
     CLI::App& command = *program.add_subcommand(
         "trace", "Make a page from a log: a sequence diagram with a summary");
     command
-        .add_option("LOG", request.libraryLogs, "The library's log; of a rotated one, all parts")
+        .add_option("LOG", request.libraryLogs,
+                    "The library's log; if it was rotated, all of its parts")
         ->type_name("")
         ->required();
     command
@@ -85,7 +86,7 @@ CLI::App& Declare(CLI::App& program, Request& request) {
         ->type_name("FILE");
     command.add_option("--title", request.title, "Its heading; else the name of LOG")
         ->type_name("TEXT");
-    command.add_option("--events", request.mostEvents, "Show so many lines at most")
+    command.add_option("--events", request.mostEvents, "Show at most this many lines")
         ->type_name("COUNT")
         ->check(CLI::Range(kLeastEvents, kMostEvents).description(""))
         ->capture_default_str();

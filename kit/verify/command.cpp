@@ -17,7 +17,7 @@ constexpr const char* kFooter =
 }  // namespace
 
 CLI::App& Declare(CLI::App& program, Options& options) {
-    CLI::App& command = *program.add_subcommand("verify", "Hold plenxsdk against this Windows");
+    CLI::App& command = *program.add_subcommand("verify", "Check plenxsdk on this Windows");
     command.add_option("--only", options.only, "Run only these stages, with commas")
         ->type_name("STAGES");
     command.add_flag("--list", options.list, "List the stages");

@@ -131,7 +131,7 @@ std::string SummaryText(const RunRecord& run) {
 std::string ScreenText(const std::vector<const Stage*>& stages, const std::string& root,
                        const std::string& out) {
     std::string text = "plenxkit verify " PLENXKIT_VERSION
-                       " holds plenxsdk against this Windows, in about five minutes.\n\n"
+                       " checks plenxsdk on this Windows, in about five minutes.\n\n"
                        "What will happen, stage by stage:\n";
     for (const Stage* const stage : stages) {
         text += Hanging(PadRight(stage->name, kNameWidth), stage->sentence);

@@ -65,7 +65,7 @@ const std::vector<Stage>& Stages() {
          "The library goes on under messages that no honest peer sends.",
          {{Kind::kTests, "hostile", "hostile_test.exe", "", 300}}},
         {"endings",
-         "Every way in which a host ends, ends.",
+         "A host comes to an end, whichever way it ends.",
          {{Kind::kTests, "class", "endings_test.exe", "", 300},
           {Kind::kTests, "c-interface", "c_interface_test.exe", "*Ending*", 180}}},
         {kLeftBehindStage, "No service, endpoint, process or folder of ours is left.", {}},

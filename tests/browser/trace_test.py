@@ -201,10 +201,10 @@ class Pages(unittest.TestCase):
             LANES)
         self.assertEqual(self.labels(), [
             "Start pc", "Start pc runs", "pc: CreateGroup", "pc: CreateGroup(0) received",
-            "pc: CreateGroup(0) done", "Start pc: done", "NotifyStatus", "all told",
+            "pc: CreateGroup(0) done", "Start pc: done", "NotifyStatus", "all observers told",
             "NotifyConnect pc", "✕ Stop refused: 26", "nothing is left to end", "Start phone",
             "Start phone runs", "phone: CreateGroup", "Start phone: done", "NotifyStatus",
-            "all told", "NotifyConnect phone"])
+            "all observers told", "NotifyConnect phone"])
         self.assertEqual(self.path("Start pc"), "Host > Facade")
         self.assertEqual(self.path("Start pc runs"), "Facade > Worker")
         self.assertEqual(self.path("pc: CreateGroup"), "Engine > Services")
@@ -212,7 +212,7 @@ class Pages(unittest.TestCase):
         self.assertEqual(self.path("pc: CreateGroup(0) done"), "Services > Engine")
         self.assertEqual(self.path("Start pc: done"), "Engine > Facade")
         self.assertEqual(self.path("NotifyStatus"), "Facade > Observers")
-        self.assertEqual(self.path("all told"), "Observers > Facade")
+        self.assertEqual(self.path("all observers told"), "Observers > Facade")
         self.assertEqual(self.path("NotifyConnect pc"), "Services > Facade")
 
     def test_lanes_are_right_in_a_narrow_window_too_and_nothing_is_wider_than_it(self):

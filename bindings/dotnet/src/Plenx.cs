@@ -26,7 +26,7 @@ namespace PlenxSdk
             }
             if (IntPtr.Size != 8)
             {
-                throw new PlatformNotSupportedException("plenxsdk needs a process of 64 bits. Set the "
+                throw new PlatformNotSupportedException("plenxsdk needs a 64-bit process. Set the "
                     + "project's PlatformTarget to x64, and Prefer32Bit to false.");
             }
             try

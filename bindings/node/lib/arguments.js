@@ -39,7 +39,7 @@ function int64(name, value) {
 function text(name, value) {
   if (typeof value !== 'string') throw wrongType(name, 'a string', value);
   if (toUSVString(value) !== value) {
-    throw wrongType(name, 'a string without half a surrogate pair', value);
+    throw wrongType(name, 'a string without a lone surrogate', value);
   }
   return Buffer.from(value);
 }

@@ -86,7 +86,7 @@ function notices(trace) {
       `${summary.unknown === 1 ? 'is' : 'are'} unknown to this version of plenxkit.`);
   }
   if (summary.torn > 0) {
-    texts.push(`${plural(summary.torn, 'log ends', 'logs end')} inside a line: the writer was still at it, or ` +
+    texts.push(`${plural(summary.torn, 'log ends', 'logs end')} inside a line: the program was still writing, or ` +
       'was ended.');
   }
   if (summary.cut > 0) {

@@ -245,8 +245,7 @@ TEST_F(Operations, ExceptionOfNoKnownKindIsAResultToo) {
         }
     });
     EXPECT_EQ(plenx_destroy(), PLENX_E_FAILED);
-    EXPECT_EQ(LastError(),
-              "plenx_destroy: something that is no exception of the standard was thrown");
+    EXPECT_EQ(LastError(), "plenx_destroy: an exception that is not a std::exception was thrown");
 }
 
 TEST_F(Operations, WordsThatDoNotFitAreCutOff) {

@@ -98,7 +98,7 @@ TEST(Load, OfADllThatIsNotThere_SaysSo) {
 TEST(Load, OfADllWithoutTheFunctions_SaysThatItIsTooOld) {
     const auto library = plenx::Library::load((ProgramFolder() + L"\\LogHelper.dll").c_str());
     EXPECT_EQ(library.result().code(), PLENX_E_ABI);
-    EXPECT_EQ(library.result().words(), "plenxsdk_c.dll is older than plenx.hpp of this host");
+    EXPECT_EQ(library.result().words(), "plenxsdk_c.dll is older than this host's plenx.hpp");
 }
 
 }  // namespace

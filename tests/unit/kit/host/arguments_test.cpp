@@ -89,7 +89,7 @@ TEST(Arguments, TimesAreUpToADay) {
 }
 
 TEST(Arguments, NothingMayBeLeft) {
-    EXPECT_EQ(Complaint("more", [](Arguments& a) { a.End(); }), "too much: \"more\"");
+    EXPECT_EQ(Complaint("more", [](Arguments& a) { a.End(); }), "unexpected argument: \"more\"");
     EXPECT_EQ(Complaint("", [](Arguments& a) { a.End(); }), "none");
 }
 

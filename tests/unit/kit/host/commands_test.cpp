@@ -141,7 +141,8 @@ TEST_F(CommandsTest, ReactionsAreSet) {
 
 TEST_F(CommandsTest, UsageErrorsNameTheUsage) {
     EXPECT_EQ(Complaint("start pc g"), "argument is missing; usage: start SERVICE GROUP ARGUMENT");
-    EXPECT_EQ(Complaint("stop pc g more"), "too much: \"more\"; usage: stop SERVICE GROUP");
+    EXPECT_EQ(Complaint("stop pc g more"),
+              "unexpected argument: \"more\"; usage: stop SERVICE GROUP");
     EXPECT_EQ(Complaint("expect NotifyError 5"),
               "within is missing; usage: expect NOTIFICATION [ARGUMENT...] within MILLISECONDS");
     EXPECT_EQ(Complaint("throw maybe"), "write on or off, not \"maybe\"; usage: throw on|off");

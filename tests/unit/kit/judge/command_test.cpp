@@ -21,7 +21,7 @@ TEST(JudgeCommand, List_NamesTheChecksWithTheirLevels) {
     const auto some = OutcomeOf({"judge", "--list", "--only", "ping"});
     EXPECT_EQ(some.out,
               "  ping/1                    must    A ping is answered with 0.\n"
-              "  ping/2                    must    Any number is taken, also 0 again.\n");
+              "  ping/2                    must    Any number is taken, including 0 again.\n");
 }
 
 TEST(JudgeCommand, DryRun_SaysWhatWouldBeDone) {

@@ -83,7 +83,7 @@ TEST(Decode, ALengthThatIsNotTheTexts_IsNoted) {
         const std::string text =
             std::string(message) == "SendLocalMessage" ? "msg=ten bytes!" : "message=ten bytes!";
         EXPECT_EQ(Notes({message, "msgType=1", "msgLen=5", text}),
-                  "  note: msgLen: the text has 10 bytes; nobody compares the two\n");
+                  "  note: msgLen: the text has 10 bytes; the two are never compared\n");
         EXPECT_NE(Notes({message, "msgType=1", "msgLen=-1", text}), "");
         EXPECT_EQ(Notes({message, "msgType=1", "msgLen=10", text}), "");
     }

@@ -103,12 +103,11 @@ TEST(Encode, WrongDescription_IsNamed) {
 
 TEST(Encode, WrongJson_IsNamed) {
     EXPECT_THAT(JsonError("{"), HasSubstr("plenxkit message: the JSON cannot be read: "));
-    EXPECT_EQ(JsonError("[]"),
-              "plenxkit message: the JSON has no \"message\" where it must have one\n");
+    EXPECT_EQ(JsonError("[]"), "plenxkit message: the JSON lacks \"message\"\n");
     EXPECT_EQ(JsonError(R"({"message": 4})"),
               "plenxkit message: \"message\" in the JSON is not a text\n");
     EXPECT_EQ(JsonError(R"({"message": "NameChanged"})"),
-              "plenxkit message: the JSON has no \"arguments\" where it must have one\n");
+              "plenxkit message: the JSON lacks \"arguments\"\n");
     EXPECT_EQ(JsonError(R"({"message": "NameChanged", "arguments": 1})"),
               "plenxkit message: \"arguments\" in the JSON is neither an object nor an array\n");
     EXPECT_EQ(JsonError(R"({"message": "NameChanged", "arguments": {"name": 1}})"),
@@ -119,7 +118,7 @@ TEST(Encode, WrongJson_IsNamed) {
                             "arguments": {"number": 18446744073709551615}})"),
               "plenxkit message: number: \"18446744073709551615\" is not an int64\n");
     EXPECT_EQ(JsonError(R"({"message": "NameChanged", "arguments": [{"name": "name"}]})"),
-              "plenxkit message: the JSON has no \"value\" where it must have one\n");
+              "plenxkit message: the JSON lacks \"value\"\n");
     EXPECT_EQ(Tool({"encode", "ErrorNotify", "errCode=1", "--from", "-"}).err,
               "plenxkit message: use either --from or a message and its fields, not both\n");
 }

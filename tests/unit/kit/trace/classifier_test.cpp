@@ -38,7 +38,7 @@ TEST(Classifier, ACallItsJobAndItsOutcome_GoThroughTheLanes) {
     EXPECT_EQ(Drawn(events[4]), "engine>services pc: CreateGroup");
     EXPECT_EQ(Drawn(events[5]), "engine>facade Start pc: done");
     EXPECT_EQ(Drawn(events[6]), "facade>observers NotifyStatus");
-    EXPECT_EQ(Drawn(events[7]), "observers>facade all told");
+    EXPECT_EQ(Drawn(events[7]), "observers>facade all observers told");
     EXPECT_EQ(events[1].waited, 7);
     EXPECT_EQ(events[5].took, 13);
     EXPECT_EQ(events[0].kind, Kind::kCall);

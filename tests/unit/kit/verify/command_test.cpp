@@ -52,7 +52,7 @@ TEST(VerifyCommand, List_NamesTheStages) {
     const auto outcome = OutcomeOf({"verify", "--list", "--only", "endings"});
     EXPECT_EQ(outcome.code, 0);
     EXPECT_EQ(outcome.out,
-              "  endings       Every way in which a host ends, ends.\n"
+              "  endings       A host comes to an end, whichever way it ends.\n"
               "  left-behind   No service, endpoint, process or folder of ours is left.\n");
 }
 
