@@ -25,7 +25,7 @@ constexpr std::uint32_t kLargestStruct = 4096;  // a larger size cannot be a rea
 plenx_observer CopyOf(const plenx_observer* given) {
     RequirePointer("observer", given);
     if (given->size < sizeof(plenx_observer) || given->size > kLargestStruct) {
-        throw Refusal{PLENX_E_ARGUMENT, "observer", "has a size that no version has had"};
+        throw Refusal{PLENX_E_ARGUMENT, "observer", "has a size that no version of the struct has"};
     }
     const auto* const bytes = reinterpret_cast<const unsigned char*>(given);
     if (std::any_of(bytes + sizeof(plenx_observer), bytes + given->size,

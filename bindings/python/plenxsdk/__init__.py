@@ -154,7 +154,7 @@ def _encode(text: Text) -> bytes:
         return text.encode("utf-8", "surrogateescape")
     if isinstance(text, bytes):
         return text
-    raise TypeError(f"a text is str or bytes, not {type(text).__name__}")
+    raise TypeError(f"a text must be str or bytes, not {type(text).__name__}")
 
 
 def _decode(text: bytes) -> str:
@@ -429,7 +429,7 @@ def _end_of(timeout: Optional[float]) -> float:
     if timeout is None:
         return math.inf
     if not timeout >= 0:
-        raise ValueError(f"a timeout is a number of seconds from 0, not {timeout}")
+        raise ValueError(f"a timeout must be a number of seconds, 0 or more, not {timeout}")
     return time.monotonic() + timeout
 
 

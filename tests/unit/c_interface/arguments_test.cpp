@@ -230,11 +230,11 @@ const BadCall kBadCalls[] = {
      },
      "plenx_observe: subscription is null"},
     {"ObserverWithoutASize", [] { return ObserveWithSize(0); },
-     "plenx_observe: observer has a size that no version has had"},
+     "plenx_observe: observer has a size that no version of the struct has"},
     {"ObserverThatIsTooSmall", [] { return ObserveWithSize(sizeof(plenx_observer) - 1); },
-     "plenx_observe: observer has a size that no version has had"},
+     "plenx_observe: observer has a size that no version of the struct has"},
     {"ObserverOfGarbage", [] { return ObserveWithSize(4097); },
-     "plenx_observe: observer has a size that no version has had"},
+     "plenx_observe: observer has a size that no version of the struct has"},
 };
 
 class EveryBadCall : public testing::TestWithParam<BadCall> {
