@@ -15,6 +15,8 @@
 #include <vector>
 
 #include "c_fixture.h"
+#include "common/asleep.h"
+#include "common/wait_until.h"
 
 namespace {
 
@@ -246,6 +248,7 @@ TEST(CUnobserve, WaitsForTheFunctionThatRuns) {
     std::thread service([] { Connect("g"); });
     inside.get_future().wait();
     auto ended = std::async(std::launch::async, [&] { return plenx_unobserve(observing.Get()); });
+    EXPECT_TRUE(WaitUntil(AllOthersAreAsleep));
     EXPECT_EQ(ended.wait_for(std::chrono::milliseconds(50)), std::future_status::timeout);
     // The handle is invalid from the moment of the call.
     EXPECT_EQ(plenx_unobserve(observing.Get()), PLENX_E_HANDLE);

@@ -12,6 +12,8 @@
 #include <vector>
 
 #include "c_fixture.h"
+#include "common/asleep.h"
+#include "common/wait_until.h"
 #include "event_queue.h"
 
 namespace {
@@ -211,6 +213,7 @@ TEST(QueueWait, IsEndedByANotification) {
         plenx_event_free(event);
         return text;
     });
+    EXPECT_TRUE(WaitUntil(AllOthersAreAsleep));
     EXPECT_EQ(reader.wait_for(std::chrono::milliseconds(50)), std::future_status::timeout);
     Connect("g");
     EXPECT_EQ(reader.get(), ShowConnect("g"));
@@ -231,6 +234,7 @@ void ExpectEnds(void (*end)(plenx_queue*), plenx_result expected, const std::str
             return result;
         }));
     }
+    EXPECT_TRUE(WaitUntil(AllOthersAreAsleep));
     EXPECT_EQ(readers.front().wait_for(std::chrono::milliseconds(100)),
               std::future_status::timeout);
     end(handle);

@@ -12,6 +12,8 @@
 #include <string>
 #include <vector>
 
+#include "common/asleep.h"
+#include "common/wait_until.h"
 #include "facade/facade_fixture.h"
 
 using testing::ElementsAre;
@@ -97,6 +99,7 @@ void ExpectGetterWaitsForInit(const std::function<void()>& getter) {
     Facade().Init("C:\\App", "C:\\Data", "", false);
     ASSERT_EQ(reached.get_future().wait_for(std::chrono::seconds(20)), std::future_status::ready);
     std::future<void> answer = std::async(std::launch::async, getter);
+    EXPECT_TRUE(WaitUntil(AllOthersAreAsleep));
     EXPECT_EQ(answer.wait_for(std::chrono::milliseconds(50)), std::future_status::timeout);
     letGo.set_value();
     EXPECT_EQ(answer.wait_for(std::chrono::seconds(20)), std::future_status::ready);

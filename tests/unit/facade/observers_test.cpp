@@ -16,6 +16,8 @@
 #include <thread>
 #include <vector>
 
+#include "common/asleep.h"
+#include "common/wait_until.h"
 #include "facade/facade_fixture.h"
 #include "rpc/manager_calls.h"
 
@@ -255,6 +257,7 @@ TEST(Observers, UnregisteringWaitsForTheNotificationThatIsBeingDelivered) {
     ASSERT_TRUE(observer.WaitFor("NotifyConnect(1, g)"));
     auto unregistered = std::async(
         std::launch::async, [&observer] { Facade().UnregisterPLENXServiceObserver(&observer); });
+    EXPECT_TRUE(WaitUntil(AllOthersAreAsleep));
     EXPECT_EQ(unregistered.wait_for(std::chrono::milliseconds(50)), std::future_status::timeout);
     letGo.set_value();
     EXPECT_EQ(unregistered.wait_for(std::chrono::seconds(20)), std::future_status::ready);

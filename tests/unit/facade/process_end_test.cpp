@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -125,15 +126,20 @@ TEST(Destruction, WaitsForTheWorkerBeforeTheCompanionIsReleased) {
         {
             InitAll();
             static std::promise<void> reached;
-            FakeFileManager::Get().SetHook([](const std::string&) {
+            static std::atomic<bool> ending{false};
+            FakeFileManager::Get().SetHook([ender = std::to_string(gettid())](const std::string&) {
                 FakeFileManager::Get().SetHook(nullptr);
                 reached.set_value();
+                if (!WaitUntil([&] { return ending && IsAsleep(ender); })) {
+                    std::abort();
+                }
                 std::this_thread::sleep_for(std::chrono::milliseconds(200));
                 std::fprintf(stderr, "companions during the call: %zu\n",
                              FakeFileManager::Get().Live());
             });
             Facade().Start(Type(0), "g", "a");
             reached.get_future().wait();
+            ending = true;
             std::exit(0);
         },
         kWell, "companions during the call: 1");

@@ -102,8 +102,8 @@ TEST_F(ScriptTest, FailedExpectListsWhatTheSameServiceSentInstead) {
 TEST_F(ScriptTest, ExpectFailsAtOnceWhenTheOppositeComes) {
     std::thread service;
     RecordedManager::When("Start", [&] {
-        service = std::thread([] {
-            std::this_thread::sleep_for(milliseconds(20));
+        service = std::thread([waiting = std::to_string(gettid())] {
+            EXPECT_TRUE(WaitUntil([&] { return IsAsleep(waiting); }));
             RecordedManager::Notify([](auto& observer) {
                 observer.NotifyStatus(DistributedFs::kPcService, "home", 0, false);
             });
