@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "c_fixture.h"
+#include "common/wait_until.h"
 
 namespace {
 
@@ -85,8 +86,15 @@ TEST_F(ThreadsOfAHost, TenReadersAndTenCallersGetAlong) {
     WaitForJobs();
 }
 
+struct Calls {
+    std::atomic<bool> allowed{true};
+    std::atomic<int> count{0};
+};
+
 std::int32_t CountCall(void* user, std::uint32_t, const char*, std::size_t) {
-    EXPECT_TRUE(static_cast<std::atomic<bool>*>(user)->load()) << "called after plenx_unobserve";
+    auto& calls = *static_cast<Calls*>(user);
+    EXPECT_TRUE(calls.allowed) << "called after plenx_unobserve";
+    ++calls.count;
     return 0;
 }
 
@@ -99,16 +107,19 @@ TEST(Threads, NothingIsCalledAfterUnobserveHoweverBusyItIs) {
     });
     RunOnThreads(4, [](int) {
         for (int i = 0; i != kRounds; ++i) {
-            std::atomic<bool> observed{true};
+            Calls calls;
             plenx_observer observer{};
             observer.size = sizeof(observer);
-            observer.user = &observed;
+            observer.user = &calls;
             observer.notify_connect = CountCall;
             plenx_subscription* subscription = nullptr;
             ASSERT_EQ(plenx_observe(&observer, &subscription), 0);
             std::this_thread::yield();
+            // The other rounds may end before the first call.
+            const bool called = i % 2 != 0 || WaitUntil([&] { return calls.count != 0; });
             ASSERT_EQ(plenx_unobserve(subscription), 0);
-            observed = false;
+            calls.allowed = false;
+            ASSERT_TRUE(called);
         }
     });
     running = false;

@@ -6,6 +6,7 @@
 
 #include <atomic>
 #include <cerrno>
+#include <deque>
 #include <system_error>
 
 #include "common/thread_pool.h"
@@ -14,6 +15,20 @@ namespace {
 
 std::atomic<int> startsLeft{-1};  // all succeed when it is negative
 std::atomic<int> started{0};
+std::atomic<int> ended{0};
+
+struct Run {
+    void* (*function)(void*);
+    void* argument;
+};
+std::deque<Run> runs;  // they stay where they are
+
+void* RunAndCount(void* argument) {
+    const Run& run = *static_cast<const Run*>(argument);
+    void* const result = run.function(run.argument);
+    ++ended;
+    return result;
+}
 
 }  // namespace
 
@@ -35,7 +50,7 @@ extern "C" int pthread_create(pthread_t* thread, const pthread_attr_t* attribute
         --startsLeft;
     }
     ++started;
-    return real(thread, attributes, run, argument);
+    return real(thread, attributes, RunAndCount, &runs.emplace_back(Run{run, argument}));
 }
 
 namespace {
@@ -45,9 +60,11 @@ class ThreadPoolStart : public testing::TestWithParam<int> {};
 TEST_P(ThreadPoolStart, FailureOfAThreadRaisesSystemErrorAndEndsThoseThatRunAlready) {
     startsLeft = GetParam();
     started = 0;
+    ended = 0;
     EXPECT_THROW(DistributedFs::ThreadPool pool(4), std::system_error);
     startsLeft = -1;
     EXPECT_EQ(started, GetParam());
+    EXPECT_EQ(ended, GetParam());
 }
 
 INSTANTIATE_TEST_SUITE_P(NthThread, ThreadPoolStart, testing::Values(0, 1, 2, 3));

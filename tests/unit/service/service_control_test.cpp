@@ -1,8 +1,10 @@
 // Tests creating, deleting and probing services, the driver, and the checked operations.
 
+#include <algorithm>
 #include <atomic>
 #include <thread>
 
+#include "../common/wait_until.h"
 #include "service_control_test.h"
 
 using testing::ElementsAre;
@@ -188,9 +190,11 @@ TEST_F(IsServiceAliveTest, EmptyTable_HasNothingAlive) {
 
 TEST_F(IsServiceAliveTest, AskedFromOtherThreadsWhileTheWorkerWorks_IsSafe) {
     std::atomic<bool> stop{false};
+    std::atomic<int> alive{0};
+    std::atomic<int> stopped{0};
     const auto ask = [&] {
         while (!stop) {
-            manager->isServiceAlive(kPc);
+            ++(manager->isServiceAlive(kPc) ? alive : stopped);
         }
     };
     std::thread first(ask);
@@ -199,9 +203,14 @@ TEST_F(IsServiceAliveTest, AskedFromOtherThreadsWhileTheWorkerWorks_IsSafe) {
         EXPECT_EQ(manager->StartServiceByIndex(kPc), 0);
         EXPECT_EQ(manager->StopServiceByIndex(kPc), 0);
     }
+    EXPECT_TRUE(WaitUntil([&] { return stopped != 0; }));
+    EXPECT_EQ(manager->StartServiceByIndex(kPc), 0);
+    EXPECT_TRUE(WaitUntil([&] { return alive != 0; }));
     stop = true;
     first.join();
     second.join();
+    const Texts lines = Lines();
+    EXPECT_EQ(std::count(lines.begin(), lines.end(), Info("service has stopped", kAlive)), stopped);
 }
 
 // StartDokanService
