@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <thread>
 
 #include "wire/catalog.h"
@@ -60,8 +61,24 @@ TEST(JudgeInbox, HoldsACallUntilTheMannerChanges) {
 
 TEST(JudgeInbox, WaitsForQuiet) {
     Inbox inbox(kNone);
-    inbox.WaitForQuiet(milliseconds(1), milliseconds(1000));
+    constexpr milliseconds kLong(20000);
+    const auto begin = steady_clock::now();
+    inbox.WaitForQuiet(milliseconds(30), kLong);
+    EXPECT_GE(steady_clock::now() - begin, milliseconds(30));
+    EXPECT_LT(steady_clock::now() - begin, kLong);
     EXPECT_FALSE(inbox.WaitForMoreThan(0, milliseconds(1)));
+    std::atomic<bool> over{false};
+    std::thread restless([&] {
+        while (!over) {
+            inbox.Take(10, {});
+            std::this_thread::sleep_for(milliseconds(1));
+        }
+    });
+    const auto again = steady_clock::now();
+    inbox.WaitForQuiet(kLong, milliseconds(100));
+    EXPECT_GE(steady_clock::now() - again, milliseconds(100)) << "it was not quiet before";
+    over = true;
+    restless.join();
 }
 
 TEST(JudgeInbox, InterruptionEndsItsWaits) {

@@ -25,8 +25,12 @@ std::vector<Record> Judged(const std::vector<std::string>& misbehaviour,
     const PlenxSupport::Interruption none;
     PipedProgram program(command, none);
     Trial trial(program, std::chrono::seconds(0), none);
-    return RunChecks(Selected(only), trial, {},
-                     {[](const Check&, std::size_t) {}, [](const Record&) {}});
+    const std::vector<const Check*> selected = Selected(only);
+    std::vector<Record> records =
+        RunChecks(selected, trial, {}, {[](const Check&, std::size_t) {}, [](const Record&) {}});
+    EXPECT_EQ(records.size(), selected.size());
+    EXPECT_FALSE(records.empty());
+    return records;
 }
 
 std::vector<std::string> FailuresOf(const std::vector<Record>& records) {

@@ -133,6 +133,7 @@ TEST_F(Page, LinesOfAllLogsStandInTheOrderOfTime) {
     const std::string page = Read("lib.html");
     EXPECT_LT(page.find("pc: CreateGroup\""), page.find("pc: CreateGroup(0) received\""));
     EXPECT_LT(page.find("pc: CreateGroup(0) received\""), page.find("pc: stops\""));
+    EXPECT_TRUE(Contains(page, "pc: stops\""));
 }
 
 TEST_F(Page, ALargeLogMakesASmallPage) {

@@ -90,8 +90,10 @@ TEST(Table, EachRowsFunctionAndTextAreInTheLibrarysSources) {
             << row->function;
         std::string start(row->text.substr(0, row->text.find('{')));
         start.erase(start.find_last_not_of("0123456789") + 1);  // a row for one code
-        EXPECT_TRUE(start.empty() || sources.find("\"[PLENXSDK] " + start) != std::string::npos)
-            << start;
+        // A row without a start has nothing to look for if it takes every text.
+        EXPECT_TRUE(start.empty() ? row->text == "{text}"
+                                  : sources.find("\"[PLENXSDK] " + start) != std::string::npos)
+            << row->text;
     }
 }
 
