@@ -149,6 +149,7 @@ HOST_TEST(FolderNames, OfGreatLength_WorkOrLeaveNoServices) {
     const std::wstring name(245 - folder.DataPath().wstring().size(), L'l');
     UseFolders(L"app", name);
     const bool installed = IsRegistered(L"PlenxPcSvc");
+    EXPECT_TRUE(Shows(Habits::kFoldersInADataFolderOf245, installed ? "there" : "none"));
     EXPECT_EQ(Start(kPcService), installed);
     EXPECT_EQ(fs::exists(dataFolder / "plenx" / "pc" / "service.log"), installed);
     EXPECT_TRUE(Start(kOfficeService));
@@ -216,14 +217,18 @@ HOST_TEST(WorkingFolder, LinkInIt_IsNeverFollowed) {
 
 class CategoryIcons : public Host {};
 
+/// Returns the desktop.ini of a category whose folder has this path.
+std::string DesktopIniOf(const std::string& path, const std::string& category) {
+    return "[.ShellClassInfo]\r\nIconResource=" + path + "\\" + category +
+           ".ico,0\r\nInfoTip=Categories\r\n[ViewState]\r\nMode=\r\nVid=\r\n"
+           "FolderType=Generic\r\n";
+}
+
 HOST_TEST(CategoryIcons, EachCategory_GetsItsDesktopIni) {
     Init();
     for (const std::string category : {"archive", "file", "audio", "picture", "video"}) {
         const std::string path = folder.Install() + "\\res\\plenx\\icon\\" + category;
-        EXPECT_EQ(ReadFile(path + "\\desktop.ini"),
-                  "[.ShellClassInfo]\r\nIconResource=" + path + "\\" + category +
-                      ".ico,0\r\nInfoTip=Categories\r\n[ViewState]\r\nMode=\r\nVid=\r\n"
-                      "FolderType=Generic\r\n");
+        EXPECT_EQ(ReadFile(path + "\\desktop.ini"), DesktopIniOf(path, category));
     }
 }
 
@@ -237,7 +242,7 @@ HOST_TEST(CategoryIcons, CategoryThatIsMissing_IsLoggedAndTheOthersAreWritten) {
                                   "open file" + icons + "audio\\desktop.ini error")));
     EXPECT_FALSE(fs::exists(icons + "audio"));
     EXPECT_TRUE(fs::exists(icons + "picture\\desktop.ini"));
-    EXPECT_LT(fs::file_size(icons + "video\\desktop.ini"), 1000u)
+    EXPECT_EQ(ReadFile(icons + "video\\desktop.ini"), DesktopIniOf(icons + "video", "video"))
         << "the old file must be replaced";
 }
 

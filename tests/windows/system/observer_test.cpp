@@ -126,9 +126,10 @@ HOST_TEST(Observers, CodeThatIsReturned_IsLoggedAndStopsNothing) {
     };
     for (const auto& [function, text] : codes) {
         const std::string name = std::string("PLENXManager::") + function;
-        EXPECT_TRUE(WaitFor([&, &name = name] { return LinesOf(name).size() == 4; })) << name;
+        ASSERT_TRUE(WaitFor([&, &name = name] { return LinesOf(name).size() == 4; })) << name;
         EXPECT_EQ(LinesOf(name)[2], Error(name, text));
     }
+    ASSERT_GT(LinesOf("PLENXManager::NotifyStatus").size(), 2u);
     EXPECT_EQ(LinesOf("PLENXManager::NotifyStatus")[2],
               Error("PLENXManager::NotifyStatus", "plenx manager notify status error -5"));
 }
@@ -217,13 +218,16 @@ HOST_TEST(Observers, ObserversThatComeAndGoAllTheTime_MakeNoOtherObserverMissACa
     ASSERT_TRUE(Start(kPcService));
     Control("[[on]]\nrepeat = 50\n");
     std::atomic<bool> over{false};
+    std::atomic<int> gone{0};
     std::thread changing([&] {
         while (!over) {
             RecordingObserver shortLived;
             manager.RegisterPLENXServiceObserver(&shortLived);
             manager.UnregisterPLENXServiceObserver(&shortLived);
+            ++gone;
         }
     });
+    EXPECT_TRUE(WaitFor([&] { return gone != 0; }));
     manager.RecvRemoteMessage(DistributedFs::PLENXMessageType{1}, 2, "hi");
     EXPECT_TRUE(observer.WaitFor("SendLocalMessage(1, 2, hi)", 50, 30000));
     over = true;
