@@ -134,7 +134,7 @@ TEST_F(LogHelperTest, FullFileIsRotated) {
     Set(L"PLENX_LOG_FILES", L"3");
     RunHost("threads");
     std::vector<LogLine> lines = ReadLogLines(file_);
-    EXPECT_FALSE(lines.empty());
+    ASSERT_FALSE(lines.empty());
     ExpectLateLine(lines.back());
     for (int number : {1, 2}) {
         EXPECT_GT(ReadLogLines(Rotated(number)).size(), 1000U) << number;

@@ -194,8 +194,8 @@ int ExitWhileOthersCall(const std::string& install, const std::string& data) {
             }
         }).detach();
     }
-    WaitFor([&] { return rounds >= 10; }, 10000);
-    ExitProcess(24);
+    // The threads use what this function owns, so it must not return.
+    ExitProcess(WaitFor([&] { return rounds >= 10; }, 10000) ? 24 : kNotReached);
 }
 
 constexpr HostMode kModes[] = {

@@ -23,9 +23,11 @@ TEST_F(Endings, HostWithIdleWorker_ExitsUninstallsAndReleasesTheCompanion) {
 }
 
 TEST_F(Endings, HostThatReturnsWhileInitRuns_Exits) {
-    // Init may be at any place. The next run takes over what it has made by then.
+    // Init may be at any place. The next run takes over what it has made by then, whether that one
+    // returns at once too or ends in order and leaves nothing.
     RunOften("return-at-once", Left::kWhatInitHadMade);
-    RunOften("idle");
+    RunOften("return-at-once", Left::kWhatInitHadMade,
+             [this] { RunOften("idle", Left::kNothing, [] {}, 1); });
 }
 
 // The worker may have died inside the companion library, so the library leaves the companion alone.
