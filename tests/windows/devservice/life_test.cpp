@@ -59,14 +59,15 @@ TEST(Life, DataFolderThatIsMissing_IsMadeAndHoldsTheLog) {
     EXPECT_TRUE(service.LogComesToSay(" pc runs\n"));
 }
 
+// A service that is registered anew cannot show the code of the run before.
 TEST(Life, ArgumentsThatAreWrong_EndInStoppedWithError87) {
-    ServiceUnderTest service(1);
     for (const std::vector<std::wstring>& arguments : {std::vector<std::wstring>{},
                                                        {L"C:\\a", L"C:\\b"},
                                                        {L"C:\\a", L"C:\\b", L"3"},
                                                        {L"C:\\a", L"C:\\b", L"12"},
                                                        {L"", L"C:\\b", L"1"}}) {
-        service.Start(arguments);
+        ServiceUnderTest service(1);
+        EXPECT_TRUE(Shows(Habits::kStartOfAServiceThatIsGoneAtOnce, service.Start(arguments)));
         ASSERT_TRUE(service.Reaches(SERVICE_STOPPED, 5000));
         EXPECT_EQ(service.Status().dwWin32ExitCode, ERROR_INVALID_PARAMETER);
     }
@@ -78,7 +79,7 @@ TEST(Life, SlowStart_ReportsAHintOfSecondsAndRisingCheckpoints) {
     const auto reports = service.Watch(SERVICE_RUNNING, 5000);
     ASSERT_EQ(reports.back().dwCurrentState, SERVICE_RUNNING);
     const auto pending = OfState(reports, SERVICE_START_PENDING);
-    EXPECT_GE(pending.size(), 4u);
+    ASSERT_GE(pending.size(), 4u);
     EXPECT_EQ(pending.back().dwWaitHint, 3000u);
     ExpectRising(pending);
     EXPECT_EQ(reports.back().dwCheckPoint, 0u);
@@ -154,7 +155,7 @@ TEST(Life, SlowStop_ReportsProgress) {
     const auto reports = service.Watch(SERVICE_STOPPED, 5000);
     ASSERT_EQ(reports.back().dwCurrentState, SERVICE_STOPPED);
     const auto pending = OfState(reports, SERVICE_STOP_PENDING);
-    EXPECT_GE(pending.size(), 4u);
+    ASSERT_GE(pending.size(), 4u);
     EXPECT_EQ(pending.back().dwWaitHint, 2000u);
     ExpectRising(pending);
 }
