@@ -10,6 +10,7 @@
 #include "kit/host/diagnosis.h"
 #include "kit/kit_process.h"
 #include "support/child_process.h"
+#include "support/handle.h"
 #include "support/install_folder.h"
 #include "support/service_state.h"
 #include "support/wait.h"
@@ -36,6 +37,8 @@ protected:
 
     InstallFolder folder_{L"PlenxDoctor"};
 };
+
+constexpr wchar_t kHasLooked[] = L"plenx-test-has-looked";
 
 // Returns the last lines of the doctor's text.
 std::string Ending(int problemsOfTheTest, const std::string& notes) {
@@ -118,7 +121,9 @@ TEST_F(Doctor, RunningHostAndService_AreSeenAndNotDisturbed) {
 // The server of an endpoint that is a pipe can go deaf when a client looks at the pipe at the wrong
 // moment. The doctor must not be such a client.
 TEST_F(Doctor, LookingAgainAndAgain_DisturbsNoHostThatBegins) {
-    ChildProcess looker(ChildProcess::Self(L"--look"));
+    const PlenxSupport::Handle hasLooked = PlenxSupport::MakeEvent(kHasLooked);
+    ChildProcess looker(ChildProcess::Self(std::wstring(L"--look ") + kHasLooked));
+    ASSERT_EQ(WaitForSingleObject(hasLooked.Get(), 10000), WAIT_OBJECT_0);
     KitProcess host("host " + ArgumentsOf(folder_));
     host.Send("init");
     host.Send("start pc home argument");
