@@ -41,18 +41,22 @@ bool InitAndWait(const plenx::Library& sdk, const std::string& install, const st
     return WaitFor([&] { return sdk.get_int64(PLENX_PC, PLENX_KEY_NOT_RUNNING).or_throw() == 1; });
 }
 
-// These threads wait for ever. Nothing destroys them: the process ends around them.
+// These threads wait for ever. Nothing destroys them: the process ends around them. Nothing outside
+// shows when a thread that is about to wait has begun to.
 bool LetReadersWait(const plenx::Library& sdk) {
-    static std::atomic<int> waiting{0};
+    constexpr DWORD kUntilTheyWait = 50;
+    static std::atomic<int> aboutToWait{0};
     auto* const queue = new plenx::Queue(sdk.open_queue(100).or_throw());
     for (int i = 0; i != kReaders; ++i) {
         std::thread([queue] {
-            ++waiting;
+            ++aboutToWait;
             while (queue->next(UINT32_MAX).or_throw()) {
             }
         }).detach();
     }
-    return WaitFor([] { return waiting == kReaders; });
+    const bool allAreAboutTo = WaitFor([] { return aboutToWait == kReaders; });
+    Sleep(kUntilTheyWait);
+    return allAreAboutTo;
 }
 
 bool LetAFunctionStay(const plenx::Library& sdk) {

@@ -49,8 +49,8 @@ protected:
 
     static int Times() { return Repetitions() > 50 ? 20 : 3; }  // 20 in ./plenx stress
 
-    void RunHosts(const std::string& mode, Left left = Left::kNothing) {
-        RunOften(mode, left, [] {}, Times());
+    void RunHosts(const std::string& mode) {
+        RunOften(mode, Left::kNothing, [] {}, Times());
     }
 
     void RunLateCallers(const std::string& mode) {
@@ -83,11 +83,11 @@ TEST_F(CInterfaceEndings, CallsOfADllAfterTheInterfaceWasDetached_ReturnAtOnce) 
 }
 
 TEST_F(CInterfaceEndings, HostThatFreesItUnused_IsRidOfBothDlls) {
-    RunHosts("free-unused", Left::kWhatInitHadMade);
+    RunHosts("free-unused");
 }
 
 TEST_F(CInterfaceEndings, HostThatFreesItAfterAQueueWasOpened_KeepsBothDlls) {
-    RunHosts("free-in-use", Left::kWhatInitHadMade);
+    RunHosts("free-in-use");
 }
 
 }  // namespace

@@ -5,11 +5,13 @@
 
 #include <windows.h>
 
+#include <atomic>
 #include <string>
 #include <thread>
 #include <vector>
 
 #include "c_interface/loaded_interface.h"
+#include "support/wait.h"
 
 namespace PlenxTest {
 namespace {
@@ -42,11 +44,12 @@ TEST(WaitHandle, OfACancelledQueue_IsSetForGood) {
 
 TEST(WaitHandle, OfAClosedQueue_IsClosedWithIt) {
     void* handle = nullptr;
+    DWORD flags = 0;
     {
         plenx::Queue queue = LoadInterface().open_queue(10).or_throw();
         handle = queue.wait_handle();
+        ASSERT_TRUE(GetHandleInformation(handle, &flags));
     }
-    DWORD flags = 0;
     EXPECT_FALSE(GetHandleInformation(handle, &flags));
 }
 
@@ -62,14 +65,17 @@ TEST(QueueWait, TakesItsTimeAndNotMuchMore) {
 TEST(QueueWait, OfTenThreads_EndsWithTheQueue) {
     auto* const queue = new plenx::Queue(LoadInterface().open_queue(10).or_throw());
     plenx_queue* const handle = queue->handle();
+    std::atomic<int> begun{0};
     std::vector<std::thread> readers;
     for (int i = 0; i != 10; ++i) {
-        readers.emplace_back([handle] {
+        readers.emplace_back([handle, &begun] {
             const plenx_event* event = nullptr;
+            ++begun;
             EXPECT_EQ(Sdk().queue_next(handle, UINT32_MAX, &event), PLENX_E_HANDLE);
         });
     }
-    Sleep(50);  // most threads wait by now; the others find the queue closed
+    EXPECT_TRUE(WaitFor([&] { return begun == 10; }));
+    Sleep(50);  // nothing shows that a thread waits; one that does not yet finds the queue closed
     delete queue;
     for (std::thread& reader : readers) {
         reader.join();
