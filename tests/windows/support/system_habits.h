@@ -110,9 +110,8 @@ inline constexpr Habit kFaultInACall{"what a fault of the caller's own code in a
 inline constexpr Habit kFolderWithoutAName{"errno of _wrmdir with an empty path", "2", "22", "22",
                                            PLENX_LEARN
                                            "cpp/c-runtime-library/reference/rmdir-wrmdir"};
-// Nobody has measured Wine 10.
 inline constexpr Habit kFoldersInADataFolderOf245{
-    "folders in a data folder of 245 characters", "none", "there", kOpen,
+    "folders in a data folder of 245 characters", "none", "there", "there",
     PLENX_LEARN "windows/win32/fileio/maximum-file-path-limitation"};
 inline constexpr Habit kLinkInAFolderThatIsRemoved{
     "link to a folder, once the folder that it is in was removed", "gone", "there", "there",
