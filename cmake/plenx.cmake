@@ -39,6 +39,11 @@ if(WIN32)
   endforeach()
   include(reproducible)
   include(hardening)
+  # Wine maps a section that begins at a page of its file, and reads every other one when the program
+  # starts, the debug information too. So plenxkit starts in 12 ms instead of 80.
+  if(MINGW)
+    add_link_options(-Wl,--file-alignment,4096)
+  endif()
   target_link_libraries(plenx_warnings INTERFACE plenx_hardening)
 endif()
 
