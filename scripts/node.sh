@@ -54,7 +54,8 @@ test_node() {
 # Needs what prepare_node makes, as the next function does.
 test_node_natively() {
     step "check the types of the binding for Node" \
-        node "$node_dir/node_modules/typescript/bin/tsc" -p tests/bindings/node
+        node "$node_dir/node_modules/typescript/bin/tsc" -p tests/bindings/node --incremental \
+        --tsBuildInfoFile "$node_dir/types.tsbuildinfo"
     build_c_interface_for_linux
     PLENX_C_LINUX=$c_interface_for_linux run_node_tests native \
         "the binding for Node, natively" --test "$root"/tests/bindings/node/native/*.test.js
