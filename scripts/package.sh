@@ -239,9 +239,11 @@ compare_builds() {
 }
 
 # Builds and runs a host from the unpacked package alone. 'package --twice' shows that a second
-# packing and a second build give the same bytes.
+# packing and a second build give the same bytes. The hosts lie in the same place in each run, so that
+# ccache knows them again.
 test_package() {
     local prefix status=0 log=$log_dir/package-tests.txt sign= password= timestamp=
+    local place=${TMPDIR:-/tmp}/plenx-package-tests${root//\//-}
     need_packages "${package_packages[@]}"
     fetch_node_modules
     compile_windows product
@@ -257,9 +259,9 @@ test_package() {
         PLENX_BINDINGS=$bindings_dir PLENX_WINDOWS_DOTNET=$windows_dotnet_dir \
         PLENX_NODE_MODULES=$node_dir/node_modules \
         PLENX_TEST_CERTIFICATE=$package_dir/test-certificate.pem \
-        PYTHONDONTWRITEBYTECODE=1 timeout 900 pytest-3 -q -p no:cacheprovider "$root/tests/package" \
-        -o python_files='*_test.py' --junitxml="$results_dir/package.xml" >"$log" 2>&1 </dev/null ||
-        status=$?
+        PYTHONDONTWRITEBYTECODE=1 timeout 900 pytest-3 -q -p no:cacheprovider --basetemp="$place" \
+        "$root/tests/package" -o python_files='*_test.py' --junitxml="$results_dir/package.xml" \
+        >"$log" 2>&1 </dev/null || status=$?
     drop_prefix "$prefix"
     report package "tests of the package" $status "$log"
 }
