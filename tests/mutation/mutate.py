@@ -44,7 +44,7 @@ FIRST = {
     "rpc_client": "rpc_client_test",
     "rpc_server": "rpc_server_test",
     "notification_handlers": "rpc_server_test",
-    "explorer_handlers": "rpc_server_test",
+    "explorer_handlers": "explorer_test",
 }
 MOST_RECENT = 20  # tests that caught others of the same file, tried before all
 

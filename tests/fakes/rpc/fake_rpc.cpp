@@ -47,6 +47,7 @@ void FakeRpc::Reset() {
     service_ = nullptr;
     failures_.clear();
     allocationFails_ = false;
+    allocations_ = 0;
     calls_.clear();
     serviceCalls_.clear();
 }

@@ -77,7 +77,7 @@ public:
     std::size_t LiveStrings() const;
     std::size_t LiveBindings() const;
     std::size_t LiveBlocks() const;   // from MIDL_user_allocate
-    std::size_t Allocations() const;  // counts all that were ever made
+    std::size_t Allocations() const;  // counts all since Reset
     std::size_t MostCallsAtOnce() const;
 
     // For the fake functions.
