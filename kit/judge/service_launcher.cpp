@@ -20,6 +20,7 @@ using std::chrono::steady_clock;
 
 constexpr const wchar_t* kNames[] = {L"PlenxOfficeSvc", L"PlenxPcSvc", L"PlenxPhoneSvc"};
 constexpr const char* kEndpoints[] = {"PLENXOfficeService", "PLENXPCService", "PLENXPhoneService"};
+constexpr int kMostStarts = 3;
 constexpr DWORD kStopPatience = 2000;  // the library's, while there is no larger checkpoint
 constexpr DWORD kBetweenLooks = 5;
 constexpr DWORD kEndOfProcess = 5000;
@@ -139,18 +140,19 @@ public:
 
     Watched Start(const StartArguments& arguments) override {
         EndTheProcess();
-        const std::wstring role = std::to_wstring(arguments.role);
-        const std::wstring install = program_.parent_path().wstring();
-        const wchar_t* const own[] = {install.c_str(), folders_.data.c_str(), role.c_str()};
-        const auto begin = steady_clock::now();
         Watched watched;
         if (interruption_.IsRaised()) {
             watched.error = ERROR_CANCELLED;
             return watched;
         }
-        if (!StartServiceW(service_.Get(), arguments.given ? 3 : 0,
-                           arguments.given ? const_cast<const wchar_t**>(own) : nullptr)) {
-            watched.error = GetLastError();
+        steady_clock::time_point begin;
+        int starts = 0;
+        // Under Wine, one new process in some thousands disappears before it has begun.
+        do {
+            begin = steady_clock::now();
+            watched.error = AskForStart(arguments);
+        } while (watched.error == ERROR_INTERNAL_ERROR && ++starts < kMostStarts);
+        if (watched.error != 0) {
             return watched;
         }
         const SERVICE_STATUS_PROCESS first = Status();
@@ -216,6 +218,18 @@ private:
             Sleep(kBetweenLooks);
         }
         return true;
+    }
+
+    // Asks the service manager to start the service.
+    // @return the error, or 0.
+    DWORD AskForStart(const StartArguments& arguments) const {
+        const std::wstring role = std::to_wstring(arguments.role);
+        const std::wstring install = program_.parent_path().wstring();
+        const wchar_t* own[] = {install.c_str(), folders_.data.c_str(), role.c_str()};
+        return StartServiceW(service_.Get(), arguments.given ? 3 : 0,
+                             arguments.given ? own : nullptr)
+                   ? 0
+                   : GetLastError();
     }
 
     std::string Name() const { return PlenxSupport::ToUtf8(kNames[role_]); }
