@@ -152,12 +152,15 @@ private:
     DWORD bytesNeeded_ = 0;
 };
 
+// Opens nothing for the id 0.
+ProcessHandle OpenToIdentify(DWORD processId) {
+    return ProcessHandle(processId != 0
+                             ? OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION, FALSE, processId)
+                             : nullptr);
+}
+
 // Returns 0 when the system does not give the time of creation.
-std::uint64_t ProcessBirth(DWORD processId) {
-    if (processId == 0) {
-        return 0;
-    }
-    const ProcessHandle process(OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION, FALSE, processId));
+std::uint64_t ProcessBirth(const ProcessHandle& process) {
     FILETIME birth{};
     FILETIME exit{};
     FILETIME kernel{};
@@ -176,7 +179,7 @@ const ServiceRecord* ServiceManager::FindRow(std::int32_t row) const noexcept {
 
 void ServiceManager::RememberProcess(std::int32_t row, DWORD processId) {
     processIds[row] = processId;
-    processBirths[row] = ProcessBirth(processId);
+    processBirths[row] = ProcessBirth(OpenToIdentify(processId));
 }
 
 // The last known process of the service may still exist. Its id may also belong to an unrelated
@@ -185,7 +188,9 @@ void ServiceManager::RememberProcess(std::int32_t row, DWORD processId) {
 void ServiceManager::EndLingeringProcess(std::int32_t row) const {
     const std::uint32_t processId = processIds[row];
     const std::uint64_t birth = processBirths[row];
-    const std::uint64_t birthNow = birth != 0 ? ProcessBirth(processId) : 0;
+    // Windows gives nobody the id of a process that is still open.
+    const ProcessHandle process = OpenToIdentify(birth != 0 ? processId : 0);
+    const std::uint64_t birthNow = ProcessBirth(process);
     const bool isAnother = birthNow != 0 && birthNow != birth;
     if (birth == 0 || isAnother) {
         LogError("DistributedFs::KillServiceProcess", "[PLENXSDK] kill service process ",

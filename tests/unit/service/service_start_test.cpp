@@ -176,6 +176,50 @@ TEST_F(LingeringProcessTest, ProcessSeenByARunningService_IsRememberedToo) {
                     Info("start service successful", kStart)));
 }
 
+class SeenInStateTest : public LingeringProcessTest, public testing::WithParamInterface<DWORD> {};
+
+TEST_P(SeenInStateTest, ProcessIsRemembered) {
+    scm.RunScript(kPcName, {{0, GetParam(), 0, 0, processes.Start(4242)}});
+    StartPc();  // finds it running
+    PcIs(SERVICE_STOPPED);
+    EXPECT_EQ(manager->StartServiceByIndex(kPc), 0);
+    EXPECT_THAT(processes.Terminated(), ElementsAre(4242U));
+}
+
+INSTANTIATE_TEST_SUITE_P(, SeenInStateTest,
+                         testing::Values(SERVICE_START_PENDING, SERVICE_CONTINUE_PENDING,
+                                         SERVICE_PAUSE_PENDING, SERVICE_PAUSED));
+
+TEST_F(LingeringProcessTest, StopOfAServiceNeverSeenAtAStart_RemembersNoProcess) {
+    PcIs(SERVICE_RUNNING);
+    EXPECT_EQ(manager->StopServiceByIndex(kPc), 0);
+    LookFromHere();
+    EXPECT_EQ(manager->StartServiceByIndex(kPc), 0);
+    EXPECT_EQ(Lines()[0], Kill(0));
+}
+
+// Windows grants the right to more than this only to few for a process of the system.
+TEST_F(LingeringProcessTest, IdentifyingAProcess_AsksForNoOtherRight) {
+    scm.ScriptStart(kPcName, {{0, SERVICE_RUNNING, 0, 0, processes.Start(4242)}});
+    EXPECT_EQ(manager->StartServiceByIndex(kPc), 0);
+    EXPECT_THAT(platform.CallsOf({"OpenProcess"}), ElementsAre("OpenProcess(0x1000, 0, 4242)"));
+}
+
+// Windows gives nobody the id of a process that is still open.
+TEST_F(LingeringProcessTest, IdentifiedProcess_StaysOpenUntilItIsEnded) {
+    scm.ScriptStart(kPcName, {{0, SERVICE_RUNNING, 0, 0, processes.Start(4242)}});
+    StartPc();
+    PcIs(SERVICE_STOPPED);
+    LookFromHere();
+    platform.Faults().FailCall("StartServiceW", 1, ERROR_ACCESS_DENIED);
+    EXPECT_EQ(manager->StartServiceByIndex(kPc), 5);
+    EXPECT_THAT(
+        platform.CallsOf({"OpenProcess", "GetProcessTimes", "TerminateProcess", "CloseHandle"}),
+        ElementsAre("OpenProcess(0x1000, 0, 4242)", "GetProcessTimes(4242)",
+                    "OpenProcess(0x1FFFFF, 0, 4242)", "TerminateProcess(4242, 0)",
+                    "CloseHandle(process 4242)", "CloseHandle(process 4242)"));
+}
+
 TEST_F(LingeringProcessTest, StoppingAService_DoesNotForgetItsProcess) {
     const DWORD id = StartPc();
     EXPECT_EQ(manager->StopServiceByIndex(kPc), 0);
