@@ -158,6 +158,28 @@ TEST_F(StopServiceTest, StopUnderWayThatHangs_Returns6AfterItsHint) {
     EXPECT_THAT(processes.Terminated(), IsEmpty());
 }
 
+TEST_F(StopServiceTest, StopUnderWayThatIsGivenUp_IsAskedForAgain) {
+    scm.RunScript(kPcName, {{0, SERVICE_STOP_PENDING, 0, 2000}, {100, SERVICE_RUNNING}});
+    EXPECT_EQ(manager->StopServiceByIndex(kPc), 0);
+    EXPECT_THAT(Lines(), ElementsAre(Info("stop service successful", kStop)));
+    EXPECT_THAT(platform.CallsOf({"ControlService"}), ElementsAre("ControlService(PlenxPcSvc, 1)"));
+    EXPECT_THAT(processes.Terminated(), IsEmpty());
+}
+
+class StopFromOtherStateTest : public StopServiceTest, public testing::WithParamInterface<DWORD> {};
+
+TEST_P(StopFromOtherStateTest, GetsTheControlWithoutAWaitBeforeIt) {
+    PcIs(GetParam());
+    LookFromHere();
+    EXPECT_EQ(manager->StopServiceByIndex(kPc), 0);
+    EXPECT_THAT(Lines(), ElementsAre(Info("stop service successful", kStop)));
+    EXPECT_THAT(platform.CallsOf({"ControlService", "Sleep"})[0], "ControlService(PlenxPcSvc, 1)");
+}
+
+INSTANTIATE_TEST_SUITE_P(, StopFromOtherStateTest,
+                         testing::Values(SERVICE_PAUSED, SERVICE_PAUSE_PENDING,
+                                         SERVICE_CONTINUE_PENDING));
+
 TEST_F(StopServiceTest, RefusedStop_Returns6) {
     StartPc();
     scm.RefuseStop(kPcName, ERROR_DEPENDENT_SERVICES_RUNNING);

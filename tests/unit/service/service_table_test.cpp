@@ -277,6 +277,34 @@ TEST_F(ServiceTableTest, UninstallOfAServiceThatRefusesToStop_GoesOnWithTheNext)
     EXPECT_THAT(scm.Names(), ElementsAre(L"Dokan1", L"PlenxPcSvc"));
 }
 
+TEST_F(ServiceTableTest, UninstallAfterAForcedStop_DeletesAServiceThatIsSeenStopped) {
+    const auto manager = MakeManager();
+    manager->StartPlenxService(kPc);
+    scm.ScriptStop(L"PlenxPcSvc", {});
+    manager->UninstallService();
+    EXPECT_THAT(scm.Names(), ElementsAre(L"Dokan1"));
+}
+
+TEST_F(ServiceTableTest, UninstallAfterAForcedStop_KeepsAServiceThatStillSeemsToRun) {
+    const auto manager = MakeManager();
+    manager->StartPlenxService(kPc);
+    const DWORD id = scm.Find(L"PlenxPcSvc")->status.dwProcessId;
+    scm.ScriptStop(L"PlenxPcSvc", {});
+    scm.NoticeDeadProcesses(false);
+    LookFromHere();
+    manager->UninstallService();
+    EXPECT_THAT(
+        Lines(),
+        ElementsAre(Info("force stop service", kStop),
+                    Error("kill service process " + std::to_string(id), "KillServiceProcess"),
+                    Info("stop service successful", kStop),
+                    Error("service PlenxPcSvc is not stopped", kDelete),
+                    Error("delete service PlenxPcSvc error 7", kUninstallService),
+                    Info("service has stopped", kStop), Info("delete service successful", kDelete),
+                    Info("uninstall service PlenxPhoneSvc success", kUninstallService)));
+    EXPECT_THAT(scm.Names(), ElementsAre(L"Dokan1", L"PlenxPcSvc"));
+}
+
 TEST_F(ServiceTableTest, UninstallOfServicesThatAreGone_CountsAsSuccess) {
     const auto manager = MakeManager();
     manager->UninstallService();

@@ -118,6 +118,14 @@ TEST_F(WaitServiceStatusTest, Progress_RestartsTheClock) {
     EXPECT_EQ(waited, 5710U);
 }
 
+TEST_F(WaitServiceStatusTest, Progress_IsFollowedByASleepToo) {
+    ServiceFollows({{0, SERVICE_STOP_PENDING, 1}, {10, SERVICE_STOPPED}});
+    status = Status(SERVICE_STOP_PENDING, 0, 2000);
+    Wait(SERVICE_STOPPED, true);
+    EXPECT_THAT(Queries(), SizeIs(2));
+    EXPECT_THAT(Sleeps(), AllOf(SizeIs(2), Each("Sleep(10)")));
+}
+
 TEST_F(WaitServiceStatusTest, NoProgressAfterProgress_EndsTheWaitOneHintLater) {
     ServiceFollows({{0, SERVICE_STOP_PENDING, 0}, {1000, SERVICE_STOP_PENDING, 1}});
     status = Status(SERVICE_STOP_PENDING, 0, 2000);
