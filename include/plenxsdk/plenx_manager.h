@@ -286,10 +286,11 @@ public:
     /// still succeed.
     ///
     /// The log reports most failures, but not these: a folder that is not valid UTF-8, an empty
-    /// data folder, and a NUL in a folder. With a NUL in the install folder, the driver upgrade
-    /// ends with code 24. With a NUL in the data folder, the choice of a working folder ends with
-    /// code 31. In both cases there is no service side, and no line says why. A NUL in the install
-    /// folder also keeps the icon files from being opened; five lines do report that.
+    /// data folder, a NUL in a folder, an icon file that is opened but cannot be written (as on a
+    /// full disk), and a lack of memory or of threads. With a NUL in the install folder, the driver
+    /// upgrade ends with code 24. With a NUL in the data folder, the choice of a working folder
+    /// ends with code 31. In both cases there is no service side, and no line says why. A NUL in
+    /// the install folder also keeps the icon files from being opened; five lines do report that.
     ///
     /// A host cannot correct a bad folder by calling Init again. The companion object keeps the
     /// folders of the first Init until the process ends. The service side keeps those of the first

@@ -1,8 +1,8 @@
 // An RpcMessageReader takes one RPC message apart (rpc_message_writer.h shows the layout). The
 // bytes come from another process, so it never trusts them.
 //
-// Read the arguments in index order. Every failure logs one line and returns kMessageCheckFailed;
-// nothing has changed then. Only one thread may use an object.
+// Read the arguments in index order. Every read that fails logs one line and returns
+// kMessageCheckFailed; nothing has changed then. Only one thread may use an object.
 
 #ifndef PLENXSDK_RPC_RPC_MESSAGE_READER_H
 #define PLENXSDK_RPC_RPC_MESSAGE_READER_H
@@ -18,7 +18,8 @@ namespace DistributedFs {
 
 class RpcMessageReader {
 public:
-    /// Copies size bytes of the buffer. Every read fails if they do not contain a message.
+    /// Copies size bytes of the buffer. Every read fails if they do not contain a message, which is
+    /// logged here, or if there is no memory for the copy, which is not.
     RpcMessageReader(const std::uint8_t* buffer, std::int32_t size);
     RpcMessageReader(const RpcMessageReader&) = delete;
     RpcMessageReader& operator=(const RpcMessageReader&) = delete;

@@ -5,8 +5,8 @@
 //     8 + 12 * i   uint32  type tag, uint32 offset, uint32 size of argument i
 //     8 + 12 * n           the arguments' bytes, one after the other
 //
-// Write the arguments in index order. Every failure logs one line and returns kMessageCheckFailed;
-// nothing has changed then. Only one thread may use an object.
+// Write the arguments in index order. Every write that fails logs one line and returns
+// kMessageCheckFailed; nothing has changed then. Only one thread may use an object.
 
 #ifndef PLENXSDK_RPC_RPC_MESSAGE_WRITER_H
 #define PLENXSDK_RPC_RPC_MESSAGE_WRITER_H
@@ -23,7 +23,8 @@ namespace DistributedFs {
 class RpcMessageWriter {
 public:
     /// size is that of the whole message in bytes, and args is the number of arguments. Every write
-    /// fails if there is not room for at least one byte of data.
+    /// fails if there is not room for at least one byte of data, which is logged here, or if there
+    /// is no memory for the message, which is not.
     RpcMessageWriter(std::int32_t size, std::int32_t args);
     RpcMessageWriter(const RpcMessageWriter&) = delete;
     RpcMessageWriter& operator=(const RpcMessageWriter&) = delete;
