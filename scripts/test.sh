@@ -331,7 +331,7 @@ one_windows() {
     local folder program windows_filter="*$1*"
     [[ $1 != *_test ]] || windows_filter='*'
     for folder in $(folders_with "$2" tests/windows tests/both_worlds); do
-        for program in $(sed -nE 's/^ *plenx_windows_test\((\w+).*/\1/p' "$folder/CMakeLists.txt"); do
+        for program in $(sed -nE 's/^ *plenx_(windows|judge)_test\((\w+).*/\2/p' "$folder/CMakeLists.txt"); do
             if [[ $1 != *_test || $1 = "$program" ]]; then
                 compile_windows "$program"
                 run_windows "$program"
