@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstddef>
+#include <cwctype>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -31,6 +32,15 @@ bool IsSeparator(wchar_t character) {
     return character == L'\\' || character == L'/';
 }
 
+// In "\\?\UNC\server\share" or "\\.\UNC\server\share", returns where the server begins, else 2.
+std::size_t ServerBegins(const std::wstring& path) {
+    std::wstring prefix = path.substr(0, 8);
+    for (wchar_t& character : prefix) {
+        character = IsSeparator(character) ? L'\\' : static_cast<wchar_t>(std::towupper(character));
+    }
+    return prefix == L"\\\\?\\UNC\\" || prefix == L"\\\\.\\UNC\\" ? prefix.size() : 2;
+}
+
 // A root is "C:", "C:\" or "\\server\share". The listing of a root does not begin with ".", so the
 // entry that the removal skips would be a real one. And nobody wants to remove a whole drive.
 bool IsRoot(const std::wstring& path) {
@@ -42,7 +52,8 @@ bool IsRoot(const std::wstring& path) {
     if (!isShare) {
         return std::all_of(path.begin(), path.end(), IsSeparator);
     }
-    const auto afterServer = std::find_if(path.begin() + 2, path.end(), IsSeparator);
+    const auto server = path.begin() + static_cast<std::ptrdiff_t>(ServerBegins(path));
+    const auto afterServer = std::find_if(server, path.end(), IsSeparator);
     const auto share = std::find_if_not(afterServer, path.end(), IsSeparator);
     const auto afterShare = std::find_if(share, path.end(), IsSeparator);
     return std::all_of(afterShare, path.end(), IsSeparator);

@@ -140,7 +140,8 @@ std::wstring FakeFiles::Resolve(const std::wstring& path) const {
 // Returns the error that Windows gives for a path: none, or that the last part is missing, or a
 // part above it.
 DWORD FakeFiles::FindEntry(const std::wstring& resolved) const {
-    if (resolved.find_first_of(L"?*<>|\"") != resolved.npos) {
+    const std::size_t prefix = resolved.compare(0, 4, L"\\\\?\\") == 0 ? 4 : 0;
+    if (resolved.find_first_of(L"?*<>|\"", prefix) != resolved.npos) {
         return ERROR_INVALID_NAME;
     }
     if (IsTooLong(resolved)) {

@@ -307,6 +307,17 @@ TEST_F(FileUtilsTest, PathThatIsALinkItself_IsRemovedAndNotFollowed) {
     EXPECT_THAT(files.Tree(L"C:"), ElementsAre("C:\\Target\\", "C:\\Target\\keep"));
 }
 
+// Only the link's own existence counts for the system.
+TEST_F(FileUtilsTest, PathThatIsALinkToNothing_IsRemoved) {
+    files.AddFolderLink(L"C:\\Data", L"C:\\Gone");
+    EXPECT_EQ(FileUtils::ForceRemoveDirectory(L"C:\\Data"), 0);
+    EXPECT_THAT(Lines(), IsEmpty());
+    EXPECT_THAT(platform.Calls(),
+                ElementsAre("_waccess(\"C:\\Data\", 0)", "GetFileAttributesW(\"C:\\Data\")",
+                            "_wrmdir(\"C:\\Data\")"));
+    EXPECT_FALSE(files.Exists(L"C:\\Data"));
+}
+
 TEST_F(FileUtilsTest, PathThatIsAFileLinkItself_IsRemovedAndItsTargetKept) {
     files.AddFile(L"C:\\Target\\keep");
     files.AddFileLink(L"C:\\Data", L"C:\\Target\\keep");
@@ -340,8 +351,14 @@ TEST_F(FileUtilsTest, DriveAndShareRoots_AreRefusedWith28BeforeAnyListing) {
     files.AddFile(L"C:\\b");
     files.AddFile(L"\\\\server\\share\\a");
     files.AddFile(L"\\\\server\\share\\b");
-    for (const wchar_t* root : {L"C:", L"C:\\", L"c:", L"C:/", L"\\\\server\\share",
-                                L"\\\\server\\share\\", L"\\", L"/"}) {
+    for (const wchar_t* drive :
+         {L"\\\\?\\C:", L"\\\\.\\C:", L"\\\\?\\UNC\\server\\share", L"\\\\.\\UNC\\server\\share"}) {
+        files.AddFile(std::wstring(drive) + L"\\b");
+    }
+    for (const wchar_t* root :
+         {L"C:", L"C:\\", L"c:", L"C:/", L"\\\\server\\share", L"\\\\server\\share\\", L"\\", L"/",
+          L"\\\\?\\C:\\", L"\\\\.\\C:", L"\\\\?\\UNC\\server\\share", L"//./unc/server/share/",
+          L"\\\\?\\UNC\\server"}) {
         EXPECT_EQ(FileUtils::ForceRemoveDirectory(root), 28) << Narrow(root);
     }
     EXPECT_THAT(platform.CallsOf({"_wfindfirst64i32", "_wunlink", "_wrmdir"}), IsEmpty());
@@ -367,9 +384,12 @@ TEST_F(FileUtilsTest, RelativePathThatBeginsWithOneLetter_IsNotARoot) {
 }
 
 TEST_F(FileUtilsTest, FolderRightUnderARoot_IsRemoved) {
-    files.AddFile(L"\\\\server\\share\\plenx\\a");
-    EXPECT_EQ(FileUtils::ForceRemoveDirectory(L"\\\\server\\share\\plenx"), 0);
-    EXPECT_THAT(files.Tree(L"\\\\server\\share"), IsEmpty());
+    for (const std::wstring root : {L"\\\\server\\share", L"\\\\?\\C:",
+                                    L"\\\\?\\UNC\\server\\share", L"\\\\?\\UNX\\server"}) {
+        files.AddFile(root + L"\\plenx\\a");
+        EXPECT_EQ(FileUtils::ForceRemoveDirectory(root + L"\\plenx"), 0) << Narrow(root);
+        EXPECT_THAT(files.Tree(root), IsEmpty()) << Narrow(root);
+    }
 }
 
 // Every failure

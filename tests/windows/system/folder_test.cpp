@@ -143,6 +143,18 @@ HOST_TEST(FolderNames, ThatAreNotAscii_AreUsedForTheServices) {
     EXPECT_TRUE(observer.WaitFor("NotifyDisconnect(1, group)"));
 }
 
+// A host takes this prefix for long paths.
+HOST_TEST(FolderNames, DataFolderWithTheLongPathPrefix_IsUsedAndWiped) {
+    const fs::path old = folder.WorkingFolder() / "pc" / "old";
+    fs::create_directories(old.parent_path());
+    WriteFile(old, "old");
+    manager.Init(folder.Install(), R"(\\?\)" + folder.Data(), "third", true);
+    ASSERT_TRUE(Settle());
+    EXPECT_TRUE(Start(kPcService));
+    EXPECT_TRUE(fs::exists(folder.WorkingFolder() / "pc" / "service.log"));
+    EXPECT_FALSE(fs::exists(old));
+}
+
 // Where there is a limit, a data folder of 245 characters leaves no room for the folders in it. The
 // limit of a folder's path is 248.
 HOST_TEST(FolderNames, OfGreatLength_WorkOrLeaveNoServices) {
