@@ -33,7 +33,8 @@ bool Exists(const std::wstring& path) {
 // A loaded driver or library cannot be deleted, but it can be renamed.
 Target MoveAside(const std::wstring& file, const std::wstring& target) {
     LogInfo(kFunction, "[PLENXSDK] driver ", file, " is used");
-    if (!MoveFileExW(target.c_str(), (target + L".old").c_str(), MOVEFILE_REPLACE_EXISTING)) {
+    const std::wstring old = target + L".old";  // freed only after the error has been read
+    if (!MoveFileExW(target.c_str(), old.c_str(), MOVEFILE_REPLACE_EXISTING)) {
         const DWORD error = GetLastError();
         LogInfo(kFunction, "[PLENXSDK] move driver ", file, " error ", error);
         return Target::kInUse;

@@ -1,6 +1,7 @@
 #include "counted_allocations.h"
 
 #include <malloc.h>
+#include <windows.h>
 
 #include <atomic>
 #include <cstddef>
@@ -39,8 +40,12 @@ void* Allocate(std::size_t size, std::size_t alignment = alignof(std::max_align_
     return block;
 }
 
+// Freeing memory may change the error that the caller has yet to report.
 void Release(void* block) noexcept {
     if (block != nullptr) {
+        if (!FakeScope::IsInside()) {
+            SetLastError(ERROR_NOT_ENOUGH_MEMORY);
+        }
         --live;
         liveBytes -= static_cast<std::int64_t>(malloc_usable_size(block));
         std::free(block);
