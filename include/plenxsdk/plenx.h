@@ -238,10 +238,11 @@ PLENX_API const char* PLENX_CALL plenx_result_text(plenx_result result);
 /// may call other operations at once: they wait behind the job in the queue. Once the service side
 /// exists, a later call changes nothing. The process must have the right to control services (it
 /// must be elevated). Do not call it from DllMain.
-/// @param install      The install folder, without a trailing backslash and without a NUL. It holds
-///                     plenxservice.exe, dokan1.sys, dokan1.dll, dokanfuse1.dll and the icon
-///                     folders under `res\plenx\icon`. Only administrators may have write access to
-///                     it and to its "upgrade" folder. Its path should be ASCII and free of blanks.
+/// @param install      The install folder. Its path must not be empty, must not end with a
+///                     backslash and must not contain a NUL. It holds plenxservice.exe, dokan1.sys,
+///                     dokan1.dll, dokanfuse1.dll and the icon folders under `res\plenx\icon`. Only
+///                     administrators may have write access to it and to its "upgrade" folder. Its
+///                     path should be ASCII and free of blanks.
 /// @param install_len  The length of the path in bytes.
 /// @param data         The data folder, which must exist. Its path must not be empty, must not end
 ///                     with a backslash and must not contain a NUL. The sub-folder "plenx" is

@@ -297,10 +297,11 @@ public:
     /// Init whose two folders are valid UTF-8; the job of a later Init finds everything done, even
     /// if something has failed.
     ///
-    /// @param first   The install folder, without a trailing backslash and without a NUL. It holds
-    ///                plenxservice.exe, dokan1.sys, dokan1.dll, dokanfuse1.dll and the icon folders
-    ///                under `res\plenx\icon`. Only administrators may have write access to it and
-    ///                to its "upgrade" folder. Its path should be ASCII and free of blanks, because
+    /// @param first   The install folder. Its path must not be empty, must not end with a backslash
+    ///                and must not contain a NUL. It holds plenxservice.exe, dokan1.sys,
+    ///                dokan1.dll, dokanfuse1.dll and the icon folders under
+    ///                `res\plenx\icon`. Only administrators may have write access to it and to its
+    ///                "upgrade" folder. Its path should be ASCII and free of blanks, because
     ///                service paths are registered unquoted.
     /// @param second  The data folder. Its path must not be empty, must not end with a backslash
     ///                and must not contain a NUL. The sub-folder "plenx" is DELETED with everything

@@ -7,6 +7,7 @@
 #include <set>
 
 #include "both_worlds/stage.h"
+#include "common/log.h"
 #include "common/result_code.h"
 #include "service/file_utils.h"
 #include "service/service_manager.h"
@@ -16,6 +17,15 @@ namespace {
 
 using DistributedFs::FileUtils;
 using DistributedFs::ServiceManager;
+
+// An operation logs the errors of the system's calls after other lines.
+TEST(LogLines, KeepTheErrorsOfTheCallBeforeThem) {
+    SetLastError(1234);
+    errno = ENOENT;
+    DistributedFs::LogError("Function", std::string(10000, 'x'));
+    EXPECT_EQ(errno, ENOENT);
+    EXPECT_EQ(GetLastError(), 1234U);
+}
 
 class Files : public Stage {};
 

@@ -5,12 +5,16 @@
 
 #include <memory>
 #include <new>
+#include <set>
+#include <string>
+#include <vector>
 
 #include "counted_allocations.h"
 #include "engine/engine_fixture.h"
 #include "service/service_manager.h"
 
 using DistributedFs::ServiceManager;
+using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
 
@@ -75,16 +79,22 @@ TEST_F(EngineWithoutMemory, ManagerThatCannotBeMade_IsNotThere) {
     EXPECT_EQ(manager->StartPlenxService(1), 0);
 }
 
-// When memory runs out at the end, only log lines are lost, and the process goes on ending.
+// When memory runs out at the end, log lines are lost and the working folder may stay, but the
+// services go, and the process goes on ending.
 TEST_F(EngineWithoutMemory, ManagerThatCannotCleanUp_EndsWithoutAnException) {
     std::unique_ptr<ServiceManager> manager;
+    PrepareMachine();
+    FakePlatform::Get().Scm().AddService(L"Dokan1");
+    std::set<std::vector<std::wstring>> services;  // those that were there after each round
     const unsigned exceptions = WithEveryAllocationFailing(
         [&] {
+            services.insert(FakePlatform::Get().Scm().Names());
             PrepareMachine();
             manager = std::make_unique<ServiceManager>(L"C:\\App", L"C:\\Data");
         },
         [&] { manager = nullptr; });
     EXPECT_EQ(exceptions, 0U);
+    EXPECT_THAT(services, ElementsAre(ElementsAre(L"Dokan1")));
     EXPECT_THAT(FakePlatform::Get().Files().Tree(L"C:\\Data"), IsEmpty());
 }
 
