@@ -67,8 +67,12 @@ class EventQueue {
     });
   }
 
+  // A loop that was busy, or that has just begun to wait, turns to the timers before it looks.
   #giveUp(taker) {
-    this.#takers.splice(this.#takers.indexOf(taker), 1);
+    this.#reader.look();
+    const place = this.#takers.indexOf(taker);
+    if (place === -1) return;
+    this.#takers.splice(place, 1);
     if (this.#takers.length === 0) this.#queue.dismiss(this.#reader);
     taker.give(null);
   }

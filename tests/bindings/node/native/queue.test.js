@@ -21,6 +21,12 @@ function testQueue(name, run, options) {
 const send = (...names) => names.forEach((name) => fake.notify(kind.diskName, name));
 const names = (events) => events.map((event) => event && event.name);
 
+/** Keeps the loop from turning. */
+function block(milliseconds) {
+  const end = performance.now() + milliseconds;
+  while (performance.now() < end);
+}
+
 testQueue('events keep everything that a service has sent', async (queue) => {
   fake.notify(kind.message, 'a\0b \u2615', -42, 7);
   fake.notify(kind.connect, 'home_1');
@@ -101,6 +107,33 @@ testQueue('one that gives up leaves the events to the others', async (queue) => 
   await sleep(60);
   send('1', '2');
   assert.deepEqual(names(await Promise.all(takes)), [null, '1', null, '2']);
+});
+
+testQueue('a take that runs out while the thread is busy gets what has come', async (queue) => {
+  await turn(); // the next turn begins with the timers
+  const take = queue.take(50);
+  send('1', '2');
+  block(100);
+  assert.deepEqual(names([await take, await queue.take(0)]), ['1', '2']);
+});
+
+testQueue('takes that run out together get what has come, in their order', async (queue) => {
+  await turn(); // the next turn begins with the timers
+  const takes = [queue.take(50), queue.take(60), queue.take(50)];
+  send('1', '2');
+  block(100);
+  assert.deepEqual(names(await Promise.all(takes)), ['1', '2', null]);
+});
+
+testQueue('taking without waiting gives everything until nothing is left', async (queue) => {
+  await turn();
+  for (let i = 0; i !== 250; ++i) send(`${i}`);
+  for (let i = 0; i !== 250; ++i) {
+    const take = queue.take(0);
+    if (i % 100 === 99) block(2); // this take waits for a turn of the loop, which now is late
+    assert.deepEqual(names([await take]), [`${i}`]);
+  }
+  assert.equal(await queue.take(0), null);
 });
 
 testQueue('the time to wait is a number of milliseconds', async (queue) => {
