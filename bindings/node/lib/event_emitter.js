@@ -13,7 +13,7 @@ class PlenxEmitter extends EventEmitter {
     super();
     this.#queue = new NativeQueue(sdk, options);
     // Until somebody listens, the events wait in the queue.
-    this.once('newListener', () => this.#queue.watchFor(this.#reader));
+    this.once('newListener', () => this.#begin());
   }
 
   setLinkStatus(service, group, link, status) {
@@ -38,6 +38,10 @@ class PlenxEmitter extends EventEmitter {
     this.emit('close');
   }
 
+  #begin() {
+    if (this.#queue.isOpen) this.#queue.watchFor(this.#reader);
+  }
+
   #reader = {
     hasRef: () => this.#queue.hasRef,
     look: () => {
@@ -51,7 +55,7 @@ class PlenxEmitter extends EventEmitter {
     const event = this.#next();
     if (event !== null) {
       this.emit('event', event);
-      this.emit(event.kind, event);
+      if (this.#queue.isOpen) this.emit(event.kind, event); // a listener may have closed it
     }
     return event !== null;
   }

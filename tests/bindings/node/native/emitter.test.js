@@ -86,6 +86,17 @@ testEmitter('a listener may close, and nothing comes afterwards', async (emitter
   emitter.close();
 });
 
+testEmitter('a listener for every kind may close, and the kind is not heard', async (emitter) => {
+  const heard = [];
+  emitter.on('event', () => emitter.close());
+  emitter.on('diskName', () => heard.push('diskName'));
+  emitter.on('close', () => heard.push('close'));
+  fake.notify(kind.diskName, 'P:');
+  await once(emitter, 'close');
+  await sleep(30);
+  assert.deepEqual(heard, ['close']);
+});
+
 testEmitter(
   'what a listener throws is an uncaught exception, and the next event comes',
   async (emitter) => {

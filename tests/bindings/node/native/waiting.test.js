@@ -40,6 +40,7 @@ for (const name of [
   'lets go of an emitter',
   'has closed everything',
   'only has an emitter',
+  'listens after it has closed',
 ]) {
   test(`a host that ${name} ends`, () => ends(name));
 }

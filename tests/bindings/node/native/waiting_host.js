@@ -54,6 +54,11 @@ const hosts = {
     setTimeout(() => (queue.close(), emitter.close()), 50);
   },
   'only has an emitter': (sdk) => void sdk.openEmitter(),
+  'listens after it has closed': (sdk) => {
+    const emitter = sdk.openEmitter();
+    emitter.close();
+    emitter.on('status', () => {});
+  },
 
   'lets go and hears': (sdk) => {
     sdk
