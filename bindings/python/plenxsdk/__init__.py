@@ -31,6 +31,7 @@ import os
 import threading
 import time
 import weakref
+from collections import deque
 from dataclasses import dataclass
 from pathlib import Path
 from types import TracebackType
@@ -342,6 +343,7 @@ class Queue:
     def __init__(self, plenx: Plenx, handle: int) -> None:
         self._plenx = plenx
         self._handle = handle
+        self._kept: deque[Event] = deque()
         self._close = weakref.finalize(self, plenx.dll.plenx_queue_close, handle)
         # At the end of the process there is nothing to close.
         self._close.atexit = False
@@ -402,6 +404,7 @@ class Queue:
     def cancel(self) -> None:
         """Ends all waiting for good, on every thread. May be called on any thread."""
         self._check(self._plenx.dll.plenx_queue_cancel(self._handle))
+        self._kept.clear()
 
     def close(self) -> None:
         """Closes the queue and ends all waiting. A second call does nothing."""
@@ -409,17 +412,37 @@ class Queue:
         if result != Result.HANDLE:
             self._check(result)
         self._close.detach()
+        self._kept.clear()
 
+    # Python raises KeyboardInterrupt right after a call of the DLL, which may have taken an event by
+    # then. The next call gives that event.
     def _take(self, milliseconds: int) -> Optional[Event]:
+        taken = self._take_kept()
+        try:
+            if not taken:
+                self._take_into(taken, milliseconds)
+        except BaseException:
+            self._kept.extend(taken)
+            raise
+        return taken[0] if taken else None
+
+    def _take_kept(self) -> list[Event]:
+        try:
+            return [self._kept.popleft()]
+        except IndexError:
+            return []
+
+    def _take_into(self, taken: list[Event], milliseconds: int) -> None:
         dll = self._plenx.dll
         pointer = ctypes.POINTER(native.Event)()
-        self._check(dll.plenx_queue_next(self._handle, milliseconds, pointer))
-        if not pointer:
-            return None
         try:
-            return _copy_of(pointer.contents)
+            self._check(dll.plenx_queue_next(self._handle, milliseconds, pointer))
         finally:
-            dll.plenx_event_free(pointer)
+            try:
+                if pointer:
+                    taken.append(_copy_of(pointer.contents))
+            finally:
+                dll.plenx_event_free(pointer)
 
     def _check(self, result: int) -> None:
         self._plenx._check(result)

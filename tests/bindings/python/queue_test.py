@@ -191,6 +191,89 @@ def test_ctrl_c_ends_a_wait_without_an_end():
     assert "KeyboardInterrupt" in errors
 
 
+def test_an_event_that_comes_just_after_ctrl_c_is_given_by_the_next_call(tmp_path):
+    process = script("import signal, threading, time\n"
+                     "plenx.dll.fake_machine()\n"
+                     "queue = plenx.open_queue()\n"
+                     "plenx.init('C:\\\\App', 'C:\\\\Data')\n"
+                     "plenx.dll.fake_wait_for_init()\n"
+                     "def interrupt():\n"
+                     "    time.sleep(0.2)\n"
+                     "    os.kill(os.getpid(), signal.SIGINT)\n"
+                     "    time.sleep(0.05)\n"
+                     "    for number in 7, 8:\n"
+                     "        plenx.dll.fake_notify(15, b'', ctypes.c_size_t(0), number, 0)\n"
+                     "threading.Thread(target=interrupt).start()\n"
+                     "try:\n"
+                     "    queue.next()\n"
+                     "except KeyboardInterrupt:\n"
+                     "    print('interrupted', flush=True)\n"
+                     "print(queue.next(5).value, queue.next(5).value, queue.next(0), flush=True)\n",
+                     cwd=tmp_path)
+    output, errors = process.communicate(timeout=20)
+    assert (output, errors) == ("interrupted\n7 8 None\n", "")
+
+
+@pytest.fixture
+def interrupted(plenx, monkeypatch):
+    """Gives a function: after the next call of that name, Ctrl-C is raised, as Python does it."""
+    def interrupt(name):
+        function = getattr(plenx.dll, name)
+
+        def call(*arguments):
+            monkeypatch.setattr(plenx.dll, name, function)
+            function(*arguments)
+            raise KeyboardInterrupt
+        monkeypatch.setattr(plenx.dll, name, call)
+    return interrupt
+
+
+@pytest.fixture
+def freed(plenx, monkeypatch):
+    """The numbers of the events that were given back."""
+    numbers = []
+    free = plenx.dll.plenx_event_free
+
+    def count(pointer):
+        if pointer:
+            numbers.append(pointer.contents.value)
+        free(pointer)
+    monkeypatch.setattr(plenx.dll, "plenx_event_free", count)
+    return numbers
+
+
+@pytest.mark.parametrize("name", ["plenx_queue_next", "plenx_event_free"])
+def test_an_event_is_kept_and_freed_when_ctrl_c_follows_a_call(
+        queue, services, freed, interrupted, name):
+    services.notify(15, first=7)
+    services.notify(15, first=8)
+    interrupted(name)
+    with pytest.raises(KeyboardInterrupt):
+        queue.next(0)
+    assert freed == [7]
+    assert list(queue.events(0)) == [event(15, value=7), event(15, value=8)]
+    assert freed == [7, 8]
+
+
+def test_ctrl_c_without_an_event_keeps_nothing(queue, freed, interrupted):
+    interrupted("plenx_queue_next")
+    with pytest.raises(KeyboardInterrupt):
+        queue.next(0)
+    assert (queue.next(0), freed) == (None, [])
+
+
+@pytest.mark.parametrize("end, code", [("cancel", Result.CANCELLED), ("close", Result.HANDLE)])
+def test_the_end_of_a_queue_drops_what_ctrl_c_has_kept(queue, services, interrupted, end, code):
+    services.notify(15, first=7)
+    interrupted("plenx_queue_next")
+    with pytest.raises(KeyboardInterrupt):
+        queue.next(0)
+    getattr(queue, end)()
+    with pytest.raises(PlenxError) as caught:
+        queue.next(0)
+    assert caught.value.code == code
+
+
 @pytest.mark.parametrize("ending", ["", "sys.exit(0)", "os._exit(0)"])
 def test_a_process_ends_while_threads_wait(ending):
     process = script("import threading\nqueue = plenx.open_queue()\n"
