@@ -145,7 +145,10 @@ interface Reader {
   ref(): this;
   /** Lets the process end although somebody waits for events. */
   unref(): this;
-  /** Ends it, for good. Events that nobody has taken are dropped. */
+  /**
+   * Ends it, for good. Events that nobody has taken are dropped. A worker closes its own before it
+   * ends; otherwise they stay open until the process ends.
+   */
   close(): void;
 }
 

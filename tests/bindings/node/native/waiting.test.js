@@ -68,3 +68,7 @@ test('a worker has queues of its own', () => {
 });
 
 test('a worker that waits can be ended', () => ends('ends a worker that waits'));
+
+test('a queue of a worker that has ended answers on, unless the worker has closed it', () => {
+  ends('ends workers that answer', { stdout: 'terminate 7\nexit 7\nreturn 7\nclose 0\n' });
+});

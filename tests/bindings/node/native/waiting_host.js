@@ -3,7 +3,8 @@
 // Each of these hosts waits for events in its own way. Its name is the argument.
 
 const fs = require('node:fs');
-const { Worker, isMainThread, parentPort } = require('node:worker_threads');
+const { once } = require('node:events');
+const { Worker, isMainThread, parentPort, workerData } = require('node:worker_threads');
 const { fake, kind, openReadyPlenx } = require('./fake');
 
 const say = (text) => fs.writeSync(1, `${text}\n`);
@@ -14,6 +15,17 @@ function waitInWorker(sdk) {
     .take()
     .then(({ name }) => say(name));
   parentPort.postMessage('waits');
+}
+
+function answerInWorker(sdk) {
+  const queue = sdk.openQueue();
+  queue.setLinkStatus(1, 'home', workerData.link, 7);
+  if (workerData.ending === 'close') queue.close();
+  if (workerData.ending === 'exit') process.exit();
+  if (workerData.ending === 'terminate') {
+    parentPort.postMessage('answers');
+    queue.take();
+  }
 }
 
 const hosts = {
@@ -103,6 +115,19 @@ const hosts = {
     const worker = new Worker(__filename, { argv: process.argv.slice(2) });
     worker.on('message', () => fake.notify(kind.diskName, 'heard'));
     worker.on('exit', (code) => say(`worker ${code}`));
+  },
+  /** Each worker ends in its own way. Nothing of it is left to close its queue. */
+  'ends workers that answer': async (sdk) => {
+    if (!isMainThread) return answerInWorker(sdk);
+    for (const [link, ending] of ['terminate', 'exit', 'return', 'close'].entries()) {
+      const worker = new Worker(__filename, {
+        argv: process.argv.slice(2),
+        workerData: { link, ending },
+      });
+      worker.on('message', () => worker.terminate());
+      await once(worker, 'exit');
+      say(`${ending} ${fake.notify(kind.linkQuery, 'home_1', link)}`);
+    }
   },
   'ends a worker that waits': (sdk) => {
     if (!isMainThread) return waitInWorker(sdk);
