@@ -5,9 +5,11 @@ namespace PlenxSdk
     /// <summary>The library, which runs a distributed file system on this PC.</summary>
     /// <remarks>
     /// Every call that changes something queues a job and returns at once. The outcome arrives
-    /// later as a <see cref="PlenxEvent"/>. A call that the library does not take throws
-    /// <see cref="PlenxException"/>. Every call is allowed on any thread. plenx.h in the SDK says
-    /// everything about each operation; the functions have the same names there.
+    /// later as a <see cref="PlenxEvent"/>. Three calls wait while the office service is started,
+    /// stopped or told of a device: Destroy, GetOfficeDir and a second Init. A call that the library
+    /// does not take throws <see cref="PlenxException"/>. Every call is allowed on any thread.
+    /// plenx.h in the SDK says everything about each operation; the functions have the same names
+    /// there.
     /// </remarks>
     public static unsafe class Plenx
     {
@@ -44,6 +46,8 @@ namespace PlenxSdk
 
         /// <summary>Makes the library ready. Open a queue first, or you miss early events. The process
         /// must be elevated.</summary>
+        /// <remarks>The first call of a process waits for no job. Every later one waits while the office
+        /// service is started, stopped or told of a device.</remarks>
         /// <param name="install">The install folder, without a trailing backslash. It holds
         /// plenxservice.exe and the driver.</param>
         /// <param name="data">The data folder, which must exist. Its sub-folder "plenx" is DELETED with
@@ -63,8 +67,8 @@ namespace PlenxSdk
             }
         }
 
-        /// <summary>Asks the companion library to uninstall its packages. A host need not call it.
-        /// </summary>
+        /// <summary>Asks the companion library to uninstall its packages. A host need not call it. Waits
+        /// while the office service is started, stopped or told of a device.</summary>
         public static void Destroy()
         {
             Open();
@@ -260,7 +264,8 @@ namespace PlenxSdk
             }
         }
 
-        /// <summary>Asks the companion library for the folder of a device of a group.</summary>
+        /// <summary>Asks the companion library for the folder of a device of a group. Waits while the
+        /// office service is started, stopped or told of a device.</summary>
         /// <param name="group">The name of the group.</param>
         /// <param name="device">The id of the device.</param>
         /// <param name="relative">A relative name.</param>

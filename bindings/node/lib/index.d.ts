@@ -72,8 +72,8 @@ export class PlenxError extends Error {
 
 /**
  * The library. A method that changes something queues a job and returns at once; the outcome comes
- * as an event. The methods that wait return a promise. They take turns on one thread of the pool that
- * Node's file access shares.
+ * as an event. Only a second `init` may block. The methods that wait return a promise. They take
+ * turns on one thread of the pool that Node's file access shares.
  */
 export class Plenx {
   private constructor();
@@ -83,11 +83,16 @@ export class Plenx {
 
   /**
    * Makes the library ready. Open queues and emitters first. The process must be elevated.
+   * The first call of a process waits for no job. Every later one blocks this thread while the office
+   * service is started, stopped or told of a device.
    * @param install The folder of the service program and the driver, without a backslash at its end.
    * @param data A folder that exists. Its sub-folder "plenx" is DELETED with everything in it.
    */
   init(install: string, data: string, options?: { third?: string; flag?: boolean }): void;
-  /** Asks the companion library to uninstall its packages. It releases nothing. */
+  /**
+   * Asks the companion library to uninstall its packages. It releases nothing. Waits while the office
+   * service is started, stopped or told of a device.
+   */
   destroy(): Promise<void>;
 
   /** Waits while the job of the first init is running. Only Key.NOT_RUNNING has an answer. */

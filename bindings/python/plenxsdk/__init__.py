@@ -12,7 +12,8 @@
                 break
 
 Every call that changes something queues a job and returns at once. The outcome arrives later as an
-event. A call that the library does not take raises PlenxError.
+event. Three calls wait while the office service is started, stopped or told of a device: destroy,
+get_office_dir and a second init. A call that the library does not take raises PlenxError.
 
 Text is str here and UTF-8 in the library. Bytes that are not UTF-8 become lone surrogates, as in
 Python's own file names ("surrogateescape"), and a text that holds them goes back as the same
@@ -205,12 +206,18 @@ class Plenx:
 
         The install folder holds plenxservice.exe and the driver. DELETES the folder "plenx" in the
         data folder with everything in it. third and flag are for the companion library only.
+
+        The first call of a process waits for no job. Every later one waits while the office service
+        is started, stopped or told of a device.
         """
         self._check(self.dll.plenx_init(*_text(os.fspath(install)), *_text(os.fspath(data)),
                                         *_text(third), int(bool(flag))))
 
     def destroy(self) -> None:
-        """Asks the companion library to uninstall its packages. A host need not call it."""
+        """Asks the companion library to uninstall its packages. A host need not call it.
+
+        Waits while the office service is started, stopped or told of a device.
+        """
         self._check(self.dll.plenx_destroy())
 
     def get_int64(self, service: int, key: int) -> int:
@@ -279,7 +286,10 @@ class Plenx:
             _int32(type), _uint32(msg_len), *_text(message)))
 
     def get_office_dir(self, group: Text, device: Text, relative: Text) -> OfficeDir:
-        """Asks the companion library for the folder of a device of a group."""
+        """Asks the companion library for the folder of a device of a group.
+
+        Waits while the office service is started, stopped or told of a device.
+        """
         code = ctypes.c_int32()
         path = self._read(lambda *buffer: self.dll.plenx_get_office_dir(
             *_text(group), *_text(device), *_text(relative), *buffer, code))
