@@ -41,17 +41,19 @@ ChangeNotify LoadChangeNotify() noexcept {
 
 // The shell library takes several times as long to load as all the other libraries together, and
 // few processes ever need it. So the first request loads it, and it stays loaded. Without it a
-// request does nothing, and the next one tries again.
+// request does nothing, and the next one tries again. First requests that come at the same time may
+// each load it. Then one that fails must not take the function from the others.
 void NotifyShell(LONG event, const wchar_t* path) noexcept {
     static std::atomic<ChangeNotify> loaded{nullptr};
     ChangeNotify changeNotify = loaded;
     if (changeNotify == nullptr) {
         changeNotify = LoadChangeNotify();
+        if (changeNotify == nullptr) {
+            return;
+        }
         loaded = changeNotify;
     }
-    if (changeNotify != nullptr) {
-        changeNotify(event, SHCNF_PATHW, path, nullptr);
-    }
+    changeNotify(event, SHCNF_PATHW, path, nullptr);
 }
 
 }  // namespace

@@ -1,11 +1,14 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
+#include <mutex>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "companion/recorded_log.h"
@@ -14,8 +17,12 @@
 #include "rpc/manager_calls.h"
 
 using DistributedFs::RpcManager;
+using testing::AllOf;
 using testing::ElementsAre;
+using testing::Ge;
 using testing::IsEmpty;
+using testing::Le;
+using testing::Not;
 
 namespace {
 
@@ -65,6 +72,21 @@ TEST(FlushExplorer, Type2RefreshesTheDrive) {
     Flush('a', 2);
     EXPECT_THAT(Notifications(), ElementsAre("1000 5 A:\\"));
     EXPECT_EQ(RecordedLog::Get().Texts(), Lines("a", 2));
+}
+
+TEST(FlushExplorer, LinesStandAroundTheNotifications) {
+    std::vector<std::size_t> notificationsAtLine;
+    RecordedLog::Get().SetHook([&notificationsAtLine](const std::string&) {
+        notificationsAtLine.push_back(FakePlatform::Get().Shell().Notifications().size());
+    });
+    Flush('e', 0);
+    EXPECT_THAT(notificationsAtLine, ElementsAre(0U, 0U, 2U));
+
+    notificationsAtLine.clear();
+    FakePlatform::Get().Shell().Reset();
+    Flush('e', 2);
+    EXPECT_THAT(notificationsAtLine, ElementsAre(0U, 0U, 1U));
+    RecordedLog::Get().SetHook(nullptr);
 }
 
 TEST(FlushExplorer, OtherTypesNotifyNobody) {
@@ -221,6 +243,45 @@ TEST(ShellLibrary, IsLoadedOnceAndFromTheSystemFolderOnly) {
     EXPECT_THAT(FakePlatform::Get().CallsWithout({"SHChangeNotify"}),
                 ElementsAre("LoadLibraryExW(\"shell32.dll\", 0x800)",
                             "GetProcAddress(\"SHChangeNotify\")"));
+}
+
+// Lets ten threads make their first request. The platform answers nobody until all have come about
+// as far as the question for the library, so most or all of them find it not yet loaded.
+void FlushOnTenThreadsAtOnce() {
+    std::vector<std::thread> threads;
+    {
+        const std::lock_guard<std::recursive_mutex> busy(FakePlatform::Get().Mutex());
+        for (int i = 0; i != 10; ++i) {
+            threads.emplace_back([] { EXPECT_EQ(ExploreFlush("E:", 2).bytes, kDefaultReply); });
+        }
+        EXPECT_TRUE(RecordedLog::Get().WaitFor(Lines("E", 2)[1], std::chrono::seconds(20), 10));
+        std::this_thread::sleep_for(std::chrono::milliseconds(20));  // from that line to the call
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+}
+
+TEST(ShellLibrary, FirstRequestsOfTenThreadsAllNotify) {
+    FlushOnTenThreadsAtOnce();
+    EXPECT_EQ(Notifications(), std::vector<std::string>(10, "1000 5 E:\\"));
+    EXPECT_THAT(FakePlatform::Get().Shell().Loads(), AllOf(Ge(1), Le(10)));
+
+    FakePlatform::Get().ForgetCalls();
+    Flush('E', 2);
+    EXPECT_THAT(FakePlatform::Get().CallsWithout({"SHChangeNotify"}), IsEmpty());
+}
+
+TEST(ShellLibrary, FirstRequestThatCannotLoadItDoesNotTakeItFromTheOthers) {
+    FakePlatform::Get().Faults().FailCallsFrom("LoadLibraryExW", 2, ERROR_NOT_ENOUGH_MEMORY);
+    FlushOnTenThreadsAtOnce();
+    EXPECT_THAT(Notifications(), Not(IsEmpty()));
+
+    FakePlatform::Get().ForgetCalls();
+    FakePlatform::Get().Shell().Reset();
+    Flush('E', 2);
+    EXPECT_THAT(Notifications(), ElementsAre("1000 5 E:\\"));
+    EXPECT_THAT(FakePlatform::Get().CallsWithout({"SHChangeNotify"}), IsEmpty());
 }
 
 class ShellLibraryFault : public testing::TestWithParam<const char*> {};
