@@ -22,6 +22,7 @@ namespace {
 using DistributedFs::ConfigType;
 using DistributedFs::RpcManager;
 using DistributedFs::ServiceType;
+using testing::ElementsAre;
 using testing::EndsWith;
 using testing::IsEmpty;
 
@@ -43,6 +44,7 @@ TEST(Allocation, WriterWithoutABufferFailsEveryWrite) {
     const std::uint8_t array[] = {1};
     const FailingArray failing(0);
     DistributedFs::RpcMessageWriter writer(DistributedFs::MessageBlock::kSmall + 1, 1);
+    EXPECT_THAT(Texts(), IsEmpty());
     EXPECT_EQ(writer.Buffer(), nullptr);
     EXPECT_EQ(writer.Size(), 0);
     EXPECT_EQ(writer.WriteInt32(0, 1), 21);
@@ -57,11 +59,20 @@ TEST(Allocation, ReaderWithoutABufferFailsEveryRead) {
     const Bytes bytes = MessageOf({Int32Arg(5), StringArg(kLong)});
     const FailingArray failing(0);
     DistributedFs::RpcMessageReader reader(bytes.data(), static_cast<std::int32_t>(bytes.size()));
+    EXPECT_THAT(Texts(), IsEmpty());
     std::int32_t number = 0;
+    std::string text;
+    std::uint8_t stale = 0;
+    std::uint8_t* block = &stale;
     EXPECT_EQ(reader.ReadInt32(0, &number), 21);
-    EXPECT_EQ(Texts().back(),
-              "L4 [PLENXSDK] Invalid Args Error index:0 argCursor_:0 msgCursor_:0 "
-              "rpcMsgSize_:0(DistributedFs::RpcMessageReader::ReadInt32)");
+    EXPECT_EQ(reader.ReadString(0, &text), 21);
+    EXPECT_EQ(reader.ReadInt8Array(0, &block, 3), 21);
+    EXPECT_EQ(block, nullptr);
+    const std::string line =
+        "L4 [PLENXSDK] Invalid Args Error index:0 argCursor_:0 msgCursor_:0 "
+        "rpcMsgSize_:0(DistributedFs::RpcMessageReader::";
+    EXPECT_THAT(Texts(),
+                ElementsAre(line + "ReadInt32)", line + "ReadString)", line + "ReadInt8Array)"));
 }
 
 TEST(Allocation, ArrayWithoutABlockFailsAndCanBeReadLater) {
@@ -119,6 +130,10 @@ TEST(Allocation, SmallRequestNeedsMemoryForItsReplyOnly) {
     const FailingArray failing(0);
     EXPECT_EQ(RpcManager::GetInstance().PingService(static_cast<ServiceType>(1), 5), 22);
     EXPECT_EQ(FakeRpc::Get().ServiceCalls().size(), 1U);
+    EXPECT_THAT(Texts(), ElementsAre("L3 [PLENXSDK] rpc manager ping service No:5"
+                                     "(DistributedFs::RpcManager::PingService)",
+                                     "L4 [PLENXSDK] send rpc message error ret:22"
+                                     "(DistributedFs::RpcManager::PingService)"));
 }
 
 TEST(Allocation, ReplyThatCannotBeCopiedReturns22AndEverythingIsReleased) {
@@ -130,6 +145,7 @@ TEST(Allocation, ReplyThatCannotBeCopiedReturns22AndEverythingIsReleased) {
     EXPECT_EQ(RpcManager::GetInstance().SendRpcMessage(static_cast<ServiceType>(1), &message), 22);
     EXPECT_EQ(message.respSize, 0);
     EXPECT_EQ(message.respBuffer, nullptr);
+    EXPECT_THAT(Texts(), IsEmpty());
     EXPECT_EQ(FakeRpc::Get().Calls().size(), 5U);
     EXPECT_EQ(FakeRpc::Get().LiveBlocks(), 0U);
     EXPECT_EQ(FakeRpc::Get().LiveStrings(), 0U);

@@ -452,6 +452,28 @@ TEST(RpcMessageReader, CursorAddsUpTheSizesOfOverlappingArguments) {
     EXPECT_THAT(Texts(), ElementsAre(IndexLine("ReadInt32", 0, 2, 44 + 48 + 48, 48)));
 }
 
+// Signed addition, which a sanitizer sees, would overflow here.
+TEST(RpcMessageReader, CursorOfOverlappingArgumentsMayPass31Bits) {
+    constexpr std::uint32_t kSize = 0x100000;
+    constexpr std::uint32_t kCount = kHighBit / kSize;
+    std::vector<std::uint32_t> words{kSize, kCount};
+    for (std::uint32_t i = 0; i != kCount; ++i) {
+        words.insert(words.end(), {4, 0, kSize});
+    }
+    Bytes bytes = FromWords(words);
+    bytes.resize(kSize);
+    Reader reader(bytes);
+    std::string text;
+    for (std::uint32_t i = 0; i != kCount; ++i) {
+        ASSERT_EQ(reader.ReadString(i, &text), 0);
+    }
+    std::int32_t number = 0;
+    EXPECT_EQ(reader.ReadInt32(0, &number), 21);
+    EXPECT_THAT(Texts(),
+                ElementsAre(IndexLine("ReadInt32", 0, kCount,
+                                      kInt32Min + 8 + 12 * static_cast<int>(kCount), kSize)));
+}
+
 TEST(RpcMessageReader, ReadsBackEverythingThatTheWriterWrote) {
     std::mt19937 random(7);
     for (int round = 0; round != 300; ++round) {

@@ -445,6 +445,41 @@ TEST_F(SendRpcMessage, ExceptionBecomesTheResultAndBothAreFreed) {
     ExpectNoReply();
 }
 
+// Whoever watches the runtime sees the reason of a failure before the calls that follow it.
+TEST_F(SendRpcMessage, FailureIsLoggedBeforeAnythingIsFreed) {
+    std::vector<std::vector<std::string>> callsAtLine;
+    RecordedLog::Get().SetHook(
+        [&callsAtLine](const std::string&) { callsAtLine.push_back(FakeRpc::Get().Calls()); });
+    ServiceAnswer raised;
+    raised.exception = 1722;
+    AnswerWith(raised);
+    EXPECT_EQ(Send(), 1722);
+
+    FakeRpc::Get().ClearRecord();
+    ServiceAnswer refused;
+    refused.result = 5;
+    AnswerWith(refused);
+    EXPECT_EQ(Send(), 5);
+    RecordedLog::Get().SetHook(nullptr);
+    EXPECT_THAT(Texts(), ElementsAre("L4 [PLENXSDK] send service message exception 1722"
+                                     "(DistributedFs::RpcManager::SendRpcMessage)",
+                                     "L4 [PLENXSDK] send service message error 5"
+                                     "(DistributedFs::RpcManager::SendRpcMessage)"));
+    const auto upToTheCall = ElementsAre(allCalls_[0], allCalls_[1], allCalls_[2]);
+    EXPECT_THAT(callsAtLine, ElementsAre(upToTheCall, upToTheCall));
+}
+
+TEST_F(SendRpcMessage, ExceptionOfCode0IsStillAnException) {
+    ServiceAnswer answer;
+    answer.exception = 0;
+    AnswerWith(answer);
+    EXPECT_EQ(Send(), 0);
+    EXPECT_EQ(FakeRpc::Get().Calls(), allCalls_);
+    EXPECT_THAT(Texts(), ElementsAre("L4 [PLENXSDK] send service message exception 0"
+                                     "(DistributedFs::RpcManager::SendRpcMessage)"));
+    ExpectNoReply();
+}
+
 TEST_F(SendRpcMessage, ExceptionCodeIsShownAsASignedNumber) {
     ServiceAnswer answer;
     answer.exception = 0xC0000005UL;
