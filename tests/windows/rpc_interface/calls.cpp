@@ -1,5 +1,6 @@
 #include "rpc_interface/calls.h"
 
+#include <cstring>
 #include <stdexcept>
 
 #include "rpc/interface/manager_call.h"
@@ -27,6 +28,27 @@ Client ClientOf(Stubs stubs, Interface which) {
                    : Client{&widlManagerBinding, WidlCallManager};
 }
 
+Reply CallThrough(const Client& client, long msgType, const Bytes& msg) {
+    static constexpr unsigned char kNothing[1] = {};
+    PlenxMessageReply raw;
+    std::memset(&raw, 0xFF, sizeof(raw));  // the call must set all of it
+    client.call(msgType, static_cast<long>(msg.size()), msg.empty() ? kNothing : msg.data(), &raw);
+
+    Reply reply;
+    reply.raised = raw.raised != 0;
+    reply.exceptionCode = raw.exceptionCode;
+    reply.result = raw.result;
+    reply.size = raw.size;
+    reply.hasBlock = raw.block != nullptr;
+    if (reply.hasBlock) {
+        if (raw.size > 0) {
+            reply.bytes.assign(raw.block, raw.block + raw.size);
+        }
+        MIDL_user_free(raw.block);
+    }
+    return reply;
+}
+
 }  // namespace
 
 Binding::Binding(Stubs stubs, Interface which, const std::wstring& endpoint)
@@ -51,29 +73,18 @@ Binding::~Binding() {
 }
 
 Reply Binding::Call(long msgType, const Bytes& msg) const {
-    static constexpr unsigned char kNothing[1] = {};
-    PlenxMessageReply raw{};
-    ClientOf(stubs_, interface_)
-        .call(msgType, static_cast<long>(msg.size()), msg.empty() ? kNothing : msg.data(), &raw);
-
-    Reply reply;
-    reply.raised = raw.raised != 0;
-    reply.exceptionCode = raw.exceptionCode;
-    reply.result = raw.result;
-    reply.size = raw.size;
-    reply.hasBlock = raw.block != nullptr;
-    if (reply.hasBlock) {
-        if (raw.size > 0) {
-            reply.bytes.assign(raw.block, raw.block + raw.size);
-        }
-        MIDL_user_free(raw.block);
-    }
-    return reply;
+    return CallThrough(ClientOf(stubs_, interface_), msgType, msg);
 }
 
 Reply CallOnce(Stubs stubs, Interface which, const std::wstring& endpoint, long msgType,
                const Bytes& msg) {
     return Binding(stubs, which, endpoint).Call(msgType, msg);
+}
+
+Reply CallWithoutABinding(Stubs stubs, Interface which, long msgType, const Bytes& msg) {
+    const Client client = ClientOf(stubs, which);
+    *client.binding = nullptr;
+    return CallThrough(client, msgType, msg);
 }
 
 RPC_IF_HANDLE ServerInterface(Stubs stubs, Interface which) {

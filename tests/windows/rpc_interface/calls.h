@@ -48,6 +48,9 @@ private:
 Reply CallOnce(Stubs stubs, Interface which, const std::wstring& endpoint, long msgType,
                const Bytes& msg);
 
+/// Calls through an implicit handle that is null. No Binding of this kind may exist.
+Reply CallWithoutABinding(Stubs stubs, Interface which, long msgType, const Bytes& msg);
+
 /// Returns the handle to register for serving an interface.
 RPC_IF_HANDLE ServerInterface(Stubs stubs, Interface which);
 

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <thread>
+
 #include "rpc_interface/allocation_count.h"
 #include "rpc_interface/calls.h"
 #include "rpc_interface/faulting_client.h"
@@ -79,6 +81,20 @@ TEST_P(Guard, FailedAllocationOfTheReplyGives14) {
     const Reply reply = CallWith([]() -> void* { return nullptr; });
     EXPECT_TRUE(reply.raised);
     EXPECT_EQ(reply.exceptionCode, 14u);
+    EXPECT_EQ(reply.size, 0);
+    EXPECT_FALSE(reply.hasBlock);
+}
+
+// The call has a thread of its own, because afterwards Wine 8 cannot bring an exception of the same
+// thread to its handler.
+TEST_P(Guard, NullHandleLeavesNothingInTheReply) {
+    Reply reply;
+    std::thread([&reply] {
+        reply = CallWithoutABinding(Stubs::kOurs, GetParam(), kEcho, Pattern(24));
+    }).join();
+    EXPECT_TRUE(Shows(Habits::kCallWithoutABinding, reply.exceptionCode));
+    EXPECT_EQ(reply.raised, reply.exceptionCode != 0);
+    EXPECT_EQ(reply.result, 0);
     EXPECT_EQ(reply.size, 0);
     EXPECT_FALSE(reply.hasBlock);
 }

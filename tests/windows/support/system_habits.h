@@ -93,6 +93,10 @@ inline constexpr Habit kEndpointIsAPipe{
 inline constexpr Habit kSizeBeyondTheBytes{"code of a call that states more bytes than it has",
                                            "1734|1783", "0", "0",
                                            PLENX_LEARN "windows/win32/midl/-robust"};
+// Wine 8 takes such a call for one that has succeeded.
+inline constexpr Habit kCallWithoutABinding{"exception of a call through a null handle", "1702",
+                                            "0", "1702",
+                                            PLENX_LEARN "windows/win32/rpc/rpc-return-values"};
 inline constexpr Habit kServerThatEnds{"exception of a call whose server ends", "1726|1727",
                                        "1726|1727", "1726|1727",
                                        PLENX_LEARN "windows/win32/rpc/rpc-return-values"};
