@@ -38,7 +38,8 @@
 /// outcome of a job arrives later as a notification. So 0 from an operation means that the library
 /// took the call; it never means that the work succeeded. The library never repeats a job that has
 /// failed, and a host cannot withdraw a job that it has queued. A job has no time limit, so a host
-/// must set deadlines of its own.
+/// must set deadlines of its own. Two of these operations can wait, because they also call the
+/// companion library: plenx_init and plenx_destroy.
 ///
 /// **Notifications** reach the host in one of two ways. A *queue* holds them until plenx_queue_next
 /// takes them, on any thread of the host. Choose a queue in a language whose functions must not be
@@ -236,7 +237,8 @@ PLENX_API const char* PLENX_CALL plenx_result_text(plenx_result result);
 /// that makes the service side: driver files, working folder, services, driver, icon files and RPC
 /// endpoint. It does not wait for that job, and no notification says that the job is done. A host
 /// may call other operations at once: they wait behind the job in the queue. Once the service side
-/// exists, a later call changes nothing. The process must have the right to control services (it
+/// exists, a later call changes nothing. Any later call waits while the office service is being
+/// started, stopped or told of a device. The process must have the right to control services (it
 /// must be elevated). Do not call it from DllMain.
 /// @param install      The install folder. Its path must not be empty, must not end with a
 ///                     backslash and must not contain a NUL. It holds plenxservice.exe, dokan1.sys,
@@ -259,8 +261,9 @@ PLENX_API plenx_result PLENX_CALL plenx_init(const char* install, size_t install
                                              size_t third_len, int32_t flag);
 
 /// Asks the companion library, on the caller's thread, to uninstall its packages, and queues the
-/// job of plenx_init once more. It releases nothing, and the library keeps working. A host need not
-/// call it before it ends.
+/// job of plenx_init once more. It waits while the office service is being started, stopped or told
+/// of a device. It releases nothing, and the library keeps working. A host need not call it before
+/// it ends.
 /// @return 0, or PLENX_E_DEADLOCK inside an observer.
 PLENX_API plenx_result PLENX_CALL plenx_destroy(void);
 
@@ -311,7 +314,7 @@ PLENX_API plenx_result PLENX_CALL plenx_set_string(uint32_t service, uint32_t ke
 /// until it answers.
 ///
 /// Before plenx_init, every operation that queues a job checks its arguments, logs the call, drops
-/// it and returns 0.
+/// it and returns 0. Only plenx_set_int64 and plenx_set_string do not log it.
 /// @param service       PLENX_OFFICE to PLENX_COMBINED.
 /// @param group         The name of the group, not empty.
 /// @param group_len     The length of the name in bytes.

@@ -223,7 +223,8 @@ inline Result result_of(const Functions& functions, plenx_result code) {
     return {code, std::string(words, length)};
 }
 
-/// A queue of notifications, which closes itself when it is destroyed.
+/// A queue of notifications, which closes itself when it is destroyed. Do not destroy it inside a
+/// function of an observer: there the library refuses, and the queue stays open without an owner.
 class Queue : public Owned<plenx_queue, &Functions::queue_close> {
 public:
     using Owned::Owned;

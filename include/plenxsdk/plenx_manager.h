@@ -8,7 +8,8 @@
 /// **How it works.** Every operation that changes something checks its arguments, queues a job and
 /// returns at once. One private worker runs the jobs one at a time, in the order of the calls. The
 /// outcome of a job comes back through the observers. The library never repeats a job that has
-/// failed, and a host cannot withdraw a job that it has queued.
+/// failed, and a host cannot withdraw a job that it has queued. Two of these operations can wait,
+/// because they also call the companion library: Init and Destroy.
 ///
 /// **Threads.** A host may call every operation of PLENXManager from any thread at any time. The
 /// library calls observers on its worker and on threads of the RPC runtime, never on two threads at
@@ -273,7 +274,8 @@ public:
 
     /// Makes the library ready. It creates the companion object on the caller's thread and queues a
     /// job that makes the service side: driver files, working folder, services, driver, icon files
-    /// and RPC endpoint. It does not wait for that job. Do not call it from DllMain.
+    /// and RPC endpoint. It does not wait for that job. A later Init waits while the office service
+    /// is being started, stopped or told of a device. Do not call it from DllMain.
     ///
     /// No notification says that the job is done. A host may call other operations at once: they
     /// wait behind the job in the queue. GetInt64Config waits while the job is running, but it does
@@ -312,8 +314,9 @@ public:
                            bool flag);
 
     /// Asks the companion library, on the caller's thread, to uninstall its packages, and queues
-    /// the job of Init once more, which changes nothing if Init succeeded. It releases nothing, and
-    /// the library keeps working. A host need not call it before it ends.
+    /// the job of Init once more, which changes nothing if Init succeeded. It waits while the
+    /// office service is being started, stopped or told of a device. It releases nothing, and the
+    /// library keeps working. A host need not call it before it ends.
     PLENXSDK_API void Destroy();
 
     /// Tells, on the caller's thread, whether a service is running: this is the only question that

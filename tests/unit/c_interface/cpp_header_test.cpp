@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -179,6 +180,51 @@ TEST_F(CppHeader, ExceptionOfAnObserverStaysOnItsOwnSideAndIsLogged) {
     EXPECT_THAT(RecordedLog::Get().Texts(),
                 testing::Contains(Error("notify connect error -9", "NotifyConnect")));
     EXPECT_EQ(listening.heard.size(), 0U);
+}
+
+// Runs the action inside each notification of a connection.
+class Acting : public plenx::Observer {
+public:
+    explicit Acting(std::function<void()> action) : action_(std::move(action)) {}
+
+    std::int32_t notify_connect(std::uint32_t, std::string_view) override {
+        action_();
+        return 0;
+    }
+
+private:
+    std::function<void()> action_;
+};
+
+TEST_F(CppHeader, QueueThatIsDestroyedInsideAnObserverStaysOpen) {
+    std::optional<plenx::Queue> queue = kSdk.open_queue(10).or_throw();
+    plenx_queue* const handle = queue->handle();
+    Acting destroying([&] { queue.reset(); });
+    {
+        const plenx::Subscription subscription = kSdk.observe(destroying).or_throw();
+        Connect("g");
+    }
+    ASSERT_FALSE(queue);
+    EXPECT_EQ(plenx_queue_close(handle), 0);
+}
+
+TEST_F(CppHeader, QueueMayBeMovedOverAnotherInsideAnObserver) {
+    plenx::Queue target = kSdk.open_queue(10).or_throw();
+    plenx::Queue source = kSdk.open_queue(10).or_throw();
+    plenx_queue* const former = target.handle();
+    plenx_queue* const moved = source.handle();
+    Acting moving([&] { target = std::move(source); });
+    {
+        const plenx::Subscription subscription = kSdk.observe(moving).or_throw();
+        Connect("g");
+    }
+    EXPECT_EQ(target.handle(), moved);
+    EXPECT_TRUE(target.next(0).or_throw());
+    {
+        const plenx::Queue loser = std::move(source);
+        EXPECT_EQ(loser.handle(), former);
+    }
+    EXPECT_EQ(plenx_queue_close(former), PLENX_E_HANDLE);
 }
 
 TEST_F(CppHeader, ObserverThatWantsNothingHandlesEverything) {
