@@ -24,8 +24,11 @@ std::int32_t EventQueue::Take(plenx_event& notification) {
     if (notification.kind == PLENX_EVENT_LINK_QUERY) {
         AnswerLinkQuery(notification);
     }
+    if (state_ != State::kOpen) {
+        return 0;  // without a copy, which a large text would make dear
+    }
     // This copies before it takes the lock, because a large text takes time and readers can go on
-    // meanwhile.
+    // meanwhile. So the queue may end during the copy.
     Event* const event = Event::CopyOf(notification);
     std::unique_lock<Mutex> lock(mutex_);
     if (event == nullptr) {
@@ -142,7 +145,7 @@ void EventQueue::DropAll() noexcept {
 void EventQueue::End(State state) noexcept {
     {
         const std::lock_guard<Mutex> lock(mutex_);
-        state_ = std::max(state_, state);  // a closed queue stays closed
+        state_ = std::max(state_.load(), state);  // a closed queue stays closed
         DropAll();
         waitEvent_.Set();
     }

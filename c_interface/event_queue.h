@@ -4,6 +4,7 @@
 #ifndef PLENXSDK_C_EVENT_QUEUE_H
 #define PLENXSDK_C_EVENT_QUEUE_H
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <map>
@@ -64,7 +65,7 @@ private:
     const std::uint32_t capacity_;
     Mutex mutex_;
     Condition changed_;
-    State state_ = State::kOpen;
+    std::atomic<State> state_{State::kOpen};  // changes under the lock; Take also reads without it
     Event* oldest_ = nullptr;
     Event* newest_ = nullptr;
     std::uint32_t count_ = 0;

@@ -10,6 +10,8 @@
 #include <vector>
 
 #include "c_fixture.h"
+#include "common/asleep.h"
+#include "common/wait_until.h"
 #include "counted_allocations.h"
 #include "event_queue.h"
 
@@ -22,6 +24,7 @@ const std::string kLong(300, 'l');  // long enough to need an allocation of its 
 struct Call {
     const char* name;
     std::function<plenx_result()> make;
+    bool allocates = true;
 };
 
 void PrintTo(const Call& call, std::ostream* out) {
@@ -53,6 +56,25 @@ plenx_result ObserveAndUnobserve() {
 }
 
 const Call kCalls[] = {
+    {"init",
+     [] {
+         return plenx_init(kLong.data(), kLong.size(), kLong.data(), kLong.size(), kLong.data(),
+                           kLong.size(), 1);
+     }},
+    {"destroy", [] { return plenx_destroy(); }},
+    {"get_int64",
+     [] {
+         std::int64_t value = 0;
+         return plenx_get_int64(1, PLENX_KEY_NOT_RUNNING, &value);
+     },
+     false},
+    {"get_string",
+     [] {
+         char text[8];
+         return plenx_get_string(1, 1, text, sizeof(text), nullptr);
+     },
+     false},
+    {"set_int64", [] { return plenx_set_int64(1, 0, 5); }},
     {"queue", OpenAndClose},
     {"observer", ObserveAndUnobserve},
     {"link_status",
@@ -94,16 +116,41 @@ const Call kCalls[] = {
      }},
 };
 
+// A library that is ready, so that calls queue their jobs.
 class EveryAllocation : public testing::TestWithParam<Call> {
 protected:
-    EveryAllocation() { EXPECT_EQ(plenx_queue_open(5, &sharedQueue), 0); }
+    EveryAllocation() {
+        EXPECT_EQ(plenx_queue_open(5, &sharedQueue), 0);
+        EXPECT_EQ(plenx_init(PLENX_TEXT("C:\\App"), PLENX_TEXT("C:\\Data"), PLENX_TEXT(""), 0), 0);
+        EXPECT_TRUE(FakeRpc::Get().WaitUntilListening());
+        FakePlatform::Get().Scm().SetStatus(L"PlenxPcSvc", SERVICE_RUNNING);
+    }
     ~EveryAllocation() override { plenx_queue_close(sharedQueue); }
+
+    // Waits until the worker has given back what its jobs needed, and forgets what they have left
+    // in the records.
+    static void Settle() {
+        WaitForJobs();
+        EXPECT_TRUE(WaitUntil(AllOthersAreAsleep));
+        const plenx_event* event = nullptr;
+        while (plenx_queue_next(sharedQueue, 0, &event) == 0 && event != nullptr) {
+            plenx_event_free(event);
+        }
+        RecordedLog::Get().Clear();
+        FakeRpc::Get().ClearRecord();
+        FakeFileManager::Get().ClearRecord();
+        FakePlatform::Get().ForgetCalls();
+        FakePlatform::Get().Faults().ForgetCalls();
+    }
+
+private:
+    FakeMachine machine_;
 };
 
 TEST_P(EveryAllocation, ThatFailsGivesAResultAndLeaksNothing) {
     const auto& make = GetParam().make;
     make();  // makes everything that is made only once
-    RecordedLog::Get().Clear();
+    Settle();
     const std::int64_t before = LiveAllocations();
     unsigned failed = 0;
     for (unsigned n = 1;; ++n) {
@@ -118,15 +165,12 @@ TEST_P(EveryAllocation, ThatFailsGivesAResultAndLeaksNothing) {
             EXPECT_EQ(result, 0);
             break;
         }
-        RecordedLog::Get().Clear();
         // The log itself deals with what fails while it writes a line.
         EXPECT_THAT(result, AnyOf(0, PLENX_E_MEMORY)) << "allocation " << n;
         failed += result == PLENX_E_MEMORY ? 1U : 0U;
     }
-    EXPECT_GE(failed, 1U);
-    RecordedLog::Get().Clear();
-    make();
-    RecordedLog::Get().Clear();
+    EXPECT_EQ(failed != 0, GetParam().allocates);
+    Settle();
     EXPECT_EQ(LiveAllocations(), before);
     EXPECT_EQ(make(), 0);  // everything works as before
 }
@@ -135,6 +179,36 @@ INSTANTIATE_TEST_SUITE_P(, EveryAllocation, testing::ValuesIn(kCalls),
                          [](const testing::TestParamInfo<Call>& call) {
                              return std::string(call.param.name);
                          });
+
+// The first one of all registers the layer with the library, so each of these tests needs a process
+// of its own.
+class FirstOpen : public testing::TestWithParam<unsigned> {
+public:
+    static constexpr unsigned kMost = 8;  // more than an opening makes
+
+    FirstOpen() { FakePlatform::Get(); }  // the system is there before the layer
+};
+
+TEST_P(FirstOpen, WithoutMemoryLeavesNothingBehindAndTheNextOneHearsEachEventOnce) {
+    plenx_queue* queue = nullptr;
+    plenx_result result = 0;
+    bool hit = false;
+    {
+        const FailingAllocation failing(GetParam());
+        result = plenx_queue_open(5, &queue);
+        hit = failing.End();
+    }
+    EXPECT_TRUE(hit || GetParam() != 1);
+    EXPECT_FALSE(hit && GetParam() == kMost) << "there are allocations that no test lets fail";
+    EXPECT_EQ(result, hit ? PLENX_E_MEMORY : 0);
+    EXPECT_EQ(queue == nullptr, hit);
+    const OpenQueue good;
+    Connect("g");
+    EXPECT_THAT(good.Drain(), testing::ElementsAre(ShowConnect("g")));
+    EXPECT_EQ(plenx_queue_close(queue), result == 0 ? 0 : PLENX_E_HANDLE);
+}
+
+INSTANTIATE_TEST_SUITE_P(, FirstOpen, testing::Range(1U, FirstOpen::kMost + 1));
 
 TEST(EventMemory, NotificationWithoutMemoryIsCountedInTheNext) {
     const OpenQueue queue;
@@ -197,6 +271,21 @@ TEST(EventMemory, AMillionEventsLeaveNothing) {
         plenx_event_free(next);
     }
     EXPECT_EQ(LiveAllocations(), before);
+}
+
+TEST(EventMemory, ClosedAndCancelledQueuesDoNotEvenCopy) {
+    plenx_event event{};
+    event.kind = PLENX_EVENT_CONNECT;
+    event.text = kLong.data();
+    event.text_length = kLong.size();
+    PlenxC::EventQueue closed(10);
+    PlenxC::EventQueue cancelled(10);
+    closed.Close();
+    cancelled.Cancel();
+    const FailingAllocation failing(1);
+    EXPECT_EQ(closed.Take(event), 0);
+    EXPECT_EQ(cancelled.Take(event), 0);
+    EXPECT_FALSE(failing.End());
 }
 
 TEST(EventMemory, ClosedAndCancelledQueuesFreeWhatTheyHold) {
