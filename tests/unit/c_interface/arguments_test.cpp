@@ -13,6 +13,7 @@
 #include <thread>
 #include <vector>
 
+#include "arguments.h"
 #include "c_fixture.h"
 
 namespace {
@@ -252,6 +253,10 @@ INSTANTIATE_TEST_SUITE_P(, EveryBadCall, testing::ValuesIn(kBadCalls),
                          [](const testing::TestParamInfo<BadCall>& call) {
                              return std::string(call.param.name);
                          });
+
+TEST(Block, MayHave2GiBLessOneByte) {
+    EXPECT_EQ(PlenxC::BlockSize("x", INT32_MAX), std::uint64_t{INT32_MAX});
+}
 
 TEST(LastError, IsEmptyBeforeAnythingHasFailed) {
     EXPECT_EQ(LastError(), "");

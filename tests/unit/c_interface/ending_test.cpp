@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 
@@ -47,26 +48,30 @@ TEST(Ending, InformationalCallsAnswerAsAlways) {
     EXPECT_STREQ(plenx_result_text(PLENX_E_ENDING), "The process is ending.");
 }
 
-TEST(Ending, AllOtherCallsGiveEnding) {
+TEST(Ending, AllOtherCallsGiveEndingAndLeaveTheirOutputsAsTheyWere) {
     const OpenQueue queue;
     RecordedLog::Get().Clear();
     LayerProcess::givesEvents = true;
     {
         const EndingProcess ending;
-        std::int64_t value = 0;
-        std::int32_t code = 0;
-        char text[8];
-        plenx_queue* opened = nullptr;
-        plenx_subscription* subscription = nullptr;
+        std::int64_t value = 55;
+        std::int32_t code = 66;
+        char text[] = "xxxxxxx";
+        std::size_t length = 77;
+        auto* const someQueue = reinterpret_cast<plenx_queue*>(std::uintptr_t{88});
+        auto* const someSubscription = reinterpret_cast<plenx_subscription*>(std::uintptr_t{99});
+        const plenx_event someEvent{};
+        plenx_queue* opened = someQueue;
+        plenx_subscription* subscription = someSubscription;
+        const plenx_event* event = &someEvent;
         plenx_observer observer{};
         observer.size = sizeof(observer);
-        const plenx_event* event = nullptr;
         const plenx_result results[] = {
             plenx_open(PLENX_ABI),
-            plenx_last_error(text, sizeof(text), nullptr),
+            plenx_last_error(text, sizeof(text), &length),
             plenx_init(PLENX_TEXT("C:\\App"), PLENX_TEXT("C:\\Data"), PLENX_TEXT(""), 0),
             plenx_get_int64(1, 5, &value),
-            plenx_get_string(1, 1, text, sizeof(text), nullptr),
+            plenx_get_string(1, 1, text, sizeof(text), &length),
             plenx_set_int64(1, 0, 1),
             plenx_set_string(1, 1, PLENX_TEXT("x")),
             plenx_start(1, PLENX_TEXT("g"), PLENX_TEXT("a")),
@@ -78,7 +83,7 @@ TEST(Ending, AllOtherCallsGiveEnding) {
             plenx_device_name_changed(PLENX_TEXT("n")),
             plenx_recv_remote_message(1, 2, PLENX_TEXT("m")),
             plenx_get_office_dir(PLENX_TEXT("g"), PLENX_TEXT("d"), PLENX_TEXT("r"), text,
-                                 sizeof(text), nullptr, &code),
+                                 sizeof(text), &length, &code),
             plenx_queue_open(1, &opened),
             plenx_queue_next(queue.Get(), UINT32_MAX, &event),
             plenx_queue_set_link_status(queue.Get(), 1, PLENX_TEXT("g"), 2, 3),
@@ -86,9 +91,13 @@ TEST(Ending, AllOtherCallsGiveEnding) {
         };
         EXPECT_THAT(results, testing::Each(PLENX_E_ENDING));
         EXPECT_EQ(plenx_queue_wait_handle(queue.Get()), nullptr);
-        EXPECT_EQ(opened, nullptr);
-        EXPECT_EQ(subscription, nullptr);
-        EXPECT_EQ(event, nullptr);
+        EXPECT_EQ(value, 55);
+        EXPECT_EQ(code, 66);
+        EXPECT_STREQ(text, "xxxxxxx");
+        EXPECT_EQ(length, 77U);
+        EXPECT_EQ(opened, someQueue);
+        EXPECT_EQ(subscription, someSubscription);
+        EXPECT_EQ(event, &someEvent);
     }
     LayerProcess::givesEvents = false;
     EXPECT_EQ(LayerProcess::liveEvents, 0);

@@ -4,11 +4,13 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <memory>
 #include <set>
 #include <string>
 #include <vector>
 
 #include "c_fixture.h"
+#include "event_queue.h"
 #include "handle_table.h"
 
 namespace {
@@ -115,6 +117,30 @@ TEST(HandleTable, SlotsAreUsedAgainSoThatTheTableStaysSmall) {
         return static_cast<std::uint32_t>(reinterpret_cast<std::uint64_t>(queue));
     };
     EXPECT_EQ(slot(first), slot(second));
+}
+
+// An explicit instantiation may name a private member. So the test can let a slot look as if it had
+// been used four thousand million times.
+template <auto Slots>
+struct TimeMachine {
+    friend void SetGenerationOfFirstSlot(PlenxC::HandleTable& table, std::uint32_t generation) {
+        (table.*Slots).front().generation = generation;
+    }
+};
+void SetGenerationOfFirstSlot(PlenxC::HandleTable& table, std::uint32_t generation);
+template struct TimeMachine<&PlenxC::HandleTable::slots_>;
+
+TEST(HandleTable, SlotThatHasHadAllItsGenerationsIsRetired) {
+    const auto number = [](const void* handle) { return reinterpret_cast<std::uint64_t>(handle); };
+    const auto queue = std::make_shared<PlenxC::EventQueue>(1);
+    PlenxC::HandleTable table;
+    table.Remove(table.Add(queue));
+    SetGenerationOfFirstSlot(table, UINT32_MAX - 1);
+    const void* const last = table.Add(queue);
+    EXPECT_EQ(number(last), 0xfffffffe00000000U);
+    EXPECT_EQ(table.Remove(last), queue);
+    EXPECT_EQ(number(table.Add(queue)), 0x100000001U);
+    EXPECT_EQ(number(table.Add(queue)), 0x100000002U);
 }
 
 }  // namespace

@@ -235,6 +235,26 @@ TEST(CObserver, OfANewerHeaderIsRefusedWhenItWantsWhatTheDllDoesNotKnow) {
               "plenx_observe: observer has a function that this DLL does not know yet");
 }
 
+// The DLL takes no struct that is larger than this one.
+struct LargestObserver {
+    plenx_observer known;
+    unsigned char rest[4096 - sizeof(plenx_observer)];
+};
+
+TEST(CObserver, OfTheLargestSizeIsReadToItsLastByte) {
+    Notebook notebook;
+    LargestObserver largest{ObserverOf(notebook), {}};
+    largest.known.size = sizeof(largest);
+    {
+        const Observing observing(largest.known);
+        Connect("g");
+        EXPECT_THAT(notebook.calls, ElementsAre("connect(g, 1)"));
+    }
+    largest.rest[sizeof(largest.rest) - 1] = 1;
+    plenx_subscription* subscription = nullptr;
+    EXPECT_EQ(plenx_observe(&largest.known, &subscription), PLENX_E_ABI);
+}
+
 TEST(CUnobserve, WaitsForTheFunctionThatRuns) {
     std::promise<void> inside;
     std::promise<void> letGo;

@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <pthread.h>
 
 #include <cstddef>
 #include <cstdint>
@@ -154,6 +155,36 @@ TEST_F(FreshFacade, CInitHandsOnItsFourArguments) {
     EXPECT_THAT(FakeFileManager::Get().Calls(),
                 Contains("DistributedFileManager(C:\\App, C:\\Data, third, true)"));
     EXPECT_EQ(LayerProcess::pins, 1);
+}
+
+// While it lives, the system has no room for the stack of a further thread.
+class NoFurtherThreads {
+public:
+    NoFurtherThreads() {
+        pthread_getattr_default_np(&before_);
+        pthread_attr_t larger = before_;
+        pthread_attr_setstacksize(&larger, std::size_t{1} << 47);  // all of the address space
+        EXPECT_EQ(pthread_setattr_default_np(&larger), 0);
+    }
+    ~NoFurtherThreads() { pthread_setattr_default_np(&before_); }
+    NoFurtherThreads(const NoFurtherThreads&) = delete;
+    NoFurtherThreads& operator=(const NoFurtherThreads&) = delete;
+
+private:
+    pthread_attr_t before_{};
+};
+
+TEST_F(FreshFacade, CInitThatCannotMakeItsWorkerFailsAndCanBeRepeated) {
+    const auto init = [] {
+        return plenx_init(PLENX_TEXT("C:\\App"), PLENX_TEXT("C:\\Data"), PLENX_TEXT(""), 0);
+    };
+    {
+        const NoFurtherThreads none;
+        EXPECT_EQ(init(), PLENX_E_FAILED);
+        EXPECT_EQ(LastError(), "plenx_init: Resource temporarily unavailable");
+    }
+    EXPECT_EQ(init(), 0);
+    EXPECT_TRUE(FakeRpc::Get().WaitUntilListening());
 }
 
 TEST_F(Operations, NotRunningIsTheAnswerOfTheClass) {

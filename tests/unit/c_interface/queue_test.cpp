@@ -15,6 +15,7 @@
 #include "common/asleep.h"
 #include "common/wait_until.h"
 #include "event_queue.h"
+#include "result.h"
 
 namespace {
 
@@ -265,6 +266,19 @@ TEST(QueueCancel, IsForGoodAndDropsWhatIsThere) {
     EXPECT_EQ(Next(queue, 0, event), PLENX_E_CANCELLED);
     EXPECT_EQ(event, nullptr);
     EXPECT_EQ(LastError(), "plenx_queue_next: queue was cancelled");
+}
+
+// A thread that cancels may have found the queue before another one closed it.
+TEST(QueueCancel, LeavesAClosedQueueClosed) {
+    PlenxC::EventQueue queue(1);
+    queue.Close();
+    queue.Cancel();
+    try {
+        queue.Next(0);
+        FAIL() << "nothing was refused";
+    } catch (const PlenxC::Refusal& refusal) {
+        EXPECT_EQ(refusal.result, PLENX_E_HANDLE);
+    }
 }
 
 TEST(QueueClose, EventsThatWereTakenOutliveTheirQueue) {
