@@ -1,14 +1,17 @@
-// Each of these hosts of the plain C interface ends in one particular way. They load the DLL by its
-// path.
+// Each of these hosts of the plain C interface does one particular thing before it ends, or ends in
+// one particular way. They load the DLL by its path.
 
 #include "endings/ending_hosts.h"
 
 #include <windows.h>
 
+#include <algorithm>
 #include <atomic>
+#include <cstdint>
 #include <cstdlib>
 #include <string>
 #include <thread>
+#include <vector>
 
 #include "c_interface/loaded_interface.h"
 #include "support/wait.h"
@@ -87,6 +90,54 @@ int TenReadersWait(const std::string& install, const std::string& data) {
     return InitAndWait(sdk, install, data) && LetReadersWait(sdk) ? 33 : kNotReached;
 }
 
+// What the threads that read one queue have taken from it. Their only common lock is the queue's.
+struct Taken {
+    std::vector<std::atomic<int>> times = std::vector<std::atomic<int>>(10000);  // by error code
+    std::atomic<std::uint64_t> lost{0};
+    std::atomic<int> others{0};  // how many errors came before the last one, as it says itself
+
+    void Count(const plenx::Event& event) {
+        lost += event.lost();
+        if (event.kind() != PLENX_EVENT_ERROR) {
+            return;
+        }
+        if (event.value() < 0) {
+            others = -event.value();
+        } else {
+            ++times.at(static_cast<std::size_t>(event.value()));
+        }
+    }
+
+    bool HasEachOnce() const {
+        const auto end = times.begin() + 1 + others;
+        return others != 0 && lost == 0 && times.front() == 0 &&
+               std::all_of(times.begin() + 1, end, [](const auto& count) { return count == 1; }) &&
+               std::all_of(end, times.end(), [](const auto& count) { return count == 0; });
+    }
+};
+
+int TenReadersShareAFlood(const std::string& install, const std::string& data) {
+    const plenx::Library sdk = LoadInterface();
+    plenx::Queue queue = sdk.open_queue(100000).or_throw();
+    Taken taken;
+    std::vector<std::thread> readers;
+    for (int i = 0; i != kReaders; ++i) {
+        readers.emplace_back([&] {
+            while (auto event = queue.next(UINT32_MAX)) {
+                taken.Count(*event);
+            }
+        });
+    }
+    sdk.init(install, data, "", false).or_throw();
+    sdk.start(PLENX_PC, "group", "argument").or_throw();
+    const bool isOver = WaitFor([&] { return taken.others != 0; });
+    queue.cancel().or_throw();
+    for (std::thread& reader : readers) {
+        reader.join();
+    }
+    return isOver && taken.HasEachOnce() ? 37 : kNotReached;
+}
+
 bool LoadLateCaller() {
     return LoadLibraryW(L"c_interface_late_caller.dll") != nullptr;
 }
@@ -143,6 +194,7 @@ constexpr HostMode kModes[] = {
     {"exit-inside-a-function", 31, ExitInsideAFunction},
     {"function-stays", 32, FunctionStays},
     {"ten-readers-wait", 33, TenReadersWait},
+    {"ten-readers-share-a-flood", 37, TenReadersShareAFlood},
     {"call-before-the-interface-goes", 34, CallBeforeTheInterfaceGoes},
     {"call-after-the-interface-went", 34, CallAfterTheInterfaceWent},
     {"free-unused", 35, FreeUnused},

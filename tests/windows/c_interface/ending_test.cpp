@@ -74,6 +74,21 @@ TEST_F(CInterfaceEndings, HostThatExitsWhileTenThreadsWaitForAQueue_ExitsAndUnin
     RunHosts("ten-readers-wait");
 }
 
+// The service sends one error after the other. The last one is the number of the others, negative.
+TEST_F(CInterfaceEndings, HostWhoseTenThreadsReadAFlood_TakesEachEventOnce) {
+    constexpr int kOthers = 2000;
+    const auto send = [](int code) {
+        return "[[notify]]\non = \"CreateGroup\"\nsend = \"ErrorNotify\"\nerrCode = " +
+               std::to_string(code) + "\n";
+    };
+    std::string flood;
+    for (int code = 1; code <= kOthers; ++code) {
+        flood += send(code);
+    }
+    folder_.SetServiceControl(flood + send(-kOthers));
+    RunOften("ten-readers-share-a-flood", Left::kNothing, [] {}, 1);
+}
+
 TEST_F(CInterfaceEndings, CallsOfADllBeforeTheInterfaceIsDetached_ReturnAtOnce) {
     RunLateCallers("call-before-the-interface-goes");
 }

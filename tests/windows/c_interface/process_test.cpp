@@ -53,6 +53,28 @@ TEST(WaitHandle, OfAClosedQueue_IsClosedWithIt) {
     EXPECT_FALSE(GetHandleInformation(handle, &flags));
 }
 
+// A thread that comes too late finds the handle closed, and returns as well.
+TEST(WaitHandle, OfAQueueThatIsClosed_LetsAllWhoWaitGo) {
+    constexpr int kWaiting = 4;
+    static std::atomic<int> begun{0};
+    static std::atomic<int> returned{0};  // it outlives threads that do not return
+    {
+        plenx::Queue queue = LoadInterface().open_queue(10).or_throw();
+        void* const handle = queue.wait_handle();
+        for (int i = 0; i != kWaiting; ++i) {
+            std::thread([handle] {
+                ++begun;
+                WaitForSingleObject(handle, INFINITE);
+                ++returned;
+            }).detach();
+        }
+        EXPECT_TRUE(WaitFor([] { return begun == kWaiting; }));
+        Sleep(50);  // until they wait
+        EXPECT_EQ(returned, 0);
+    }
+    EXPECT_TRUE(WaitFor([] { return returned == kWaiting; }, 1000));
+}
+
 TEST(QueueWait, TakesItsTimeAndNotMuchMore) {
     plenx::Queue queue = LoadInterface().open_queue(10).or_throw();
     const ULONGLONG start = GetTickCount64();
