@@ -23,10 +23,11 @@ void ServeManagerEndpoint() noexcept {
 
 // The thread listens until the process ends. Nobody may join its object (that would wait for ever)
 // or detach it (that races with the end of the thread when listening fails at once). So the object
-// must never be destroyed, and lives in memory of its own.
+// must never be destroyed, and lives in memory of its own. The pointer to it owns nothing, so
+// making it takes no memory: nothing can fail any more once the thread runs.
 std::shared_ptr<std::thread> StartListenThread() {
     alignas(std::thread) static unsigned char storage[sizeof(std::thread)];
-    return {new (storage) std::thread(ServeManagerEndpoint), [](std::thread*) {}};
+    return {std::shared_ptr<void>(), new (storage) std::thread(ServeManagerEndpoint)};
 }
 
 }  // namespace

@@ -11,6 +11,7 @@
 
 #include "counted_allocations.h"
 #include "engine/engine_fixture.h"
+#include "failing_threads.h"
 #include "service/service_manager.h"
 
 using DistributedFs::ServiceManager;
@@ -148,6 +149,34 @@ TEST_F(EngineWithoutMemory, InitThatFails_IsMadeGoodByTheNext) {
     EXPECT_TRUE(FakeRpc::Get().WaitUntilListening());
     EXPECT_EQ(Engine().Start(Type(1), "g", "a"), 0);
     EXPECT_THAT(FakePlatform::Get().Scm().Names(), SizeIs(3));
+}
+
+// Whatever an Init fails at, it leaves no second listener to the next one.
+TEST_F(EngineWithoutMemory, ListenerIsStartedOnce) {
+    const auto isManager = [] { return Engine().GetInt64Config(Type(1), Key(5)) == 1; };
+    unsigned exceptions = 0;
+    const auto initWithout = [&exceptions](unsigned n) {
+        const FailingAllocation failing(n);
+        try {
+            Engine().Init("C:\\App", "C:\\Data");
+        } catch (const std::bad_alloc&) {
+            ++exceptions;
+        }
+        return failing.End();
+    };
+    for (unsigned n = 1; !isManager(); ++n) {
+        EXPECT_TRUE(initWithout(n));
+    }
+    exceptions = 0;
+    for (unsigned n = 1; initWithout(n); ++n) {
+    }
+    EXPECT_GE(exceptions, 1U);
+    EXPECT_TRUE(FakeRpc::Get().WaitUntilListening());
+    EXPECT_THAT(FailingThreads::Started(), SizeIs(1));
+    EXPECT_THAT(FakeRpc::Get().Calls(),
+                ElementsAre("RpcServerUseProtseqEpW(ncalrpc, 10, Manager, null)",
+                            "RpcServerRegisterIf(manager interface, null, null)",
+                            "RpcServerListen(1, 10, 0)"));
 }
 
 }  // namespace

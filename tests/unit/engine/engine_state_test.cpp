@@ -1,17 +1,21 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <pthread.h>
 
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <limits>
+#include <new>
 #include <stdexcept>
 #include <string>
+#include <system_error>
 #include <thread>
 #include <vector>
 
 #include "engine/engine_fixture.h"
+#include "failing_threads.h"
 
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -121,6 +125,32 @@ TEST_F(Engine_Init, OfSeveralThreadsMakesEverythingOnce) {
     EXPECT_TRUE(FakeRpc::Get().WaitUntilListening());
     EXPECT_THAT(EngineTexts(), ElementsAre(kServiceManagerLine, kListenLine));
     EXPECT_THAT(FakePlatform::Get().CallsOf({"CreateServiceW"}), SizeIs(3));
+}
+
+TEST_F(Engine_Init, ListenerThatCannotBeStarted_RaisesAndOnlyItIsTriedAgain) {
+    FailingThreads::SetStartsLeft(0);
+    EXPECT_THROW(Engine().Init("C:\\App", "C:\\Data"), std::system_error);
+    EXPECT_THAT(EngineTexts(), ElementsAre(kServiceManagerLine, kListenLine));
+    EXPECT_EQ(Engine().GetInt64Config(Type(1), Key(5)), 1);
+
+    FailingThreads::SetStartsLeft(FailingThreads::kAll);
+    RecordedLog::Get().Clear();
+    FakePlatform::Get().ForgetCalls();
+    Engine().Init("C:\\App", "C:\\Data");
+    EXPECT_TRUE(FakeRpc::Get().WaitUntilListening());
+    EXPECT_THAT(RecordedLog::Get().Texts(), ElementsAre(kListenLine));
+    EXPECT_THAT(FakePlatform::Get().CallsOf({"CreateServiceW"}), IsEmpty());
+}
+
+TEST_F(Engine_Init, ListenerThatRunsOutOfMemory_EndsOnlyItsThread) {
+    FakePlatform::Get().Faults().Before("RpcServerUseProtseqEpW", 1,
+                                        [] { throw std::bad_alloc(); });
+    Engine().Init("C:\\App", "C:\\Data");
+    ASSERT_THAT(FailingThreads::Started(), SizeIs(1));
+    EXPECT_EQ(pthread_join(FailingThreads::Started()[0], nullptr), 0);
+    EXPECT_THAT(FakeRpc::Get().Calls(),
+                ElementsAre("RpcServerUseProtseqEpW(ncalrpc, 10, Manager, null)"));
+    EXPECT_EQ(Engine().Start(Type(1), "g", "a"), 0);
 }
 
 class Engine_GetInt64Config : public EngineTest {};
