@@ -333,6 +333,47 @@ TEST_F(HeldLocksOfFresh, EngineIsInitialisedUnderItsMutex) {
     EXPECT_EQ(held_.Own().back(), EngineInfo("rpc listen thread initialization", "Init"));
 }
 
+TEST_F(HeldLocks, EngineJobsTakeNoLockOfTheEngine) {
+    for (const unsigned n : {1U, 2U}) {
+        FakePlatform::Get().Faults().Before("OpenSCManagerW", n,
+                                            [this] { held_.Take("OpenSCManagerW"); });
+    }
+    const std::uint8_t data[] = {7};
+    EXPECT_EQ(Engine().Start(Type(1), "g", "a"), 0);
+    EXPECT_EQ(Engine().LocalDeviceOnline(Type(1), "g", "d", 1, data), 0);
+    EXPECT_EQ(Engine().RemoteDeviceOnline(Type(1), "g", "d"), 0);
+    EXPECT_EQ(Engine().LocalDeviceOffline(Type(1), "g", "d", DistributedFs::kDefaultTrigger), 0);
+    EXPECT_EQ(Engine().RemoteDeviceOffline(Type(1), "g", "d", DistributedFs::kDefaultTrigger), 0);
+    EXPECT_EQ(Engine().Stop(Type(1), "g"), 0);
+
+    std::vector<std::string> ofTheEngine;  // without what it makes others do under their own locks
+    for (const std::string& entry : held_.Own()) {
+        if (entry.find("::PLENXManagerInner::") != std::string::npos ||
+            entry.find("OpenSCManagerW") != std::string::npos) {
+            ofTheEngine.push_back(entry);
+        }
+    }
+    const auto line = [](const std::string& text, const std::string& function) {
+        return "free: L3 [PLENXSDK] plenx manager " + text +
+               "(DistributedFs::PLENXManagerInner::" + function + ")";
+    };
+    const auto inner = [&line](const std::string& text, const std::string& function) {
+        return line("inner " + text, function);
+    };
+    EXPECT_THAT(
+        ofTheEngine,
+        ElementsAre(line("start service 1", "Start"), "free: OpenSCManagerW",
+                    inner("local device online svcType(1)", "LocalDeviceOnline"),
+                    line("local device online success svcType(1)", "LocalDeviceOnline"),
+                    inner("remote device online service 1", "RemoteDeviceOnline"),
+                    inner("remote device online success svcType(1)", "RemoteDeviceOnline"),
+                    inner("local device offline service (1)", "LocalDeviceOffline"),
+                    inner("local device offline success svcType(1)", "LocalDeviceOffline"),
+                    inner("remote device offline service (1)", "RemoteDeviceOffline"),
+                    inner("remote device offline success svcType(1)", "RemoteDeviceOffline"),
+                    line("stop service 1", "Stop"), "free: OpenSCManagerW"));
+}
+
 TEST_F(HeldLocks, RequestsAreSentUnderALockOfTheirOwn) {
     FakeRpc::Get().SetService([this](const ServiceCall&) {
         held_.Take("a service is called");
