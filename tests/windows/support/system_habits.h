@@ -117,6 +117,9 @@ inline constexpr Habit kFolderWithoutAName{"errno of _wrmdir with an empty path"
 inline constexpr Habit kFoldersInADataFolderOf245{
     "folders in a data folder of 245 characters", "none", "there", "there",
     PLENX_LEARN "windows/win32/fileio/maximum-file-path-limitation"};
+inline constexpr Habit kHiddenFileThatIsOverwritten{
+    "hidden file that is opened to be written anew", "kept", "replaced", "replaced",
+    PLENX_LEARN "windows/win32/api/fileapi/nf-fileapi-createfilew"};
 inline constexpr Habit kLinkInAFolderThatIsRemoved{
     "link to a folder, once the folder that it is in was removed", "gone", "there", "there",
     PLENX_LEARN "windows/win32/api/fileapi/nf-fileapi-removedirectoryw"};

@@ -12,6 +12,7 @@ namespace {
 namespace fs = std::filesystem;
 
 using testing::ElementsAre;
+using testing::IsEmpty;
 
 class WorkingFolder : public Host {
 protected:
@@ -227,7 +228,7 @@ HOST_TEST(WorkingFolder, LinkInIt_IsNeverFollowed) {
     }
 }
 
-class CategoryIcons : public Host {};
+const std::string kCategories[] = {"archive", "file", "audio", "picture", "video"};
 
 /// Returns the desktop.ini of a category whose folder has this path.
 std::string DesktopIniOf(const std::string& path, const std::string& category) {
@@ -236,26 +237,85 @@ std::string DesktopIniOf(const std::string& path, const std::string& category) {
            "FolderType=Generic\r\n";
 }
 
+class CategoryIcons : public Host {
+protected:
+    std::string FolderOf(const std::string& category) const {
+        return folder.Install() + "\\res\\plenx\\icon\\" + category;
+    }
+    std::string FileOf(const std::string& category) const {
+        return FolderOf(category) + "\\desktop.ini";
+    }
+    testing::AssertionResult IsWritten(const std::string& category) const {
+        const std::string text = ReadFile(FileOf(category));
+        if (text == DesktopIniOf(FolderOf(category), category)) {
+            return testing::AssertionSuccess();
+        }
+        return testing::AssertionFailure() << FileOf(category) << " holds \"" << text << '"';
+    }
+    std::string OpenError(const std::string& category) const {
+        return Error("PLENXManagerInner::CreateFileIcon",
+                     "open file" + FileOf(category) + " error");
+    }
+};
+
 HOST_TEST(CategoryIcons, EachCategory_GetsItsDesktopIni) {
     Init();
-    for (const std::string category : {"archive", "file", "audio", "picture", "video"}) {
-        const std::string path = folder.Install() + "\\res\\plenx\\icon\\" + category;
-        EXPECT_EQ(ReadFile(path + "\\desktop.ini"), DesktopIniOf(path, category));
+    for (const std::string category : kCategories) {
+        EXPECT_TRUE(IsWritten(category));
     }
 }
 
 HOST_TEST(CategoryIcons, CategoryThatIsMissing_IsLoggedAndTheOthersAreWritten) {
-    const std::string icons = folder.Install() + "\\res\\plenx\\icon\\";
-    fs::remove_all(icons + "audio");
-    WriteFile(icons + "video\\desktop.ini", std::string(1000, 'x'));
+    fs::remove_all(FolderOf("audio"));
+    WriteFile(FileOf("video"), std::string(1000, 'x'));
     Init();
-    EXPECT_THAT(LinesOf("PLENXManagerInner::CreateFileIcon"),
-                ElementsAre(Error("PLENXManagerInner::CreateFileIcon",
-                                  "open file" + icons + "audio\\desktop.ini error")));
-    EXPECT_FALSE(fs::exists(icons + "audio"));
-    EXPECT_TRUE(fs::exists(icons + "picture\\desktop.ini"));
-    EXPECT_EQ(ReadFile(icons + "video\\desktop.ini"), DesktopIniOf(icons + "video", "video"))
-        << "the old file must be replaced";
+    EXPECT_THAT(LinesOf("PLENXManagerInner::CreateFileIcon"), ElementsAre(OpenError("audio")));
+    EXPECT_FALSE(fs::exists(FolderOf("audio")));
+    EXPECT_TRUE(fs::exists(FileOf("picture")));
+    EXPECT_TRUE(IsWritten("video")) << "the old file must be replaced";
+}
+
+HOST_TEST(CategoryIcons, FileThatSomebodyReads_IsReplaced) {
+    WriteFile(FileOf("video"), std::string(1000, 'x'));
+    const HeldFile read(FileOf("video"), FILE_SHARE_READ | FILE_SHARE_WRITE);
+    Init();
+    EXPECT_THAT(LinesOf("PLENXManagerInner::CreateFileIcon"), IsEmpty());
+    EXPECT_TRUE(IsWritten("video"));
+}
+
+HOST_TEST(CategoryIcons, FileThatIsHeldAlone_IsLoggedAndTheOthersAreWritten) {
+    const HeldFile held(FileOf("picture"));
+    Init();
+    EXPECT_THAT(LinesOf("PLENXManagerInner::CreateFileIcon"), ElementsAre(OpenError("picture")));
+    for (const std::string category : {"archive", "file", "audio", "video"}) {
+        EXPECT_TRUE(IsWritten(category));
+    }
+    EXPECT_EQ(fs::file_size(FileOf("picture")), 0u);
+}
+
+// The same holds for a file with the mark of the system's own files.
+HOST_TEST(CategoryIcons, HiddenFile_IsLoggedAndKeptWhereTheSystemRefusesIt) {
+    const std::pair<std::string, DWORD> marked[] = {{"archive", FILE_ATTRIBUTE_HIDDEN},
+                                                    {"video", FILE_ATTRIBUTE_SYSTEM}};
+    for (const auto& [category, attribute] : marked) {
+        WriteFile(FileOf(category), "old");
+        ASSERT_TRUE(SetFileAttributesA(FileOf(category).c_str(), attribute));
+    }
+    Init();
+    Lines refused;
+    for (const auto& [category, attribute] : marked) {
+        const bool kept = ReadFile(FileOf(category)) == "old";
+        EXPECT_TRUE(Shows(Habits::kHiddenFileThatIsOverwritten, kept ? "kept" : "replaced"));
+        EXPECT_TRUE(kept || IsWritten(category));
+        EXPECT_EQ(GetFileAttributesA(FileOf(category).c_str()) & attribute, attribute);
+        if (kept) {
+            refused.push_back(OpenError(category));
+        }
+    }
+    EXPECT_EQ(LinesOf("PLENXManagerInner::CreateFileIcon"), refused);
+    for (const std::string category : {"file", "audio", "picture"}) {
+        EXPECT_TRUE(IsWritten(category));
+    }
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// A file that nobody else may open, delete or rename.
+// A file that is open, so that nobody else may delete or rename it.
 
 #ifndef PLENXSDK_TESTS_WINDOWS_SYSTEM_HELD_FILE_H
 #define PLENXSDK_TESTS_WINDOWS_SYSTEM_HELD_FILE_H
@@ -16,8 +16,9 @@ namespace PlenxTest {
 class HeldFile {
 public:
     /// Makes the file if it does not exist.
-    explicit HeldFile(const std::filesystem::path& path)
-        : file_(CreateFileW(path.c_str(), GENERIC_READ, 0, nullptr, OPEN_ALWAYS,
+    /// share: how others may open it; by default nobody may.
+    explicit HeldFile(const std::filesystem::path& path, DWORD share = 0)
+        : file_(CreateFileW(path.c_str(), GENERIC_READ, share, nullptr, OPEN_ALWAYS,
                             FILE_ATTRIBUTE_NORMAL, nullptr)) {
         EXPECT_TRUE(file_) << path;
     }
