@@ -53,10 +53,13 @@ _FLIPS = [
 ]
 _NUMBER = re.compile(r"(?<![\w.'])(0x[0-9a-fA-F]+|\d+)(?![\w.'])")
 # This is a statement that is one call on a line of its own.
-_CALL = re.compile(r"^ +(?!return\b|throw\b|delete\b)[\w.:>-]+\([^;{}]*\);$", re.MULTILINE)
+# A blanked comment may follow.
+_CALL = re.compile(
+    r"^ +(?!return\b|throw\b|delete\b)[\w.:>-]+\([^;{}]*\);(?=[ \0]*$)", re.MULTILINE
+)
 # This is a lock that is held to the end of its block, and a call behind it.
-_LOCK = re.compile(r"^ +const std::lock_guard<[\w:]+> lock\([^;]*\);\n", re.MULTILINE)
-_NEXT_CALL = re.compile(r" +(?!return\b|throw\b|delete\b)[\w.:>-]+\([^;{}]*\);\n")
+_LOCK = re.compile(r"^ +const std::lock_guard<[\w:]+> lock\([^;]*\);[ \0]*\n", re.MULTILINE)
+_NEXT_CALL = re.compile(r" +(?!return\b|throw\b|delete\b)[\w.:>-]+\([^;{}]*\);[ \0]*\n")
 
 _TOKEN = re.compile(
     r"""(?P<comment>//[^\n]*|/\*.*?\*/)
