@@ -6,6 +6,7 @@
 #include <windows.h>
 
 #include <atomic>
+#include <memory>
 #include <string>
 #include <thread>
 #include <vector>
@@ -56,23 +57,26 @@ TEST(WaitHandle, OfAClosedQueue_IsClosedWithIt) {
 // A thread that comes too late finds the handle closed, and returns as well.
 TEST(WaitHandle, OfAQueueThatIsClosed_LetsAllWhoWaitGo) {
     constexpr int kWaiting = 4;
-    static std::atomic<int> begun{0};
-    static std::atomic<int> returned{0};  // it outlives threads that do not return
+    struct Counts {
+        std::atomic<int> begun{0};
+        std::atomic<int> returned{0};
+    };
+    const auto counts = std::make_shared<Counts>();  // outlives threads that do not return
     {
         plenx::Queue queue = LoadInterface().open_queue(10).or_throw();
         void* const handle = queue.wait_handle();
         for (int i = 0; i != kWaiting; ++i) {
-            std::thread([handle] {
-                ++begun;
+            std::thread([handle, counts] {
+                ++counts->begun;
                 WaitForSingleObject(handle, INFINITE);
-                ++returned;
+                ++counts->returned;
             }).detach();
         }
-        EXPECT_TRUE(WaitFor([] { return begun == kWaiting; }));
+        EXPECT_TRUE(WaitFor([&] { return counts->begun == kWaiting; }));
         Sleep(50);  // until they wait
-        EXPECT_EQ(returned, 0);
+        EXPECT_EQ(counts->returned, 0);
     }
-    EXPECT_TRUE(WaitFor([] { return returned == kWaiting; }, 1000));
+    EXPECT_TRUE(WaitFor([&] { return counts->returned == kWaiting; }, 1000));
 }
 
 TEST(QueueWait, TakesItsTimeAndNotMuchMore) {
