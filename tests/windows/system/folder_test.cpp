@@ -260,7 +260,7 @@ protected:
 
 HOST_TEST(CategoryIcons, EachCategory_GetsItsDesktopIni) {
     Init();
-    for (const std::string category : kCategories) {
+    for (const std::string& category : kCategories) {
         EXPECT_TRUE(IsWritten(category));
     }
 }
