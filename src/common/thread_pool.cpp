@@ -78,7 +78,9 @@ void ThreadPool::Work(const std::shared_ptr<State>& state) {
         }
         lock.unlock();
         job->Run();
-        job.reset();  // what the job owns is released before the job counts as done
+        // Unless somebody holds the future, what the job owns is released before the job counts as
+        // done.
+        job.reset();
         ++state->finished;
     }
 }

@@ -66,6 +66,7 @@ class Build:
             command = re.sub(r" -MD -MT \S+ -MF \S+", "", command)
             self.commands[re.search(r" -o (\S+)", command).group(1)] = command
         self.objects = self._read_dependencies()  # by source or header
+        self.targets = self._read_targets()
         self.links = {}
         self.tests = {}
         self.recent = collections.defaultdict(list)
@@ -80,6 +81,11 @@ class Build:
                 objects[os.path.normpath(self.folder / line.strip())].append(current)
         return objects
 
+    # A folder may still hold a program whose name has changed.
+    def _read_targets(self) -> set[str]:
+        lines = run(["ninja", "-C", self.folder, "-t", "targets", "all"]).stdout.splitlines()
+        return {line.split(":")[0] for line in lines}
+
     def has(self, file: str) -> bool:
         return bool(self.objects.get(str(ROOT / file)))
 
@@ -90,7 +96,7 @@ class Build:
                 found += sorted(
                     str(path.relative_to(self.folder))
                     for path in (self.folder / place).glob("*_test")
-                    if path.is_file()
+                    if path.is_file() and str(path.relative_to(self.folder)) in self.targets
                 )
             else:
                 found.append(place)

@@ -283,9 +283,12 @@ TEST(ThreadPool, DiscardedJobsAreReleasedOnlyAfterTheRunningJobHasEnded) {
 
 TEST(ThreadPool, ThingsOwnedByAJobAreReleasedBeforeThePoolIsIdle) {
     ThreadPool pool(1);
+    HeldJob held(pool);
     std::promise<bool> idleAtRelease;
     const auto release = [&](std::nullptr_t) { idleAtRelease.set_value(pool.IsIdle()); };
+    // The future, which shares what the job owns, is gone before the job runs.
     pool.Enqueue([owned = std::shared_ptr<void>(nullptr, release)] {});
+    held.LetGo();
     EXPECT_FALSE(idleAtRelease.get_future().get());
 }
 
