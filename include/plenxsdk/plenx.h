@@ -8,6 +8,7 @@
 ///     #include <stdio.h>
 ///
 ///     int main(void) {
+///         int started = 0;
 ///         plenx_queue* queue = NULL;
 ///         const plenx_event* event = NULL;
 ///         plenx_result result = plenx_open(PLENX_ABI);
@@ -22,14 +23,16 @@
 ///             if (event == NULL) break;
 ///             printf("kind %u, service %u: %s\n", (unsigned)event->kind, (unsigned)event->service,
 ///                    event->text);
-///             int started =
+///             int outcome =
 ///                 event->kind == PLENX_EVENT_STATUS && event->type == PLENX_STATUS_START;
+///             started = outcome && event->value == 1;
 ///             plenx_event_free(event);
-///             if (started) break;
+///             if (outcome) break;
 ///         }
-///         printf("%s\n", plenx_result_text(result));
+///         if (result != 0) printf("%s\n", plenx_result_text(result));
+///         printf("%s\n", started ? "The service runs." : "The service does not run.");
 ///         plenx_queue_close(queue);
-///         return result == 0 ? 0 : 1;
+///         return started ? 0 : 1;
 ///     }
 /// @endcode
 ///
@@ -453,8 +456,11 @@ PLENX_API plenx_result PLENX_CALL plenx_get_office_dir(const char* group, size_t
 /// plenx_queue_set_link_status.
 #define PLENX_EVENT_LINK_QUERY 13u
 /// Something started, stopped, came online or went offline. This is the outcome of a job, or
-/// something that a service reports by itself. service and text are as for PLENX_EVENT_CONNECT,
-/// type is a PLENX_STATUS number or a kind of the service's own, and value is 0 or 1.
+/// something that a service reports by itself; then service and text are as for
+/// PLENX_EVENT_CONNECT. For the outcome of a job, service and text are those that the host gave.
+/// service is PLENX_COMBINED when everything has stopped (see PLENX_STATUS_STOP), and when
+/// plenx_local_device_online of PLENX_COMBINED has failed. type is a PLENX_STATUS number or a kind
+/// of the service's own, and value is 0 or 1.
 #define PLENX_EVENT_STATUS 14u
 /// A service reports an error of its own; value is its code.
 #define PLENX_EVENT_ERROR 15u
@@ -469,7 +475,7 @@ typedef struct plenx_queue plenx_queue;
 typedef struct plenx_event {
     uint32_t size;       ///< The size of this struct in the DLL. Do not read beyond it.
     uint32_t kind;       ///< A PLENX_EVENT number. A later DLL may have further kinds.
-    uint32_t service;    ///< The number that the service put into the group's name; not checked.
+    uint32_t service;    ///< The number that a service put into the group's name is not checked.
     int32_t type;        ///< Its meaning depends on the kind.
     uint32_t msg_len;    ///< See PLENX_EVENT_MESSAGE.
     int32_t value;       ///< Its meaning depends on the kind.

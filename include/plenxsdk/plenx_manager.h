@@ -297,7 +297,7 @@ public:
     /// A host cannot correct a bad folder by calling Init again. The companion object keeps the
     /// folders of the first Init until the process ends. The service side keeps those of the first
     /// Init whose two folders are valid UTF-8; the job of a later Init finds everything done, even
-    /// if something has failed.
+    /// if something has failed. It tries again only what lacked memory or a thread.
     ///
     /// @param first   The install folder. Its path must not be empty, must not end with a backslash
     ///                and must not contain a NUL. It holds plenxservice.exe, dokan1.sys,

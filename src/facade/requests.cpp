@@ -82,6 +82,9 @@ int PLENXManager::LocalDeviceOnline(ServiceType svcType, const std::string& firs
     if (first.empty() || second.empty()) {
         return Refuse(kFunction, "[PLENXSDK] plenx manager local device online invalid parameter");
     }
+    if (ProcessIsEnding()) {
+        return kAccepted;  // before it copies a block that nobody takes
+    }
     // The job takes only the low 32 bits of the size. Bytes beyond that size are not read at all.
     const int blockSize = data != nullptr ? static_cast<int>(static_cast<std::uint32_t>(size)) : 0;
     const auto logPushed = [&] {

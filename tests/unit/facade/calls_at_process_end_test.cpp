@@ -3,6 +3,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/mman.h>
 
 #include <chrono>
 #include <functional>
@@ -51,6 +52,12 @@ std::function<std::string()> Number(Call call) {
     return [call] { return std::to_string(call()); };
 }
 
+// The library must not copy a block that nobody takes.
+const unsigned char* UnreadableByte() {
+    static void* const page = mmap(nullptr, 1, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    return static_cast<const unsigned char*>(page);
+}
+
 const std::vector<Operation> kOperations = {
     {"GetInstance",
      [] {
@@ -66,10 +73,8 @@ const std::vector<Operation> kOperations = {
     {"SetIntConfig", Nothing([] { Facade().SetConfig(Type(3), Key(0), std::int64_t{1}); }), "-"},
     {"Start", Number([] { return Facade().Start(Type(0), "g", "a"); }), "0"},
     {"Stop", Number([] { return Facade().Stop(Type(0), "g"); }), "0"},
-    {"LocalDeviceOnline", Number([] {
-         return Facade().LocalDeviceOnline(Type(0), "g", "d", 1,
-                                           reinterpret_cast<const unsigned char*>("x"));
-     }),
+    {"LocalDeviceOnline",
+     Number([] { return Facade().LocalDeviceOnline(Type(0), "g", "d", 1, UnreadableByte()); }),
      "0"},
     {"RemoteDeviceOnline", Number([] { return Facade().RemoteDeviceOnline(Type(0), "g", "d"); }),
      "0"},

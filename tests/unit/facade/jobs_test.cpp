@@ -141,6 +141,14 @@ TEST_P(EveryJob, OfType0ReportsTheCompanionsFailure) {
     ExpectOfficeEvents(9);
 }
 
+TEST_P(EveryJob, OfType0TakesANegativeCodeForAFailureToo) {
+    FakeFileManager::Get().SetResult(Param().companionName, -9);
+    EXPECT_EQ(Param().call(0), 0);
+    WaitForJobs();
+    ExpectOfficeLines(-9);
+    ExpectOfficeEvents(-9);
+}
+
 TEST_P(EveryJob, OfTypes1And2GoesToTheEngine) {
     Param().call(1);
     WaitForJobs();

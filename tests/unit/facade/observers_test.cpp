@@ -159,11 +159,13 @@ TEST_P(EveryNotification, PassesItsArgumentsToTheObserver) {
     Facade().UnregisterPLENXServiceObserver(&observer);
 }
 
-TEST_P(EveryNotification, LogsTheCodeOfEachFailingObserver) {
+TEST_P(EveryNotification, LogsTheCodeOfEachFailingObserverBeforeItCallsTheNext) {
     std::array<RecordingObserver, 3> observers;
     observers[0].code = -7;
     observers[2].code = 1234567;
+    std::vector<std::size_t> linesAtCall;
     for (RecordingObserver& observer : observers) {
+        observer.hook = [&](const std::string&) { linesAtCall.push_back(Texts().size()); };
         Facade().RegisterPLENXServiceObserver(&observer);
     }
     RecordedLog::Get().Clear();
@@ -172,6 +174,7 @@ TEST_P(EveryNotification, LogsTheCodeOfEachFailingObserver) {
                 ElementsAre(InfoLine(GetParam().invoked), InfoLine(GetParam().begin),
                             ErrorLine(GetParam().error + "-7"),
                             ErrorLine(GetParam().error + "1234567"), InfoLine(GetParam().end)));
+    EXPECT_THAT(linesAtCall, ElementsAre(2U, 3U, 3U));
     for (RecordingObserver& observer : observers) {
         EXPECT_THAT(observer.Events(), ElementsAre(GetParam().event));
         Facade().UnregisterPLENXServiceObserver(&observer);
