@@ -195,6 +195,28 @@ TEST_F(ReadyFacade, DestroyIgnoresTheCompanionsCode) {
     EXPECT_THAT(FacadeTexts(), ElementsAre(Info("destroy", "Destroy"), kDestroyPushed));
 }
 
+// The exception is the host's to take; it leaves nothing locked.
+TEST_F(ReadyFacade, DestroyWithACompanionThatThrowsQueuesNothing) {
+    FakeFileManager::Get().SetHook([](const std::string&) { throw std::runtime_error("test"); });
+    EXPECT_THROW(Facade().Destroy(), std::runtime_error);
+    FakeFileManager::Get().SetHook({});
+    EXPECT_THAT(FacadeTexts(), ElementsAre(Info("destroy", "Destroy")));
+    RecordedLog::Get().Clear();
+    std::async(std::launch::async, [] { Facade().Destroy(); }).get();
+    EXPECT_THAT(FacadeTexts(), ElementsAre(Info("destroy", "Destroy"), kDestroyPushed));
+}
+
+TEST_F(ReadyFacade, GetOfficeDirWithACompanionThatThrowsKeepsTheText) {
+    FakeFileManager::Get().SetHook([](const std::string&) { throw std::runtime_error("test"); });
+    std::string dir = "abc";
+    EXPECT_THROW(Facade().GetOfficeDir("g", "d", dir), std::runtime_error);
+    FakeFileManager::Get().SetHook({});
+    EXPECT_EQ(dir, "abc");
+    EXPECT_EQ(
+        std::async(std::launch::async, [&] { return Facade().GetOfficeDir("g", "d", dir); }).get(),
+        0);
+}
+
 TEST_F(ReadyFacade, EverythingWorksAfterDestroy) {
     Facade().Destroy();
     EXPECT_EQ(FakeFileManager::Get().Live(), 1U);
