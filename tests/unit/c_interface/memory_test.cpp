@@ -231,12 +231,17 @@ TEST(EventMemory, NotificationWithoutMemoryIsCountedInTheNext) {
     EXPECT_THAT(lost, testing::ElementsAre(0U, 1U));
 }
 
-TEST(EventMemory, TakesOneAllocationPerEvent) {
-    PlenxC::EventQueue queue(10);
+plenx_event LongEvent() {
     plenx_event event{};
     event.kind = PLENX_EVENT_CONNECT;
     event.text = kLong.data();
     event.text_length = kLong.size();
+    return event;
+}
+
+TEST(EventMemory, TakesOneAllocationPerEvent) {
+    PlenxC::EventQueue queue(10);
+    plenx_event event = LongEvent();
     const std::int64_t before = LiveAllocations();
     queue.Take(event);
     EXPECT_EQ(LiveAllocations(), before + 1);
@@ -274,10 +279,7 @@ TEST(EventMemory, AMillionEventsLeaveNothing) {
 }
 
 TEST(EventMemory, ClosedAndCancelledQueuesDoNotEvenCopy) {
-    plenx_event event{};
-    event.kind = PLENX_EVENT_CONNECT;
-    event.text = kLong.data();
-    event.text_length = kLong.size();
+    plenx_event event = LongEvent();
     PlenxC::EventQueue closed(10);
     PlenxC::EventQueue cancelled(10);
     closed.Close();
@@ -289,10 +291,7 @@ TEST(EventMemory, ClosedAndCancelledQueuesDoNotEvenCopy) {
 }
 
 TEST(EventMemory, ClosedAndCancelledQueuesFreeWhatTheyHold) {
-    plenx_event event{};
-    event.kind = PLENX_EVENT_CONNECT;
-    event.text = kLong.data();
-    event.text_length = kLong.size();
+    plenx_event event = LongEvent();
     PlenxC::EventQueue closed(10);
     PlenxC::EventQueue cancelled(10);
     const std::int64_t before = LiveAllocations();
