@@ -1,11 +1,14 @@
 // With these functions a test in another language plays the services and looks at what reached
 // them. The library that exports them is the plain C interface over the fake platform.
 
+#include <malloc.h>
+
 #include <cstddef>
 #include <cstdint>
 #include <string>
 
 #include "companion/fake_file_manager.h"
+#include "companion/recorded_log.h"
 #include "fake_process.h"
 #include "platform/fake_platform.h"
 #include "plenxsdk/plenx.h"
@@ -103,6 +106,17 @@ const char* fake_received() {
 void fake_office_dir(const char* folder, std::size_t length, std::int32_t code) {
     FakeFileManager::Get().SetNeighbourDir(std::string(folder, length));
     FakeFileManager::Get().SetResult("GetGroupNeighborDistributedDir", code);
+}
+
+/// Gives the bytes that are allocated in this process, after the fakes have forgotten what they
+/// recorded. Their records keep the room that they have taken.
+std::int64_t fake_bytes_in_use() {
+    RecordedLog::Get().Clear();
+    FakePlatform::Get().ForgetCalls();
+    FakeRpc::Get().ClearRecord();
+    FakeFileManager::Get().ClearRecord();
+    const struct mallinfo2 heap = mallinfo2();
+    return static_cast<std::int64_t>(heap.uordblks + heap.hblkhd);
 }
 
 /// Says whether the process is ending.

@@ -23,6 +23,7 @@ const fake = {
   machine: library.func('void fake_machine()'),
   waitForInit: library.func('void fake_wait_for_init()'),
   setEnding: library.func('void fake_ending(int32_t ending)'),
+  bytesInUse: library.func('int64_t fake_bytes_in_use()'),
 
   /** The requests that the services have received since the last call, and the companion's calls. */
   received: () =>
