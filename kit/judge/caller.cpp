@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "judge/caller_wire.h"
+#include "support/start_process.h"
 #include "support/wide_text.h"
 
 namespace PlenxJudge {
@@ -14,7 +15,6 @@ using PlenxSupport::Handle;
 constexpr DWORD kEnded = 0xDEAD;
 constexpr DWORD kEndOfCaller = 5000;
 constexpr std::size_t kMostAtOnce = std::size_t{1024} * 1024;
-constexpr int kMostStarts = 3;
 constexpr DWORD kIntoTheCall = 5;
 constexpr std::chrono::milliseconds kUntilItCalls(60000);
 
@@ -108,18 +108,14 @@ bool Caller::Begin() {
     startup.hStdError = GetStdHandle(STD_ERROR_HANDLE);
     PROCESS_INFORMATION started{};
     std::wstring line = CommandLine(endpoint_);
-    // Under Wine, one new process in some thousands disappears before it has begun.
-    for (int i = 0; i < kMostStarts; ++i) {
-        if (CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr,
-                           &startup, &started)) {
-            CloseHandle(started.hThread);
-            process_ = Handle(started.hProcess);
-            toIt_ = std::move(input.write);
-            fromIt_ = std::move(output.read);
-            return true;
-        }
+    if (!PlenxSupport::StartProcess(line, true, 0, startup, started)) {
+        return false;
     }
-    return false;
+    CloseHandle(started.hThread);
+    process_ = Handle(started.hProcess);
+    toIt_ = std::move(input.write);
+    fromIt_ = std::move(output.read);
+    return true;
 }
 
 void Caller::End() {

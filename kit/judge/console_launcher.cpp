@@ -4,6 +4,7 @@
 
 #include "judge/launcher.h"
 #include "judge/manager_endpoint.h"
+#include "support/start_process.h"
 #include "support/wide_text.h"
 
 namespace PlenxJudge {
@@ -91,8 +92,7 @@ private:
         startup.hStdError = output.Get();
         PROCESS_INFORMATION started{};
         std::wstring line = Expanded(command_);
-        if (!CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, CREATE_SUSPENDED, nullptr,
-                            nullptr, &startup, &started)) {
+        if (!PlenxSupport::StartProcess(line, true, CREATE_SUSPENDED, startup, started)) {
             throw Refusal("cannot start " + PlenxSupport::ToUtf8(line) + ", error " +
                           std::to_string(GetLastError()));
         }

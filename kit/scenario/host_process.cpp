@@ -5,6 +5,7 @@
 #include "scenario/ready_scenarios.h"
 #include "support/handle.h"
 #include "support/job.h"
+#include "support/start_process.h"
 #include "support/wide_text.h"
 
 namespace PlenxScenario {
@@ -42,8 +43,7 @@ std::optional<unsigned long> RunHost(const std::wstring& command,
     startup.hStdError = file.Get();
     PROCESS_INFORMATION started = {};
     std::wstring line = Expanded(command);
-    if (!CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, CREATE_SUSPENDED, nullptr,
-                        nullptr, &startup, &started)) {
+    if (!PlenxSupport::StartProcess(line, true, CREATE_SUSPENDED, startup, started)) {
         throw UsageError("cannot start " + PlenxSupport::ToUtf8(line) + ", error " +
                          std::to_string(GetLastError()));
     }

@@ -13,6 +13,7 @@
 #include "support/handle.h"
 #include "support/interruption.h"
 #include "support/job.h"
+#include "support/start_process.h"
 #include "support/wide_text.h"
 #include "verify/system.h"
 #include "verify/system_facts.h"
@@ -183,9 +184,8 @@ private:
         PROCESS_INFORMATION started{};
         std::wstring line = LineOf(launch);
         // The program gets a process group of its own, so that only this process hears of Ctrl-C.
-        if (!CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE,
-                            CREATE_SUSPENDED | CREATE_NEW_PROCESS_GROUP, nullptr,
-                            (RunFolder() / "programs").c_str(), &startup, &started)) {
+        if (!PlenxSupport::StartProcess(line, true, CREATE_SUSPENDED | CREATE_NEW_PROCESS_GROUP,
+                                        startup, started, (RunFolder() / "programs").c_str())) {
             return {Ended::How::kNotStarted, GetLastError()};
         }
         const Handle process(started.hProcess);

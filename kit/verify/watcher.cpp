@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "support/start_process.h"
 #include "verify/command.h"
 #include "verify/traces.h"
 
@@ -71,9 +72,8 @@ Watcher::Watcher(HANDLE turn) : done_(CreateEventW(nullptr, TRUE, FALSE, nullptr
     PROCESS_INFORMATION started{};
     std::wstring line = L"\"" + OwnPath() + L"\" verify-watcher" + NumberOf(run) + NumberOf(done) +
                         NumberOf(itsTurn);
-    if (CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE,
-                       DETACHED_PROCESS | EXTENDED_STARTUPINFO_PRESENT, nullptr, nullptr,
-                       &startup.StartupInfo, &started)) {
+    if (PlenxSupport::StartProcess(line, true, DETACHED_PROCESS | EXTENDED_STARTUPINFO_PRESENT,
+                                   startup.StartupInfo, started)) {
         CloseHandle(started.hThread);
         process_ = Handle(started.hProcess);
     }

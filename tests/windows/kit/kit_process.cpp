@@ -2,6 +2,7 @@
 
 #include "support/child_process.h"
 #include "support/install_folder.h"
+#include "support/start_process.h"
 #include "support/wait.h"
 #include "support/wide_text.h"
 
@@ -49,7 +50,7 @@ KitProcess::KitProcess(const std::string& arguments)
     PROCESS_INFORMATION process{};
     std::wstring command =
         L"\"" + ProgramFolder() + L"\\plenxkit.exe\" " + PlenxSupport::ToWide(arguments);
-    if (StartProcess(command, true, 0, startup, process)) {
+    if (PlenxSupport::StartProcess(command, true, 0, startup, process)) {
         CloseHandle(process.hThread);
         process_ = process.hProcess;
     }

@@ -1,5 +1,7 @@
 #include "support/child_process.h"
 
+#include "support/start_process.h"
+
 namespace PlenxTest {
 
 std::wstring ProgramPath() {
@@ -11,22 +13,6 @@ std::wstring ProgramPath() {
 std::wstring ProgramFolder() {
     const std::wstring path = ProgramPath();
     return path.substr(0, path.find_last_of(L'\\'));
-}
-
-// Under Wine, one new process in some thousands disappears before it has begun, with this error.
-bool StartProcess(std::wstring& commandLine, bool inheritsHandles, DWORD flags,
-                  STARTUPINFOW& startup, PROCESS_INFORMATION& process) {
-    constexpr int kMostStarts = 3;
-    for (int i = 0; i != kMostStarts; ++i) {
-        if (CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, inheritsHandles, flags,
-                           nullptr, nullptr, &startup, &process)) {
-            return true;
-        }
-        if (GetLastError() != ERROR_INTERNAL_ERROR) {
-            break;
-        }
-    }
-    return false;
 }
 
 void EndProcess(DWORD id) {
@@ -41,7 +27,7 @@ ChildProcess::ChildProcess(std::wstring commandLine, DWORD flags) {
     STARTUPINFOW startup{};
     startup.cb = sizeof(startup);
     PROCESS_INFORMATION process{};
-    if (StartProcess(commandLine, false, flags, startup, process)) {
+    if (PlenxSupport::StartProcess(commandLine, false, flags, startup, process)) {
         const PlenxSupport::Handle thread(process.hThread);
         process_ = PlenxSupport::Handle(process.hProcess);
         id_ = process.dwProcessId;

@@ -17,11 +17,6 @@ namespace PlenxTest {
 std::wstring ProgramPath();
 std::wstring ProgramFolder();
 
-/// Calls CreateProcessW, and calls it again when Wine has lost the new process before it began.
-/// @return false when there is no process; GetLastError() says why.
-bool StartProcess(std::wstring& commandLine, bool inheritsHandles, DWORD flags,
-                  STARTUPINFOW& startup, PROCESS_INFORMATION& process);
-
 /// Ends any process and waits for its end, for up to 5 s. It may have ended already.
 void EndProcess(DWORD id);
 

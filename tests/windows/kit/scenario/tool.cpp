@@ -11,6 +11,8 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr DWORD kPatience = 120000;
+constexpr DWORD kNotStarted = 9009;  // from the shell
+constexpr int kMostStarts = 3;
 
 std::string WithoutReturns(std::string text) {
     text.erase(std::remove(text.begin(), text.end(), '\r'), text.end());
@@ -30,10 +32,14 @@ Tool::~Tool() {
 
 Tool::Outcome Tool::Run(const std::wstring& program, const std::wstring& arguments) const {
     const fs::path output = folder_ / "output.txt";
-    ChildProcess shell(L"cmd /s /c \"\"" + ProgramFolder() + L"\\" + program + L".exe\" " +
-                       arguments + L" > " + output.wstring() + L" 2>&1\"");
     Outcome outcome;
-    outcome.code = shell.WaitForExit(kPatience);
+    // Under Wine, the shell's new process too is lost now and then before it has begun.
+    int starts = 0;
+    do {
+        ChildProcess shell(L"cmd /s /c \"\"" + ProgramFolder() + L"\\" + program + L".exe\" " +
+                           arguments + L" > " + output.wstring() + L" 2>&1\"");
+        outcome.code = shell.WaitForExit(kPatience);
+    } while (outcome.code == kNotStarted && ++starts < kMostStarts);
     outcome.output = WithoutReturns(ReadFile(output));
     return outcome;
 }
